@@ -1,0 +1,62 @@
+# Warnings, Qt strictness and sanitizers stand in one INTERFACE target that every target of the project links.
+add_library(kivo_build_flags INTERFACE)
+target_compile_options(kivo_build_flags INTERFACE
+    -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Wold-style-cast -Wcast-align -Woverloaded-virtual
+    -Wconversion -Wno-sign-conversion -Wdouble-promotion -Wformat=2 -Wimplicit-fallthrough)
+if(KIVO_WARNINGS_AS_ERRORS)
+    target_compile_options(kivo_build_flags INTERFACE -Werror)
+endif()
+target_compile_definitions(kivo_build_flags INTERFACE
+    QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_FOREACH QT_NO_NARROWING_CONVERSIONS_IN_CONNECT
+    QT_NO_URL_CAST_FROM_STRING QT_STRICT_ITERATORS QT_DISABLE_DEPRECATED_BEFORE=0x050F00)
+if(KIVO_SANITIZERS)
+    target_compile_options(kivo_build_flags INTERFACE
+        -fsanitize=${KIVO_SANITIZERS} -fno-omit-frame-pointer -fno-sanitize-recover=all)
+    target_link_options(kivo_build_flags INTERFACE -fsanitize=${KIVO_SANITIZERS})
+endif()
+
+# Names of the form foo_linux.cpp and foo_windows.cpp: the list gets the one of this platform.
+function(kivo_platform_sources out)
+    set(sources "")
+    foreach(stem IN LISTS ARGN)
+        if(WIN32)
+            list(APPEND sources ${stem}_windows.cpp)
+        else()
+            list(APPEND sources ${stem}_linux.cpp)
+        endif()
+    endforeach()
+    set(${out} ${sources} PARENT_SCOPE)
+endfunction()
+
+# One static library a folder. Headers are included as "folder/file.h".
+function(kivo_add_library name)
+    cmake_parse_arguments(arg "" "" "SOURCES;LINK;PRIVATE_LINK" ${ARGN})
+    add_library(${name} STATIC ${arg_SOURCES})
+    target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR}/src)
+    target_link_libraries(${name} PUBLIC ${arg_LINK} PRIVATE kivo_build_flags ${arg_PRIVATE_LINK})
+endfunction()
+
+function(kivo_add_program name)
+    cmake_parse_arguments(arg "" "" "SOURCES;LINK" ${ARGN})
+    add_executable(${name} ${arg_SOURCES})
+    target_link_libraries(${name} PRIVATE kivo_build_flags ${arg_LINK})
+endfunction()
+
+# kivo_add_test(<folder> <unit> LINK ...): tests/<folder>/tst_<unit>.cpp, run on Qt's offscreen platform in a home
+# of its own, so that no test ever sees the settings of the person who runs it.
+function(kivo_add_test folder unit)
+    cmake_parse_arguments(arg "" "TIMEOUT" "SOURCES;LINK" ${ARGN})
+    if(NOT arg_TIMEOUT)
+        set(arg_TIMEOUT 120)
+    endif()
+    set(name tst_${unit})
+    add_executable(${name} ${folder}/${name}.cpp ${arg_SOURCES})
+    target_link_libraries(${name} PRIVATE kivo_build_flags Qt5::Test ${arg_LINK})
+    set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests)
+    add_test(NAME ${folder}/${unit} COMMAND ${name})
+    set(home ${CMAKE_BINARY_DIR}/test-home/${name})
+    file(MAKE_DIRECTORY ${home})
+    set_tests_properties(${folder}/${unit} PROPERTIES
+        TIMEOUT ${arg_TIMEOUT} LABELS ${folder}
+        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;HOME=${home};XDG_CONFIG_HOME=${home}/.config;XDG_DATA_HOME=${home}/.local/share;XDG_CACHE_HOME=${home}/.cache;XDG_RUNTIME_DIR=${home};LC_ALL=C.UTF-8")
+endfunction()
