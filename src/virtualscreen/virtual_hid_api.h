@@ -67,7 +67,7 @@ public:
 private:
     struct Handle;
 
-    bool PullOut();
+    void PullOut();
     void Notify(VirtualScreenEvent event);
 
     mutable std::mutex m_mutex;  // everything but the listeners

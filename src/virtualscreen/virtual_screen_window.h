@@ -26,17 +26,22 @@ public:
     ~VirtualScreenWindow() override;
 
 private:
-    void TakeNote();
+    void Unplug() { m_screen.Unplug(); }
+    void PlugIn() { m_screen.Plug(); }
+    void StartRefreshing();
     void Refresh();
-    void ShowRates(const PanelCounts& counts);
+    bool MeasureRate(const PanelCounts& counts);
 
     VirtualHidApi& m_screen;
     PanelView* m_view;
     QPushButton* m_unplugButton;
     QPushButton* m_plugButton;
     QLabel* m_trafficLabel;
-    QTimer m_refreshTimer;  // runs while there is something to show, no longer
-    std::atomic<bool> m_noted{false};
+    QTimer m_refreshTimer;  // runs while reports arrive, and until the rates have come down to zero
+    QElapsedTimer m_rateTime;
+    quint64 m_measuredReports = 0;
+    quint64 m_measuredBytes = 0;
+    std::atomic<bool> m_noted{false};  // a message to this window is on its way
     int m_listener = 0;
 };
 
