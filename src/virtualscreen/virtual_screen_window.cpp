@@ -27,10 +27,11 @@ QString StyleSheet() {
         "QPushButton:disabled { color: #5c606a; background: #202228; }");
 }
 
-QString RateText(qint64 reports, qint64 bytes, qint64 elapsedMs) {
-    return VirtualScreenWindow::tr("%1 reports/s   %2 bytes/s")
-        .arg(reports * 1000 / elapsedMs)
-        .arg(bytes * 1000 / elapsedMs);
+QString RateText(quint64 reports, quint64 bytes, qint64 elapsedMs) {
+    const auto perSecond = [elapsedMs](quint64 count) {
+        return qRound64(static_cast<double>(count) * 1000.0 / static_cast<double>(elapsedMs));
+    };
+    return VirtualScreenWindow::tr("%1 reports/s   %2 bytes/s").arg(perSecond(reports)).arg(perSecond(bytes));
 }
 
 }  // namespace
@@ -136,7 +137,7 @@ bool VirtualScreenWindow::MeasureRate(const PanelCounts& counts) {
     m_measuredReports = counts.reports;
     m_measuredBytes = counts.bytes;
     m_rateTime.start();
-    m_trafficLabel->setText(RateText(static_cast<qint64>(reports), static_cast<qint64>(bytes), elapsedMs));
+    m_trafficLabel->setText(RateText(reports, bytes, elapsedMs));
     return reports == 0;
 }
 

@@ -37,7 +37,7 @@ private:
     QPushButton* m_unplugButton;
     QPushButton* m_plugButton;
     QLabel* m_trafficLabel;
-    QTimer m_refreshTimer;  // runs while reports arrive, and until the rates have come down to zero
+    QTimer m_refreshTimer{this};  // runs while reports arrive, and until the rates have come down to zero
     QElapsedTimer m_rateTime;
     quint64 m_measuredReports = 0;
     quint64 m_measuredBytes = 0;
