@@ -1,0 +1,67 @@
+#pragma once
+
+// The seam between the program and USB HID devices. It has hidapi's own shape; behind it stand hidapi itself
+// (hid_api_hidapi.h), the software panel (virtualscreen/virtual_hid_api.h), the report log that wraps either
+// of them (report_log.h) and the stand-ins of the tests.
+//
+// Threads: Init, Enumerate, OpenPath, Close and Exit are never called by two threads at once (ScreenSession
+// sees to it); Write and SendFeatureReport may run at any time, on several threads, but not twice at once on
+// one handle.
+
+#include <QByteArray>
+#include <QString>
+#include <cstddef>
+#include <vector>
+
+namespace kivo {
+
+// What the system says about one top-level collection of a HID device.
+struct HidDeviceInfo {
+    QByteArray path;  // what OpenPath takes, in the encoding of the back end
+    quint16 vendorId = 0;
+    quint16 productId = 0;
+    quint16 releaseNumber = 0;  // binary coded decimal
+    QString manufacturer;
+    QString product;
+    quint16 usagePage = 0;
+    quint16 usage = 0;
+    int interfaceNumber = -1;  // -1: not known
+};
+
+// An open device. Only the back end that made it knows what is in it; it goes back through HidApi::Close.
+class HidHandle {
+public:
+    HidHandle() = default;
+    HidHandle(const HidHandle&) = delete;
+    HidHandle& operator=(const HidHandle&) = delete;
+    virtual ~HidHandle() = default;
+};
+
+class HidApi {
+public:
+    HidApi() = default;
+    HidApi(const HidApi&) = delete;
+    HidApi& operator=(const HidApi&) = delete;
+    virtual ~HidApi() = default;
+
+    // 0 on success. May be called again at any time.
+    virtual int Init() = 0;
+
+    // Devices in the system's order; id 0 stands for any.
+    virtual std::vector<HidDeviceInfo> Enumerate(quint16 vendorId, quint16 productId) = 0;
+
+    // Null when the device is gone, or may not be opened. The caller closes it.
+    virtual HidHandle* OpenPath(const QByteArray& path) = 0;
+
+    // Both take a whole report with the report id as byte 0 and give the number of bytes taken, or a negative
+    // value. Write blocks until the device took the report; a device that hangs holds it up for seconds.
+    virtual int Write(HidHandle* handle, const quint8* data, std::size_t length) = 0;
+    virtual int SendFeatureReport(HidHandle* handle, const quint8* data, std::size_t length) = 0;
+
+    virtual void Close(HidHandle* handle) = 0;
+
+    // 0 on success.
+    virtual int Exit() = 0;
+};
+
+}  // namespace kivo

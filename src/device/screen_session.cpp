@@ -1,0 +1,150 @@
+#include "device/screen_session.h"
+
+#include <QCoreApplication>
+#include <QLoggingCategory>
+#include <QSettings>
+#include <algorithm>
+
+namespace kivo {
+
+namespace {
+
+Q_LOGGING_CATEGORY(sessionLog, "kivo.device")
+
+// The texts are formats with their line end, and the line end is part of the message: "\n" alone is an empty
+// line between two devices. Manufacturer and product arrive as wide strings; they are printed whole, as
+// UTF-8, for a wide string read as a narrow one would stop after its first letter or run on.
+void LogDevice(const HidDeviceInfo& device) {
+    qCDebug(sessionLog, "type: %x %x\n", device.vendorId, device.productId);
+    qCDebug(sessionLog, "path: %s\n", device.path.constData());
+    qCDebug(sessionLog, "usge %x uu %x\n", device.usage, device.usagePage);
+    qCDebug(sessionLog, "Manufacturer: %s\n", qUtf8Printable(device.manufacturer));
+    qCDebug(sessionLog, "Product:      %s\n", qUtf8Printable(device.product));
+    qCDebug(sessionLog, "Release:      %x\n", device.releaseNumber);
+    qCDebug(sessionLog, "Interface:    %d\n", device.interfaceNumber);
+    qCDebug(sessionLog, "\n");
+    qCDebug(sessionLog, "\n");
+}
+
+bool IsScreen(const HidDeviceInfo& device) {
+    return device.vendorId == kScreenVendorId && device.productId == kScreenProductId;
+}
+
+}  // namespace
+
+ScreenSession::ScreenSession(HidApi& api)
+    : m_api(api), m_screenDeviceTable(std::make_unique<ScreenDeviceTable>()) {}
+
+ScreenSession::~ScreenSession() = default;
+
+void ScreenSession::InitDeviceTable() {
+    // Deliberate: the file beside the program is looked at and has no say. Its name is kept for tables that
+    // are not compiled in; today's values are.
+    const QSettings unread(QCoreApplication::applicationDirPath() + QLatin1String("/Default.ini"),
+                           QSettings::IniFormat);
+
+    const std::lock_guard lock(m_deviceMutex);
+    ResetScreenTable(*m_screenDeviceTable);
+}
+
+int ScreenSession::EnumerateScreens() {
+    const std::lock_guard lock(m_deviceMutex);
+    if (m_api.Init() != 0)
+        return -1;
+    for (const HidDeviceInfo& device : m_api.Enumerate(0, 0)) {
+        if (IsScreen(device))
+            LogDevice(device);
+        NoteDevice(*m_screenDeviceTable, device);
+    }
+    return 0;
+}
+
+void ScreenSession::OpenScreenByName(const QByteArray& name) {
+    const std::lock_guard lock(m_deviceMutex);
+    if (m_api.Init() != 0)
+        return;
+    const quint32 count = EntryCount();
+    for (quint32 i = 0; i < count; ++i) {
+        const ScreenDeviceEntry& entry = m_screenDeviceTable->entries.at(i);
+        if (entry.dataFound == 1 && TextOf(entry.name) == name)
+            OpenEntry(entry);
+    }
+}
+
+SharedScreenHandle ScreenSession::OpenScreenById(quint32 vendorId, quint32 productId) {
+    const std::lock_guard lock(m_deviceMutex);
+    if (m_api.Init() != 0)
+        return nullptr;
+    const quint32 count = EntryCount();
+    for (quint32 i = 0; i < count; ++i) {
+        const ScreenDeviceEntry& entry = m_screenDeviceTable->entries.at(i);
+        if (entry.dataFound == 1 && entry.vendorId == vendorId && entry.productId == productId)
+            OpenEntry(entry);
+    }
+    return m_dataHandle;
+}
+
+void ScreenSession::OpenEntry(const ScreenDeviceEntry& entry) {
+    // The old handles go before the new ones come: none is ever dropped open.
+    m_controlHandle.reset();
+    m_dataHandle.reset();
+    m_controlHandle = ScreenHandle::Open(m_api, m_deviceMutex, TextOf(entry.controlPath));
+    m_dataHandle = ScreenHandle::Open(m_api, m_deviceMutex, TextOf(entry.dataPath));
+}
+
+void ScreenSession::CloseScreen() {
+    const std::lock_guard lock(m_deviceMutex);
+    if (!m_dataHandle)
+        return;
+    m_controlHandle.reset();
+    m_dataHandle.reset();
+}
+
+std::optional<quint16> ScreenSession::GetReleaseNumber(const SharedScreenHandle& handle) {
+    if (!handle)
+        return std::nullopt;
+    const std::lock_guard lock(m_deviceMutex);
+    for (const HidDeviceInfo& device : m_api.Enumerate(0, 0)) {
+        if (device.path == handle->Path())
+            return device.releaseNumber;
+    }
+    return std::nullopt;
+}
+
+int ScreenSession::ExitHid() {
+    const std::lock_guard lock(m_deviceMutex);
+    return m_api.Exit();
+}
+
+SharedScreenHandle ScreenSession::controlHandle() const {
+    const std::lock_guard lock(m_deviceMutex);
+    return m_controlHandle;
+}
+
+SharedScreenHandle ScreenSession::dataHandle() const {
+    const std::lock_guard lock(m_deviceMutex);
+    return m_dataHandle;
+}
+
+quint32 ScreenSession::EntryCount() const {
+    const std::lock_guard lock(m_deviceMutex);
+    return std::min<quint32>(m_screenDeviceTable->count, kScreenTableCapacity);
+}
+
+ScreenDeviceEntry ScreenSession::Entry(quint32 index) const {
+    const std::lock_guard lock(m_deviceMutex);
+    return index < EntryCount() ? m_screenDeviceTable->entries.at(index) : ScreenDeviceEntry();
+}
+
+void ScreenSession::ChangeTable(const std::function<void(ScreenDeviceTable&)>& change) {
+    const std::lock_guard lock(m_deviceMutex);
+    change(*m_screenDeviceTable);
+}
+
+SharedScreenHandle ScreenSession::OpenForTransfer() {
+    const std::lock_guard lock(m_deviceMutex);
+    m_dataHandle.reset();
+    return ScreenHandle::Open(m_api, m_deviceMutex, TextOf(m_screenDeviceTable->entries.front().dataPath));
+}
+
+}  // namespace kivo

@@ -1,0 +1,73 @@
+#pragma once
+
+// Every transfer to the screen. Each opens the data path, writes and closes; the screen never answers. Any
+// function may be called on any thread. With no screen they return quietly; a failed write gives one line in
+// the debug log.
+
+#include <QImage>
+#include <QTime>
+#include <atomic>
+#include <chrono>
+#include <functional>
+#include <mutex>
+#include <shared_mutex>
+
+#include "device/reports.h"
+#include "device/screen_session.h"
+
+namespace kivo {
+
+class Transfers {
+public:
+    using Clock = std::function<QTime()>;
+    using Pause = std::function<void(std::chrono::milliseconds)>;
+
+    // Local wall clock and a sleeping pause.
+    explicit Transfers(ScreenSession& session);
+    // Clock and pause are called on the thread of the transfer.
+    Transfers(ScreenSession& session, Clock clock, Pause pause);
+
+    // Sends one area: width * height * 2 bytes, RGB565, high byte first, at most kMaxAreaPayload
+    // (FitsAreaReport says whether), in the panel's landscape coordinates. Dropped, never queued, while a
+    // whole frame is under way. True when the report was written.
+    bool SendAreaImageWithPos(const quint8* pixels, int x, int y, int width, int height);
+
+    // Sends a frame of kFrameBytes in 27 chunks, without a pause. False when the screen could not be opened,
+    // or a chunk not be written. A second frame waits until the first one is through.
+    bool SendWholeImage(const quint8* frame, quint8 reportId);
+
+    // Sends `length` bytes of a message (0x55, command, ...) as a short command. True when it was written.
+    bool SendRawReport(const quint8* message, int length);
+
+    // Orientation flag of the theme: 0 landscape, 1 portrait.
+    bool SendOrientation(int flag);
+    // Both read the clock.
+    bool SendTimeSync();
+    void SendTimeShow();
+
+    // These write on the session's open data handle and leave it open; without one they return at once.
+    void SendAreaImage(const quint8* pixels, int width, int height);
+    void SendFillRect(int x, int y, int width, int height, quint8 firstByte, quint8 secondByte,
+                      quint8 reportId);
+    void SendProbe(int length, quint8 reportId);
+    // Sends the image in parts, 100 ms apart, from (x, y) downwards.
+    void SendImageChunked(const QImage& image, int x, int y);
+
+    // 0, or -1 for a null handle or a failure.
+    static int SendFeature(const SharedScreenHandle& handle, const quint8* data, std::size_t length);
+
+    // 1 for the whole duration of SendWholeImage.
+    quint8 wholeFrameBusy() const { return m_wholeFrameBusy.load(); }
+
+private:
+    bool WriteChunks(ScreenHandle& handle, const quint8* frame, quint8 reportId);
+
+    ScreenSession& m_session;
+    Clock m_clock;
+    Pause m_pause;
+    std::atomic<quint8> m_wholeFrameBusy{0};
+    std::mutex m_uploadMutex;           // one whole frame at a time
+    std::shared_mutex m_areaGateMutex;  // shared by area writes, held alone by a whole frame
+};
+
+}  // namespace kivo

@@ -1,0 +1,217 @@
+#include "virtualscreen/virtual_hid_api.h"
+
+#include <memory>
+#include <utility>
+
+namespace kivo {
+
+struct VirtualHidApi::Handle final : public HidHandle {
+    Handle(quint64 plugging, bool control) : generation(plugging), isControl(control) {}
+
+    const quint64 generation;
+    const bool isControl;
+};
+
+namespace {
+
+constexpr quint16 kVendor = 0x04D9;
+constexpr quint16 kProduct = 0xFD01;
+
+QByteArray NodePath(int nodeNumber) {
+    return "virtual/hidraw" + QByteArray::number(nodeNumber);
+}
+
+HidDeviceInfo Collection(const QByteArray& path, quint16 usagePage, int interfaceNumber) {
+    HidDeviceInfo info;
+    info.path = path;
+    info.vendorId = kVendor;
+    info.productId = kProduct;
+    info.releaseNumber = 0x0100;
+    info.manufacturer = QStringLiteral("Kivo");
+    info.product = QStringLiteral("Kivo Screen (virtual)");
+    info.usagePage = usagePage;
+    info.usage = 1;
+    info.interfaceNumber = interfaceNumber;
+    return info;
+}
+
+}  // namespace
+
+VirtualHidApi::VirtualHidApi() = default;
+VirtualHidApi::~VirtualHidApi() = default;
+
+int VirtualHidApi::Init() {
+    const std::lock_guard lock(m_mutex);
+    return m_failInit ? -1 : 0;
+}
+
+std::vector<HidDeviceInfo> VirtualHidApi::Enumerate(quint16 vendorId, quint16 productId) {
+    const bool asked = (vendorId == 0 || vendorId == kVendor) && (productId == 0 || productId == kProduct);
+    if (!asked || !IsPlugged())
+        return {};
+    return {Collection(ControlPath(), 0x000C, 0), Collection(DataPath(), 0xFFA0, 1)};
+}
+
+HidHandle* VirtualHidApi::OpenPath(const QByteArray& path) {
+    const bool isControl = path == ControlPath();
+    const bool isScreen = isControl || path == DataPath();
+    const std::lock_guard lock(m_mutex);
+    if (!isScreen || !m_plugged || m_failOpens)
+        return nullptr;
+    ++m_openHandles;
+    return std::make_unique<Handle>(m_generation, isControl).release();
+}
+
+int VirtualHidApi::Write(HidHandle* handle, const quint8* data, std::size_t length) {
+    constexpr int kFailed = -1;
+    const auto* const open = static_cast<const Handle*>(handle);
+    std::unique_lock lock(m_mutex);
+    if (!m_plugged || open->generation != m_generation)
+        return kFailed;
+
+    ++m_writesSinceFault;
+    if (m_vanishAt && m_writesSinceFault >= *m_vanishAt) {
+        m_vanishAt.reset();
+        PullOut();
+        lock.unlock();
+        Notify(VirtualScreenEvent::Unplugged);
+        return kFailed;
+    }
+    if (m_failWritesFrom && m_writesSinceFault >= *m_failWritesFrom)
+        return kFailed;
+    if (open->isControl) {
+        m_decoder.Count(PanelError::Interface, QStringLiteral("a report for the control interface"));
+        return kFailed;
+    }
+
+    const PanelReport report = m_decoder.Decode(data, length);
+    if (report.kind == PanelReportKind::Chunk)
+        m_frameHandle = m_decoder.FrameInProgress() ? open : nullptr;
+    lock.unlock();
+    Notify(report.changedPicture ? VirtualScreenEvent::Picture : VirtualScreenEvent::Report);
+    return static_cast<int>(length);
+}
+
+int VirtualHidApi::SendFeatureReport(HidHandle* /*handle*/, const quint8* /*data*/, std::size_t /*length*/) {
+    // The screen has no feature reports; the system refuses them.
+    return -1;
+}
+
+void VirtualHidApi::Close(HidHandle* handle) {
+    const std::unique_ptr<HidHandle> owned(handle);
+    const std::lock_guard lock(m_mutex);
+    --m_openHandles;
+    if (m_frameHandle != handle)
+        return;
+    // Whoever sent the frame gave up on it.
+    m_frameHandle = nullptr;
+    m_decoder.AbandonFrame();
+}
+
+int VirtualHidApi::Exit() {
+    return 0;
+}
+
+void VirtualHidApi::Unplug() {
+    {
+        const std::lock_guard lock(m_mutex);
+        if (!m_plugged)
+            return;
+        PullOut();
+    }
+    Notify(VirtualScreenEvent::Unplugged);
+}
+
+void VirtualHidApi::PullOut() {
+    m_plugged = false;
+    m_frameHandle = nullptr;
+    m_decoder.AbandonFrame();
+}
+
+void VirtualHidApi::Plug(NodeNumbers numbers) {
+    {
+        const std::lock_guard lock(m_mutex);
+        if (m_plugged)
+            return;
+        m_plugged = true;
+        ++m_generation;
+        if (numbers == NodeNumbers::New)
+            ++m_nodeNumber;
+    }
+    Notify(VirtualScreenEvent::Plugged);
+}
+
+bool VirtualHidApi::IsPlugged() const {
+    const std::lock_guard lock(m_mutex);
+    return m_plugged;
+}
+
+QByteArray VirtualHidApi::ControlPath() const {
+    const std::lock_guard lock(m_mutex);
+    return NodePath(2 * m_nodeNumber);
+}
+
+QByteArray VirtualHidApi::DataPath() const {
+    const std::lock_guard lock(m_mutex);
+    return NodePath(2 * m_nodeNumber + 1);
+}
+
+PanelState VirtualHidApi::State() const {
+    const std::lock_guard lock(m_mutex);
+    return m_decoder.State();
+}
+
+int VirtualHidApi::OpenHandles() const {
+    const std::lock_guard lock(m_mutex);
+    return m_openHandles;
+}
+
+void VirtualHidApi::FailInit() {
+    const std::lock_guard lock(m_mutex);
+    m_failInit = true;
+}
+
+void VirtualHidApi::FailOpens() {
+    const std::lock_guard lock(m_mutex);
+    m_failOpens = true;
+}
+
+void VirtualHidApi::FailWritesFrom(quint64 report) {
+    const std::lock_guard lock(m_mutex);
+    m_writesSinceFault = 0;
+    m_failWritesFrom = report;
+}
+
+void VirtualHidApi::VanishAtReport(quint64 report) {
+    const std::lock_guard lock(m_mutex);
+    m_writesSinceFault = 0;
+    m_vanishAt = report;
+}
+
+void VirtualHidApi::ClearFaults() {
+    const std::lock_guard lock(m_mutex);
+    m_failInit = false;
+    m_failOpens = false;
+    m_failWritesFrom.reset();
+    m_vanishAt.reset();
+}
+
+int VirtualHidApi::AddListener(Listener listener) {
+    const std::lock_guard lock(m_listenerMutex);
+    const int id = m_nextListener++;
+    m_listeners.emplace(id, std::move(listener));
+    return id;
+}
+
+void VirtualHidApi::RemoveListener(int id) {
+    const std::lock_guard lock(m_listenerMutex);
+    m_listeners.erase(id);
+}
+
+void VirtualHidApi::Notify(VirtualScreenEvent event) {
+    const std::lock_guard lock(m_listenerMutex);
+    for (const auto& [id, listener] : m_listeners)
+        listener(event);
+}
+
+}  // namespace kivo

@@ -1,0 +1,8 @@
+kivo_add_test(device hid_api_hidapi LINK kivo_device)
+kivo_add_test(device report_log LINK kivo_device kivo_virtualscreen)
+kivo_add_test(device reports LINK kivo_device)
+kivo_add_test(device screen_device_table LINK kivo_device)
+kivo_add_test(device screen_session LINK kivo_device)
+kivo_add_test(device transfer_faults LINK kivo_device kivo_virtualscreen)
+kivo_add_test(device transfer_threads LINK kivo_device kivo_virtualscreen)
+kivo_add_test(device transfers LINK kivo_device)

@@ -1,0 +1,365 @@
+#include <QImage>
+#include <QtTest>
+#include <memory>
+#include <thread>
+
+#include "device/transfers.h"
+#include "recording_hid_api.h"
+
+using namespace kivo;
+
+namespace {
+
+QByteArray Padded(const QByteArray& start, int size) {
+    return start + QByteArray(size - start.size(), '\0');
+}
+
+}  // namespace
+
+// The session's found screen has the paths "c" and "d".
+class TestTransfers : public QObject {
+    Q_OBJECT
+
+private slots:
+    void init() {
+        m_api = std::make_unique<RecordingHidApi>();
+        m_session = std::make_unique<ScreenSession>(*m_api);
+        m_session->InitDeviceTable();
+        m_session->ChangeTable([](ScreenDeviceTable& table) {
+            SetText(table.entries.at(0).controlPath, "c");
+            SetText(table.entries.at(0).dataPath, "d");
+            table.entries.at(0).controlFound = 1;
+            table.entries.at(0).dataFound = 1;
+        });
+        m_pauses.clear();
+        m_transfers = std::make_unique<Transfers>(
+            *m_session, [] { return QTime(18, 46, 5); },
+            [this](std::chrono::milliseconds duration) { m_pauses.push_back(duration.count()); });
+        m_pixels.assign(static_cast<std::size_t>(kFrameBytes), 0x11);
+    }
+
+    void cleanup() {
+        m_transfers.reset();
+        m_session.reset();
+        QCOMPARE(m_api->OpenCount(), 0);
+        QCOMPARE(m_api->misuses, 0);
+    }
+
+    void areaIsOneOpenOneWriteOneClose() {
+        QVERIFY(m_transfers->SendAreaImageWithPos(m_pixels.data(), 158, 38, 47, 24));
+        QCOMPARE(m_api->opened, (std::vector<QByteArray>{"d"}));
+        QCOMPARE(m_api->closed, (std::vector<QByteArray>{"d"}));
+        QCOMPARE(m_api->writes.size(), std::size_t{1});
+        const QByteArray expected =
+            QByteArray::fromHex("0055a29e0026002f18") + QByteArray(47 * 24 * 2, '\x11');
+        QCOMPARE(Report(0), Padded(expected, 4096));
+    }
+
+    void areaLosesTheLastByteOfTheBuffer() {
+        QVERIFY(m_transfers->SendAreaImageWithPos(m_pixels.data(), 0, 0, 4, 511));
+        QCOMPARE(Report(0).size(), 4096);
+        QCOMPARE(Report(0).back(), '\x11');
+    }
+
+    void failedAreaIsLoggedAndClosed() {
+        m_api->writeResult = -1;
+        QTest::ignoreMessage(QtDebugMsg, "Unable to SendAreaImageWithPos.\n");
+        QVERIFY(!m_transfers->SendAreaImageWithPos(m_pixels.data(), 0, 0, 1, 1));
+        QCOMPARE(m_api->OpenCount(), 0);
+    }
+
+    void areaDuringAFrameIsDroppedBeforeOpening() {
+        m_api->beforeWrite = [this] {
+            const std::size_t openings = m_api->opened.size();
+            QCOMPARE(m_transfers->wholeFrameBusy(), quint8{1});
+            QVERIFY(!m_transfers->SendAreaImageWithPos(m_pixels.data(), 0, 0, 1, 1));
+            QCOMPARE(m_api->opened.size(), openings);
+        };
+        QVERIFY(m_transfers->SendWholeImage(m_pixels.data(), 0));
+        QCOMPARE(m_api->writes.size(), std::size_t{27});
+    }
+
+    void areaOvertakenByAFrameIsDroppedAndItsHandleClosed() {
+        // The frame begins when the area has been let in and is about to open; it is held up in its first
+        // chunk.
+        std::thread uploader;
+        std::atomic<bool> areaDone{false};
+        std::atomic<int> openings{0};
+        m_api->beforeWrite = [&] {
+            while (!areaDone)
+                std::this_thread::yield();
+        };
+        m_api->beforeOpen = [&] {
+            if (openings++ != 0)
+                return;
+            uploader = std::thread([this] { m_transfers->SendWholeImage(m_pixels.data(), 0); });
+            while (m_transfers->wholeFrameBusy() == 0)
+                std::this_thread::yield();
+        };
+        const bool sent = m_transfers->SendAreaImageWithPos(m_pixels.data(), 0, 0, 1, 1);
+        areaDone = true;
+        uploader.join();
+        QVERIFY(!sent);
+        QCOMPARE(m_api->writes.size(), std::size_t{27});
+        QCOMPARE(m_api->OpenCount(), 0);
+    }
+
+    void frameIsTwentySevenReports() {
+        QVERIFY(m_transfers->SendWholeImage(m_pixels.data(), 0));
+        QCOMPARE(m_api->writes.size(), std::size_t{27});
+        for (std::size_t i = 0; i < 27; ++i) {
+            QCOMPARE(Report(i).size(), 4105);
+            QCOMPARE(static_cast<int>(Report(i).at(4)), static_cast<int>(i) + 1);
+        }
+        QCOMPARE(Report(16).left(9), QByteArray::fromHex("0055a3f11100000010"));
+        QCOMPARE(Report(26).left(9), QByteArray::fromHex("0055a3f21b00a00009"));
+        QCOMPARE(m_api->opened.size(), std::size_t{1});
+        QCOMPARE(m_transfers->wholeFrameBusy(), quint8{0});
+    }
+
+    void frameHasNoPauses() {
+        QVERIFY(m_transfers->SendWholeImage(m_pixels.data(), 0));
+        QVERIFY(m_pauses.empty());
+    }
+
+    void frameCarriesTheReportIdGiven() {
+        QVERIFY(m_transfers->SendWholeImage(m_pixels.data(), 3));
+        for (std::size_t i = 0; i < 27; ++i)
+            QCOMPARE(Report(i).at(0), '\3');
+    }
+
+    void frameWithoutAScreenIsFalse() {
+        m_api->refusesOpen = [](const QByteArray& /*path*/) { return true; };
+        QVERIFY(!m_transfers->SendWholeImage(m_pixels.data(), 0));
+        QCOMPARE(m_transfers->wholeFrameBusy(), quint8{0});
+    }
+
+    void shortCommands_data() {
+        QTest::addColumn<int>("which");
+        QTest::addColumn<QByteArray>("start");
+        QTest::newRow("landscape") << 0 << QByteArray::fromHex("0055a1f101");
+        QTest::newRow("portrait") << 1 << QByteArray::fromHex("0055a1f102");
+        QTest::newRow("time sync") << 2 << QByteArray::fromHex("0055a1f2122e05");
+        QTest::newRow("time show") << 3 << QByteArray::fromHex("0055a1f3122e05");
+    }
+
+    void shortCommands() {
+        QFETCH(int, which);
+        QFETCH(QByteArray, start);
+        if (which < 2)
+            QVERIFY(m_transfers->SendOrientation(which));
+        else if (which == 2)
+            QVERIFY(m_transfers->SendTimeSync());
+        else
+            m_transfers->SendTimeShow();
+        QCOMPARE(m_api->writes.size(), std::size_t{1});
+        QCOMPARE(Report(0), Padded(start, 4097));
+        QCOMPARE(m_api->writes.at(0).path, QByteArray("d"));
+    }
+
+    void shortCommandsGoOutDuringAFrame() {
+        bool once = true;
+        m_api->beforeWrite = [this, &once] {
+            if (std::exchange(once, false))
+                QVERIFY(m_transfers->SendTimeSync());
+        };
+        QVERIFY(m_transfers->SendWholeImage(m_pixels.data(), 0));
+        QCOMPARE(m_api->writes.size(), std::size_t{28});
+        // The command's end closed nothing of the frame's.
+        QCOMPARE(Report(27).left(9), QByteArray::fromHex("0055a3f21b00a00009"));
+    }
+
+    void rawReportTellsAFailedWrite() {
+        m_api->writeResult = -1;
+        QVERIFY(!m_transfers->SendTimeSync());
+        QVERIFY(!m_transfers->SendOrientation(0));
+    }
+
+    void aTransferClosesTheSessionsDataHandle() {
+        m_session->OpenScreenByName("Kivo Screen");
+        QVERIFY(m_transfers->SendTimeSync());
+        QVERIFY(!m_session->dataHandle());
+        QVERIFY(m_session->controlHandle());
+        QCOMPARE(m_api->OpenPaths(), (std::vector<QByteArray>{"c"}));
+    }
+
+    void withNoScreenNothingHappens() {
+        m_api->refusesOpen = [](const QByteArray& /*path*/) { return true; };
+        QtMessageHandler former =
+            qInstallMessageHandler([](QtMsgType /*type*/, const QMessageLogContext& /*context*/,
+                                      const QString& /*text*/) { ++s_messages; });
+        s_messages = 0;
+        QVERIFY(!m_transfers->SendAreaImageWithPos(m_pixels.data(), 0, 0, 1, 1));
+        QVERIFY(!m_transfers->SendWholeImage(m_pixels.data(), 0));
+        QVERIFY(!m_transfers->SendRawReport(m_pixels.data(), 4));
+        QVERIFY(!m_transfers->SendOrientation(1));
+        QVERIFY(!m_transfers->SendTimeSync());
+        m_transfers->SendTimeShow();
+        m_transfers->SendAreaImage(m_pixels.data(), 1, 1);
+        m_transfers->SendFillRect(0, 0, 1, 1, 0, 0, 0);
+        m_transfers->SendProbe(16, 0);
+        m_transfers->SendImageChunked(QImage(10, 10, QImage::Format_RGB32), 0, 0);
+        QCOMPARE(Transfers::SendFeature(nullptr, m_pixels.data(), 8), -1);
+        qInstallMessageHandler(former);
+        QCOMPARE(s_messages, 0);
+        QVERIFY(m_api->writes.empty());
+        QVERIFY(m_pauses.empty());
+    }
+
+    void areaOnTheOpenHandle() {
+        m_session->OpenScreenByName("Kivo Screen");
+        m_transfers->SendAreaImage(m_pixels.data(), 2, 1);
+        QCOMPARE(Report(0), Padded(QByteArray::fromHex("0055a20000000002011111 1111"), 4096));
+        QVERIFY(m_session->dataHandle());
+        m_api->writeResult = -1;
+        QTest::ignoreMessage(QtDebugMsg, "Unable to SendAreaImage.\n");
+        m_transfers->SendAreaImage(m_pixels.data(), 2, 1);
+    }
+
+    void fillOnTheOpenHandle() {
+        m_session->OpenScreenByName("Kivo Screen");
+        m_transfers->SendFillRect(1, 2, 1, 2, 0xAA, 0xBB, 5);
+        QCOMPARE(Report(0), Padded(QByteArray::fromHex("0555a2010002000102aabbaabb"), 4105));
+        m_api->writeResult = -1;
+        QTest::ignoreMessage(QtDebugMsg, "Unable to send a feature report.\n");
+        m_transfers->SendFillRect(1, 2, 1, 2, 0xAA, 0xBB, 5);
+    }
+
+    void probe_data() {
+        QTest::addColumn<int>("length");
+        QTest::addColumn<int>("written");
+        QTest::newRow("nine bytes") << 9 << 9;
+        QTest::newRow("all") << 4096 << 4096;
+        QTest::newRow("more than there are") << 5000 << 4096;
+        QTest::newRow("negative") << -7 << 0;
+    }
+
+    void probe() {
+        QFETCH(int, length);
+        QFETCH(int, written);
+        m_session->OpenScreenByName("Kivo Screen");
+        m_transfers->SendProbe(length, 2);
+        QCOMPARE(Report(0), Padded(QByteArray::fromHex("0255a2010203040506"), 4096).left(written));
+    }
+
+    void failedProbeIsLogged() {
+        m_session->OpenScreenByName("Kivo Screen");
+        m_api->writeResult = -1;
+        QTest::ignoreMessage(QtDebugMsg, "Unable to send a feature report.\n");
+        m_transfers->SendProbe(9, 0);
+    }
+
+    void chunkedImageGoesOutInParts() {
+        m_session->OpenScreenByName("Kivo Screen");
+        QImage image(100, 50, QImage::Format_RGB32);
+        image.fill(QColor(255, 0, 0));
+        m_transfers->SendImageChunked(image, 7, 20);
+        QCOMPARE(m_api->writes.size(), std::size_t{3});
+        QCOMPARE(m_pauses, (std::vector<qint64>{100, 100}));
+        const QList<QByteArray> headers{QByteArray::fromHex("0055a2070014006410"),
+                                        QByteArray::fromHex("0055a2070024006410"),
+                                        QByteArray::fromHex("0055a2070034006412")};
+        const QByteArray red = QByteArray::fromHex("f800");
+        for (int i = 0; i < 3; ++i) {
+            const QByteArray expected = headers.at(i) + red.repeated(100 * (i == 2 ? 18 : 16));
+            QCOMPARE(Report(static_cast<std::size_t>(i)), Padded(expected, 4097));
+        }
+    }
+
+    void chunkedImageKeepsThePixelOrder() {
+        m_session->OpenScreenByName("Kivo Screen");
+        // Three pixels a row: the rows of the image in memory are padded, those on the wire are not.
+        QImage image(3, 2, QImage::Format_RGB16);
+        for (int i = 0; i < 6; ++i)
+            reinterpret_cast<quint16*>(image.scanLine(i / 3))[i % 3] =
+                static_cast<quint16>(0x0102 + i * 0x0202);
+        m_transfers->SendImageChunked(image, 0, 0);
+        QCOMPARE(Report(0).mid(9, 12), QByteArray::fromHex("0102030405060708090a0b0c"));
+    }
+
+    void chunkedImageStopsWhenTheScreenIsClosed() {
+        m_session->OpenScreenByName("Kivo Screen");
+        Transfers transfers(*m_session, &QTime::currentTime,
+                            [this](std::chrono::milliseconds /*duration*/) { m_session->CloseScreen(); });
+        transfers.SendImageChunked(QImage(100, 50, QImage::Format_RGB16), 0, 0);
+        QCOMPARE(m_api->writes.size(), std::size_t{1});
+    }
+
+    void chunkedImageGoesOnAfterAFailedPart() {
+        m_session->OpenScreenByName("Kivo Screen");
+        m_api->writeResult = -1;
+        for (int i = 0; i < 3; ++i)
+            QTest::ignoreMessage(QtDebugMsg, "Unable to send a feature report.\n");
+        m_transfers->SendImageChunked(QImage(100, 50, QImage::Format_RGB16), 0, 0);
+        QCOMPARE(m_api->writes.size(), std::size_t{3});
+    }
+
+    void chunkedImagesOfAnySizeAreSafe_data() {
+        QTest::addColumn<QSize>("size");
+        QTest::addColumn<int>("reports");
+        QTest::newRow("null image") << QSize(0, 0) << 0;
+        QTest::newRow("one pixel") << QSize(1, 1) << 1;
+        QTest::newRow("a rest larger than a report") << QSize(200, 39) << 5;
+        QTest::newRow("a row wider than a report") << QSize(2100, 3) << 3;
+        QTest::newRow("a very wide row") << QSize(9000, 1) << 1;
+        QTest::newRow("a whole panel") << QSize(320, 170) << 29;
+    }
+
+    void chunkedImagesOfAnySizeAreSafe() {
+        QFETCH(QSize, size);
+        QFETCH(int, reports);
+        m_session->OpenScreenByName("Kivo Screen");
+        QImage image(size, QImage::Format_ARGB32);
+        if (!image.isNull())
+            image.fill(Qt::green);
+        m_transfers->SendImageChunked(image, 0, 0);
+        QCOMPARE(static_cast<int>(m_api->writes.size()), reports);
+    }
+
+    void feature() {
+        m_session->OpenScreenByName("Kivo Screen");
+        QCOMPARE(Transfers::SendFeature(m_session->dataHandle(), m_pixels.data(), 8), 0);
+        QCOMPARE(m_api->features.at(0).report, QByteArray(8, '\x11'));
+        m_api->writeResult = -1;
+        QTest::ignoreMessage(QtDebugMsg, "Unable to send a feature report.\n");
+        QCOMPARE(Transfers::SendFeature(m_session->dataHandle(), m_pixels.data(), 8), -1);
+    }
+
+    void theDefaultClockIsTheLocalTime() {
+        Transfers transfers(*m_session);
+        const QTime before = QTime::currentTime();
+        QVERIFY(transfers.SendTimeSync());
+        const QTime after = QTime::currentTime();
+        const QByteArray report = Report(0);
+        const QTime sent(report.at(4), report.at(5), report.at(6));
+        QVERIFY(sent.isValid());
+        // Around midnight the span turns over; whole seconds are sent.
+        const int sinceBefore =
+            (QTime(before.hour(), before.minute(), before.second()).secsTo(sent) + 86400) % 86400;
+        QVERIFY(sinceBefore <= (before.secsTo(after) + 86400) % 86400 + 1);
+    }
+
+    void theDefaultPauseSleeps() {
+        m_session->OpenScreenByName("Kivo Screen");
+        Transfers transfers(*m_session);
+        QElapsedTimer timer;
+        timer.start();
+        transfers.SendImageChunked(QImage(40, 102, QImage::Format_RGB16), 0, 0);
+        QVERIFY(timer.elapsed() >= 100);
+        QCOMPARE(m_api->writes.size(), std::size_t{2});
+    }
+
+private:
+    QByteArray Report(std::size_t index) const { return m_api->writes.at(index).report; }
+
+    inline static int s_messages = 0;
+
+    std::unique_ptr<RecordingHidApi> m_api;
+    std::unique_ptr<ScreenSession> m_session;
+    std::unique_ptr<Transfers> m_transfers;
+    std::vector<qint64> m_pauses;
+    std::vector<quint8> m_pixels;
+};
+
+QTEST_GUILESS_MAIN(TestTransfers)
+#include "tst_transfers.moc"
