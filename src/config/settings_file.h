@@ -3,6 +3,7 @@
 #include <QRect>
 #include <QSettings>
 #include <QString>
+#include <QVariant>
 
 #include <memory>
 
@@ -72,9 +73,12 @@ public:
     bool Commit();
 
 private:
+    QSettings* Open();
+    void Set(const QString& key, const QVariant& value);
+
     QString m_filePath;
-    std::unique_ptr<QSettings> m_settings;  ///< Null where the file must not be written.
-    bool m_dirty = false;
+    bool m_opened = false;
+    std::unique_ptr<QSettings> m_settings;  ///< Null until the first write, and where none may happen.
 };
 
 /// The row (0 to 2) of the free text.
