@@ -3,7 +3,6 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
 #include <QSettings>
 #include <QtDebug>
 
@@ -11,44 +10,18 @@
 
 #include "config/first_run_marker.h"
 #include "config/folders.h"
+#include "config/replace_file.h"
 
 namespace kivo {
 namespace {
 
-constexpr std::array kDefaultFiles{QLatin1String("/Config.ini"), QLatin1String("/whole.png")};
-constexpr qint64 kCopyBlock = 64 * 1024;
-
-/// Puts a complete copy of `source` in the place of `target` in one step; on failure `target` is as it was.
-/// The copy is made by content, not by QFile::copy, so that a read-only original gives a writable copy.
-/// Returns what went wrong, empty on success.
-QString ReplaceByCopy(const QString& source, const QString& target) {
-    QFile in(source);
-    if (!in.open(QIODevice::ReadOnly)) {
-        return in.errorString();
-    }
-    if (QFileInfo(target).isFile() && !QFileInfo(target).isWritable()) {
-        // Failing shows at open() below.
-        QFile::setPermissions(target, QFile::permissions(target) | QFile::WriteOwner | QFile::WriteUser);
-    }
-    QSaveFile out(target);
-    if (!out.open(QIODevice::WriteOnly)) {
-        return out.errorString();
-    }
-    QByteArray block(static_cast<int>(kCopyBlock), Qt::Uninitialized);
-    qint64 length = 0;
-    while ((length = in.read(block.data(), block.size())) > 0) {
-        if (out.write(block.constData(), length) != length) {
-            return out.errorString();
-        }
-    }
-    if (length < 0) {
-        return in.errorString();
-    }
-    return out.commit() ? QString() : out.errorString();
-}
+constexpr std::array kDefaultFiles{"/Config.ini", "/whole.png"};
 
 void CopyDefaultFile(const QString& source, const QString& target) {
-    const QString trouble = ReplaceByCopy(source, target);
+    // Not QFile::copy, which gives the copy of a read-only original its rights.
+    QFile original(source);
+    const QString trouble =
+        original.open(QIODevice::ReadOnly) ? ReplaceFile(target, &original) : original.errorString();
     if (trouble.isEmpty()) {
         qDebug("File copied successfully.");
         return;
@@ -75,7 +48,8 @@ void SeedDefaultProfile(const QString& applicationDir) {
             qWarning("The first-run mark cannot be set; existing settings are kept.");
         }
     }
-    for (const QLatin1String& name : kDefaultFiles) {
+    for (const char* const file : kDefaultFiles) {
+        const QLatin1String name(file);
         const QString target = settingsFolder + name;
         if (QFileInfo::exists(target)) {
             if (!replace) {

@@ -1,10 +1,11 @@
+#include <QBuffer>
 #include <QDir>
 #include <QFileInfo>
-#include <QSaveFile>
 #include <QSettings>
 #include <QStandardPaths>
 
 #include "config/first_run_marker.h"
+#include "config/replace_file.h"
 
 namespace kivo {
 namespace {
@@ -39,12 +40,10 @@ qint32 MarkInitialized() {
         return kPathNotFound;
     }
     // Not by QSettings: it would remember a mark that it failed to write, and IsFirstRun would believe it.
-    QSaveFile file(path);
-    const QByteArray content("[General]\nisInitialized=true\n");
-    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size() || !file.commit()) {
-        return kAccessDenied;
-    }
-    return kSuccess;
+    QBuffer content;
+    content.setData(QByteArrayLiteral("[General]\nisInitialized=true\n"));
+    content.open(QIODevice::ReadOnly);
+    return ReplaceFile(path, &content).isEmpty() ? kSuccess : kAccessDenied;
 }
 
 }  // namespace kivo

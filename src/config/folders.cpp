@@ -37,7 +37,7 @@ Folder Provide(const QString& path) {
 std::atomic<quint8> configFolderCreated{0};
 
 QString SettingsFolder() {
-    const QString path = Inside(ParentOf(QStandardPaths::AppDataLocation));
+    QString path = Inside(ParentOf(QStandardPaths::AppDataLocation));
     switch (Provide(path)) {
         case Folder::Existed:
             break;
@@ -55,13 +55,13 @@ QString SettingsFolder() {
 
 QString WorkingFolder() {
     const QString profile = ParentOf(QStandardPaths::DocumentsLocation);
-    const QString path = Inside(profile);
+    QString path = Inside(profile);
     if (Provide(path) != Folder::Missing) {
         return path;
     }
     // Where the documents folder is the home folder itself, the folder above it belongs to somebody else.
     const QFileInfo profileInfo(profile);
-    const QString standIn = profileInfo.isDir() && profileInfo.isWritable() ? profile : QDir::homePath();
+    QString standIn = profileInfo.isDir() && profileInfo.isWritable() ? profile : QDir::homePath();
     WarnOnce(QStringLiteral("The working folder %1 cannot be created; %2 is used instead.")
                  .arg(QDir::toNativeSeparators(path), QDir::toNativeSeparators(standIn)));
     return standIn;

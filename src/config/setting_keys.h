@@ -24,44 +24,51 @@ struct SettingKey {
 
 namespace keys {
 
+/// A literal with its length counted by the compiler: the constructor that counts for itself is no constant
+/// expression for every compiler.
+template <int N>
+constexpr QLatin1String Name(const char (&literal)[N]) {
+    return QLatin1String(literal, N - 1);
+}
+
 // Group "Config".
-inline constexpr SettingKey kMode{QLatin1String("Config/Mode")};
-inline constexpr SettingKey kThemeId{QLatin1String("Config/ThemeID"), SettingType::Int, 0, 0, 0, 3};
-inline constexpr SettingKey kStyle{QLatin1String("Config/Style")};
-inline constexpr SettingKey kHor{QLatin1String("Config/Hor"), SettingType::Int, 0, 0, 0, 1};
-inline constexpr SettingKey kCurRectId{QLatin1String("Config/CurRectID"), SettingType::Int, 2, 0, 0, 2};
-inline constexpr SettingKey kLangId{QLatin1String("Config/LangID")};
-inline constexpr SettingKey kUuid{QLatin1String("Config/UUid"), SettingType::Text};
+inline constexpr SettingKey kMode{Name("Config/Mode")};
+inline constexpr SettingKey kThemeId{Name("Config/ThemeID"), SettingType::Int, 0, 0, 0, 3};
+inline constexpr SettingKey kStyle{Name("Config/Style")};
+inline constexpr SettingKey kHor{Name("Config/Hor"), SettingType::Int, 0, 0, 0, 1};
+inline constexpr SettingKey kCurRectId{Name("Config/CurRectID"), SettingType::Int, 2, 0, 0, 2};
+inline constexpr SettingKey kLangId{Name("Config/LangID")};
+inline constexpr SettingKey kUuid{Name("Config/UUid"), SettingType::Text};
 // Group "test": written by a button that nobody sees, read by nobody.
-inline constexpr SettingKey kTest{QLatin1String("test/test"), SettingType::Text};
+inline constexpr SettingKey kTest{Name("test/test"), SettingType::Text};
 
 // Group "ImageList": the count and, under its decimal index, each picture's path. A count beyond what a
 // person could have added by hand is noise.
-inline constexpr SettingKey kImageCount{QLatin1String("ImageList/Count"), SettingType::Int, 0, 0, 0, 9999};
-inline constexpr SettingKey kImagePath{QLatin1String("ImageList/"), SettingType::Text};
+inline constexpr SettingKey kImageCount{Name("ImageList/Count"), SettingType::Int, 0, 0, 0, 9999};
+inline constexpr SettingKey kImagePath{Name("ImageList/"), SettingType::Text};
 
 // Group "CustomShow": "0-0" .. "0-4" and "1-0" .. "1-4". Deliberate: no range; a number that is no item kind
 // stays in the table and matches nothing.
-inline constexpr SettingKey kCustomShow{QLatin1String("CustomShow/"), SettingType::Int, -1, -1};
+inline constexpr SettingKey kCustomShow{Name("CustomShow/"), SettingType::Int, -1, -1};
 
 // Inside a layout group (ThemeGroups).
-inline constexpr SettingKey kXPt{QLatin1String("XPt"), SettingType::Int, 0, 0, -65535, 65535};
-inline constexpr SettingKey kYPt{QLatin1String("YPt"), SettingType::Int, 0, 0, -65535, 65535};
-inline constexpr SettingKey kXZoom{QLatin1String("XZoom"), SettingType::Int, 0, 0, -65535, 65535};
-inline constexpr SettingKey kYZoom{QLatin1String("YZoom"), SettingType::Int, 0, 0, -65535, 65535};
-inline constexpr SettingKey kHighlight{QLatin1String("highlight"), SettingType::Int, 0, 0, 0, 8};
-inline constexpr SettingKey kStringPixmap{QLatin1String("StringPixmap"), SettingType::Text};
-inline constexpr SettingKey kStringD1{QLatin1String("StringD1"), SettingType::Text};
-inline constexpr SettingKey kStringPixmapS{QLatin1String("StringPixmapS"), SettingType::Text};
-inline constexpr SettingKey kSize{QLatin1String("Size"), SettingType::Int, 0, 0, 0, 2};
-inline constexpr SettingKey kColor{QLatin1String("Color"), SettingType::Int, 0, 0, 0, 5};
+inline constexpr SettingKey kXPt{Name("XPt"), SettingType::Int, 0, 0, -65535, 65535};
+inline constexpr SettingKey kYPt{Name("YPt"), SettingType::Int, 0, 0, -65535, 65535};
+inline constexpr SettingKey kXZoom{Name("XZoom"), SettingType::Int, 0, 0, -65535, 65535};
+inline constexpr SettingKey kYZoom{Name("YZoom"), SettingType::Int, 0, 0, -65535, 65535};
+inline constexpr SettingKey kHighlight{Name("highlight"), SettingType::Int, 0, 0, 0, 8};
+inline constexpr SettingKey kStringPixmap{Name("StringPixmap"), SettingType::Text};
+inline constexpr SettingKey kStringD1{Name("StringD1"), SettingType::Text};
+inline constexpr SettingKey kStringPixmapS{Name("StringPixmapS"), SettingType::Text};
+inline constexpr SettingKey kSize{Name("Size"), SettingType::Int, 0, 0, 0, 2};
+inline constexpr SettingKey kColor{Name("Color"), SettingType::Int, 0, 0, 0, 5};
 
 // Inside a layout group, followed by the item's number 0 .. 8.
-inline constexpr SettingKey kShow{QLatin1String("Show_")};
-inline constexpr SettingKey kShow2{QLatin1String("Show2_")};
-inline constexpr SettingKey kShowRect{QLatin1String("ShowRect_"), SettingType::Rect};
-inline constexpr SettingKey kShowStringRect{QLatin1String("ShowStringRect_"), SettingType::Rect};
-inline constexpr SettingKey kString{QLatin1String("String_"), SettingType::Text};
+inline constexpr SettingKey kShow{Name("Show_")};
+inline constexpr SettingKey kShow2{Name("Show2_")};
+inline constexpr SettingKey kShowRect{Name("ShowRect_"), SettingType::Rect};
+inline constexpr SettingKey kShowStringRect{Name("ShowStringRect_"), SettingType::Rect};
+inline constexpr SettingKey kString{Name("String_"), SettingType::Text};
 
 }  // namespace keys
 

@@ -69,8 +69,9 @@ int SettingsReader::Int(const QString& key, const SettingKey& setting) const {
     if (!value.isValid()) {
         return setting.defaultInt;
     }
+    // As the widest integer: toInt lets a number that does not fit wrap around into one that does.
     bool isNumber = false;
-    const int number = value.toInt(&isNumber);
+    const qlonglong number = value.toLongLong(&isNumber);
     if (!isNumber) {
         CountUnusable(key);
         return setting.notANumber;
@@ -79,7 +80,7 @@ int SettingsReader::Int(const QString& key, const SettingKey& setting) const {
         CountUnusable(key);
         return setting.defaultInt;
     }
-    return number;
+    return static_cast<int>(number);
 }
 
 int SettingsReader::Int(const QString& key, int defaultValue) const {
@@ -93,9 +94,10 @@ QString SettingsReader::Text(const QString& key, const QString& defaultValue) co
     if (!value.isValid()) {
         return defaultValue;
     }
-    // A bare comma in a line written by hand makes a list of it, which has no one right text.
-    const bool isText = value.canConvert<QString>() && value.userType() != QMetaType::QStringList;
-    const QString text = value.toString();
+    // A number that was stored in this run is still one; in the file it is a text. What else there may be has
+    // no one right text: a bare comma in a line written by hand makes a list of it.
+    const bool isText = value.userType() == QMetaType::QString || value.userType() == QMetaType::Int;
+    QString text = value.toString();
     if (!isText || text.size() > kLongestSettingText) {
         CountUnusable(key);
         return defaultValue;
@@ -125,7 +127,7 @@ SettingsWriter::~SettingsWriter() {
 QSettings* SettingsWriter::Open() {
     if (!m_opened) {
         m_opened = true;
-        if (KeepAsideBeforeWriting(m_filePath)) {
+        if (PrepareForWriting(m_filePath)) {
             m_settings = std::make_unique<QSettings>(m_filePath, QSettings::IniFormat);
         }
     }

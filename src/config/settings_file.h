@@ -19,7 +19,7 @@ namespace kivo {
 // all, is larger than kLargestSettingsFile, is a folder or may not be read gives the defaults. One log line
 // tells, once.
 
-inline constexpr qint64 kLargestSettingsFile = 1024 * 1024;
+inline constexpr qint64 kLargestSettingsFile = qint64{1024} * 1024;
 inline constexpr int kLongestSettingText = 32767;  ///< Characters; the longest path Windows knows.
 inline constexpr int kFarthestRectEdge = 65535;    ///< Any edge further from 0 is noise.
 
@@ -38,7 +38,7 @@ public:
     int Int(const SettingKey& setting) const;  ///< For full keys ("Config/Mode").
     int Int(const QString& key,
             const SettingKey& setting) const;  ///< For keys of a family, see setting_keys.h.
-    /// Any integer; no whole number gives 0, as Qt converts it.
+    /// Any integer; no whole number gives 0, as Qt converts it, one that does not fit gives the default.
     int Int(const QString& key, int defaultValue = 0) const;
     /// A text beyond kLongestSettingText gives the default.
     QString Text(const QString& key, const QString& defaultValue = QString()) const;

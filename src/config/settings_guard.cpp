@@ -3,6 +3,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QLockFile>
 #include <QtDebug>
 
 #include "config/log_once.h"
@@ -12,6 +13,10 @@ namespace kivo {
 namespace {
 
 constexpr int kMostKeptFiles = 9;
+
+// A write takes milliseconds, and the program runs once: an older lock was left by a copy that was killed.
+constexpr int kStaleLockMs = 1000;
+constexpr int kLockPatienceMs = 2500;
 
 /// An odd number of quotes would swallow the lines that follow.
 bool QuotesAreClosed(const QByteArray& line) {
@@ -45,7 +50,7 @@ bool IsWellFormedLine(const QByteArray& line) {
     if (line.startsWith('[')) {
         return line.endsWith(']');
     }
-    return line.indexOf('=') > 0 && QuotesAreClosed(line);
+    return line.contains('=') && QuotesAreClosed(line);
 }
 
 QString KeptName(const QString& filePath, int number) {
@@ -56,14 +61,40 @@ QString KeptName(const QString& filePath, int number) {
 /// A name under which something can be kept; the last one is freed when all are taken.
 QString FreeKeptName(const QString& filePath) {
     for (int number = 1; number <= kMostKeptFiles; ++number) {
-        const QString name = KeptName(filePath, number);
+        QString name = KeptName(filePath, number);
         if (!QFileInfo::exists(name) && !QFileInfo(name).isSymLink()) {
             return name;
         }
     }
-    const QString last = KeptName(filePath, kMostKeptFiles);
+    QString last = KeptName(filePath, kMostKeptFiles);
     QFile::remove(last);
     return last;
+}
+
+/// QSettings waits for its lock without limit: for half a minute where a killed writer left an empty lock
+/// file, for ever where something else stands under that name. So the way is cleared before it comes.
+bool LockIsFree(const QString& filePath) {
+    const QString lockPath = filePath + QStringLiteral(".lock");
+    if (!QFileInfo::exists(lockPath)) {
+        return true;
+    }
+    QLockFile lock(lockPath);
+    lock.setStaleLockTime(kStaleLockMs);
+    return lock.tryLock(kLockPatienceMs);
+}
+
+bool KeepAside(const QString& filePath, SettingsFileState state) {
+    const QString shownPath = QDir::toNativeSeparators(filePath);
+    const QString keptName = FreeKeptName(filePath);
+    const QString shownName = QDir::toNativeSeparators(keptName);
+    const bool kept = state == SettingsFileState::Damaged ? QFile::copy(filePath, keptName)
+                                                          : QDir().rename(filePath, keptName);
+    if (!kept) {
+        WarnOnce(QStringLiteral("%1 cannot be kept as %2; nothing is stored.").arg(shownPath, shownName));
+        return false;
+    }
+    qWarning().noquote() << QStringLiteral("%1 was broken and is kept as %2.").arg(shownPath, shownName);
+    return true;
 }
 
 }  // namespace
@@ -127,26 +158,18 @@ QString Describe(SettingsFileState state) {
     return QStringLiteral("is in order.");
 }
 
-bool KeepAsideBeforeWriting(const QString& filePath) {
-    const SettingsFileState state = InspectSettingsFile(filePath);
+bool PrepareForWriting(const QString& filePath) {
     const QString shownPath = QDir::toNativeSeparators(filePath);
-    if (state == SettingsFileState::Usable) {
-        return true;
+    if (!LockIsFree(filePath)) {
+        WarnOnce(QStringLiteral("%1 is locked; nothing is stored.").arg(shownPath));
+        return false;
     }
+    const SettingsFileState state = InspectSettingsFile(filePath);
     if (state == SettingsFileState::Unreadable) {
         WarnOnce(shownPath + QLatin1Char(' ') + Describe(state));
         return false;
     }
-    const QString keptName = FreeKeptName(filePath);
-    const bool kept = state == SettingsFileState::Damaged ? QFile::copy(filePath, keptName)
-                                                          : QDir().rename(filePath, keptName);
-    const QString shownName = QDir::toNativeSeparators(keptName);
-    if (!kept) {
-        WarnOnce(QStringLiteral("%1 cannot be kept as %2; nothing is stored.").arg(shownPath, shownName));
-        return false;
-    }
-    qWarning().noquote() << QStringLiteral("%1 was broken and is kept as %2.").arg(shownPath, shownName);
-    return true;
+    return state == SettingsFileState::Usable || KeepAside(filePath, state);
 }
 
 }  // namespace kivo

@@ -17,18 +17,19 @@ enum class SettingsFileState {
 
 SettingsFileState InspectSettingsFile(const QString& filePath);
 
-/// Whether every line is blank, a comment, a section or "key=value" with its quotes closed. Stricter than the
-/// reader needs: at worst a copy too many is kept.
+/// Whether every line is blank, a comment, a section or "key=value" (the key may be empty: QSettings writes
+/// such lines back) with its quotes closed. Stricter than the reader needs: at worst a copy too many is
+/// kept.
 bool IsWellFormedIni(const QByteArray& content);
 
 /// The end of the sentence "<file> ...".
 QString Describe(SettingsFileState state);
 
 /// Makes room for a write. What cannot be carried over into the new file is kept first, as "<file>.broken"
-/// (then
-/// ".broken.2" to ".broken.9", of which the last is reused): a damaged file as a copy, what is useless by
-/// renaming. False, with one log line, where nothing must be written: the file may not be read, or could not
-/// be kept.
-bool KeepAsideBeforeWriting(const QString& filePath);
+/// (then ".broken.2" to ".broken.9", of which the last is reused): a damaged file as a copy, what is useless
+/// by renaming. A lock that a killed copy of the program left goes, too. False, with one log line, where
+/// nothing must be written: the file may not be read, could not be kept, or is locked for good. May wait for
+/// about three seconds then.
+bool PrepareForWriting(const QString& filePath);
 
 }  // namespace kivo

@@ -14,7 +14,7 @@ enum Column { User, Nice, System, Idle, IoWait, Irq, SoftIrq, Steal, kColumnCoun
 constexpr int kColumnsOfTheOldestKernels = Idle + 1;
 
 // A tick count beyond this is noise; below it eight of them add up without overflow.
-constexpr std::uint64_t kMostTicks = std::numeric_limits<qint64>::max() / (2 * kColumnCount);
+constexpr std::uint64_t kMostTicks = std::numeric_limits<qint64>::max() / (2ULL * kColumnCount);
 
 }  // namespace
 

@@ -37,7 +37,7 @@ QString MetricSnapshot::GetValueText(int index) const {
         case CpuTemperature:
             return FormatTemperature(CpuTemp());
         case CpuUsage: {
-            const QString text = FormatCpuUsage(CpuUsed());
+            QString text = FormatCpuUsage(CpuUsed());
             qCDebug(telemetryLog) << "m_iCpuUsed" << text;
             return text;
         }

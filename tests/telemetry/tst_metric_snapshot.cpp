@@ -114,7 +114,7 @@ private slots:
     }
 
     void clockAndMemoryAreReadAtEveryRequest() {
-        int minutes = 0;
+        qint64 minutes = 0;
         int load = 10;
         const MetricSnapshot snapshot(
             InterfaceLanguage::Chinese,
@@ -126,7 +126,7 @@ private slots:
         // Nothing else asks for them.
         snapshot.GetValueText(CpuTemperature);
         snapshot.GetValueText(FanSpeed);
-        QCOMPARE(minutes, 2);
+        QCOMPARE(minutes, qint64(2));
         QCOMPARE(load, 12);
     }
 
