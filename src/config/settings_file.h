@@ -69,7 +69,9 @@ public:
     void SetRect(const QString& key, const QRect& value);
     void Remove(const QString& keyOrGroup);
 
-    /// True when everything set so far is on disk. A failure is logged once and otherwise has no effect.
+    /// True when everything set so far is on disk. A failure is logged once. Where there was a file,
+    /// QSettings remembers what it could not store: the values hold for this run and go to disk with a later
+    /// access that can.
     bool Commit();
 
 private:

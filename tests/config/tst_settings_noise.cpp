@@ -182,6 +182,17 @@ private slots:
         QCOMPARE(Content(KeptPath(path)), content);
     }
 
+    void aFileWithZeroBytesCountsForNothingAndIsNotCarriedOver() {
+        const QByteArray content = "[Config]\nThemeID=3\n" + QByteArray(100, '\0') + "\nHor=1\n";
+        const QString path = FileWith(content);
+        const LogCatcher log;
+        QCOMPARE(SettingsReader(path).Int(keys::kThemeId), 0);
+        QCOMPARE(SettingsReader(path).Int(keys::kHor), 0);
+        SettingsWriter(path).SetInt(keys::kMode.name, 1);
+        QCOMPARE(Content(path), QByteArray("[Config]\nMode=1\n"));
+        QCOMPARE(Content(KeptPath(path)), content);
+    }
+
     void aWriterThatWritesNothingKeepsNothingAside() {
         const QString path = FileWith("noise");
         { SettingsWriter writer(path); }
