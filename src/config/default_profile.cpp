@@ -1,0 +1,70 @@
+#include "config/default_profile.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QSettings>
+#include <QtDebug>
+
+#include <array>
+
+#include "config/first_run_marker.h"
+#include "config/folders.h"
+#include "config/replace_file.h"
+
+namespace kivo {
+namespace {
+
+constexpr std::array kDefaultFiles{"/Config.ini", "/whole.png"};
+
+void CopyDefaultFile(const QString& source, const QString& target) {
+    // Not QFile::copy, which gives the copy of a read-only original its rights.
+    QFile original(source);
+    const QString trouble =
+        original.open(QIODevice::ReadOnly) ? ReplaceFile(target, &original) : original.errorString();
+    if (trouble.isEmpty()) {
+        qDebug("File copied successfully.");
+        return;
+    }
+    qWarning("Failed to copy file.");
+    qWarning().noquote() << QStringLiteral("%1 to %2: %3")
+                                .arg(QDir::toNativeSeparators(source), QDir::toNativeSeparators(target),
+                                     trouble);
+}
+
+}  // namespace
+
+void SeedDefaultProfile(const QString& applicationDir) {
+    const QString settingsFolder = SettingsFolder();
+    bool replace = false;
+    if (IsFirstRun()) {
+        MarkInitialized();
+        configFolderCreated = 1;
+        // Asked again instead of believing the code, which only tells of opening and closing. A mark that
+        // cannot be set makes every start a first one, and none of them may take away what the user has made
+        // since.
+        replace = !IsFirstRun();
+        if (!replace) {
+            qWarning("The first-run mark cannot be set; existing settings are kept.");
+        }
+    }
+    for (const char* const file : kDefaultFiles) {
+        const QLatin1String name(file);
+        const QString target = settingsFolder + name;
+        if (QFileInfo::exists(target)) {
+            if (!replace) {
+                continue;
+            }
+        } else {
+            configFolderCreated = 1;
+        }
+        CopyDefaultFile(applicationDir + name, target);
+    }
+}
+
+QString LoadProductName(const QString& applicationDir) {
+    const QSettings profile(applicationDir + QStringLiteral("/DefaultProfile.bin"), QSettings::IniFormat);
+    return profile.value(QStringLiteral("PROFILE/ProductName")).toString();
+}
+
+}  // namespace kivo

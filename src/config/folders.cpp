@@ -1,0 +1,74 @@
+#include "config/folders.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QStandardPaths>
+
+#include "config/log_once.h"
+
+namespace kivo {
+namespace {
+
+QString FolderName() {
+    return QStringLiteral("/Kivo Tool");
+}
+
+/// One level up, whether or not the location exists (QDir::cdUp would refuse).
+QString ParentOf(QStandardPaths::StandardLocation location) {
+    return QFileInfo(QDir::cleanPath(QStandardPaths::writableLocation(location))).path();
+}
+
+/// The root folder ends in a slash already.
+QString Inside(const QString& parent) {
+    return QDir::cleanPath(parent + FolderName());
+}
+
+enum class Folder { Existed, Created, Missing };
+
+Folder Provide(const QString& path) {
+    if (QFileInfo(path).isDir()) {
+        return Folder::Existed;
+    }
+    return QDir().mkpath(path) ? Folder::Created : Folder::Missing;
+}
+
+}  // namespace
+
+std::atomic<quint8> configFolderCreated{0};
+
+QString SettingsFolder() {
+    QString path = Inside(ParentOf(QStandardPaths::AppDataLocation));
+    switch (Provide(path)) {
+        case Folder::Existed:
+            break;
+        case Folder::Created:
+            configFolderCreated = 1;
+            break;
+        case Folder::Missing:
+            // The flag stays: nothing was made, and every later call would raise it anew.
+            WarnOnce(QStringLiteral("The settings folder %1 cannot be created; settings will not be kept.")
+                         .arg(QDir::toNativeSeparators(path)));
+            break;
+    }
+    return path;
+}
+
+QString WorkingFolder() {
+    const QString profile = ParentOf(QStandardPaths::DocumentsLocation);
+    QString path = Inside(profile);
+    if (Provide(path) != Folder::Missing) {
+        return path;
+    }
+    // Where the documents folder is the home folder itself, the folder above it belongs to somebody else.
+    const QFileInfo profileInfo(profile);
+    QString standIn = profileInfo.isDir() && profileInfo.isWritable() ? profile : QDir::homePath();
+    WarnOnce(QStringLiteral("The working folder %1 cannot be created; %2 is used instead.")
+                 .arg(QDir::toNativeSeparators(path), QDir::toNativeSeparators(standIn)));
+    return standIn;
+}
+
+QString ConfigFilePath() {
+    return SettingsFolder() + QStringLiteral("/Config.ini");
+}
+
+}  // namespace kivo

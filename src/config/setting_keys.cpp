@@ -1,0 +1,70 @@
+#include "config/setting_keys.h"
+
+namespace kivo {
+namespace {
+
+// In the order in which a layout group is read and written: the placement, the items, the free text.
+constexpr std::array kPlacementKeys{keys::kXPt, keys::kYPt, keys::kXZoom, keys::kYZoom, keys::kHighlight};
+constexpr std::array kItemKeys{keys::kShow, keys::kShow2, keys::kShowRect, keys::kShowStringRect,
+                               keys::kString};
+constexpr std::array kFreeTextKeys{keys::kStringPixmap, keys::kStringD1, keys::kStringPixmapS, keys::kSize,
+                                   keys::kColor};
+constexpr std::array kSingleKeys{keys::kMode, keys::kThemeId,   keys::kStyle,
+                                 keys::kHor,  keys::kCurRectId, keys::kLangId,
+                                 keys::kUuid, keys::kTest,      keys::kImageCount};
+
+}  // namespace
+
+const QStringList& ThemeGroups() {
+    static const QStringList groups{
+        QStringLiteral("H1"),      QStringLiteral("H2"),      QStringLiteral("H3"), QStringLiteral("H4"),
+        QStringLiteral("V1"),      QStringLiteral("V2"),      QStringLiteral("V3"), QStringLiteral("V4"),
+        QStringLiteral("CUSTOM0"), QStringLiteral("CUSTOM1"),
+    };
+    return groups;
+}
+
+QList<NamedSetting> AllSettings() {
+    QList<NamedSetting> all;
+    for (const SettingKey& setting : kSingleKeys) {
+        all.append({QString(setting.name), setting});
+    }
+    all.append({ImageKey(0), keys::kImagePath});
+    for (int row = 0; row < kCustomShowRows; ++row) {
+        for (int slot = 0; slot < kCustomShowSlots; ++slot) {
+            all.append({CustomShowKey(row, slot), keys::kCustomShow});
+        }
+    }
+    for (const QString& group : ThemeGroups()) {
+        for (const SettingKey& setting : kPlacementKeys) {
+            all.append({GroupKey(group, setting), setting});
+        }
+        for (int item = 0; item < kItemCount; ++item) {
+            for (const SettingKey& setting : kItemKeys) {
+                all.append({ItemKey(group, setting, item), setting});
+            }
+        }
+        for (const SettingKey& setting : kFreeTextKeys) {
+            all.append({GroupKey(group, setting), setting});
+        }
+    }
+    return all;
+}
+
+QString GroupKey(const QString& group, const SettingKey& setting) {
+    return group + QLatin1Char('/') + setting.name;
+}
+
+QString ItemKey(const QString& group, const SettingKey& setting, int item) {
+    return GroupKey(group, setting) + QString::number(item);
+}
+
+QString ImageKey(int index) {
+    return keys::kImagePath.name + QString::number(index);
+}
+
+QString CustomShowKey(int row, int slot) {
+    return keys::kCustomShow.name + QString::number(row) + QLatin1Char('-') + QString::number(slot);
+}
+
+}  // namespace kivo

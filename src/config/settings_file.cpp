@@ -1,0 +1,206 @@
+#include "config/settings_file.h"
+
+#include <QDir>
+#include <QUuid>
+#include <QtDebug>
+
+#include "config/log_once.h"
+#include "config/settings_guard.h"
+
+namespace kivo {
+namespace {
+
+bool IsNear(int edge) {
+    return edge >= -kFarthestRectEdge && edge <= kFarthestRectEdge;
+}
+
+/// Edges first: the width of a rectangle with far edges does not fit an int.
+bool IsBelievable(const QRect& rect) {
+    const bool edgesAreNear =
+        IsNear(rect.left()) && IsNear(rect.top()) && IsNear(rect.right()) && IsNear(rect.bottom());
+    return edgesAreNear && rect.width() >= 0 && rect.height() >= 0;
+}
+
+}  // namespace
+
+SettingsReader::SettingsReader(const QString& filePath) : m_filePath(filePath) {
+    const SettingsFileState state = InspectSettingsFile(filePath);
+    if (state != SettingsFileState::Usable) {
+        WarnOnce(QDir::toNativeSeparators(filePath) + QLatin1Char(' ') + Describe(state));
+    }
+    if (state == SettingsFileState::Usable || state == SettingsFileState::Damaged) {
+        m_settings = std::make_unique<QSettings>(filePath, QSettings::IniFormat);
+    }
+}
+
+SettingsReader::~SettingsReader() {
+    if (m_unusable > 0) {
+        WarnOnce(
+            QStringLiteral("%1: %2 value(s) of the wrong kind or out of range were not taken, %3 first.")
+                .arg(QDir::toNativeSeparators(m_filePath), QString::number(m_unusable), m_firstUnusable));
+    }
+}
+
+QVariant SettingsReader::Value(const QString& key) const {
+    return m_settings ? m_settings->value(key) : QVariant();
+}
+
+void SettingsReader::CountUnusable(const QString& key) const {
+    if (m_unusable++ == 0) {
+        m_firstUnusable = key;
+    }
+}
+
+bool SettingsReader::Contains(const QString& key) const {
+    return m_settings && m_settings->contains(key);
+}
+
+bool SettingsReader::HasGroup(const QString& group) const {
+    return m_settings && m_settings->childGroups().contains(group);
+}
+
+int SettingsReader::Int(const SettingKey& setting) const {
+    return Int(QString(setting.name), setting);
+}
+
+int SettingsReader::Int(const QString& key, const SettingKey& setting) const {
+    // An invalid value ("@Invalid()") is how an absent one is written down.
+    const QVariant value = Value(key);
+    if (!value.isValid()) {
+        return setting.defaultInt;
+    }
+    // As the widest integer: toInt lets a number that does not fit wrap around into one that does.
+    bool isNumber = false;
+    const qlonglong number = value.toLongLong(&isNumber);
+    if (!isNumber) {
+        CountUnusable(key);
+        return setting.notANumber;
+    }
+    if (number < setting.minimum || number > setting.maximum) {
+        CountUnusable(key);
+        return setting.defaultInt;
+    }
+    return static_cast<int>(number);
+}
+
+int SettingsReader::Int(const QString& key, int defaultValue) const {
+    SettingKey setting{QLatin1String()};
+    setting.defaultInt = defaultValue;
+    return Int(key, setting);
+}
+
+QString SettingsReader::Text(const QString& key, const QString& defaultValue) const {
+    const QVariant value = Value(key);
+    if (!value.isValid()) {
+        return defaultValue;
+    }
+    // A number that was stored in this run is still one; in the file it is a text. What else there may be has
+    // no one right text: a bare comma in a line written by hand makes a list of it.
+    const bool isText = value.userType() == QMetaType::QString || value.userType() == QMetaType::Int;
+    QString text = value.toString();
+    if (!isText || text.size() > kLongestSettingText) {
+        CountUnusable(key);
+        return defaultValue;
+    }
+    return text;
+}
+
+QRect SettingsReader::Rect(const QString& key, const QRect& defaultValue) const {
+    const QVariant value = Value(key);
+    if (!value.isValid()) {
+        return defaultValue;
+    }
+    const QRect rect = value.toRect();
+    if (value.userType() != QMetaType::QRect || !IsBelievable(rect)) {
+        CountUnusable(key);
+        return defaultValue;
+    }
+    return rect;
+}
+
+SettingsWriter::SettingsWriter(const QString& filePath) : m_filePath(filePath) {}
+
+SettingsWriter::~SettingsWriter() {
+    Commit();
+}
+
+QSettings* SettingsWriter::Open() {
+    if (!m_opened) {
+        m_opened = true;
+        if (PrepareForWriting(m_filePath)) {
+            m_settings = std::make_unique<QSettings>(m_filePath, QSettings::IniFormat);
+        }
+    }
+    return m_settings.get();
+}
+
+void SettingsWriter::Set(const QString& key, const QVariant& value) {
+    if (QSettings* settings = Open()) {
+        settings->setValue(key, value);
+    }
+}
+
+void SettingsWriter::SetInt(const QString& key, int value) {
+    Set(key, value);
+}
+
+void SettingsWriter::SetText(const QString& key, const QString& value) {
+    Set(key, value);
+}
+
+void SettingsWriter::SetRect(const QString& key, const QRect& value) {
+    Set(key, value);
+}
+
+void SettingsWriter::Remove(const QString& keyOrGroup) {
+    if (QSettings* settings = Open()) {
+        settings->remove(keyOrGroup);
+    }
+}
+
+bool SettingsWriter::Commit() {
+    if (!m_opened) {
+        return true;
+    }
+    if (!m_settings) {
+        return false;
+    }
+    // Written to a file beside it and renamed over it (QSettings::isAtomicSyncRequired).
+    m_settings->sync();
+    if (m_settings->status() == QSettings::AccessError) {
+        WarnOnce(QStringLiteral("%1 cannot be written; settings are not kept.")
+                     .arg(QDir::toNativeSeparators(m_filePath)));
+        return false;
+    }
+    return true;
+}
+
+int LoadCurRectId() {
+    return SettingsReader().Int(keys::kCurRectId);
+}
+
+void SaveCurRectId(int row) {
+    SettingsWriter().SetInt(keys::kCurRectId.name, row);
+}
+
+int LoadLangId() {
+    return SettingsReader().Int(keys::kLangId);
+}
+
+void SaveLangId(int language) {
+    SettingsWriter().SetInt(keys::kLangId.name, language);
+}
+
+void CreateUuid() {
+    SettingsWriter().SetText(keys::kUuid.name, QUuid::createUuid().toString());
+}
+
+bool HasUuid() {
+    return !LoadUuid().isEmpty();
+}
+
+QString LoadUuid() {
+    return SettingsReader().Text(keys::kUuid.name);
+}
+
+}  // namespace kivo

@@ -1,0 +1,80 @@
+#include "telemetry/value_texts.h"
+
+#include <QChar>
+#include <QLocale>
+
+#include <algorithm>
+
+namespace kivo {
+namespace {
+
+constexpr ushort kDegreeCelsius = 0x2103;
+
+/// Number and sign are put together by hand: a printf pattern that ends in a lone '%' is refused by some
+/// systems.
+QString Percent(int value) {
+    return QString::number(value) + QLatin1Char('%');
+}
+
+QString PowerUnit(InterfaceLanguage language) {
+    return language == InterfaceLanguage::Russian ? QStringLiteral(u"\u0412\u0442") : QStringLiteral("w");
+}
+
+}  // namespace
+
+QString FormatTemperature(int degreesCelsius) {
+    return QString::number(degreesCelsius) + QChar(kDegreeCelsius);
+}
+
+QString FormatCpuUsage(int percent) {
+    return Percent(std::max(percent, 1));
+}
+
+QString FormatMemoryUsage(int percent) {
+    return Percent(percent);
+}
+
+// QTime::toString and QDate::toString write the digits of the system's locale, which the panel's layout is
+// not made for; the C locale's are wanted.
+QString FormatTime(QTime time) {
+    return QLocale::c().toString(time, QStringLiteral("hh:mm"));
+}
+
+QString FormatPower(int watts, InterfaceLanguage language) {
+    return QString::number(std::max(watts, 1)) + PowerUnit(language);
+}
+
+QString FormatDate(QDate date, InterfaceLanguage language) {
+    return QLocale::c().toString(date, language == InterfaceLanguage::Russian ? QStringLiteral("dd.MM.yyyy")
+                                                                              : QStringLiteral("yyyy.MM.dd"));
+}
+
+int FanFigure(int degreesCelsius) {
+    if (degreesCelsius <= 50) {
+        return 1000;
+    }
+    if (degreesCelsius <= 74) {
+        return 1000 + (degreesCelsius - 50) * 100;
+    }
+    return 3500;
+}
+
+QString FormatFanSpeed(int degreesCelsius) {
+    return QString::number(FanFigure(degreesCelsius)).rightJustified(4);
+}
+
+std::array<QString, kLiveValueCount> StartTexts(InterfaceLanguage language) {
+    const bool russian = language == InterfaceLanguage::Russian;
+    std::array<QString, kLiveValueCount> texts;
+    texts[CpuTemperature] = FormatTemperature(45);
+    texts[CpuUsage] = FormatCpuUsage(65);
+    texts[MemoryUsage] = FormatMemoryUsage(20);
+    texts[Time] = QStringLiteral("18:46");
+    // Deliberate: the power starts with a sample in Russian only.
+    texts[CpuPower] = russian ? FormatPower(15, language) : QString();
+    texts[Date] = FormatDate(QDate(2019, 12, 21), language);
+    texts[FanSpeed] = QStringLiteral("1000");
+    return texts;
+}
+
+}  // namespace kivo

@@ -1,0 +1,158 @@
+#include <QStandardPaths>
+#include <QtTest>
+
+#include "config/folders.h"
+#include "config/settings_file.h"
+#include "log_catcher.h"
+#include "private_home.h"
+
+using namespace kivo;
+using namespace kivo::test;
+
+class TestFolders : public QObject {
+    Q_OBJECT
+
+private slots:
+    void init() { configFolderCreated = 0; }
+
+    void theFlagStartsLow() { QCOMPARE(int(configFolderCreated), 0); }
+
+    void theSettingsFolderIsMadeOnceAndTold() {
+        const PrivateHome home;
+        QCOMPARE(SettingsFolder(), home.settings());
+        QVERIFY(QFileInfo(home.settings()).isDir());
+        QCOMPARE(int(configFolderCreated), 1);
+        configFolderCreated = 0;
+        QCOMPARE(SettingsFolder(), home.settings());
+        QCOMPARE(int(configFolderCreated), 0);
+    }
+
+    void aDeletedSettingsFolderIsMadeAgain() {
+        const PrivateHome home;
+        SettingsFolder();
+        configFolderCreated = 0;
+        QVERIFY(QDir(home.settings()).removeRecursively());
+        SettingsFolder();
+        QVERIFY(QFileInfo(home.settings()).isDir());
+        QCOMPARE(int(configFolderCreated), 1);
+    }
+
+    void theConfigFileStandsInTheSettingsFolder() {
+        const PrivateHome home;
+        QCOMPARE(ConfigFilePath(), home.settings(QStringLiteral("/Config.ini")));
+    }
+
+    void theWorkingFolderStandsBesideTheDocumentsWithoutTheFlag() {
+        const PrivateHome home;
+        QCOMPARE(WorkingFolder(), home.path(QStringLiteral("/Kivo Tool")));
+        QVERIFY(QFileInfo(home.path(QStringLiteral("/Kivo Tool"))).isDir());
+        QCOMPARE(int(configFolderCreated), 0);
+    }
+
+    void movedDocumentsMoveTheWorkingFolder() {
+        const PrivateHome home;
+        QVERIFY(WriteFile(home.path(QStringLiteral("/.config/user-dirs.dirs")),
+                          "XDG_DOCUMENTS_DIR=\"$HOME/deep/er/Papers\"\n"));
+        // Neither "deep" nor "Papers" exists.
+        QCOMPARE(WorkingFolder(), home.path(QStringLiteral("/deep/er/Kivo Tool")));
+        QVERIFY(QFileInfo(WorkingFolder()).isDir());
+    }
+
+    void aFileInTheWorkingFoldersPlaceLeavesTheProfile() {
+        const PrivateHome home;
+        QVERIFY(WriteFile(home.path(QStringLiteral("/Kivo Tool")), "in the way"));
+        const LogCatcher log;
+        QCOMPARE(WorkingFolder(), home.path());
+        QCOMPARE(WorkingFolder(), home.path());
+        QCOMPARE(log.lines().size(), 1);
+        QCOMPARE(ReadFile(home.path(QStringLiteral("/Kivo Tool"))), QByteArray("in the way"));
+    }
+
+    void documentsThatAreTheHomeItselfLeaveTheHome() {
+        // Beside such a home there is only what belongs to somebody else.
+        const PrivateHome home;
+        QVERIFY(QDir().mkpath(home.path(QStringLiteral("/user"))));
+        QVERIFY(QFile::setPermissions(home.path(), QFile::Permissions(0x7755)));
+        PrivateHome::Use(home.path(QStringLiteral("/user")));
+        qputenv("XDG_CONFIG_HOME", QFile::encodeName(home.path(QStringLiteral("/config"))));
+        QVERIFY(
+            WriteFile(home.path(QStringLiteral("/config/user-dirs.dirs")), "XDG_DOCUMENTS_DIR=\"$HOME/\"\n"));
+        QVERIFY(QFile::setPermissions(home.path(), QFile::Permissions(0x5555)));
+        const LogCatcher log;
+        {
+            const Unprivileged rights;
+            QCOMPARE(WorkingFolder(), home.path(QStringLiteral("/user")));
+        }
+        QCOMPARE(log.lines().size(), 1);
+        QVERIFY(QFile::setPermissions(home.path(), QFile::Permissions(0x7755)));
+    }
+
+    void aReadOnlyHomeGivesPathsDefaultsAndOneLine() {
+        const PrivateHome home;
+        PrivateHome::Use(QStringLiteral("/proc/self/nowhere"));
+        const LogCatcher log;
+        for (int i = 0; i < 3; ++i) {
+            QCOMPARE(SettingsFolder(), QStringLiteral("/proc/self/nowhere/.local/share/Kivo Tool"));
+            QCOMPARE(LoadCurRectId(), 2);
+        }
+        QCOMPARE(log.lines().size(), 1);
+        QCOMPARE(int(configFolderCreated), 0);
+        SaveCurRectId(1);
+        QCOMPARE(LoadCurRectId(), 2);
+        // One more line: that nothing is kept.
+        QCOMPARE(log.lines().size(), 2);
+    }
+
+    void aFileInTheSettingsFoldersPlaceIsNoCrash() {
+        const PrivateHome home;
+        QVERIFY(WriteFile(home.settings(), "in the way"));
+        const LogCatcher log;
+        QCOMPARE(SettingsFolder(), home.settings());
+        SaveCurRectId(1);
+        QCOMPARE(LoadCurRectId(), 2);
+        QCOMPARE(ReadFile(home.settings()), QByteArray("in the way"));
+        QCOMPARE(int(configFolderCreated), 0);
+    }
+
+    void homesMayHoldAnyLetters() {
+        const PrivateHome home;
+        const QString deep = home.path(QStringLiteral(u"/\u4e2d\u6587 \u0412\u0442/\U0001F600 a"));
+        PrivateHome::Use(deep);
+        QCOMPARE(SettingsFolder(), deep + QStringLiteral("/.local/share/Kivo Tool"));
+        QCOMPARE(WorkingFolder(), deep + QStringLiteral("/Kivo Tool"));
+        SaveCurRectId(1);
+        QCOMPARE(LoadCurRectId(), 1);
+        QVERIFY(QFileInfo(ConfigFilePath()).isFile());
+    }
+
+    void accessorsSeeEachOthersValuesWithoutARestart() {
+        const PrivateHome home;
+        QCOMPARE(LoadCurRectId(), 2);
+        QCOMPARE(LoadLangId(), 0);
+        SaveCurRectId(0);
+        SaveLangId(2);
+        QCOMPARE(LoadCurRectId(), 0);
+        QCOMPARE(LoadLangId(), 2);
+        SaveCurRectId(1);
+        QCOMPARE(LoadCurRectId(), 1);
+        QVERIFY(ReadFile(ConfigFilePath()).contains("CurRectID=1"));
+    }
+
+    void identifiersAreMadeOnRequestOnly() {
+        const PrivateHome home;
+        QVERIFY(!HasUuid());
+        QCOMPARE(LoadUuid(), QString());
+        CreateUuid();
+        QVERIFY(HasUuid());
+        const QString first = LoadUuid();
+        const QRegularExpression braced(QStringLiteral("^\\{[0-9a-f]{8}(-[0-9a-f]{4}){3}-[0-9a-f]{12}\\}$"));
+        QVERIFY2(braced.match(first).hasMatch(), qPrintable(first));
+        CreateUuid();
+        QVERIFY(LoadUuid() != first);
+        SettingsWriter().SetText(keys::kUuid.name, QString());
+        QVERIFY(!HasUuid());
+    }
+};
+
+QTEST_GUILESS_MAIN(TestFolders)
+#include "tst_folders.moc"

@@ -1,0 +1,6 @@
+kivo_add_test(telemetry interface_language LINK kivo_telemetry)
+kivo_add_test(telemetry cpu_counter LINK kivo_telemetry)
+kivo_add_test(telemetry cpu_usage_sampler LINK kivo_telemetry)
+kivo_add_test(telemetry memory_load LINK kivo_telemetry)
+kivo_add_test(telemetry value_texts LINK kivo_telemetry)
+kivo_add_test(telemetry metric_snapshot LINK kivo_telemetry)
