@@ -10,6 +10,7 @@
 #include <QImageWriter>
 #include <QTextStream>
 
+#include <algorithm>
 #include <array>
 
 // Makes every picture of resources/background/ into a folder, from fixed seeds: the same program gives the
@@ -51,6 +52,11 @@ bool Save(const QDir& folder, const QString& name, const QImage& image) {
     return true;
 }
 
+bool IsBackground(const QString& name) {
+    return std::any_of(kBackgrounds.begin(), kBackgrounds.end(),
+                       [&](const Background& background) { return name == QLatin1String(background.name); });
+}
+
 bool SaveBackgrounds(const QDir& folder, const QString& only) {
     for (const Background& background : kBackgrounds) {
         const QString name = QLatin1String(background.name);
@@ -81,6 +87,11 @@ bool SaveOverview(const QDir& folder, Theme theme, Orientation orientation, cons
 
 bool SaveSkins(const QDir& folder) {
     const QImage background(folder.filePath(QStringLiteral("2.jpg")));
+    if (background.isNull()) {
+        QTextStream(stderr) << "the overview pictures need " << folder.filePath(QStringLiteral("2.jpg"))
+                            << '\n';
+        return false;
+    }
     for (const Theme theme : kThemes) {
         const QImage icon = DrawThemeIcon(theme);
         if (!icon.isNull() && !Save(folder, NameOf(theme) + QLatin1String("_icon.png"), icon)) {
@@ -134,6 +145,10 @@ int main(int argc, char** argv) {
         return MakeSheet(folder, picture, parser.value(sheet)) ? 0 : 1;
     }
     const QString name = parser.value(only);
+    if (!name.isEmpty() && name != QLatin1String("skins") && !IsBackground(name)) {
+        QTextStream(stderr) << "no such picture: " << name << '\n';
+        return 2;
+    }
     if (name != QLatin1String("skins") && !SaveBackgrounds(folder, name)) {
         return 1;
     }

@@ -69,6 +69,20 @@ double Noise::Fractal(double x, double y, int octaves) const {
     return sum / weight;
 }
 
+double Noise::Streaks(double x, double y, int octaves) const {
+    double sum = 0;
+    double weight = 0;
+    double strength = 1;
+    for (int i = 0; i < octaves; ++i) {
+        sum += strength * At(x, y);
+        weight += strength;
+        strength *= 0.5;
+        x = 2.02 * x + 17.3;
+        y = 2.02 * y + 5.9;
+    }
+    return sum / weight;
+}
+
 double Clamp01(double value) {
     return std::clamp(value, 0.0, 1.0);
 }

@@ -29,7 +29,9 @@ public:
 
     double At(double x, double y) const;  ///< 0..1
     /// Fractal sum of octaves, each twice as fine and half as strong; 0..1, mean about .5.
-    double Fractal(double x, double y, int octaves) const;
+    double Fractal(double x, double y, int octaves)
+        const;  /// The same without the turn between octaves: keeps a stretch in x or y that the caller gave.
+    double Streaks(double x, double y, int octaves) const;
     double Line(double x, int octaves) const { return Fractal(x, 0.37, octaves); }
 
 private:

@@ -7,7 +7,7 @@ namespace kivo::artwork {
 
 namespace {
 
-constexpr double kGrainDeviation = 0.013;
+constexpr double kGrainDeviation = 0.0155;
 constexpr int kGrainWidth = Picture::kWidth / 2;
 constexpr int kGrainHeight = Picture::kHeight / 2;
 
@@ -158,16 +158,23 @@ void Picture::AddStars(quint64 seed, int count, const std::function<double(Spot)
 }
 
 QImage Picture::Finish(quint64 seed) const {
-    const Grain grain(seed);
+    // Half of the grain is grey, half differs by channel: a 16-bit colour then hardly ever repeats in a row.
+    const Grain grey(seed);
+    const std::array<Grain, 3> tint = {Grain(seed + 2000), Grain(seed + 4000), Grain(seed + 6000)};
     QImage image(kWidth, kHeight, QImage::Format_RGB32);
     for (int y = 0; y < kHeight; ++y) {
         auto* line = reinterpret_cast<QRgb*>(image.scanLine(y));
         for (int x = 0; x < kWidth; ++x) {
             const Light& light = m_pixels[static_cast<size_t>(y) * kWidth + x];
-            const double bright = std::sqrt(Clamp01(Luminance(light)));
-            const double shift = kGrainDeviation * (0.6 + 0.8 * bright) * grain.At(x, y);
-            line[x] = qRgb(ToByte(Encode(Clamp01(light.r)) + shift), ToByte(Encode(Clamp01(light.g)) + shift),
-                           ToByte(Encode(Clamp01(light.b)) + shift));
+            const double luminance = Clamp01(Luminance(light));
+            // Near black a 16-bit colour has so few steps that they need more grain to break up.
+            const double strength = 0.9 + 0.3 * std::sqrt(luminance) + 0.4 * SmoothStep(0.04, 0, luminance);
+            const double deviation = kGrainDeviation * strength * std::sqrt(0.5);
+            const double common = grey.At(x, y);
+            const auto grained = [&](double value, const Grain& own) {
+                return ToByte(Encode(Clamp01(value)) + deviation * (common + own.At(x, y)));
+            };
+            line[x] = qRgb(grained(light.r, tint[0]), grained(light.g, tint[1]), grained(light.b, tint[2]));
         }
     }
     return image;

@@ -22,21 +22,23 @@ QImage DrawSilk() {
                        {0.88, 0xFFEE8FB0},
                        {1, 0xFFFFDCE6}});
     const auto height = [&](double x, double y) {
-        const double warp = 0.62 * (warpNoise.Fractal(x * 1.25, y * 1.25, 3) - 0.5);
-        const double along = x * 0.60 + y * 0.80 + warp;
-        const double across = x * 0.80 - y * 0.60 + 0.5 * warp;
-        return std::sin(along * 8.5 + 1.1 * std::sin(across * 2.4)) +
-               0.50 * std::sin(along * 17.0 + across * 3.1 + 1.0) +
-               0.22 * std::sin(along * 31.0 - across * 4.4);
+        const double lengthwise = x * 0.80 - y * 0.60;
+        const double crosswise = x * 0.60 + y * 0.80;
+        const double warp = 0.75 * (warpNoise.Streaks(lengthwise * 1.5 + 4, crosswise * 1.9 + 8, 3) - 0.5);
+        const double along = crosswise + warp;
+        const double across = lengthwise + 0.4 * warp;
+        return std::sin(along * 12 + 1.1 * std::sin(across * 2.4)) +
+               0.38 * std::sin(along * 25.0 + across * 3.1 + 1.0) +
+               0.12 * std::sin(along * 47.0 - across * 5.4);
     };
     Picture picture;
     picture.Fill([&](Spot at) {
         constexpr double kStep = 0.004;
         const double here = height(at.x, at.v);
         const double slope = (height(at.x + kStep * 0.6, at.v + kStep * 0.8) - here) / kStep;
-        const double shade = Clamp01(0.44 + 0.028 * slope + 0.07 * here);
+        const double shade = Clamp01(0.42 + 0.0165 * slope + 0.09 * here);
         const double gloss = std::pow(SmoothStep(0.60, 1.0, shade), 2.0);
-        const double hue = SmoothStep(0.47, 0.60, hueNoise.Fractal(at.x * 0.85 + 2.3, at.v * 0.85 + 0.3, 2));
+        const double hue = SmoothStep(0.50, 0.64, hueNoise.Fractal(at.x * 0.85 + 2.3, at.v * 0.85 + 0.3, 2));
         return Mix(blue.At(shade), violet.At(shade), hue) + Light{1, 1, 1} * (0.10 * gloss);
     });
     return picture.Finish(1009);
@@ -71,7 +73,7 @@ QImage DrawContours() {
         const double cover = Clamp01(half + 0.5 - distance) * steep;
         const double rise = Clamp01((value - 0.24) / 0.62);
         const double glow = 0.10 * std::exp(-distance / 5) * (fifth ? 1 : 0.4);
-        const Light line = ink.At(rise) * (fifth ? 1.0 : 0.62);
+        const Light line = ink.At(rise) * (fifth ? 1.0 : 0.80);
         const double ex = (at.u - 0.5) * 1.25;
         const double ey = (at.v - 0.45) * 1.2;
         const double vignette = 1 - 0.75 * SmoothStep(0.25, 0.85, std::hypot(ex, ey));

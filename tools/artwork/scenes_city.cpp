@@ -94,7 +94,7 @@ QImage DrawBokeh() {
         QColor colour = QColor::fromRgb(kColours[random.Below(4)]);
         const double strength = random.Range(0.10, 0.20);
         // Few in the middle: the towers are the subject.
-        if (std::abs(centre.x() / Picture::kWidth - 0.5) < 0.13 && random.Unit() < 0.7) {
+        if (std::abs(centre.x() / Picture::kWidth - 0.5) < 0.15 && radius > 14) {
             continue;
         }
         colour.setAlphaF(strength);
@@ -151,9 +151,10 @@ QImage DrawHarbour() {
             const double wave = std::sin(at.v * 900 / (1 + 9 * depth) + 3 * noise.At(at.x * 6, at.v * 40));
             const double shift = (2 + 26 * depth) * wave + 14 * depth * (noise.At(at.x * 9, at.v * 70) - 0.5);
             Light sum;
-            constexpr int kTaps = 9;
+            constexpr int kHalf = 4;
+            constexpr int kTaps = 2 * kHalf + 1;
             for (int tap = 0; tap < kTaps; ++tap) {
-                const double smear = (tap - kTaps / 2) * (1.5 + 22 * depth);
+                const double smear = (tap - kHalf) * (1.5 + 22 * depth);
                 const double mirrored = (kHorizon - depth) * Picture::kHeight - smear;
                 const int row =
                     std::min(static_cast<int>(mirrored), static_cast<int>(kHorizon * Picture::kHeight) - 1);

@@ -114,15 +114,13 @@ QImage DrawAurora() {
                                                     at.v * 0.7 + curtain.phase, 3);
             const double folds = streakNoise.Fractal(at.x * 4 + 5 * curtain.phase, curtain.phase, 2);
             const double streak =
-                (0.25 + 1.5 * SmoothStep(0.28, 0.80, rays)) * (0.30 + 1.3 * SmoothStep(0.25, 0.75, folds));
+                (0.45 + 1.0 * SmoothStep(0.25, 0.80, rays)) * (0.30 + 1.3 * SmoothStep(0.25, 0.75, folds));
             const double reach = curtain.reach * (0.65 + 0.9 * rays);
-            const double body = above > 0 ? std::exp(-above / reach) * SmoothStep(-0.004, 0.02, above) : 0;
-            const double under = above <= 0.02 ? std::exp((above - 0.02) / 0.022) : 0;
+            const double body = above > 0 ? std::exp(-above / reach) : std::exp(above / 0.018);
             const double t = Clamp01(above / (reach * 2.2));
             Light colour = Mix(Mix(pale, green, Clamp01(t * 5)), teal, SmoothStep(0.1, 0.4, t));
             colour = Mix(colour, violet, SmoothStep(0.28, 0.75, t));
-            light = light + colour * (curtain.strength * streak *
-                                      std::max(body, under * (above > 0 ? 0.0 : 1.0) * 0.5));
+            light = light + colour * (curtain.strength * streak * body);
         }
         return std::make_pair(light, 1.0);
     });
@@ -158,9 +156,9 @@ QImage DrawMorningFirs() {
         return sky.At(at.v) +
                sun * (0.85 * std::exp(-away * away / (2 * 0.055 * 0.055)) + 0.30 * std::exp(-away / 0.20));
     });
-    constexpr FirRow kRows[] = {{0.470, 34, 13, 2, 2},        {0.520, 54, 19, 2, 2},
-                                {0.585, 88, 29, 2, 2},        {0.680, 140, 46, 2, 2},
-                                {0.820, 225, 82, 0.43, 0.57}, {1.000, 380, 150, 0.36, 0.64}};
+    constexpr FirRow kRows[] = {{0.470, 40, 12, 2, 2},        {0.520, 62, 17, 2, 2},
+                                {0.590, 100, 25, 2, 2},       {0.690, 165, 38, 0.49, 0.55},
+                                {0.840, 265, 62, 0.42, 0.60}, {0.965, 410, 92, 0.34, 0.66}};
     for (int i = 0; i < 6; ++i) {
         const FirRow& row = kRows[i];
         const auto ground = [&](double u) {
@@ -170,20 +168,24 @@ QImage DrawMorningFirs() {
         const Light mist = FromRgb(0xFFCFE4D2);
         const double span = 1.1 * row.height / Picture::kHeight;
         picture.Through(FirMask(83 + static_cast<quint64>(i), row, ground), [&](Spot at) {
-            const double toFoot = SmoothStep(row.foot - span, row.foot + 0.02, at.v);
-            return Mix(body, mist, toFoot * (0.78 - 0.13 * i));
+            const double toFoot = SmoothStep(row.foot - span, row.foot, at.v) *
+                                  Lerp(1, 0.35, SmoothStep(row.foot, row.foot + 0.12, at.v));
+            return Mix(body, mist, toFoot * (0.80 - 0.155 * i));
         });
     }
-    picture.Over([&](Spot at) {
-        const double dx = at.x - sunX;
-        const double dy = at.v - kSunV;
-        const double away = std::hypot(dx, dy);
-        const double angle = std::atan2(dx, dy + 0.02);
-        const double beam = SmoothStep(0.50, 0.72, rayNoise.Fractal(angle * 7 + 50, 0.4, 2));
-        const double reach =
-            SmoothStep(0.05, 0.18, away) * std::exp(-away / 0.42) * SmoothStep(-0.05, 0.1, dy);
-        return std::make_pair(sun, 0.38 * beam * reach);
-    });
+    for (int y = 0; y < Picture::kHeight; ++y) {
+        for (int x = 0; x < Picture::kWidth; ++x) {
+            const Spot at = Picture::SpotAt(x, y);
+            const double dx = at.x - sunX;
+            const double dy = at.v - kSunV;
+            const double away = std::hypot(dx, dy);
+            const double beam = SmoothStep(0.50, 0.70, rayNoise.Streaks(std::atan2(dx, dy) * 6 + 50, 0.4, 2));
+            const double reach =
+                SmoothStep(0.06, 0.18, away) * std::exp(-away / 0.30) * SmoothStep(-0.05, 0.1, dy);
+            // Mostly stronger, hardly added: light that is only added turns dark trees brown.
+            picture.At(x, y) = picture.At(x, y) * (1 + 0.55 * beam * reach) + sun * (0.02 * beam * reach);
+        }
+    }
     return picture.Finish(1008);
 }
 

@@ -10,13 +10,13 @@ namespace {
 /// One ridge of the dawn: noise with its hollows rounded off and its tops kept, so that it reads as rock.
 double RidgeLine(const Noise& noise, const Spot& at, int index) {
     const double near = index / 5.0;
-    const double base = 0.575 + 0.072 * index + 0.012 * index * near;
-    const double amplitude = 0.020 + 0.115 * near;
-    const double frequency = 2.6 + 1.5 * near;
+    const double base = 0.590 + 0.066 * index + 0.014 * index * near;
+    const double amplitude = 0.050 + 0.105 * near;
+    const double frequency = 1.5 + 1.9 * near;
     const double sharp = noise.Line(at.x * frequency + 31.7 * index, 6);
     const double broad = noise.Line(at.x * 0.9 + 11.3 * index + 60, 2);
-    const double peak = 1 - std::abs(2 * sharp - 1);
-    return base + amplitude * (1.15 - 1.5 * peak * Lerp(0.55, 1.0, near) - 0.9 * broad * (1 - 0.4 * near));
+    const double peak = 1 - std::min(1.0, 2.4 * std::abs(2 * sharp - 1));
+    return base + amplitude * (0.95 - 0.85 * peak * Lerp(0.55, 1.0, near) - 1.1 * broad);
 }
 
 /// A dune: its skyline, the crest that parts lit from shaded side, and how far away it is (1 = farthest).
@@ -72,11 +72,11 @@ QImage DrawDawn() {
     Picture picture;
     picture.Fill([&](Spot at) { return sky.At(at.v) + sunLight * sunAt(at); });
     picture.Over([&](Spot at) {
-        const double streak = cloudNoise.Fractal(at.x * 1.7 + 3.0, at.v * 1.7 * 14 + 0.6 * at.x, 5);
+        const double streak = cloudNoise.Streaks(at.x * 1.3 + 3.0, at.v * 1.3 * 17 + 0.5 * at.x, 5);
         const double band = SmoothStep(0.02, 0.12, at.v) * SmoothStep(0.40, 0.26, at.v);
-        const double patch = SmoothStep(0.38, 0.62, cloudNoise.Fractal(at.x * 0.9 + 40, at.v * 3.2, 2));
+        const double patch = SmoothStep(0.34, 0.66, cloudNoise.Streaks(at.x * 1.1 + 41, at.v * 5.5, 2));
         const Light lit = Mix(FromRgb(0xFF8E6284), FromRgb(0xFFFFB98A), SmoothStep(0.04, 0.34, at.v));
-        return std::make_pair(lit, 0.85 * band * patch * SmoothStep(0.47, 0.72, streak));
+        return std::make_pair(lit, 0.85 * band * patch * SmoothStep(0.48, 0.72, streak));
     });
     for (int i = 0; i < 6; ++i) {
         const Light body = rock.At(i / 5.0);
@@ -116,8 +116,10 @@ QImage DrawDunes() {
         picture.Over([&](Spot at) {
             const double line = Skyline(dune, at.x);
             const double depth = at.v - line;
-            const double drift = 0.07 * (noise.Fractal(at.v * 5, seedRow, 2) - 0.5);
-            const double crest = dune.crestAt + dune.crestDrift * std::max(depth, 0.0) + drift * depth * 8;
+            const double down = std::max(depth, 0.0);
+            const double drift = 0.35 * down * (noise.Line(at.v * 5 + seedRow, 2) - 0.5);
+            const double bend = 0.045 * (std::sin(15 * down + seedRow) - std::sin(seedRow));
+            const double crest = dune.crestAt + dune.crestDrift * down + drift + bend;
             const double shaded = SmoothStep(-0.005, 0.005, at.x - crest);
             const double warp = noise.Fractal(at.x * 2.4 + seedRow, at.v * 2.4, 3);
             const double ripple =
@@ -163,9 +165,10 @@ QImage DrawPaperHills() {
             const double line = SheetEdge(i, at.x);
             const double depth = at.v - line;
             const double cast = i < 5 ? shadow(SheetEdge(i + 1, at.x) - at.v) : 1;
-            const double edge = depth < 6.0 / Picture::kHeight ? 0.16 : 0;
+            const double edge = depth < 6.0 / Picture::kHeight ? 1 : 0;
             const double fall = 1.04 - 0.5 * std::max(depth, 0.0);
-            const Light colour = Mix(body * (paper(at, i + 1) * cast * fall), sunLight, edge);
+            const Light sheet = body * (paper(at, i + 1) * cast * fall);
+            const Light colour = Mix(sheet, sheet * 1.28 + sunLight * 0.03, edge);
             return std::make_pair(colour, Below(line, at.v));
         });
     }

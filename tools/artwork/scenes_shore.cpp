@@ -29,13 +29,13 @@ QImage DrawShore() {
         if (field < kShore) {
             const double tone = field - 0.05;
             light = water.At(tone);
-            const double bendX = 0.5 * (warpNoise.Fractal(at.x * 4 + 20, at.v * 4, 2) - 0.5);
-            const double bendY = 0.5 * (warpNoise.Fractal(at.x * 4 + 40, at.v * 4 + 7, 2) - 0.5);
+            const double bendX = 0.25 * (warpNoise.Fractal(at.x * 4 + 20, at.v * 4, 2) - 0.5);
+            const double bendY = 0.25 * (warpNoise.Fractal(at.x * 4 + 40, at.v * 4 + 7, 2) - 0.5);
             const double net =
-                1 - std::abs(netNoise.Fractal(at.x * 5.5 + bendX * 3, at.v * 6.5 + bendY * 3, 2) - 0.5) * 9;
+                1 - std::abs(netNoise.Fractal(at.x * 9 + bendX * 9, at.v * 11 + bendY * 9, 3) - 0.5) * 9;
             const double caustic = std::pow(Clamp01(net), 2);
             light = Mix(light, FromRgb(0xFFC9F6F0),
-                        0.50 * caustic * SmoothStep(0.05, 0.30, field) * SmoothStep(0.78, 0.55, field));
+                        0.42 * caustic * SmoothStep(0.05, 0.30, field) * SmoothStep(0.78, 0.55, field));
         } else {
             const double dry = SmoothStep(kShore, kShore + 0.30, field);
             const double fine = sandNoise.Fractal(at.x * 90, at.v * 90, 3);

@@ -34,11 +34,11 @@ QImage DrawNebula() {
         const double core = std::exp(-away / (2 * 0.125 * 0.125));
         const double halo = std::exp(-away / (2 * 0.36 * 0.36));
         const double value = Clamp01(1.05 * (cloud - 0.38) * (0.75 + 0.9 * halo) + 0.10 * halo +
-                                     0.62 * core * (0.35 + 1.2 * cloud));
+                                     0.44 * core * (0.30 + 1.3 * cloud));
         Light light = heat.At(value);
         const double wisp = SmoothStep(
             0.46, 0.72, cloudNoise.Fractal(x * 0.8 + 2.6 * secondY + 30, y * 0.8 + 2.2 * secondX, 5));
-        light = light + blue * (0.85 * wisp * (1 - 0.9 * halo) * (0.35 + cloud));
+        light = light + blue * (0.42 * wisp * (1 - 0.9 * halo) * (0.25 + cloud));
         const double lane =
             SmoothStep(0.50, 0.64, dustNoise.Fractal(x * 1.2 + 1.8 * secondX, y * 1.2 + 1.8 * firstY, 5));
         return light * Lerp(1, 0.2, lane * (1 - 0.55 * core));
@@ -83,11 +83,13 @@ QImage DrawPlanet() {
         const double fromSun = std::hypot(at.x - sunX, at.v - sunV);
         const double wide = 0.75 * std::exp(-height / 0.035) * (0.16 + 0.84 * towards);
         const double thin = 1.0 * std::exp(-height / 0.010) * (0.22 + 0.9 * towards);
-        const double flare =
-            0.16 * std::exp(-fromSun / 0.20) + 0.95 * std::exp(-fromSun * fromSun / (2 * 0.028 * 0.028));
+        const double glare = 0.12 * std::exp(-fromSun / 0.20);
+        const double core = 0.95 * std::exp(-fromSun * fromSun / (2 * 0.028 * 0.028));
         const int px = static_cast<int>(at.u * Picture::kWidth);
         const int py = static_cast<int>(at.v * Picture::kHeight);
-        return std::make_pair(picture.At(px, py) + air * wide + brightAir * (thin * 0.8) + sun * flare, 1.0);
+        return std::make_pair(picture.At(px, py) + air * wide + brightAir * (thin * 0.8) +
+                                  Mix(air, sun, 0.55) * glare + sun * core,
+                              1.0);
     });
     picture.Over([&](Spot at) {
         const double depth = -altitude(at);

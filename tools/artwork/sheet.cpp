@@ -137,7 +137,8 @@ void DrawTexts(QImage& panel, Theme theme, Orientation orientation) {
 /// How a picture's upper sixth behaves at panel size in RGB565: deviation between neighbours (green, in
 /// 8-bit levels) and, over the rows, the median of each row's longest run of one colour.
 void PrintBanding(QTextStream& out, const QImage& picture) {
-    const QImage canvas = picture.scaled(433, 230, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    const QImage canvas = picture.scaled(433, 230, Qt::IgnoreAspectRatio, Qt::SmoothTransformation)
+                              .convertToFormat(QImage::Format_RGB16);
     const QImage panel = canvas.scaled(320, 170, Qt::IgnoreAspectRatio, Qt::SmoothTransformation)
                              .convertToFormat(QImage::Format_RGB16);
     std::vector<int> longest;
@@ -158,7 +159,7 @@ void PrintBanding(QTextStream& out, const QImage& picture) {
         longest.push_back(best);
     }
     std::nth_element(longest.begin(), longest.begin() + longest.size() / 2, longest.end());
-    out << "sky: deviation between neighbours " << std::sqrt(squares / pairs / 2) << ", median longest run "
+    out << "sky: deviation between neighbours " << std::sqrt(squares / pairs) << ", median longest run "
         << longest[longest.size() / 2] << '\n';
 }
 
@@ -173,9 +174,9 @@ bool MakeSheet(const QDir& folder, const QString& picturePath, const QString& sh
     }
     QImage white(picture.size(), QImage::Format_RGB32);
     white.fill(Qt::white);
-    const int width = 2 * (320 * kZoom + kGap);
+
     const int lyingRows = 2 * (170 * kZoom + kGap);
-    QImage sheet(width + 170 * kZoom, lyingRows + 320 * kZoom, QImage::Format_RGB32);
+    QImage sheet(4 * 170 * kZoom + 3 * kGap, lyingRows + 320 * kZoom, QImage::Format_RGB32);
     sheet.fill(QColor(0x22, 0x22, 0x26));
     QPainter painter(&sheet);
     for (const Orientation orientation : {kLying, kStanding}) {
