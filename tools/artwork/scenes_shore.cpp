@@ -1,6 +1,7 @@
 #include "picture.h"
 #include "scenes.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace kivo::artwork {
@@ -19,6 +20,22 @@ QImage DrawShore() {
     const Ramp sand({{0, 0xFFD9C4A0}, {1, 0xFFF4E8D0}});
     constexpr double kShore = 0.80;
     constexpr double kFoamLines[] = {0.50, 0.645, 0.735, 0.795};
+    // Light gathers in lines where the noise passes its middle. Divided by the slope, or the lines would
+    // spread into stains wherever the noise is flat.
+    const auto netAt = [&](double x, double v) {
+        const double bend = 1.6 * (warpNoise.Fractal(x * 0.45 + 20, v * 0.45, 2) - 0.5);
+        return netNoise.Fractal(x + bend, v - bend, 3) - 0.5;
+    };
+    const auto causticAt = [&](double x, double v, double fineness) {
+        constexpr double kStep = 0.02;
+        const double toX = x * 8 * fineness + 50 * fineness;
+        const double toV = v * 10 * fineness;
+        const double here = netAt(toX, toV);
+        const double slope =
+            std::hypot(netAt(toX + kStep, toV) - here, netAt(toX, toV + kStep) - here) / kStep;
+        const double distance = std::abs(here) / std::max(slope, 0.25);
+        return std::exp(-distance / 0.06) * SmoothStep(0.05, 0.30, slope);
+    };
     Picture picture;
     picture.Fill([&](Spot at) {
         const double bay = 0.20 * (warpNoise.Fractal(at.x * 1.5 + 4, at.v * 1.5, 4) - 0.5);
@@ -29,13 +46,9 @@ QImage DrawShore() {
         if (field < kShore) {
             const double tone = field - 0.05;
             light = water.At(tone);
-            const double bendX = 0.25 * (warpNoise.Fractal(at.x * 4 + 20, at.v * 4, 2) - 0.5);
-            const double bendY = 0.25 * (warpNoise.Fractal(at.x * 4 + 40, at.v * 4 + 7, 2) - 0.5);
-            const double net =
-                1 - std::abs(netNoise.Fractal(at.x * 9 + bendX * 9, at.v * 11 + bendY * 9, 3) - 0.5) * 9;
-            const double caustic = std::pow(Clamp01(net), 2);
-            light = Mix(light, FromRgb(0xFFC9F6F0),
-                        0.42 * caustic * SmoothStep(0.05, 0.30, field) * SmoothStep(0.78, 0.55, field));
+            const double net = 0.46 * causticAt(at.x, at.v, 1) + 0.22 * causticAt(at.x, at.v, 1.9);
+            const double shown = SmoothStep(0.05, 0.30, field) * SmoothStep(0.78, 0.55, field);
+            light = Mix(light, FromRgb(0xFFC9F6F0), net * shown);
         } else {
             const double dry = SmoothStep(kShore, kShore + 0.30, field);
             const double fine = sandNoise.Fractal(at.x * 90, at.v * 90, 3);
