@@ -9,22 +9,22 @@ namespace kivo {
 // Tool\Kivo Config, value "isInitialized". Linux: the key "isInitialized" in "<XDG config folder>/Kivo
 // Tool/Kivo Config.ini".
 
-/// True unless the mark stands with exactly the expected type and data. What cannot be read counts as a first
-/// run.
+// True unless the mark stands with exactly the expected type and data. What cannot be read counts as a first
+// run.
 bool IsFirstRun();
 
-/// Sets the mark. 0 on success, else a Windows status code (5: access denied). Setting it twice does no harm.
+// Sets the mark. 0 on success, else a Windows status code (5: access denied). Setting it twice does no harm.
 qint32 MarkInitialized();
 
-/// Type number of a plain text in the registry (REG_SZ); Linux gives a plain text in the INI file this
-/// number, any other value 0.
+// Type number of a plain text in the registry (REG_SZ); Linux gives a plain text in the INI file this
+// number, any other value 0.
 inline constexpr quint32 kMarkerTextType = 1;
 
-/// "true" with its closing zero.
+// "true" with its closing zero.
 const QByteArray& MarkerBytes();
 
-/// Whether a value of this type and these bytes is the mark: a text, "true" in small letters, closing zero,
-/// no more.
+// Whether a value of this type and these bytes is the mark: a text, "true" in small letters, closing zero,
+// no more.
 bool MeansInitialized(quint32 type, const QByteArray& bytes);
 
 }  // namespace kivo

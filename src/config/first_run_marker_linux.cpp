@@ -20,7 +20,7 @@ QString MarkerFilePath() {
            QStringLiteral("/Kivo Tool/Kivo Config.ini");
 }
 
-/// The data as the registry would hold it: a text carries its closing zero.
+// The data as the registry would hold it: a text carries its closing zero.
 QByteArray AsRegistryText(const QString& text) {
     return text.toUtf8() + '\0';
 }

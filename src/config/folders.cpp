@@ -13,12 +13,12 @@ QString FolderName() {
     return QStringLiteral("/Kivo Tool");
 }
 
-/// One level up, whether or not the location exists (QDir::cdUp would refuse).
+// One level up, whether or not the location exists (QDir::cdUp would refuse).
 QString ParentOf(QStandardPaths::StandardLocation location) {
     return QFileInfo(QDir::cleanPath(QStandardPaths::writableLocation(location))).path();
 }
 
-/// The root folder ends in a slash already.
+// The root folder ends in a slash already.
 QString Inside(const QString& parent) {
     return QDir::cleanPath(parent + FolderName());
 }

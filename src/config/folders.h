@@ -11,19 +11,19 @@ namespace kivo {
 // is found one level above the platform's folder for this very program. Paths have forward slashes and no
 // slash at the end.
 
-/// Not 0: the settings folder or a default file had to be made in this run. Start-up takes it as a sign of a
-/// first run and clears it once the first frame has been sent.
+// Not 0: the settings folder or a default file had to be made in this run. Start-up takes it as a sign of a
+// first run and clears it once the first frame has been sent.
 extern std::atomic<quint8> configFolderCreated;
 
-/// "<roaming application data>/Kivo Tool" (Linux: "~/.local/share/Kivo Tool"), made when missing, which sets
-/// configFolderCreated. Where it cannot be made the path is given all the same, and one log line tells.
+// "<roaming application data>/Kivo Tool" (Linux: "~/.local/share/Kivo Tool"), made when missing, which sets
+// configFolderCreated. Where it cannot be made the path is given all the same, and one log line tells.
 QString SettingsFolder();
 
-/// "<profile>/Kivo Tool", where the profile is the parent of the documents folder; made when missing. Where
-/// it cannot be made: the profile folder itself, and one log line tells.
+// "<profile>/Kivo Tool", where the profile is the parent of the documents folder; made when missing. Where
+// it cannot be made: the profile folder itself, and one log line tells.
 QString WorkingFolder();
 
-/// SettingsFolder() followed by "/Config.ini".
+// SettingsFolder() followed by "/Config.ini".
 QString ConfigFilePath();
 
 }  // namespace kivo

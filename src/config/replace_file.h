@@ -6,9 +6,9 @@ class QIODevice;
 
 namespace kivo {
 
-/// Puts what `source` (open for reading) holds in the place of `target`, in one step: `target` is complete or
-/// as it was, whatever goes wrong. A read-only target is made writable first. The folder must exist. Returns
-/// what went wrong; empty on success.
+// Puts what `source` (open for reading) holds in the place of `target`, in one step: `target` is complete or
+// as it was, whatever goes wrong. A read-only target is made writable first. The folder must exist. Returns
+// what went wrong; empty on success.
 QString ReplaceFile(const QString& target, QIODevice* source);
 
 }  // namespace kivo

@@ -12,20 +12,20 @@ namespace kivo {
 
 enum class SettingType { Int, Text, Rect };
 
-/// One row of Config.ini's vocabulary. Texts default to empty, rectangles to QRect().
+// One row of Config.ini's vocabulary. Texts default to empty, rectangles to QRect().
 struct SettingKey {
-    QLatin1String name;  ///< Full key, or the key's name inside its family (see the builders below).
+    QLatin1String name;  // Full key, or the key's name inside its family (see the builders below).
     SettingType type = SettingType::Int;
-    int defaultInt = 0;  ///< When absent, and when outside minimum..maximum.
-    int notANumber = 0;  ///< When present and no whole number.
+    int defaultInt = 0;  // When absent, and when outside minimum..maximum.
+    int notANumber = 0;  // When present and no whole number.
     int minimum = std::numeric_limits<int>::min();
     int maximum = std::numeric_limits<int>::max();
 };
 
 namespace keys {
 
-/// A literal with its length counted by the compiler: the constructor that counts for itself is no constant
-/// expression for every compiler.
+// A literal with its length counted by the compiler: the constructor that counts for itself is no constant
+// expression for every compiler.
 template <int N>
 constexpr QLatin1String Name(const char (&literal)[N]) {
     return QLatin1String(literal, N - 1);
@@ -77,20 +77,20 @@ inline constexpr int kCustomShowRows = 2;
 inline constexpr int kCustomShowSlots = 5;
 inline constexpr int kItemCount = 9;
 
-/// The layout groups in file order: "H1".."H4", "V1".."V4", "CUSTOM0", "CUSTOM1".
+// The layout groups in file order: "H1".."H4", "V1".."V4", "CUSTOM0", "CUSTOM1".
 const QStringList& ThemeGroups();
 
-/// Every key Config.ini can hold, written out in full in file order ("ImageList/<n>" once, with n = 0), with
-/// its row of the table.
+// Every key Config.ini can hold, written out in full in file order ("ImageList/<n>" once, with n = 0), with
+// its row of the table.
 struct NamedSetting {
     QString key;
     SettingKey setting;
 };
 QList<NamedSetting> AllSettings();
 
-QString GroupKey(const QString& group, const SettingKey& setting);           ///< "H1", kXPt: "H1/XPt".
-QString ItemKey(const QString& group, const SettingKey& setting, int item);  ///< "H1", kShow, 3: "H1/Show_3".
-QString ImageKey(int index);                                                 ///< 7: "ImageList/7".
-QString CustomShowKey(int row, int slot);                                    ///< 1, 4: "CustomShow/1-4".
+QString GroupKey(const QString& group, const SettingKey& setting);           // "H1", kXPt: "H1/XPt".
+QString ItemKey(const QString& group, const SettingKey& setting, int item);  // "H1", kShow, 3: "H1/Show_3".
+QString ImageKey(int index);                                                 // 7: "ImageList/7".
+QString CustomShowKey(int row, int slot);                                    // 1, 4: "CustomShow/1-4".
 
 }  // namespace kivo

@@ -14,7 +14,7 @@ bool IsNear(int edge) {
     return edge >= -kFarthestRectEdge && edge <= kFarthestRectEdge;
 }
 
-/// Edges first: the width of a rectangle with far edges does not fit an int.
+// Edges first: the width of a rectangle with far edges does not fit an int.
 bool IsBelievable(const QRect& rect) {
     const bool edgesAreNear =
         IsNear(rect.left()) && IsNear(rect.top()) && IsNear(rect.right()) && IsNear(rect.bottom());

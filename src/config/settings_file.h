@@ -20,10 +20,10 @@ namespace kivo {
 // tells, once.
 
 inline constexpr qint64 kLargestSettingsFile = qint64{1024} * 1024;
-inline constexpr int kLongestSettingText = 32767;  ///< Characters; the longest path Windows knows.
-inline constexpr int kFarthestRectEdge = 65535;    ///< Any edge further from 0 is noise.
+inline constexpr int kLongestSettingText = 32767;  // Characters; the longest path Windows knows.
+inline constexpr int kFarthestRectEdge = 65535;    // Any edge further from 0 is noise.
 
-/// A short run of reads. Values that cannot be used are read as their defaults, and one log line counts them.
+// A short run of reads. Values that cannot be used are read as their defaults, and one log line counts them.
 class SettingsReader {
 public:
     explicit SettingsReader(const QString& filePath = ConfigFilePath());
@@ -31,18 +31,18 @@ public:
     Q_DISABLE_COPY(SettingsReader)
 
     bool Contains(const QString& key) const;
-    /// True when at least one key stands under this group ("H1").
+    // True when at least one key stands under this group ("H1").
     bool HasGroup(const QString& group) const;
 
-    /// By the table: absent or out of range gives setting.defaultInt, no whole number setting.notANumber.
-    int Int(const SettingKey& setting) const;  ///< For full keys ("Config/Mode").
+    // By the table: absent or out of range gives setting.defaultInt, no whole number setting.notANumber.
+    int Int(const SettingKey& setting) const;  // For full keys ("Config/Mode").
     int Int(const QString& key,
-            const SettingKey& setting) const;  ///< For keys of a family, see setting_keys.h.
-    /// Any integer; no whole number gives 0, as Qt converts it, one that does not fit gives the default.
+            const SettingKey& setting) const;  // For keys of a family, see setting_keys.h.
+    // Any integer; no whole number gives 0, as Qt converts it, one that does not fit gives the default.
     int Int(const QString& key, int defaultValue = 0) const;
-    /// A text beyond kLongestSettingText gives the default.
+    // A text beyond kLongestSettingText gives the default.
     QString Text(const QString& key, const QString& defaultValue = QString()) const;
-    /// What is no rectangle, has a negative size or an edge beyond kFarthestRectEdge gives the default.
+    // What is no rectangle, has a negative size or an edge beyond kFarthestRectEdge gives the default.
     QRect Rect(const QString& key, const QRect& defaultValue = QRect()) const;
 
 private:
@@ -50,14 +50,14 @@ private:
     void CountUnusable(const QString& key) const;
 
     QString m_filePath;
-    std::unique_ptr<QSettings> m_settings;  ///< Null where the file cannot be used at all.
+    std::unique_ptr<QSettings> m_settings;  // Null where the file cannot be used at all.
     mutable int m_unusable = 0;
     mutable QString m_firstUnusable;
 };
 
-/// A short run of writes, put on disk as a whole by Commit or the destructor: a crash leaves the old file or
-/// the new one, never a half. A file that is broken is kept beside it ("Config.ini.broken") before the first
-/// write over it; one that may not be read is left alone.
+// A short run of writes, put on disk as a whole by Commit or the destructor: a crash leaves the old file or
+// the new one, never a half. A file that is broken is kept beside it ("Config.ini.broken") before the first
+// write over it; one that may not be read is left alone.
 class SettingsWriter {
 public:
     explicit SettingsWriter(const QString& filePath = ConfigFilePath());
@@ -69,9 +69,9 @@ public:
     void SetRect(const QString& key, const QRect& value);
     void Remove(const QString& keyOrGroup);
 
-    /// True when everything set so far is on disk. A failure is logged once. Where there was a file,
-    /// QSettings remembers what it could not store: the values hold for this run and go to disk with a later
-    /// access that can.
+    // True when everything set so far is on disk. A failure is logged once. Where there was a file,
+    // QSettings remembers what it could not store: the values hold for this run and go to disk with a later
+    // access that can.
     bool Commit();
 
 private:
@@ -80,17 +80,17 @@ private:
 
     QString m_filePath;
     bool m_opened = false;
-    std::unique_ptr<QSettings> m_settings;  ///< Null until the first write, and where none may happen.
+    std::unique_ptr<QSettings> m_settings;  // Null until the first write, and where none may happen.
 };
 
-/// The row (0 to 2) of the free text.
+// The row (0 to 2) of the free text.
 int LoadCurRectId();
 void SaveCurRectId(int row);
 
 // Reserved: no feature asks for these; they keep the file's vocabulary complete.
 int LoadLangId();
 void SaveLangId(int language);
-/// Makes a new random identifier in Qt's braced form and stores it.
+// Makes a new random identifier in Qt's braced form and stores it.
 void CreateUuid();
 bool HasUuid();
 QString LoadUuid();

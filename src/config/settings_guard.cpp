@@ -18,7 +18,7 @@ constexpr int kMostKeptFiles = 9;
 constexpr int kStaleLockMs = 1000;
 constexpr int kLockPatienceMs = 2500;
 
-/// An odd number of quotes would swallow the lines that follow.
+// An odd number of quotes would swallow the lines that follow.
 bool QuotesAreClosed(const QByteArray& line) {
     bool open = false;
     for (int i = 0; i < line.size(); ++i) {
@@ -58,7 +58,7 @@ QString KeptName(const QString& filePath, int number) {
     return number == 1 ? name : name + QLatin1Char('.') + QString::number(number);
 }
 
-/// A name under which something can be kept; the last one is freed when all are taken.
+// A name under which something can be kept; the last one is freed when all are taken.
 QString FreeKeptName(const QString& filePath) {
     for (int number = 1; number <= kMostKeptFiles; ++number) {
         QString name = KeptName(filePath, number);
@@ -71,8 +71,8 @@ QString FreeKeptName(const QString& filePath) {
     return last;
 }
 
-/// QSettings waits for its lock without limit: for half a minute where a killed writer left an empty lock
-/// file, for ever where something else stands under that name. So the way is cleared before it comes.
+// QSettings waits for its lock without limit: for half a minute where a killed writer left an empty lock
+// file, for ever where something else stands under that name. So the way is cleared before it comes.
 bool LockIsFree(const QString& filePath) {
     const QString lockPath = filePath + QStringLiteral(".lock");
     if (!QFileInfo::exists(lockPath)) {

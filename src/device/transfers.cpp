@@ -39,13 +39,17 @@ std::vector<quint8> WirePixels(const QImage& rgb16) {
 
 }  // namespace
 
-Transfers::Transfers(ScreenSession& session)
-    : Transfers(session, &QTime::currentTime, [](std::chrono::milliseconds duration) {
-          QThread::msleep(static_cast<unsigned long>(duration.count()));
-      }) {}
-
 Transfers::Transfers(ScreenSession& session, Clock clock, Pause pause)
-    : m_session(session), m_clock(std::move(clock)), m_pause(std::move(pause)) {}
+    : m_session(session), m_clock(std::move(clock)), m_pause(std::move(pause)) {
+    if (!m_clock) {
+        m_clock = &QTime::currentTime;
+    }
+    if (!m_pause) {
+        m_pause = [](std::chrono::milliseconds duration) {
+            QThread::msleep(static_cast<unsigned long>(duration.count()));
+        };
+    }
+}
 
 bool Transfers::SendAreaImageWithPos(const quint8* pixels, int x, int y, int width, int height) {
     if (wholeFrameBusy() != 0)

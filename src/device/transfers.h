@@ -22,10 +22,9 @@ public:
     using Clock = std::function<QTime()>;
     using Pause = std::function<void(std::chrono::milliseconds)>;
 
-    // Local wall clock and a sleeping pause.
-    explicit Transfers(ScreenSession& session);
-    // Clock and pause are called on the thread of the transfer.
-    Transfers(ScreenSession& session, Clock clock, Pause pause);
+    // Clock and pause are called on the thread of the transfer; empty ones stand for the local wall clock and
+    // for sleeping.
+    explicit Transfers(ScreenSession& session, Clock clock = {}, Pause pause = {});
 
     // Sends one area: width * height * 2 bytes, RGB565, high byte first, at most kMaxAreaPayload
     // (FitsAreaReport says whether), in the panel's landscape coordinates. Dropped, never queued, while a

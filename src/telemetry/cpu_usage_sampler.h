@@ -6,18 +6,18 @@
 
 namespace kivo {
 
-/// CPU utilisation of the whole machine between two calls. Owned and used by the refresh thread alone.
+// CPU utilisation of the whole machine between two calls. Owned and used by the refresh thread alone.
 class CpuUsageSampler {
 public:
     explicit CpuUsageSampler(CpuCounterFactory makeCounter = MakeCpuCounter);
 
-    /// A selector that differs from the present one restarts the sampling. Starts at 1, so that the first
-    /// SetMode(0) restarts.
+    // A selector that differs from the present one restarts the sampling. Starts at 1, so that the first
+    // SetMode(0) restarts.
     void SetMode(quint8 mode);
 
-    /// Percent since the previous call, cut towards zero, at most 100. 0 on the first call after a restart
-    /// and after a failed reading. Deliberate: no lower clamp; a counter that runs backwards shows as a
-    /// negative number here.
+    // Percent since the previous call, cut towards zero, at most 100. 0 on the first call after a restart
+    // and after a failed reading. Deliberate: no lower clamp; a counter that runs backwards shows as a
+    // negative number here.
     qint32 Sample();
 
 private:
@@ -27,8 +27,8 @@ private:
     CpuRawSample m_previousRaw;
 };
 
-/// The calculated value as the sampler reports it: cut towards zero, at most 100, 0 where no 32-bit integer
-/// holds it.
+// The calculated value as the sampler reports it: cut towards zero, at most 100, 0 where no 32-bit integer
+// holds it.
 qint32 WholePercent(double value);
 
 }  // namespace kivo

@@ -7,9 +7,9 @@
 
 namespace kivo {
 
-/// Takes the next decimal number, and the blanks before it, off the front of `text`. Nothing where no digit
-/// follows or the number does not fit; `text` then stands where it stood, without the blanks. Line ends are
-/// not blanks.
+// Takes the next decimal number, and the blanks before it, off the front of `text`. Nothing where no digit
+// follows or the number does not fit; `text` then stands where it stood, without the blanks. Line ends are
+// not blanks.
 inline std::optional<std::uint64_t> TakeNumber(std::string_view& text) {
     while (!text.empty() && (text.front() == ' ' || text.front() == '\t')) {
         text.remove_prefix(1);

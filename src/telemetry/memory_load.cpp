@@ -7,7 +7,7 @@
 namespace kivo {
 namespace {
 
-/// The number behind "<name>:" at the start of a line, in kB.
+// The number behind "<name>:" at the start of a line, in kB.
 std::optional<double> Entry(std::string_view text, std::string_view name) {
     while (!text.empty()) {
         std::string_view line = text.substr(0, text.find('\n'));

@@ -15,7 +15,7 @@ Q_LOGGING_CATEGORY(telemetryLog, "kivo.telemetry", QtInfoMsg)
 
 constexpr quint32 kHighestBelievable = 998;
 
-/// Negative numbers are beyond the limit too once they are taken as unsigned.
+// Negative numbers are beyond the limit too once they are taken as unsigned.
 qint32 Believable(qint32 value) {
     return static_cast<quint32>(value) > kHighestBelievable ? 0 : value;
 }
@@ -25,7 +25,7 @@ qint32 Believable(qint32 value) {
 MetricSnapshot::MetricSnapshot(InterfaceLanguage language, MetricSources sources)
     : m_language(language), m_sources(std::move(sources)) {
     if (!m_sources.now) {
-        m_sources.now = [] { return QDateTime::currentDateTime(); };
+        m_sources.now = ReadLocalTime;
     }
     if (!m_sources.memoryLoad) {
         m_sources.memoryLoad = ReadMemoryLoad;
@@ -44,11 +44,11 @@ QString MetricSnapshot::GetValueText(int index) const {
         case MemoryUsage:
             return FormatMemoryUsage(m_sources.memoryLoad());
         case Time:
-            return FormatTime(m_sources.now().time());
+            return FormatTime(m_sources.now().time);
         case CpuPower:
             return FormatPower(CpuPow(), m_language);
         case Date:
-            return FormatDate(m_sources.now().date(), m_language);
+            return FormatDate(m_sources.now().date, m_language);
         case FanSpeed:
             return FormatFanSpeed(CpuTemp());
         default:

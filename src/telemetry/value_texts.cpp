@@ -10,8 +10,8 @@ namespace {
 
 constexpr ushort kDegreeCelsius = 0x2103;
 
-/// Number and sign are put together by hand: a printf pattern that ends in a lone '%' is refused by some
-/// systems.
+// Number and sign are put together by hand: a printf pattern that ends in a lone '%' is refused by some
+// systems.
 QString Percent(int value) {
     return QString::number(value) + QLatin1Char('%');
 }

@@ -5,7 +5,7 @@
 
 namespace kivo::test {
 
-/// Collects what is logged while it lives, instead of printing it. One at a time.
+// Collects what is logged while it lives, instead of printing it. One at a time.
 class LogCatcher {
 public:
     LogCatcher() {

@@ -11,12 +11,12 @@ namespace kivo::test {
 
 inline constexpr uid_t kNobody = 65534;
 
-/// A home folder of the test's own, empty at first; everything under it belongs to whoever runs the test.
+// A home folder of the test's own, empty at first; everything under it belongs to whoever runs the test.
 class PrivateHome {
 public:
     PrivateHome() { Use(m_dir.path()); }
 
-    /// Looks for folders under another path from here on.
+    // Looks for folders under another path from here on.
     static void Use(const QString& home) {
         qputenv("HOME", home.toUtf8());
         qputenv("XDG_CONFIG_HOME", (home + QStringLiteral("/.config")).toUtf8());
@@ -44,7 +44,7 @@ inline QByteArray ReadFile(const QString& path) {
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("<no such file>");
 }
 
-/// While it lives, the rights of files hold for this test even if the superuser runs it.
+// While it lives, the rights of files hold for this test even if the superuser runs it.
 class Unprivileged {
 public:
     Unprivileged() : m_wasRoot(geteuid() == 0) {

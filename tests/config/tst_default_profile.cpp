@@ -21,7 +21,7 @@ const QString kFailed = QStringLiteral("Failed to copy file.");
 const QByteArray kDefaultConfig("[Config]\nThemeID=2\n");
 const QByteArray kDefaultPicture = QByteArray("\x89PNG default").repeated(20000);
 
-/// The folder the program is installed in, with both default files unless one is taken away.
+// The folder the program is installed in, with both default files unless one is taken away.
 class Program {
 public:
     Program() {
@@ -36,7 +36,7 @@ private:
     QTemporaryDir m_dir;
 };
 
-/// No file can grow past this while it lives: a disk that fills up in the middle of a copy.
+// No file can grow past this while it lives: a disk that fills up in the middle of a copy.
 class FullDisk {
 public:
     explicit FullDisk(rlim_t bytes) {
@@ -65,7 +65,7 @@ private:
         return home.settings(QStringLiteral("/whole.png"));
     }
 
-    /// Nothing but these is left in the settings folder: no half copies, no temporary names.
+    // Nothing but these is left in the settings folder: no half copies, no temporary names.
     static QStringList Names(const PrivateHome& home) {
         return QDir(home.settings())
             .entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot, QDir::Name);

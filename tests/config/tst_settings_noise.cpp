@@ -41,7 +41,7 @@ QString KeptPath(const QString& path) {
 
 }  // namespace
 
-/// Whatever stands in the file: reading gives values in range, and a write goes through without losing it.
+// Whatever stands in the file: reading gives values in range, and a write goes through without losing it.
 class TestSettingsNoise : public QObject {
     Q_OBJECT
 
@@ -59,7 +59,7 @@ private:
         return file.fileName();
     }
 
-    /// A file as the program writes it, every key filled.
+    // A file as the program writes it, every key filled.
     QByteArray GoodFile() {
         const QString path = NewPath();
         {

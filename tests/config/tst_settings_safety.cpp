@@ -22,8 +22,8 @@ QString Key(int index) {
     return QStringLiteral("H1/Value_%1").arg(index);
 }
 
-/// Writes the same number under every key, then the next number, until it is killed; tells on its output that
-/// the first round is on disk.
+// Writes the same number under every key, then the next number, until it is killed; tells on its output that
+// the first round is on disk.
 [[noreturn]] void WriteForEver(const QString& path) {
     for (int round = 1;; ++round) {
         {

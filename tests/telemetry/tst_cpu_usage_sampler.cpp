@@ -9,13 +9,13 @@ using namespace kivo;
 
 namespace {
 
-/// What the counters of a test do and what was done to them; outlives every one of them.
+// What the counters of a test do and what was done to them; outlives every one of them.
 struct Script {
     double calculated = 0.0;
     qint64 nextRaw = 1;
     int opened = 0;
     int open = 0;
-    std::vector<std::pair<qint64, qint64>> calculations;  ///< (now, previous), as first values.
+    std::vector<std::pair<qint64, qint64>> calculations;  // (now, previous), as first values.
 };
 
 class ScriptedCounter final : public CpuCounter {

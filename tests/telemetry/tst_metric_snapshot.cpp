@@ -12,8 +12,8 @@ using namespace kivo;
 
 namespace {
 
-QDateTime Moment() {
-    return QDateTime(QDate(2019, 12, 21), QTime(9, 5));
+LocalTime Moment() {
+    return {QDate(2019, 12, 21), QTime(9, 5)};
 }
 
 MetricSources FixedSources() {
@@ -118,7 +118,10 @@ private slots:
         int load = 10;
         const MetricSnapshot snapshot(
             InterfaceLanguage::Chinese,
-            {[&minutes] { return Moment().addSecs(60 * minutes++); }, [&load] { return load++; }});
+            {[&minutes] {
+                 return LocalTime{Moment().date, Moment().time.addSecs(60 * int(minutes++))};
+             },
+             [&load] { return load++; }});
         QCOMPARE(snapshot.GetValueText(Time), QStringLiteral("09:05"));
         QCOMPARE(snapshot.GetValueText(Time), QStringLiteral("09:06"));
         QCOMPARE(snapshot.GetValueText(MemoryUsage), QStringLiteral("10%"));

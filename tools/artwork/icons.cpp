@@ -10,7 +10,7 @@ namespace {
 
 constexpr double kGrid = 24;
 
-/// What is stroked and what is filled.
+// What is stroked and what is filled.
 struct Drawing {
     QPainterPath lines;
     QPainterPath solid;

@@ -9,13 +9,13 @@ namespace kivo::artwork {
 
 enum class Icon { Thermometer, Chip, Memory, Fan, Bolt, Clock };
 
-/// Draws on the 24-unit grid, size painter units wide about the centre. The stroke is strokeWidth painter
-/// units at every size: icons of different sizes must not differ in weight.
+// Draws on the 24-unit grid, size painter units wide about the centre. The stroke is strokeWidth painter
+// units at every size: icons of different sizes must not differ in weight.
 void DrawIcon(QPainter& painter, Icon icon, QPointF centre, double size, const QColor& colour,
               double strokeWidth = 1.5);
 
-/// The icon alone, 24 x 24 pixels on transparent ground, with a stroke that is right (1.5) once the picture
-/// is drawn drawnSize panel pixels wide.
+// The icon alone, 24 x 24 pixels on transparent ground, with a stroke that is right (1.5) once the picture
+// is drawn drawnSize panel pixels wide.
 QImage IconPicture(Icon icon, const QColor& colour, double drawnSize);
 
 }  // namespace kivo::artwork

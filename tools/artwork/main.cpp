@@ -76,7 +76,7 @@ bool SaveLayers(const QDir& folder, Theme theme, Orientation orientation, const 
            save("_frame", layers.frame) && save("_icons", layers.icons);
 }
 
-/// The overview carries no words yet, so its English form is the same picture; the scene theme has none.
+// The overview carries no words yet, so its English form is the same picture; the scene theme has none.
 bool SaveOverview(const QDir& folder, Theme theme, Orientation orientation, const QImage& overview) {
     const QString stem =
         NameOf(theme) +

@@ -80,7 +80,7 @@ void DrawEmblem(QPainter& painter, Theme theme, QPointF centre, double size, dou
     painter.restore();
 }
 
-/// The panel reduced and sharpened a little: a third of the difference to its own blur is added.
+// The panel reduced and sharpened a little: a third of the difference to its own blur is added.
 QImage SmallPanel(const QImage& panel, QSize size) {
     const QImage small = panel.convertToFormat(QImage::Format_RGB32)
                              .scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);

@@ -20,7 +20,7 @@ double Encode(double value) {
     return value <= 0.0031308 ? value * 12.92 : 1.055 * std::pow(value, 1 / 2.4) - 0.055;
 }
 
-/// Catmull-Rom weights of four neighbours for a place t between the middle two.
+// Catmull-Rom weights of four neighbours for a place t between the middle two.
 std::array<double, 4> CubicWeights(double t) {
     const double t2 = t * t;
     const double t3 = t2 * t;
@@ -28,7 +28,7 @@ std::array<double, 4> CubicWeights(double t) {
             -0.5 * t2 + 0.5 * t3};
 }
 
-/// The grain is made at half size and enlarged: single pixels would vanish when the picture is reduced.
+// The grain is made at half size and enlarged: single pixels would vanish when the picture is reduced.
 class Grain {
 public:
     explicit Grain(quint64 seed) : m_values(static_cast<size_t>(kGrainWidth) * kGrainHeight) {

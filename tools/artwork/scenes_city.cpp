@@ -19,7 +19,7 @@ QImage EmptyLayer() {
     return layer;
 }
 
-/// Lit windows, 5 x 5 pixels on a grid of 10 x 11.
+// Lit windows, 5 x 5 pixels on a grid of 10 x 11.
 void DrawWindows(QPainter& painter, Random& random, const QRect& block, double lit) {
     constexpr std::array<QRgb, 6> kLights = {0xFFFFC46B, 0xFFFFC46B, 0xFFFFE2AE,
                                              0xFFFFE2AE, 0xFFFF9A55, 0xFF8FD8FF};
@@ -42,7 +42,7 @@ struct BlockRow {
     int highest;
     int narrowest;
     int widest;
-    double gap;  ///< chance of a gap after a block
+    double gap;  // chance of a gap after a block
     double lit;
 };
 
@@ -81,7 +81,7 @@ QImage DrawCity() {
     return city;
 }
 
-/// Thin discs of lights out of focus, each with a brighter rim.
+// Thin discs of lights out of focus, each with a brighter rim.
 QImage DrawBokeh() {
     constexpr std::array<QRgb, 4> kColours = {0xFFFFC46B, 0xFFFF9A55, 0xFF8FD8FF, 0xFFFF7E8A};
     QImage layer = EmptyLayer();
@@ -109,7 +109,7 @@ QImage DrawBokeh() {
     return layer;
 }
 
-/// A layer's colour and alpha at a pixel.
+// A layer's colour and alpha at a pixel.
 std::pair<Light, double> Sample(const QImage& layer, int x, int y) {
     const QRgb pixel =
         layer.pixel(std::clamp(x, 0, Picture::kWidth - 1), std::clamp(y, 0, Picture::kHeight - 1));

@@ -18,7 +18,7 @@ QImage EmptyMask() {
     return mask;
 }
 
-/// Tiers of drooping branches, all in pixels; foot is where the trunk stands.
+// Tiers of drooping branches, all in pixels; foot is where the trunk stands.
 QPolygonF Fir(Random& random, QPointF foot, double height, double halfWidth) {
     const int tiers = std::clamp(static_cast<int>(height / 14), 6, 13);
     QPolygonF left;
@@ -44,14 +44,14 @@ QPolygonF Fir(Random& random, QPointF foot, double height, double halfWidth) {
 }
 
 struct FirRow {
-    double foot;    ///< v of the ground
-    double height;  ///< of a middling tree, in pixels
+    double foot;    // v of the ground
+    double height;  // of a middling tree, in pixels
     double spacing;
-    double gapFrom;  ///< no tree between these u
+    double gapFrom;  // no tree between these u
     double gapTo;
 };
 
-/// Ground and trees of one row.
+// Ground and trees of one row.
 QImage FirMask(quint64 seed, const FirRow& row, const std::function<double(double)>& groundLine) {
     Random random(seed);
     QImage mask = EmptyMask();

@@ -7,7 +7,7 @@ namespace kivo::artwork {
 
 namespace {
 
-/// One ridge of the dawn: noise with its hollows rounded off and its tops kept, so that it reads as rock.
+// One ridge of the dawn: noise with its hollows rounded off and its tops kept, so that it reads as rock.
 double RidgeLine(const Noise& noise, const Spot& at, int index) {
     const double near = index / 5.0;
     const double base = 0.590 + 0.066 * index + 0.014 * index * near;
@@ -19,14 +19,14 @@ double RidgeLine(const Noise& noise, const Spot& at, int index) {
     return base + amplitude * (0.95 - 0.85 * peak * Lerp(0.55, 1.0, near) - 1.1 * broad);
 }
 
-/// A dune: its skyline, the crest that parts lit from shaded side, and how far away it is (1 = farthest).
+// A dune: its skyline, the crest that parts lit from shaded side, and how far away it is (1 = farthest).
 struct Dune {
     double base;
     double amplitude;
     double frequency;
     double phase;
-    double crestAt;     ///< x of the crest on the skyline, in heights
-    double crestDrift;  ///< how far it wanders to the right per height going down
+    double crestAt;     // x of the crest on the skyline, in heights
+    double crestDrift;  // how far it wanders to the right per height going down
     double haze;
 };
 

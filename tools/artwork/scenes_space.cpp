@@ -64,7 +64,7 @@ QImage DrawPlanet() {
     const auto altitude = [&](const Spot& at) {
         return std::hypot(at.x - centreX, at.v - kCentreV) - kRadius;
     };
-    /// 1 towards the sun, falling along the limb.
+    // 1 towards the sun, falling along the limb.
     const auto lit = [&](const Spot& at) {
         const double angle = std::atan2(at.x - centreX, kCentreV - at.v) - sunAngle;
         return std::exp(-angle * angle / (2 * 0.30 * 0.30));

@@ -22,14 +22,14 @@ constexpr int kGap = 6;
 struct Text {
     Theme theme;
     Orientation orientation;
-    QRect rect;  ///< the value's place
+    QRect rect;  // the value's place
     int pixelSize;
     const char* sample;
 };
 
 constexpr auto kLying = Orientation::Landscape;
 constexpr auto kStanding = Orientation::Portrait;
-/// Where the program writes its values.
+// Where the program writes its values.
 const std::vector<Text> kTexts = {
     {Theme::Default, kLying, QRect(158, 38, 47, 24), 18, "45\u2103"},
     {Theme::Default, kLying, QRect(245, 119, 47, 24), 18, "65%"},
@@ -90,7 +90,7 @@ QImage LoadIcon(const QDir& folder, Theme theme) {
     return QImage(folder.filePath(NameOf(theme) + QLatin1String("_icon.png")));
 }
 
-/// The band that the digits cover: centred, as wide as the text is at about .56 of its size a letter.
+// The band that the digits cover: centred, as wide as the text is at about .56 of its size a letter.
 QRect DigitsOf(const Text& text) {
     const int letters = static_cast<int>(QString::fromUtf8(text.sample).size());
     const int width = std::min(text.rect.width(), static_cast<int>(letters * text.pixelSize * 0.56));
@@ -103,7 +103,7 @@ double ContrastOfWhite(QRgb ground) {
     return 1.05 / (Luminance(FromRgb(ground)) + 0.05);
 }
 
-/// Text ground without the ornaments: a tick that passes under a digit is not what the digit is read against.
+// Text ground without the ornaments: a tick that passes under a digit is not what the digit is read against.
 double LeastContrast(const QImage& panel, Theme theme, Orientation orientation) {
     double least = 21;
     for (const Text& text : kTexts) {
@@ -134,8 +134,8 @@ void DrawTexts(QImage& panel, Theme theme, Orientation orientation) {
     }
 }
 
-/// How a picture's upper sixth behaves at panel size in RGB565: deviation between neighbours (green, in
-/// 8-bit levels) and, over the rows, the median of each row's longest run of one colour.
+// How a picture's upper sixth behaves at panel size in RGB565: deviation between neighbours (green, in
+// 8-bit levels) and, over the rows, the median of each row's longest run of one colour.
 void PrintBanding(QTextStream& out, const QImage& picture) {
     const QImage canvas = picture.scaled(433, 230, Qt::IgnoreAspectRatio, Qt::SmoothTransformation)
                               .convertToFormat(QImage::Format_RGB16);

@@ -27,8 +27,8 @@ QPointF OnCircle(QPointF centre, double radius, double clockwiseDegrees) {
     return centre + radius * QPointF(std::cos(angle), std::sin(angle));
 }
 
-/// How far beside (or above) the circle's centre the fillet's centre lies when the other distance is known:
-/// fillet and circle touch from outside.
+// How far beside (or above) the circle's centre the fillet's centre lies when the other distance is known:
+// fillet and circle touch from outside.
 double OtherLeg(double cutRadius, double fillet, double leg) {
     return std::sqrt((cutRadius + fillet) * (cutRadius + fillet) - leg * leg);
 }

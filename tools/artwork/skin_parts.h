@@ -23,10 +23,10 @@ constexpr QRgb kInk = 0xFF071326;
 QColor White(double alpha);
 QColor WithAlpha(QRgb rgb, double alpha);
 QSize PanelSize(Orientation orientation);
-/// Pixels of a skin picture. Landscape frames are put together at 433 x 230 and reduced afterwards.
+// Pixels of a skin picture. Landscape frames are put together at 433 x 230 and reduced afterwards.
 QSize SkinSize(Orientation orientation);
 
-/// A transparent picture of the skin's size with a painter that takes panel coordinates.
+// A transparent picture of the skin's size with a painter that takes panel coordinates.
 class Layer {
 public:
     explicit Layer(Orientation orientation);
@@ -34,28 +34,28 @@ public:
     Layer& operator=(const Layer&) = delete;
 
     QPainter& Painter() { return m_painter; }
-    QImage Finish();  ///< ends the painting
+    QImage Finish();  // ends the painting
 
 private:
     QImage m_image;
     QPainter m_painter;
 };
 
-/// A shape whose outline can be drawn in by some pixels: fill and inside edge come from one description.
+// A shape whose outline can be drawn in by some pixels: fill and inside edge come from one description.
 using Shape = std::function<QPainterPath(double inset)>;
 
 Shape RoundedCard(const QRectF& rect, double radius);
 Shape Disc(QPointF centre, double radius);
-/// One wing of the dial: the rectangle, cut by the circle of cutRadius about centre, with fillets whose
-/// centres lie filletX beside the circle's. The circle lies to the right of the rectangle (SideWing: the
-/// outer corners alone are rounded by radius) or below it (HeadWing: all four corners).
+// One wing of the dial: the rectangle, cut by the circle of cutRadius about centre, with fillets whose
+// centres lie filletX beside the circle's. The circle lies to the right of the rectangle (SideWing: the
+// outer corners alone are rounded by radius) or below it (HeadWing: all four corners).
 Shape SideWing(const QRectF& rect, double radius, QPointF centre, double cutRadius, double fillet);
 Shape HeadWing(const QRectF& rect, double radius, QPointF centre, double cutRadius, double fillet);
 Shape MirroredX(const Shape& shape, double axis);
 Shape MirroredY(const Shape& shape, double axis);
 
 void DrawGlass(QPainter& painter, const Shape& shape);
-/// Vertical ink with the given alpha at fractions of the height.
+// Vertical ink with the given alpha at fractions of the height.
 void DrawScrim(QPainter& painter, const QRectF& rect, const std::vector<std::pair<double, double>>& stops);
 void DrawUnderLight(QPainter& painter, QPointF centre, double radius, QRgb accent, double strength);
 void DrawTick(QPainter& painter, QPointF from, QPointF to, double width, const QColor& colour);
@@ -63,19 +63,19 @@ void DrawHair(QPainter& painter, QPointF from, QPointF to);
 
 struct Ring {
     QPointF centre;
-    double arcRadius;    ///< thin arc outside the ticks
-    double innerRadius;  ///< of a minor tick
+    double arcRadius;    // thin arc outside the ticks
+    double innerRadius;  // of a minor tick
     double outerRadius;
-    int ticks;  ///< over 270 degrees, open at the foot; each sixth is major
+    int ticks;  // over 270 degrees, open at the foot; each sixth is major
 };
 void DrawRing(QPainter& painter, const Ring& ring, QRgb accent);
-/// Nine upright ticks in a row about the point, the middle one in the accent.
+// Nine upright ticks in a row about the point, the middle one in the accent.
 void DrawFootScale(QPainter& painter, QPointF centre, QRgb accent, double step = 5);
-/// Sixty ticks along the rounded rectangle, pointing in, from 12 o'clock on.
+// Sixty ticks along the rounded rectangle, pointing in, from 12 o'clock on.
 void DrawTickFrame(QPainter& painter, const QRectF& rect, double radius, QRgb accent);
 
-/// Moves the alpha of half-transparent pixels by up to 4 of 255: frosts the glass, hides steps. Gives
-/// straight (not premultiplied) alpha.
+// Moves the alpha of half-transparent pixels by up to 4 of 255: frosts the glass, hides steps. Gives
+// straight (not premultiplied) alpha.
 QImage WithAlphaGrain(const QImage& image, quint64 seed);
 
 }  // namespace kivo::artwork

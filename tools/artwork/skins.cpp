@@ -14,7 +14,7 @@ constexpr QRgb kAmber = 0xFFFFB45A;
 constexpr QRgb kIce = 0xFF8FC7FF;
 constexpr QRgb kWhite = 0xFFFFFFFF;
 
-/// The layers of one skin while they are painted.
+// The layers of one skin while they are painted.
 struct Canvas {
     explicit Canvas(Orientation orientation)
         : glass(orientation), ornaments(orientation), frame(orientation), icons(orientation) {}
@@ -29,7 +29,7 @@ struct CardRow {
     Icon icon;
 };
 
-/// Small cards of the default theme: icon at the head, foot scale under the value.
+// Small cards of the default theme: icon at the head, foot scale under the value.
 void DrawValueCards(Canvas& canvas, QSizeF size, const std::array<CardRow, 4>& cards, QPointF scaleAt) {
     for (const CardRow& card : cards) {
         DrawGlass(canvas.glass.Painter(), RoundedCard(QRectF(card.corner, size), 10));

@@ -13,11 +13,11 @@ namespace kivo::artwork {
 enum class Theme { Default, Scene, Tdp, Time };
 constexpr std::array<Theme, 4> kThemes = {Theme::Default, Theme::Scene, Theme::Tdp, Theme::Time};
 
-QLatin1String NameOf(Theme theme);  ///< as in the file names
+QLatin1String NameOf(Theme theme);  // as in the file names
 QRgb AccentOf(Theme theme);
 
-/// One skin, cut as the frame composer stacks it: glass, ornaments, frame, icons. A theme without a layer
-/// has a null image there.
+// One skin, cut as the frame composer stacks it: glass, ornaments, frame, icons. A theme without a layer
+// has a null image there.
 struct SkinLayers {
     QImage glass;
     QImage ornaments;
@@ -26,13 +26,13 @@ struct SkinLayers {
 };
 SkinLayers DrawSkin(Theme theme, Orientation orientation);
 
-/// Where the separate icon (default_icon.png, time_icon.png) is drawn last, in panel pixels; null rectangle
-/// where the theme has none.
+// Where the separate icon (default_icon.png, time_icon.png) is drawn last, in panel pixels; null rectangle
+// where the theme has none.
 QRectF IconRect(Theme theme, Orientation orientation);
-QImage DrawThemeIcon(Theme theme);  ///< null where the theme has none
+QImage DrawThemeIcon(Theme theme);  // null where the theme has none
 
-/// The veil of the custom layouts, 433 x 320: landscape takes its upper 433 x 230, portrait its left 170 x
-/// 320.
+// The veil of the custom layouts, 433 x 320: landscape takes its upper 433 x 230, portrait its left 170 x
+// 320.
 QImage DrawBlackVeil();
 
 }  // namespace kivo::artwork
