@@ -1,0 +1,39 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="zh_CN" sourcelanguage="zh_CN">
+<context>
+    <name>ZoomWidget</name>
+    <message>
+        <source>CPU温度</source>
+        <translation>CPU温度</translation>
+    </message>
+    <message>
+        <source>CPU使用率</source>
+        <translation>CPU使用率</translation>
+    </message>
+    <message>
+        <source>内存使用率</source>
+        <translation>内存使用率</translation>
+    </message>
+    <message>
+        <source>时间</source>
+        <translation>时间</translation>
+    </message>
+    <message>
+        <source>功耗</source>
+        <translation>功耗</translation>
+    </message>
+    <message>
+        <source>日期</source>
+        <translation>日期</translation>
+    </message>
+    <message>
+        <source>风扇转速</source>
+        <translation>风扇转速</translation>
+    </message>
+    <message>
+        <source>其他</source>
+        <translation>其他</translation>
+    </message>
+</context>
+</TS>

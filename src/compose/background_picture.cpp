@@ -1,0 +1,117 @@
+#include "compose/background_picture.h"
+
+#include <QFileInfo>
+#include <QImageIOHandler>
+#include <QImageReader>
+#include <QLoggingCategory>
+
+namespace kivo {
+
+namespace {
+
+Q_LOGGING_CATEGORY(pictureLog, "kivo.picture")
+
+// Nothing a camera or a screenshot makes is larger; what claims to be would only eat the memory.
+constexpr int kLongestSide = 32767;
+constexpr qint64 kMostPixels = 60LL * 1000 * 1000;
+constexpr qint64 kMostPixelsWhenScaled = 260LL * 1000 * 1000;
+
+// Pictures are decoded to about this many pixels on the shorter side: several times the panel's, so that a
+// trim frame still finds detail.
+constexpr int kUsefulShortSide = 1080;
+
+// Formats that keep their header honest about the size but cannot decode smaller are decoded in full.
+QSize UsefulSize(QSize size) {
+    const int shortSide = qMin(size.width(), size.height());
+    if (shortSide <= kUsefulShortSide) {
+        return size;
+    }
+    return size.scaled(kUsefulShortSide, kUsefulShortSide, Qt::KeepAspectRatioByExpanding);
+}
+
+}  // namespace
+
+bool IsReasonablePictureSize(QSize size, bool canScaleWhileDecoding) {
+    if (size.isEmpty() || size.width() > kLongestSide || size.height() > kLongestSide) {
+        return false;
+    }
+    const qint64 pixels = qint64(size.width()) * size.height();
+    return pixels <= (canScaleWhileDecoding ? kMostPixelsWhenScaled : kMostPixels);
+}
+
+QImage LoadPicture(const QString& path) {
+    if (!QFileInfo(path).isFile()) {
+        qCWarning(pictureLog).noquote()
+            << "The picture" << path << "is not a file; the background stays black.";
+        return QImage();
+    }
+    QImageReader reader(path);
+    reader.setDecideFormatFromContent(true);
+    reader.setAutoTransform(true);
+    const QSize size = reader.size();
+    const bool canScale = reader.supportsOption(QImageIOHandler::ScaledSize);
+    // A format that does not tell its size in the header (size is then invalid) is read as it is.
+    if (size.isValid()) {
+        if (!IsReasonablePictureSize(size, canScale)) {
+            qCWarning(pictureLog).noquote()
+                << "The picture" << path << "is too large to be shown (" << size.width() << "x"
+                << size.height() << "); the background stays black.";
+            return QImage();
+        }
+        if (canScale) {
+            reader.setScaledSize(UsefulSize(size));
+        }
+    }
+    QImage picture = reader.read();
+    if (picture.isNull()) {
+        qCWarning(pictureLog).noquote() << "The picture" << path << "cannot be read (" << reader.errorString()
+                                        << "); the background stays black.";
+    }
+    return picture;
+}
+
+QRectF ShownPart(QSize picture, Orientation orientation, const LayoutRecord& layout) {
+    if (picture.isEmpty()) {
+        return QRectF();
+    }
+    const QSizeF panel = CanvasSize(orientation);
+    // Picture pixels for one panel pixel when the picture just covers the panel.
+    const double perPixel = qMin(picture.width() / panel.width(), picture.height() / panel.height());
+    const double inset = qBound(0, layout.xZoom, int(panel.width()) - 1);
+    const double width = panel.width() - inset;
+    const double height = width * panel.height() / panel.width();
+    // The untrimmed view lies in the middle of the picture; the frame's corner is given relative to it.
+    double left = (picture.width() - panel.width() * perPixel) / 2 + layout.xPt * perPixel;
+    double top = (picture.height() - panel.height() * perPixel) / 2 + layout.yPt * perPixel;
+    left = qBound(0.0, left, picture.width() - width * perPixel);
+    top = qBound(0.0, top, picture.height() - height * perPixel);
+    return QRectF(left, top, width * perPixel, height * perPixel);
+}
+
+QImage PlacedPicture(const QImage& picture, QSize size, Orientation orientation, const LayoutRecord& layout) {
+    const QRect part = ShownPart(picture.size(), orientation, layout).toRect() & picture.rect();
+    if (part.isEmpty()) {
+        QImage black(size, QImage::Format_RGB32);
+        black.fill(Qt::black);
+        return black;
+    }
+    const QImage shown = part == picture.rect() ? picture : picture.copy(part);
+    const QImage scaled = shown.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    if (!scaled.hasAlphaChannel()) {
+        return scaled.convertToFormat(QImage::Format_RGB32);
+    }
+    // The panel is black where a picture is transparent.
+    QImage opaque(size, QImage::Format_RGB32);
+    opaque.fill(Qt::black);
+    const QImage over = scaled.convertToFormat(QImage::Format_ARGB32_Premultiplied);
+    for (int y = 0; y < size.height(); ++y) {
+        const auto* from = reinterpret_cast<const QRgb*>(over.constScanLine(y));
+        auto* to = reinterpret_cast<QRgb*>(opaque.scanLine(y));
+        for (int x = 0; x < size.width(); ++x) {
+            to[x] = from[x] | 0xFF000000U;  // premultiplied colour over black is the colour itself
+        }
+    }
+    return opaque;
+}
+
+}  // namespace kivo

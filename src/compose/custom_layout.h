@@ -1,0 +1,53 @@
+#pragma once
+
+// The custom layouts as data: five slots, three text rows, sizes and colours, and the table that says which
+// item stands in which slot. The rules that fill the table belong to the editor. Pure but for Load and Save.
+
+#include <QColor>
+#include <QRect>
+#include <array>
+
+#include "compose/geometry.h"
+#include "compose/layout_record.h"
+#include "config/folders.h"
+#include "telemetry/interface_language.h"
+
+namespace kivo {
+
+constexpr int kSlotCount = 5;
+constexpr int kCentreSlot = 2;
+constexpr int kEmptySlot = -1;
+constexpr int kVariantCount = 2;  // 0: five items, 1: one item
+constexpr int kTextRowCount = 3;
+constexpr int kTextSizeCount = 3;
+constexpr int kTextColorCount = 6;
+
+// Item numbers by variant and slot, kEmptySlot where none stands.
+using SlotRow = std::array<int, kSlotCount>;
+using SlotTable = std::array<SlotRow, kVariantCount>;
+
+// A slot on the canvas of that orientation; slot 0..4.
+QRect SlotRect(int slot, Orientation orientation);
+
+// The three rows of the free text as the tables give them; row 0..2.
+QRect TextRowRect(int row, Orientation orientation);
+
+// Pixel size of a free-text size step (0..2: 17, 15, 12) and the colour of a colour index (0..5). Indices
+// outside count as 0.
+int FreeTextPixelSize(int sizeIndex);
+QColor FreeTextColor(int colorIndex);
+
+SlotTable EmptySlotTable();
+SlotTable FactorySlotTable();
+
+// "CustomShow/0-0" .. "CustomShow/1-4" of the settings file. A missing key or one that is no number is an
+// empty slot.
+SlotTable LoadSlotTable();
+// False, with one log line, when the file could not be written.
+bool SaveSlotTable(const SlotTable& table, const QString& filePath = ConfigFilePath());
+
+// A custom layout as it comes from the factory: variant 0 has the items of the factory table ticked, variant
+// 1 its one item chosen.
+LayoutRecord FactoryCustomLayout(int variant, InterfaceLanguage language);
+
+}  // namespace kivo

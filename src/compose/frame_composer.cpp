@@ -1,0 +1,102 @@
+#include "compose/frame_composer.h"
+
+#include <QPainter>
+
+#include "compose/background_picture.h"
+#include "compose/free_text.h"
+#include "compose/item_drawing.h"
+#include "compose/theme_catalogue.h"
+#include "compose/veil.h"
+
+namespace kivo {
+
+namespace {
+
+QImage DecodeSkin(const ScreenState& state) {
+    const QSize size = AreaFrameSize(state.orientation);
+    QImage skin(size, QImage::Format_ARGB32_Premultiplied);
+    skin.fill(Qt::transparent);
+    QPainter painter(&skin);
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    if (state.custom) {
+        // Serves both orientations; only its upper left part is used in either.
+        painter.drawImage(QPoint(0, 0), QImage(CustomVeilPicture()));
+        return skin;
+    }
+    const QSize canvas = CanvasSize(state.orientation);
+    painter.scale(double(size.width()) / canvas.width(), double(size.height()) / canvas.height());
+    for (const SkinLayer& layer : SkinLayers(state.theme, state.orientation)) {
+        painter.drawImage(layer.rect, QImage(layer.path));
+    }
+    return skin;
+}
+
+QString SkinKey(const ScreenState& state) {
+    return state.custom ? QStringLiteral("custom %1").arg(int(state.orientation))
+                        : SkinPicture(state.theme, state.orientation);
+}
+
+// Where white text will stand: each shown value's rectangle, the captions as long as they are, and the free
+// text.
+QVector<QRect> WhiteTextRects(const ScreenState& state) {
+    ItemTexts samples = state.layout.sample;
+    QVector<QRect> rects;
+    for (const TextRun& run : LayOutTexts(state, samples)) {
+        if (run.role == TextRole::Value) {
+            rects.append(run.rect);
+            continue;
+        }
+        const FittedLine line = FitLine(run.text, run.pixelSize, run.rect, run.align);
+        const LineMetrics metrics = MetricsOf(line.pixelSize);
+        const QRect ink(line.baseLine.x(), line.baseLine.y() - metrics.inkAbove, line.width,
+                        metrics.inkAbove + metrics.inkBelow);
+        rects.append(ink.adjusted(-1, -1, 1, 1));
+    }
+    const FreeTextBlock block = LayOutFreeText(state);
+    if (!block.lines.isEmpty() && block.color == Qt::white) {
+        rects.append(block.bounds);
+    }
+    return rects;
+}
+
+QImage ScaledTo(const QImage& image, const QSize& size) {
+    return image.size() == size ? image : image.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+}
+
+}  // namespace
+
+const QImage& SkinCache::Skin(const ScreenState& state) {
+    const QString key = SkinKey(state);
+    if (key != m_key) {
+        m_skin = DecodeSkin(state);
+        m_key = key;
+    }
+    return m_skin;
+}
+
+double CustomVeilStrength(const ScreenState& state, const QImage& placed) {
+    return VeilStrength(placed, WhiteTextRects(state));
+}
+
+QImage ComposeBackground(const ScreenState& state, const QImage& picture, SkinCache& skins) {
+    const QSize canvas = CanvasSize(state.orientation);
+    QImage area = PlacedPicture(picture, AreaFrameSize(state.orientation), state.orientation, state.layout);
+    // The veil picture is kStrongestVeil opaque; drawn thinner, it is as strong as this picture needs.
+    const double opacity =
+        state.custom ? CustomVeilStrength(state, ScaledTo(area, canvas)) / kStrongestVeil : 1;
+    if (opacity > 0) {
+        QPainter painter(&area);
+        painter.setOpacity(opacity);
+        painter.drawImage(QPoint(0, 0), skins.Skin(state));
+    }
+    return ScaledTo(area, canvas).convertToFormat(QImage::Format_RGB16);
+}
+
+QImage ComposeFrame(const ScreenState& state, const QImage& background, const ItemTexts& texts) {
+    QImage frame = background;
+    QPainter painter(&frame);
+    DrawPanelTexts(painter, state, LayOutTexts(state, texts), frame.rect());
+    return frame;
+}
+
+}  // namespace kivo

@@ -1,0 +1,36 @@
+#pragma once
+
+// A whole frame: picture, skin, texts. Two pure functions of a state; the upload thread calls them, previews
+// and contact sheets do too.
+
+#include <QImage>
+#include <memory>
+
+#include "compose/screen_state.h"
+
+namespace kivo {
+
+// Keeps the last skin decoded, so that a change of picture or text need not decode it again. Not for two
+// threads at once; without one every frame decodes its skin.
+class SkinCache {
+public:
+    // The skin of that theme or of the custom layouts as one picture of AreaFrameSize(orientation), layers
+    // united.
+    const QImage& Skin(const ScreenState& state);
+
+private:
+    QString m_key;
+    QImage m_skin;
+};
+
+// The frame without its texts: the picture placed and cut, the skin over it. Format_RGB16 in the canvas size
+// of the state's orientation. picture may be null (black) and of any size.
+QImage ComposeBackground(const ScreenState& state, const QImage& picture, SkinCache& skins);
+
+// background with all texts of the state over it, the same size and format.
+QImage ComposeFrame(const ScreenState& state, const QImage& background, const ItemTexts& texts);
+
+// How strong the custom layouts' veil is over this placed picture of panel size.
+double CustomVeilStrength(const ScreenState& state, const QImage& placed);
+
+}  // namespace kivo

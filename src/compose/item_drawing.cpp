@@ -1,0 +1,248 @@
+#include "compose/item_drawing.h"
+
+#include <QPainter>
+
+#include "compose/free_text.h"
+
+namespace kivo {
+
+namespace {
+
+constexpr int kSmallPixelSize = kBasePixelSize * 3 / 5;  // dates and captions
+constexpr int kTdpMainValue = 26;
+constexpr int kCustomCaptionHeight = 16;  // of the line under a slot, in canvas pixels
+constexpr int kCustomCaptionGrow = 10;    // a caption may be that much wider than its slot on each side
+constexpr int kTileCaptionMargin = 2;     // kept free between a tile's caption and the tile's right edge
+
+constexpr int Scaled(int pixelSize, double factor) {
+    return int(pixelSize * factor);
+}
+
+bool IsEmphasised(const ScreenState& state, int item) {
+    return state.layout.highlight == item;
+}
+
+// The power's number and caption grow with the orientation, all other emphasised items by a factor of their
+// own.
+double PowerFactor(const ScreenState& state) {
+    return state.orientation == Orientation::Portrait ? 1.3 : 1.2;
+}
+
+int ThemeTimeSize(const ScreenState& state) {
+    if (state.theme == Theme::Scene) {
+        return kBasePixelSize * 2;
+    }
+    return IsEmphasised(state, Time) ? Scaled(kBasePixelSize, 1.5) : kBasePixelSize;
+}
+
+int ThemeDateSize(const ScreenState& state) {
+    if (!IsEmphasised(state, Time)) {
+        return kSmallPixelSize;
+    }
+    if (state.theme == Theme::Scene) {
+        return state.style == 1 ? Scaled(kSmallPixelSize, 1.8) : kSmallPixelSize * 2;
+    }
+    const bool narrow = state.theme == Theme::Time && state.orientation == Orientation::Portrait;
+    return Scaled(kSmallPixelSize, narrow ? 1.3 : 1.5);
+}
+
+int ThemeValueSize(const ScreenState& state, int item) {
+    if (item == Time) {
+        return ThemeTimeSize(state);
+    }
+    if (item == Date) {
+        return ThemeDateSize(state);
+    }
+    if (!IsEmphasised(state, item)) {
+        return kBasePixelSize;
+    }
+    if (state.theme == Theme::Tdp) {
+        return kTdpMainValue;
+    }
+    if (item != CpuPower) {
+        return Scaled(kBasePixelSize, 1.4);
+    }
+    // Deliberate: with the Western date forms the power stays at the base size.
+    return state.language != InterfaceLanguage::Chinese ? kBasePixelSize
+                                                        : Scaled(kBasePixelSize, PowerFactor(state));
+}
+
+int ThemeCaptionSize(const ScreenState& state, int item) {
+    if (!IsEmphasised(state, item)) {
+        return kSmallPixelSize;
+    }
+    return Scaled(kSmallPixelSize, item == CpuPower ? PowerFactor(state) : 1.5);
+}
+
+TextRun ThemeCaption(const ScreenState& state, int item) {
+    const QRect tile = state.layout.tile[size_t(item)];
+    const bool emphasised = IsEmphasised(state, item);
+    const int height = tile.height() / 3;
+    TextRun run{item,
+                TextRole::Caption,
+                state.captions[size_t(item)],
+                QRect(),
+                ThemeCaptionSize(state, item),
+                TextAlign::Top};
+    int top = tile.top() + tile.height() * 2 / 3 - 5;
+    if (state.theme == Theme::Default && !emphasised) {
+        run.align = TextAlign::TopLeft;
+        run.rect = QRect(QPoint(tile.left() + 20, tile.top() + 5),
+                         QPoint(tile.right() - kTileCaptionMargin, tile.top() + 5 + height - 1));
+        return run;
+    }
+    if (state.theme == Theme::Tdp) {
+        top = tile.top() + height - 5;
+    } else if (state.theme == Theme::Time && !emphasised) {
+        // The cards of temperature and power stand on their captions, the others hang below theirs.
+        top = item == CpuTemperature || item == CpuPower ? tile.bottom() + 5 : tile.top() - 14;
+    }
+    run.rect = QRect(tile.left(), top, tile.width(), height);
+    return run;
+}
+
+bool HasCaption(int item) {
+    return item != Time && item != OtherText && item != OtherText2;
+}
+
+void LayOutTheme(const ScreenState& state, const ItemTexts& texts, QVector<TextRun>& runs) {
+    const QRect canvas(QPoint(0, 0), CanvasSize(state.orientation));
+    for (int item = CpuTemperature; item <= FanSpeed; ++item) {
+        if (!IsShown(state, item)) {
+            continue;
+        }
+        QRect rect = state.layout.textRect[size_t(item)] & canvas;
+        if (IsSentInHalves(state, item)) {
+            rect = EvenPart(rect);
+        }
+        if (!rect.isEmpty()) {
+            runs.append({item, TextRole::Value, texts[size_t(item)], rect, ThemeValueSize(state, item),
+                         item == Date ? TextAlign::Top : TextAlign::Centre});
+        }
+        // Time and date speak for themselves, and the scene theme shows nothing else.
+        if (HasCaption(item) && item != Date && state.theme != Theme::Scene) {
+            TextRun caption = ThemeCaption(state, item);
+            caption.rect &= canvas;
+            if (!caption.rect.isEmpty()) {
+                runs.append(caption);
+            }
+        }
+    }
+}
+
+int CustomValueSize(int item, int slot) {
+    const int size = item == Date ? kSmallPixelSize : kBasePixelSize;
+    return slot == kCentreSlot ? Scaled(size, 1.5) : size;
+}
+
+// A little wider than its slot but on the canvas, and under the middle of the value.
+QRect CustomCaptionRect(const QRect& slot, const QSize& canvas) {
+    const int grow = qMin(kCustomCaptionGrow, qMin(slot.left(), canvas.width() - 1 - slot.right()));
+    return QRect(slot.left() - grow, slot.bottom() + 1, slot.width() + 2 * grow, kCustomCaptionHeight);
+}
+
+void LayOutCustom(const ScreenState& state, const ItemTexts& texts, QVector<TextRun>& runs) {
+    for (int slot = 0; slot < kSlotCount; ++slot) {
+        const int item = state.slotItems[size_t(slot)];
+        // The free text stands in its row, not in a slot.
+        if (item < CpuTemperature || item > FanSpeed || !IsShown(state, item)) {
+            continue;
+        }
+        const QRect whole = SlotRect(slot, state.orientation);
+        const QRect rect = EvenPart(whole);
+        const auto value = [&](int kind, const QRect& place) {
+            return TextRun{kind,
+                           TextRole::Value,
+                           texts[size_t(kind)],
+                           place,
+                           CustomValueSize(kind, slot),
+                           TextAlign::Centre};
+        };
+        if (item == Time && TimeSlotHoldsDate(state)) {
+            const int above = rect.height() * 3 / 5;
+            runs.append(value(Time, rect.adjusted(0, 0, 0, above - rect.height())));
+            runs.append(value(Date, rect.adjusted(0, above, 0, 0)));
+            continue;
+        }
+        runs.append(value(item, rect));
+        if (HasCaption(item)) {
+            runs.append({item, TextRole::Caption, state.captions[size_t(item)],
+                         CustomCaptionRect(whole, CanvasSize(state.orientation)), kSmallPixelSize,
+                         TextAlign::Top});
+        }
+    }
+}
+
+}  // namespace
+
+bool IsSentInHalves(const ScreenState& state, int item) {
+    if (state.custom) {
+        return true;
+    }
+    switch (state.theme) {
+        case Theme::Default:
+            return false;
+        case Theme::Tdp:
+            return item == CpuPower;
+        case Theme::Scene:
+        case Theme::Time:
+            return item == Time || item == Date;
+    }
+    return false;
+}
+
+QString EnglishDate(const QString& date) {
+    const int year = date.indexOf(QStringLiteral("年"));
+    const int month = date.indexOf(QStringLiteral("月"));
+    const int day = date.indexOf(QStringLiteral("日"));
+    if (year <= 0 || month <= year || day <= month) {
+        return date;
+    }
+    const auto twoDigits = [](const QString& number) { return number.rightJustified(2, QLatin1Char('0')); };
+    return QStringLiteral("%1.%2.%3")
+        .arg(date.left(year), twoDigits(date.mid(year + 1, month - year - 1)),
+             twoDigits(date.mid(month + 1, day - month - 1)));
+}
+
+QVector<TextRun> LayOutTexts(const ScreenState& state, const ItemTexts& texts) {
+    QVector<TextRun> runs;
+    runs.reserve(2 * kLiveValueCount);
+    if (state.custom) {
+        LayOutCustom(state, texts, runs);
+    } else {
+        LayOutTheme(state, texts, runs);
+    }
+    if (state.language == InterfaceLanguage::English) {
+        for (TextRun& run : runs) {
+            if (run.item == Date && run.role == TextRole::Value) {
+                run.text = EnglishDate(run.text);
+            }
+        }
+    }
+    return runs;
+}
+
+void DrawTexts(QPainter& painter, const QVector<TextRun>& runs, const QRect& region) {
+    painter.setPen(Qt::white);
+    for (const TextRun& run : runs) {
+        if (run.text.isEmpty() || !run.rect.intersects(region)) {
+            continue;
+        }
+        const FittedLine line = FitLine(run.text, run.pixelSize, run.rect, run.align);
+        // Fitting goes by advances and line measures; a sign of an odd fallback font may still lean over the
+        // edge. What leaves the rectangle would stay on the panel for ever, as no live update reaches it.
+        painter.save();
+        painter.setClipRect(run.rect, Qt::IntersectClip);
+        painter.setFont(PanelFont(line.pixelSize));
+        painter.drawText(line.baseLine, line.text);
+        painter.restore();
+    }
+}
+
+void DrawPanelTexts(QPainter& painter, const ScreenState& state, const QVector<TextRun>& runs,
+                    const QRect& region) {
+    DrawTexts(painter, runs, region);
+    DrawFreeText(painter, state, region);
+}
+
+}  // namespace kivo

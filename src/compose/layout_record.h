@@ -1,0 +1,45 @@
+#pragma once
+
+// One layout as the settings keep it: where each item stands, which items are shown and what lies behind
+// them. A plain value; compose/theme_catalogue.h makes the factory ones, compose/theme_state.h loads and
+// saves them.
+
+#include <QRect>
+#include <QString>
+#include <array>
+
+#include "telemetry/live_value.h"
+
+namespace kivo {
+
+struct LayoutRecord {
+    // The trim frame over the background picture, in panel pixels: (xPt, yPt) is its upper left corner
+    // relative to the untrimmed view, xZoom and yZoom how much narrower and lower it is than the panel. All
+    // 0: untrimmed.
+    int xPt = 0;
+    int yPt = 0;
+    int xZoom = 0;
+    int yZoom = 0;
+
+    int highlight = 0;  // the emphasised item, 0..8
+
+    std::array<bool, kLiveValueCount> shown{};     // "Show_"; in custom layout 0 the ticked items
+    std::array<bool, kLiveValueCount> selected{};  // "Show2_"; in custom layout 1 the chosen item
+    std::array<QRect, kLiveValueCount> tile{};     // "ShowRect_": the item's card, captions are placed by it
+    std::array<QRect, kLiveValueCount>
+        textRect{};  // "ShowStringRect_": where the text stands and what is sent
+    std::array<QString, kLiveValueCount> sample{};  // "String_": what a preview shows before a value arrives
+
+    QString picture;         // "StringPixmap": background picture, empty for the layout's default one
+    QString freeText;        // "StringD1": free text of a custom layout
+    QString defaultPicture;  // "StringPixmapS"
+    int sizeIndex = 0;       // free text size step, 0..2
+    int colorIndex = 0;      // free text colour, 0..5
+};
+
+bool operator==(const LayoutRecord& a, const LayoutRecord& b);
+inline bool operator!=(const LayoutRecord& a, const LayoutRecord& b) {
+    return !(a == b);
+}
+
+}  // namespace kivo

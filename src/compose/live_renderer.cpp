@@ -1,0 +1,149 @@
+#include "compose/live_renderer.h"
+
+#include <QLoggingCategory>
+#include <QPainter>
+#include <QtMath>
+
+#include "compose/rgb565.h"
+
+namespace kivo {
+
+namespace {
+
+// Quiet unless asked for: these lines come twice a second.
+Q_LOGGING_CATEGORY(liveLog, "kivo.live", QtInfoMsg)
+
+const TextRun* ValueRun(const QVector<TextRun>& runs, int item) {
+    for (const TextRun& run : runs) {
+        if (run.item == item && run.role == TextRole::Value) {
+            return &run;
+        }
+    }
+    return nullptr;
+}
+
+bool IsClockText(const QString& text) {
+    return text.size() == 5 && text.at(2) == QLatin1Char(':') && text.at(0).isDigit() &&
+           text.at(1).isDigit() && text.at(3).isDigit() && text.at(4).isDigit();
+}
+
+// The hours' and the minutes' digits. The colon between them never changes.
+QVector<QRect> ClockRects(const TextRun& run) {
+    const FittedLine line = FitLine(run.text, run.pixelSize, run.rect, run.align);
+    const LineMetrics metrics = MetricsOf(line.pixelSize);
+    if (!metrics.equalDigits || !IsClockText(line.text)) {
+        return Halves(run.rect);
+    }
+    const int hours = line.baseLine.x() - 2;
+    const int minutes = hours + 2 * metrics.digitWidth + metrics.colonWidth - 2;
+    const int width = 2 * metrics.digitWidth + 4;
+    const int top = run.rect.top() + qFloor((run.rect.height() - metrics.height) / 2.0);
+    return {QRect(hours, top, width, metrics.height), QRect(minutes, top, width, metrics.height)};
+}
+
+void LogSceneDate(const QRect& rect) {
+    const int half = rect.width() / 2;
+    qCDebug(liveLog) << "rect 0 " << rect.left() << " " << rect.top() << " " << half << " " << rect.height();
+    qCDebug(liveLog) << "rect 1 " << rect.left() + half << " " << rect.top() << " " << half << " "
+                     << rect.height();
+}
+
+// The parts an item is sent in, before any of them is cut down to the size of a report.
+QVector<QRect> Parts(const ScreenState& state, const TextRun& run, bool firstTime) {
+    const bool clock = run.item == Time && (state.custom || state.theme == Theme::Scene);
+    if (clock && !firstTime) {
+        return ClockRects(run);
+    }
+    if (!IsSentInHalves(state, run.item)) {
+        return {run.rect};
+    }
+    if (!state.custom && state.theme == Theme::Scene) {
+        LogSceneDate(run.rect);
+    }
+    return Halves(run.rect);
+}
+
+}  // namespace
+
+bool IsUpdateSent(const ScreenState& state, int item, bool changed) {
+    if (!IsShown(state, item)) {
+        return false;
+    }
+    if (state.custom) {
+        const int slot = SlotOf(state, item);
+        // Deliberate: the centre slot is the only one that keeps quiet about an unchanged text, the time's
+        // excepted.
+        return slot != kEmptySlot && (slot != kCentreSlot || item == Time || changed);
+    }
+    switch (state.theme) {
+        case Theme::Scene:
+            return item == Time || item == Date;
+        case Theme::Default:
+        case Theme::Tdp:
+        case Theme::Time:
+            break;
+    }
+    return changed || item == Time || item == Date;
+}
+
+QVector<QRect> SendRects(const ScreenState& state, const QVector<TextRun>& runs, int item, bool firstTime) {
+    QVector<QRect> rects;
+    const TextRun* run = ValueRun(runs, item);
+    if (run == nullptr) {
+        return rects;
+    }
+    const QRect canvas(QPoint(0, 0), CanvasSize(state.orientation));
+    for (const QRect& part : Parts(state, *run, firstTime)) {
+        for (const QRect& column : ColumnsThatFit(part & canvas)) {
+            if (!column.isEmpty()) {
+                rects.append(column);
+            }
+        }
+    }
+    return rects;
+}
+
+LiveUpdate RenderItem(const ScreenState& state, const QImage& background, const ItemTexts& texts, int item,
+                      const QString& former) {
+    LiveUpdate update;
+    if (item < 0 || item >= kLiveValueCount || !IsUpdateSent(state, item, texts[size_t(item)] != former)) {
+        return update;
+    }
+    const QVector<TextRun> runs = LayOutTexts(state, texts);
+    const QVector<QRect> rects = SendRects(state, runs, item, former.isNull());
+    QRect region;
+    for (const QRect& rect : rects) {
+        region |= rect;
+    }
+    if (region.isEmpty()) {
+        return update;
+    }
+    for (const TextRun& run : runs) {
+        if (run.rect.intersects(region)) {
+            update.drawnItems |= 1U << run.item;
+        }
+    }
+    // Only this part of the canvas is rebuilt; everything that reaches into it is drawn, in the order of a
+    // whole frame. A glyph that the edge of a picture cuts is blended by another rule than one that a clip
+    // cuts, off by the last bit. So the part is a pixel larger than what is sent, and the clip does the
+    // cutting, as it does in a whole frame.
+    const QRect around = region.adjusted(-1, -1, 1, 1);
+    QImage part = background.copy(around);
+    {
+        QPainter painter(&part);
+        painter.translate(-around.topLeft());
+        painter.setClipRect(region);
+        DrawPanelTexts(painter, state, runs, region);
+    }
+    for (const QRect& rect : rects) {
+        // A rectangle of somebody's own settings may be larger than a report even in columns; it keeps its
+        // old pixels.
+        if (FitsOneReport(rect)) {
+            update.cuts.append(
+                {rect, WirePixels(part, rect.translated(-around.topLeft()), state.orientation)});
+        }
+    }
+    return update;
+}
+
+}  // namespace kivo

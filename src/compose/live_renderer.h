@@ -1,0 +1,44 @@
+#pragma once
+
+// A live update: which rectangles of the panel change when one item gets a new text, and their pixels. Pure;
+// the refresh thread calls it.
+
+#include <QByteArray>
+#include <QImage>
+#include <QRect>
+#include <QString>
+#include <QVector>
+
+#include "compose/item_drawing.h"
+#include "compose/screen_state.h"
+
+namespace kivo {
+
+// A rectangle of the canvas with its pixels in wire order.
+struct Cut {
+    QRect canvasRect;
+    QByteArray pixels;
+};
+
+// Whether an item's update is sent at all: some layouts do not show the item, some send it only when its text
+// changed, time and date mostly every time.
+bool IsUpdateSent(const ScreenState& state, int item, bool changed);
+
+// The rectangles an update of the item sends, in canvas pixels, each small enough for one report. runs is the
+// layout with the new texts. A time that was there before moves only its digits; one that was never drawn
+// (firstTime) needs its whole rectangle. None where the item has no place.
+QVector<QRect> SendRects(const ScreenState& state, const QVector<TextRun>& runs, int item, bool firstTime);
+
+struct LiveUpdate {
+    QVector<Cut> cuts;
+    quint32 drawnItems = 0;  // bit n: the text of item n is on the cuts
+};
+
+// Draws the item's part of the panel over background (Format_RGB16, canvas size, no texts) and cuts it out.
+// texts are the texts of all items, the item's new one among them; former is what the item showed before,
+// null for nothing yet. The same state, background, texts of the drawn items and null-ness of former give the
+// same cuts.
+LiveUpdate RenderItem(const ScreenState& state, const QImage& background, const ItemTexts& texts, int item,
+                      const QString& former);
+
+}  // namespace kivo

@@ -1,0 +1,123 @@
+#include "compose/panel_text.h"
+
+#include <QFontMetrics>
+#include <QHash>
+#include <QMutex>
+#include <QMutexLocker>
+#include <QStringList>
+
+namespace kivo {
+
+namespace {
+
+const QString kFamily = QStringLiteral("Microsoft YaHei");
+
+// Below this share of its size a text is not made smaller any more but elided.
+constexpr double kSmallestShare = 0.6;
+constexpr int kSmallestPixelSize = 8;
+
+struct MetricsCache {
+    QMutex mutex;
+    QHash<int, LineMetrics> bySize;
+};
+Q_GLOBAL_STATIC(MetricsCache, metricsCache)
+
+LineMetrics Measure(int pixelSize) {
+    const QFontMetrics metrics(PanelFont(pixelSize));
+    LineMetrics line;
+    line.ascent = metrics.ascent();
+    line.height = metrics.height();
+    line.lineSpacing = metrics.lineSpacing();
+    line.digitHeight = -metrics.tightBoundingRect(QStringLiteral("0")).top();
+    // Every sign of every live text: numbers, units of the three languages, separators of time and date.
+    const QRect ink = metrics.tightBoundingRect(QStringLiteral("0123456789%℃wВт:.年月日-"));
+    line.inkAbove = -ink.top();
+    line.inkBelow = qMax(0, ink.bottom() + 1);
+    line.colonWidth = metrics.horizontalAdvance(QLatin1Char(':'));
+    line.equalDigits = true;
+    for (char digit = '0'; digit <= '9'; ++digit) {
+        const int width = metrics.horizontalAdvance(QLatin1Char(digit));
+        line.equalDigits = line.equalDigits && (digit == '0' || width == line.digitWidth);
+        line.digitWidth = qMax(line.digitWidth, width);
+    }
+    return line;
+}
+
+int BaseLine(const QRect& rect, const LineMetrics& line, TextAlign align) {
+    if (align != TextAlign::Centre && line.height <= rect.height()) {
+        return rect.top() + line.ascent;
+    }
+    return rect.top() + (rect.height() + line.digitHeight) / 2;
+}
+
+// Whether the ink stays between the rectangle's top and bottom. The font-wide extents answer for most texts;
+// only where they do not fit is the text itself measured.
+bool FitsVertically(const QString& text, const QFontMetrics& metrics, const LineMetrics& line, int baseLine,
+                    const QRect& rect) {
+    if (baseLine - line.inkAbove >= rect.top() && baseLine + line.inkBelow - 1 <= rect.bottom()) {
+        return true;
+    }
+    const QRect ink = metrics.tightBoundingRect(text);
+    return baseLine + ink.top() >= rect.top() && baseLine + ink.bottom() <= rect.bottom();
+}
+
+}  // namespace
+
+void InstallFontSubstitutes() {
+    QFont::insertSubstitutions(
+        kFamily,
+        {QStringLiteral("Noto Sans CJK SC"), QStringLiteral("Source Han Sans SC"),
+         QStringLiteral("WenQuanYi Micro Hei"), QStringLiteral("WenQuanYi Zen Hei"),
+         QStringLiteral("Droid Sans Fallback"), QStringLiteral("Noto Sans"), QStringLiteral("DejaVu Sans")});
+}
+
+QFont PanelFont(int pixelSize) {
+    QFont font(kFamily);
+    font.setPixelSize(pixelSize);
+    font.setHintingPreference(QFont::PreferVerticalHinting);
+    font.setStyleStrategy(QFont::StyleStrategy(QFont::PreferAntialias | QFont::NoSubpixelAntialias));
+    return font;
+}
+
+LineMetrics MetricsOf(int pixelSize) {
+    MetricsCache* cache = metricsCache();
+    const QMutexLocker lock(&cache->mutex);
+    auto found = cache->bySize.find(pixelSize);
+    if (found == cache->bySize.end()) {
+        found = cache->bySize.insert(pixelSize, Measure(pixelSize));
+    }
+    return *found;
+}
+
+void ForgetLineMetrics() {
+    MetricsCache* cache = metricsCache();
+    const QMutexLocker lock(&cache->mutex);
+    cache->bySize.clear();
+}
+
+FittedLine FitLine(const QString& text, int pixelSize, const QRect& rect, TextAlign align) {
+    const int smallest = qMin(pixelSize, qMax(kSmallestPixelSize, int(pixelSize * kSmallestShare)));
+    FittedLine fitted;
+    for (int size = pixelSize;; --size) {
+        const QFontMetrics metrics(PanelFont(size));
+        const LineMetrics line = MetricsOf(size);
+        const int baseLine = BaseLine(rect, line, align);
+        int width = metrics.horizontalAdvance(text);
+        const bool fits = width <= rect.width() && FitsVertically(text, metrics, line, baseLine, rect);
+        if (!fits && size > smallest) {
+            continue;
+        }
+        fitted.text = text;
+        if (width > rect.width()) {
+            fitted.text = metrics.elidedText(text, Qt::ElideRight, rect.width());
+            width = metrics.horizontalAdvance(fitted.text);
+        }
+        fitted.pixelSize = size;
+        fitted.width = width;
+        const int left = align == TextAlign::TopLeft ? rect.left() : rect.left() + (rect.width() - width) / 2;
+        fitted.baseLine = QPoint(left, baseLine);
+        return fitted;
+    }
+}
+
+}  // namespace kivo

@@ -1,0 +1,54 @@
+#pragma once
+
+// One line of text on the panel: the family and its stand-ins, the measures of a size, and the fitting of a
+// text into its rectangle. Needs a QGuiApplication. Any thread: fonts are made where they are used, only
+// plain numbers are kept between calls.
+
+#include <QFont>
+#include <QPoint>
+#include <QRect>
+#include <QString>
+
+namespace kivo {
+
+// Names the stand-ins for "Microsoft YaHei" on systems without it. Once, before the first text is drawn.
+void InstallFontSubstitutes();
+
+// The panel's font at that pixel size: regular, grey antialiasing (the panel's sub-pixel order is unknown).
+QFont PanelFont(int pixelSize);
+
+// Measures of the panel's font at one size, in pixels. Distances above and below are from the base line.
+struct LineMetrics {
+    int ascent = 0;       // of the font, what "drawn from the top" leaves above the base line
+    int height = 0;       // of the font's line
+    int lineSpacing = 0;  // from base line to base line
+    int digitHeight =
+        0;             // ink of the digits: what centring goes by, so that all texts of a size share a line
+    int inkAbove = 0;  // ink of anything a value can hold
+    int inkBelow = 0;
+    int digitWidth = 0;  // advance of the widest digit
+    int colonWidth = 0;
+    bool equalDigits = false;  // all ten digits are equally wide: a new time moves none of its neighbours
+};
+LineMetrics MetricsOf(int pixelSize);
+
+// Forgets the kept measures; for tests that change the fonts.
+void ForgetLineMetrics();
+
+enum class TextAlign {
+    Centre,   // both ways, vertically by the digits' height
+    Top,      // horizontally centred, from the top where the font's line fits the rectangle, else centred
+    TopLeft,  // the same from the left edge
+};
+
+// A text as it can be drawn inside its rectangle: smaller where it is too large, elided where that is not
+// enough.
+struct FittedLine {
+    QString text;
+    int pixelSize = 0;
+    int width = 0;    // advance of text in pixels
+    QPoint baseLine;  // where the text starts
+};
+FittedLine FitLine(const QString& text, int pixelSize, const QRect& rect, TextAlign align);
+
+}  // namespace kivo

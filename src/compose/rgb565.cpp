@@ -1,0 +1,59 @@
+#include "compose/rgb565.h"
+
+#include <QtEndian>
+
+namespace kivo {
+
+namespace {
+
+const quint16* Row(const QImage& image, int y) {
+    return reinterpret_cast<const quint16*>(image.constScanLine(y));
+}
+
+void WriteRows(const QImage& image, const QRect& rect, quint8* out) {
+    for (int y = rect.top(); y <= rect.bottom(); ++y) {
+        qToBigEndian<quint16>(Row(image, y) + rect.left(), rect.width(), out);
+        out += rect.width() * 2;
+    }
+}
+
+// The wire's row r is the canvas column right - r, read from top to bottom. Going down a column touches a new
+// cache line at every step, so eight wire rows are written side by side: each line fetched then serves eight
+// pixels.
+void WriteTurned(const QImage& image, const QRect& rect, quint8* out) {
+    constexpr int kBlock = 8;
+    const int wireWidth = rect.height();
+    const int wireRows = rect.width();
+    const qsizetype stride = image.bytesPerLine() / 2;
+    const quint16* top = Row(image, rect.top());
+    for (int first = 0; first < wireRows; first += kBlock) {
+        const int rows = qMin(kBlock, wireRows - first);
+        for (int x = 0; x < wireWidth; ++x) {
+            const quint16* source = top + x * stride + rect.right() - first;
+            quint8* target = out + (qsizetype(first) * wireWidth + x) * 2;
+            for (int r = 0; r < rows; ++r) {
+                qToBigEndian<quint16>(source[-r], target + qsizetype(r) * wireWidth * 2);
+            }
+        }
+    }
+}
+
+}  // namespace
+
+void WriteWirePixels(const QImage& image, const QRect& canvasRect, Orientation orientation, quint8* out) {
+    Q_ASSERT(image.format() == QImage::Format_RGB16);
+    Q_ASSERT(image.rect().contains(canvasRect));
+    if (orientation == Orientation::Landscape) {
+        WriteRows(image, canvasRect, out);
+    } else {
+        WriteTurned(image, canvasRect, out);
+    }
+}
+
+QByteArray WirePixels(const QImage& image, const QRect& canvasRect, Orientation orientation) {
+    QByteArray bytes(CutBytes(canvasRect), Qt::Uninitialized);
+    WriteWirePixels(image, canvasRect, orientation, reinterpret_cast<quint8*>(bytes.data()));
+    return bytes;
+}
+
+}  // namespace kivo

@@ -1,0 +1,70 @@
+#include "compose/screen_state.h"
+
+#include <QCoreApplication>
+#include <algorithm>
+#include <tuple>
+
+namespace kivo {
+
+namespace {
+
+// The context is the one the layout editor's own texts are translated in.
+constexpr const char* kCaptionContext = "ZoomWidget";
+constexpr std::array<const char*, kLiveValueCount> kCaptions{
+    QT_TRANSLATE_NOOP("ZoomWidget", "CPU温度"),    QT_TRANSLATE_NOOP("ZoomWidget", "CPU使用率"),
+    QT_TRANSLATE_NOOP("ZoomWidget", "内存使用率"), QT_TRANSLATE_NOOP("ZoomWidget", "时间"),
+    QT_TRANSLATE_NOOP("ZoomWidget", "功耗"),       QT_TRANSLATE_NOOP("ZoomWidget", "日期"),
+    QT_TRANSLATE_NOOP("ZoomWidget", "风扇转速"),   QT_TRANSLATE_NOOP("ZoomWidget", "其他"),
+    QT_TRANSLATE_NOOP("ZoomWidget", "其他")};
+
+auto Tied(const ScreenState& s) {
+    return std::tie(s.custom, s.theme, s.style, s.variant, s.orientation, s.layout, s.slotItems, s.textRow,
+                    s.language, s.captions);
+}
+
+int SlotHolding(const ScreenState& state, int item) {
+    const auto slot = std::find(state.slotItems.begin(), state.slotItems.end(), item);
+    return slot == state.slotItems.end() ? kEmptySlot : int(slot - state.slotItems.begin());
+}
+
+}  // namespace
+
+bool operator==(const ScreenState& a, const ScreenState& b) {
+    return Tied(a) == Tied(b);
+}
+
+bool IsShown(const ScreenState& state, int item) {
+    if (item < 0 || item >= kLiveValueCount) {
+        return false;
+    }
+    return (state.custom && state.variant != 0 ? state.layout.selected : state.layout.shown)[size_t(item)];
+}
+
+bool TimeSlotHoldsDate(const ScreenState& state) {
+    return state.custom && state.variant == 0 && IsShown(state, Time) && IsShown(state, Date) &&
+           SlotHolding(state, Time) != kEmptySlot && SlotHolding(state, Date) == kEmptySlot;
+}
+
+int SlotOf(const ScreenState& state, int item) {
+    if (item == Date && TimeSlotHoldsDate(state)) {
+        return SlotHolding(state, Time);
+    }
+    return SlotHolding(state, item);
+}
+
+QString PicturePath(const ScreenState& state) {
+    if (!state.layout.picture.isEmpty()) {
+        return state.layout.picture;
+    }
+    return state.layout.defaultPicture.isEmpty() ? DefaultBackground() : state.layout.defaultPicture;
+}
+
+ItemTexts ItemCaptions() {
+    ItemTexts captions;
+    for (size_t item = 0; item < captions.size(); ++item) {
+        captions[item] = QCoreApplication::translate(kCaptionContext, kCaptions[item]);
+    }
+    return captions;
+}
+
+}  // namespace kivo

@@ -1,0 +1,55 @@
+#pragma once
+
+// Everything that decides a picture, as one value. The window edits a chosen one, the panel shows an applied
+// one; applying is a copy. Every drawing function takes it and nothing else.
+
+#include <QString>
+#include <array>
+
+#include "compose/custom_layout.h"
+#include "compose/geometry.h"
+#include "compose/layout_record.h"
+#include "compose/theme_catalogue.h"
+#include "telemetry/interface_language.h"
+
+namespace kivo {
+
+constexpr int kBasePixelSize = 18;  // of the values; every other size of the panel follows from it
+
+using ItemTexts = std::array<QString, kLiveValueCount>;
+
+struct ScreenState {
+    bool custom = false;  // the custom page: a custom layout instead of a theme
+    Theme theme = Theme::Default;
+    int style = 0;    // of theme 1: 1 has the smaller date
+    int variant = 0;  // of the custom layout, 0 or 1
+    Orientation orientation = Orientation::Landscape;
+    LayoutRecord layout;  // of the theme in this orientation, or of the custom variant
+    SlotRow slotItems{{kEmptySlot, kEmptySlot, kEmptySlot, kEmptySlot, kEmptySlot}};  // of the variant
+    int textRow = 2;  // of the free text, 0..2
+    InterfaceLanguage language = InterfaceLanguage::Chinese;
+    ItemTexts captions;  // the items' names in that language
+};
+
+bool operator==(const ScreenState& a, const ScreenState& b);
+inline bool operator!=(const ScreenState& a, const ScreenState& b) {
+    return !(a == b);
+}
+
+// Whether the item's flag of the layout in force is set.
+bool IsShown(const ScreenState& state, int item);
+
+// The slot in which an item is drawn in a custom layout, or kEmptySlot. A date that is ticked together with
+// the time has no slot of its own: it stands in the time's.
+int SlotOf(const ScreenState& state, int item);
+
+// Whether the time's slot holds the date too.
+bool TimeSlotHoldsDate(const ScreenState& state);
+
+// The picture behind the layout: its own, else its default one, else the program's.
+QString PicturePath(const ScreenState& state);
+
+// The items' display names in the language of the translator that is installed (source texts: Chinese).
+ItemTexts ItemCaptions();
+
+}  // namespace kivo

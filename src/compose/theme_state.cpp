@@ -1,0 +1,147 @@
+#include "compose/theme_state.h"
+
+#include "config/setting_keys.h"
+#include "config/settings_file.h"
+
+namespace kivo {
+
+namespace {
+
+// An item whose text would stand off the panel is put back where the factory has it.
+QRect PlaceOnCanvas(const QRect& rect, const QRect& factory, Orientation orientation) {
+    const QRect canvas(QPoint(0, 0), CanvasSize(orientation));
+    return rect.isNull() || rect.intersects(canvas) ? rect : factory;
+}
+
+LayoutRecord LoadLayout(const SettingsReader& settings, const QString& group, const LayoutRecord& factory,
+                        Orientation orientation, InterfaceLanguage language) {
+    const auto number = [&](const SettingKey& key) { return settings.Int(GroupKey(group, key), key); };
+    LayoutRecord record;
+    record.xPt = number(keys::kXPt);
+    record.yPt = number(keys::kYPt);
+    record.xZoom = number(keys::kXZoom);
+    record.yZoom = number(keys::kYZoom);
+    record.highlight = number(keys::kHighlight);
+    for (int n = 0; n < kLiveValueCount; ++n) {
+        const auto item = size_t(n);
+        record.shown[item] = settings.Int(ItemKey(group, keys::kShow, n), keys::kShow) != 0;
+        record.selected[item] = settings.Int(ItemKey(group, keys::kShow2, n), keys::kShow2) != 0;
+        record.tile[item] = settings.Rect(ItemKey(group, keys::kShowRect, n));
+        record.textRect[item] = PlaceOnCanvas(settings.Rect(ItemKey(group, keys::kShowStringRect, n)),
+                                              factory.textRect[item], orientation);
+        record.sample[item] = settings.Text(ItemKey(group, keys::kString, n));
+        if (const QString sample = SampleOverride(n, language); !sample.isNull()) {
+            record.sample[item] = sample;
+        }
+    }
+    record.picture = settings.Text(GroupKey(group, keys::kStringPixmap));
+    record.freeText = settings.Text(GroupKey(group, keys::kStringD1));
+    record.defaultPicture = settings.Text(GroupKey(group, keys::kStringPixmapS));
+    record.sizeIndex = number(keys::kSize);
+    record.colorIndex = number(keys::kColor);
+    return record;
+}
+
+void SaveLayout(SettingsWriter& settings, const QString& group, const LayoutRecord& record) {
+    settings.SetInt(GroupKey(group, keys::kXPt), record.xPt);
+    settings.SetInt(GroupKey(group, keys::kYPt), record.yPt);
+    settings.SetInt(GroupKey(group, keys::kXZoom), record.xZoom);
+    settings.SetInt(GroupKey(group, keys::kYZoom), record.yZoom);
+    settings.SetInt(GroupKey(group, keys::kHighlight), record.highlight);
+    for (int n = 0; n < kLiveValueCount; ++n) {
+        const auto item = size_t(n);
+        settings.SetInt(ItemKey(group, keys::kShow, n), record.shown[item] ? 1 : 0);
+        settings.SetInt(ItemKey(group, keys::kShow2, n), record.selected[item] ? 1 : 0);
+        settings.SetRect(ItemKey(group, keys::kShowRect, n), record.tile[item]);
+        settings.SetRect(ItemKey(group, keys::kShowStringRect, n), record.textRect[item]);
+        settings.SetText(ItemKey(group, keys::kString, n), record.sample[item]);
+    }
+    settings.SetText(GroupKey(group, keys::kStringPixmap), record.picture);
+    settings.SetText(GroupKey(group, keys::kStringD1), record.freeText);
+    settings.SetText(GroupKey(group, keys::kStringPixmapS), record.defaultPicture);
+    settings.SetInt(GroupKey(group, keys::kSize), record.sizeIndex);
+    settings.SetInt(GroupKey(group, keys::kColor), record.colorIndex);
+}
+
+// The orientation a group belongs to; the custom layouts hold no rectangles, so theirs does not matter.
+Orientation OrientationOf(int layout) {
+    return layout >= kThemeCount && layout < kFirstCustomLayout ? Orientation::Portrait
+                                                                : Orientation::Landscape;
+}
+
+}  // namespace
+
+ThemeState FactoryThemeState(InterfaceLanguage language) {
+    ThemeState state;
+    for (int theme = 0; theme < kThemeCount; ++theme) {
+        for (const Orientation orientation : {Orientation::Landscape, Orientation::Portrait}) {
+            state.layouts[size_t(ThemeLayoutIndex(Theme(theme), orientation))] =
+                FactoryThemeLayout(Theme(theme), orientation, language);
+        }
+    }
+    for (int variant = 0; variant < kVariantCount; ++variant) {
+        state.layouts[size_t(CustomLayoutIndex(variant))] = FactoryCustomLayout(variant, language);
+    }
+    return state;
+}
+
+ThemeState LoadThemeState(InterfaceLanguage language) {
+    ThemeState state = FactoryThemeState(language);
+    const SettingsReader settings;
+    state.mode = settings.Int(keys::kMode);
+    state.theme = settings.Int(keys::kThemeId);
+    state.style = settings.Int(keys::kStyle);
+    state.orientation = Orientation(settings.Int(keys::kHor));
+    for (int n = 0; n < kLayoutCount; ++n) {
+        const QString& group = ThemeGroups()[n];
+        LayoutRecord& record = state.layouts[size_t(n)];
+        // Without its flags and rectangles a layout would show nothing, so a group that is not there stays as
+        // made.
+        if (settings.HasGroup(group)) {
+            record = LoadLayout(settings, group, record, OrientationOf(n), language);
+        }
+    }
+    return state;
+}
+
+bool SaveThemeState(const ThemeState& state, const QString& filePath) {
+    SettingsWriter settings(filePath);
+    settings.SetInt(QString(keys::kMode.name), state.mode);
+    settings.SetInt(QString(keys::kThemeId.name), state.theme);
+    settings.SetInt(QString(keys::kStyle.name), state.style);
+    settings.SetInt(QString(keys::kHor.name), int(state.orientation));
+    for (int n = 0; n < kLayoutCount; ++n) {
+        SaveLayout(settings, ThemeGroups()[n], state.layouts[size_t(n)]);
+    }
+    return settings.Commit();
+}
+
+ScreenState MakeScreenState(const ThemeState& state, const SlotTable& slotTable, int textRow,
+                            InterfaceLanguage language) {
+    ScreenState screen;
+    screen.custom = state.mode != 0;
+    screen.theme = Theme(qBound(0, state.theme, kThemeCount - 1));
+    screen.style = state.style;
+    screen.variant = state.style == 0 ? 0 : 1;
+    screen.orientation = state.orientation;
+    screen.layout = state.layouts[size_t(screen.custom ? CustomLayoutIndex(screen.variant)
+                                                       : ThemeLayoutIndex(screen.theme, screen.orientation))];
+    screen.slotItems = slotTable[size_t(screen.variant)];
+    screen.textRow = qBound(0, textRow, kTextRowCount - 1);
+    screen.language = language;
+    screen.captions = ItemCaptions();
+    return screen;
+}
+
+void TickPlacedItems(ThemeState& state, const SlotTable& slotTable) {
+    for (int variant = 0; variant < kVariantCount; ++variant) {
+        LayoutRecord& record = state.layouts[size_t(CustomLayoutIndex(variant))];
+        for (const int item : slotTable[size_t(variant)]) {
+            if (item >= 0 && item < kLiveValueCount) {
+                (variant == 0 ? record.shown : record.selected)[size_t(item)] = true;
+            }
+        }
+    }
+}
+
+}  // namespace kivo

@@ -1,0 +1,51 @@
+#pragma once
+
+// The theme state as the settings keep it: page, theme, style, orientation and the ten layouts. Loaded once
+// when the program starts, saved when something is applied. GUI thread.
+
+#include <array>
+
+#include "compose/custom_layout.h"
+#include "compose/layout_record.h"
+#include "compose/screen_state.h"
+#include "config/folders.h"
+
+namespace kivo {
+
+// Four themes in landscape ("H1".."H4"), the same in portrait ("V1".."V4"), two custom layouts.
+constexpr int kLayoutCount = 10;
+constexpr int kFirstCustomLayout = 8;
+
+struct ThemeState {
+    int mode = 0;   // 0: theme page, any other value: custom page
+    int theme = 0;  // 0..3
+    int style = 0;  // theme page: style of theme 1; custom page: 0 is custom layout 0, any other value 1
+    Orientation orientation = Orientation::Landscape;
+    std::array<LayoutRecord, kLayoutCount> layouts;
+};
+
+// Index in ThemeState::layouts of a theme's or a custom variant's record.
+constexpr int ThemeLayoutIndex(Theme theme, Orientation orientation) {
+    return int(orientation) * kThemeCount + int(theme);
+}
+constexpr int CustomLayoutIndex(int variant) {
+    return kFirstCustomLayout + variant;
+}
+
+ThemeState FactoryThemeState(InterfaceLanguage language);
+
+// Reads the settings file. A missing group has its factory values; a value that makes no sense has its
+// factory value and one log line for the file. Never fails.
+ThemeState LoadThemeState(InterfaceLanguage language);
+// False, with one log line, when the file could not be written.
+bool SaveThemeState(const ThemeState& state, const QString& filePath = ConfigFilePath());
+
+// What the settings say is to be shown: the layout in force, its row of the slot table and the current text
+// row.
+ScreenState MakeScreenState(const ThemeState& state, const SlotTable& slotTable, int textRow,
+                            InterfaceLanguage language);
+
+// Ticks the kinds that stand in a slot, so that nothing that has a place is hidden for want of a flag.
+void TickPlacedItems(ThemeState& state, const SlotTable& slotTable);
+
+}  // namespace kivo
