@@ -1,0 +1,10 @@
+#include "app/display.h"
+
+namespace kivo {
+
+// A window station is always there.
+bool HasDisplay() {
+    return true;
+}
+
+}  // namespace kivo

@@ -1,0 +1,135 @@
+#include <QApplication>
+#include <QFont>
+#include <QLocale>
+#include <QTextStream>
+#include <QTimer>
+#include <QTranslator>
+#include <memory>
+
+#include "app/command_line.h"
+#include "app/display.h"
+#include "app/language.h"
+#include "app/live_session.h"
+#include "app/quit_signals.h"
+#include "compose/panel_text.h"
+#include "device/hid_api_hidapi.h"
+#include "device/report_log.h"
+#include "resources/resources.h"
+#include "virtualscreen/panel_image_writer.h"
+#include "virtualscreen/virtual_hid_api.h"
+#include "virtualscreen/virtual_screen_window.h"
+
+namespace {
+
+constexpr int kBadArguments = 2;
+
+// The command line is read with an application object of its own: help and version need no display.
+kivo::CommandLine ReadCommandLine(int& argc, char** argv) {
+    const QCoreApplication application(argc, argv);
+    return kivo::ParseCommandLine(QCoreApplication::arguments());
+}
+
+int Say(FILE* stream, const QString& text, int status) {
+    QTextStream(stream) << text;
+    return status;
+}
+
+// The screen behind the seam: hidapi's, or a software panel with its window and picture, and a log around
+// either.
+class Screen {
+public:
+    Screen(const kivo::Options& options, bool hasDisplay) {
+        if (options.virtualScreen) {
+            auto panel = std::make_unique<kivo::VirtualHidApi>();
+            if (!options.panelImage.isEmpty()) {
+                m_imageWriter = std::make_unique<kivo::PanelImageWriter>(*panel, options.panelImage);
+            }
+            if (hasDisplay) {
+                m_window = std::make_unique<kivo::VirtualScreenWindow>(*panel);
+                m_window->show();
+            }
+            m_hid = std::move(panel);
+        } else {
+            m_hid = std::make_unique<kivo::HidapiHidApi>();
+        }
+        if (!options.reportLog.isEmpty()) {
+            m_log = std::make_unique<kivo::ReportLogHidApi>(*m_hid, options.reportLog);
+        }
+    }
+
+    kivo::HidApi& Hid() { return m_log ? *m_log : *m_hid; }
+
+private:
+    // Window and writer look at the panel, so they go first.
+    std::unique_ptr<kivo::HidApi> m_hid;
+    std::unique_ptr<kivo::HidApi> m_log;
+    std::unique_ptr<kivo::PanelImageWriter> m_imageWriter;
+    std::unique_ptr<kivo::VirtualScreenWindow> m_window;
+};
+
+QString ValuesLine(const kivo::ItemTexts& texts) {
+    QStringList shown;
+    for (const QString& text : texts) {
+        if (!text.isEmpty()) {
+            shown.append(text.trimmed());
+        }
+    }
+    return QStringLiteral("Live values sent last: %1\n").arg(shown.join(QStringLiteral("  ")));
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    QCoreApplication::setApplicationVersion(QStringLiteral("1.0.0"));
+    const kivo::CommandLine line = ReadCommandLine(argc, argv);
+    if (line.action == kivo::CommandLine::Action::ShowText) {
+        return Say(stdout, line.text, 0);
+    }
+    if (line.action == kivo::CommandLine::Action::Refuse) {
+        return Say(stderr, QStringLiteral("kivo-screen: %1\n").arg(line.text), kBadArguments);
+    }
+
+    const bool hasDisplay = kivo::HasDisplay();
+    if (!hasDisplay && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) {
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+        Say(stderr, QStringLiteral("kivo-screen: no display, running without windows.\n"), 0);
+    }
+    QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
+    QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+    QGuiApplication::setHighDpiScaleFactorRoundingPolicy(Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
+    QApplication application(argc, argv);
+    kivo::InitResources();
+    kivo::InstallFontSubstitutes();
+    QFont font(QStringLiteral("Microsoft YaHei"));
+    font.setPointSize(12);
+    QApplication::setFont(font);
+
+    const kivo::InterfaceLanguage language = kivo::LanguageForLocale(QLocale::system());
+    kivo::SetInterfaceLanguage(language);
+    QTranslator translator;
+    kivo::InstallTranslation(translator, language, QCoreApplication::applicationDirPath());
+
+    Screen screen(line.options, hasDisplay);
+    kivo::LiveSession session(screen.Hid(), language, QCoreApplication::applicationDirPath());
+    const kivo::QuitSignals quitSignals;
+    QObject::connect(&quitSignals, &kivo::QuitSignals::quitRequested, &application, &QCoreApplication::quit);
+    QObject::connect(&session, &kivo::LiveSession::firstFrameDone, &application, [](bool success) {
+        if (!success) {
+            Say(stderr,
+                QStringLiteral("kivo-screen: no screen took the first frame; waiting for one. "
+                               "--virtual-screen shows a software panel instead.\n"),
+                0);
+        }
+    });
+    if (line.options.runSeconds) {
+        QTimer::singleShot(std::chrono::milliseconds(qRound64(*line.options.runSeconds * 1000)), &application,
+                           &QCoreApplication::quit);
+    }
+    session.Start();
+    const int status = QApplication::exec();
+    session.Stop();
+    if (line.options.runSeconds) {
+        Say(stdout, ValuesLine(session.ShownTexts()), 0);
+    }
+    return status;
+}

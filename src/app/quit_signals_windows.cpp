@@ -1,0 +1,9 @@
+#include "app/quit_signals.h"
+
+namespace kivo {
+
+// A GUI process of Windows gets no signals: a session that ends closes its windows.
+QuitSignals::QuitSignals(QObject* parent) : QObject(parent) {}
+QuitSignals::~QuitSignals() = default;
+
+}  // namespace kivo

@@ -1,0 +1,83 @@
+#include "app/refresh_data_thread.h"
+
+#include <QCoreApplication>
+#include <QDeadlineTimer>
+#include <QDebug>
+#include <QMutexLocker>
+
+#include "device/transfers.h"
+#include "telemetry/cpu_usage_sampler.h"
+#include "telemetry/metric_snapshot.h"
+#include "telemetry/value_texts.h"
+
+namespace kivo {
+
+RefreshDataThread::RefreshDataThread(Parts parts, QObject* parent)
+    : QThread(parent), m_parts(std::move(parts)), m_lastText(StartTexts(m_parts.language)) {}
+
+void RefreshDataThread::stop() {
+    {
+        const QMutexLocker lock(&m_pauseMutex);
+        isStop = 1;
+    }
+    m_stopped.wakeAll();
+    quit();
+}
+
+void RefreshDataThread::ForgetSentTexts() {
+    m_forget = 1;
+}
+
+void RefreshDataThread::run() {
+    CpuUsageSampler sampler(m_parts.makeCpuCounter);
+    sampler.SetMode(0);
+    while (isStop == 0) {
+        if (m_forget.exchange(0) != 0) {
+            m_wasSent.fill(false);
+        }
+        m_parts.transfers.SendTimeSync();
+        for (int index = 0; index < kLiveValueCount && isStop == 0; ++index) {
+            if (index == CpuUsage) {
+                m_parts.snapshot.SetCpuUsed(sampler.Sample());
+            }
+            RefreshValue(index);
+        }
+        m_firstRound = false;
+        Pause(m_parts.pauses.afterRound);
+    }
+    qDebug("isStop.");
+}
+
+bool RefreshDataThread::IsWorthSending(int index, const QString& text) const {
+    // Deliberate: time and date go out in every round, changed or not.
+    if (index == Time || index == Date) {
+        return true;
+    }
+    // Whatever was left out of the first round for looking like its sample is sent in the second, or the
+    // panel would keep what it showed before the program started.
+    return text != m_lastText[size_t(index)] || (!m_wasSent[size_t(index)] && !m_firstRound);
+}
+
+void RefreshDataThread::RefreshValue(int index) {
+    const QString text = m_parts.snapshot.GetValueText(index);
+    if (text.isEmpty() || !IsWorthSending(index, text)) {
+        return;
+    }
+    m_lastText[size_t(index)] = text;
+    m_wasSent[size_t(index)] = true;
+    if (LiveItemRenderer* renderer = m_parts.renderer.load()) {
+        renderer->RenderLiveItem(text, index);
+        // Deliberate: lets this thread's own events in, the timers and deletions of whatever drew.
+        QCoreApplication::processEvents();
+    }
+    Pause(m_parts.pauses.afterValue);
+}
+
+void RefreshDataThread::Pause(std::chrono::milliseconds time) {
+    const QDeadlineTimer end(time);
+    QMutexLocker lock(&m_pauseMutex);
+    while (isStop == 0 && m_stopped.wait(&m_pauseMutex, end)) {
+    }
+}
+
+}  // namespace kivo

@@ -1,0 +1,72 @@
+#pragma once
+
+// The worker that keeps the panel current: each round it sets the panel's clock, reads every live value and
+// hands the texts that changed to the live renderer. Made and stopped by the GUI thread; a stopped one is not
+// started again.
+
+#include <QMutex>
+#include <QString>
+#include <QThread>
+#include <QWaitCondition>
+#include <array>
+#include <atomic>
+#include <chrono>
+
+#include "compose/live_item_renderer.h"
+#include "telemetry/cpu_counter.h"
+#include "telemetry/interface_language.h"
+#include "telemetry/live_value.h"
+
+namespace kivo {
+
+class MetricSnapshot;
+class Transfers;
+
+class RefreshDataThread : public QThread {
+    Q_OBJECT
+
+public:
+    struct Pauses {
+        std::chrono::milliseconds afterRound{500};
+        std::chrono::milliseconds afterValue{10};
+    };
+    // transfers, snapshot and renderer outlive the thread; renderer may be null at any time.
+    struct Parts {
+        Transfers& transfers;
+        MetricSnapshot& snapshot;
+        const std::atomic<LiveItemRenderer*>& renderer = liveItemRenderer;
+        InterfaceLanguage language = InterfaceLanguage::Chinese;
+        CpuCounterFactory makeCpuCounter = MakeCpuCounter;
+        Pauses pauses = {};
+    };
+    explicit RefreshDataThread(Parts parts, QObject* parent = nullptr);
+
+    // Asks the thread to end; it does so before the next value is read. Any thread.
+    void stop();
+
+    // From the next round on every value counts as never sent. Any thread.
+    void ForgetSentTexts();
+
+    // What was last handed over for each value. Only while the thread does not run.
+    const std::array<QString, kLiveValueCount>& lastText() const { return m_lastText; }
+
+    std::atomic<quint8> isStop{0};
+
+protected:
+    void run() override;
+
+private:
+    void RefreshValue(int index);
+    bool IsWorthSending(int index, const QString& text) const;
+    void Pause(std::chrono::milliseconds time);
+
+    const Parts m_parts;
+    std::array<QString, kLiveValueCount> m_lastText;
+    std::array<bool, kLiveValueCount> m_wasSent{};
+    bool m_firstRound = true;
+    std::atomic<quint8> m_forget{0};
+    QMutex m_pauseMutex;
+    QWaitCondition m_stopped;
+};
+
+}  // namespace kivo

@@ -1,0 +1,8 @@
+kivo_add_test(app command_line LINK kivo_app)
+kivo_add_test(app refresh_data_thread LINK kivo_app kivo_virtualscreen)
+kivo_add_test(app live_session LINK kivo_app kivo_virtualscreen)
+kivo_add_test(app program LINK kivo_app kivo_virtualscreen TIMEOUT 180)
+foreach(test live_session program)
+    add_dependencies(tst_${test} kivo-screen)
+    target_compile_definitions(tst_${test} PRIVATE KIVO_BIN_DIR="${CMAKE_RUNTIME_OUTPUT_DIRECTORY}")
+endforeach()

@@ -1,0 +1,90 @@
+#include <QtTest>
+
+#include "app/command_line.h"
+
+using namespace kivo;
+
+class TestCommandLine : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void AcceptsItsOptions();
+    void RunsWithNoOptions();
+    void RefusesBadArguments_data();
+    void RefusesBadArguments();
+    void ShowsHelpAndVersion();
+};
+
+namespace {
+
+CommandLine Parse(const QStringList& options) {
+    return ParseCommandLine(QStringList{QStringLiteral("kivo-screen")} + options);
+}
+
+}  // namespace
+
+void TestCommandLine::AcceptsItsOptions() {
+    const CommandLine line =
+        Parse({QStringLiteral("--virtual-screen"), QStringLiteral("--panel-image"), QStringLiteral("p.png"),
+               QStringLiteral("--run-for"), QStringLiteral("2.5"), QStringLiteral("--report-log"),
+               QStringLiteral("l")});
+    QCOMPARE(int(line.action), int(CommandLine::Action::Run));
+    QVERIFY(line.options.virtualScreen);
+    QCOMPARE(line.options.panelImage, QStringLiteral("p.png"));
+    QCOMPARE(line.options.reportLog, QStringLiteral("l"));
+    QCOMPARE(*line.options.runSeconds, 2.5);
+}
+
+void TestCommandLine::RunsWithNoOptions() {
+    const CommandLine line = Parse({});
+    QCOMPARE(int(line.action), int(CommandLine::Action::Run));
+    QVERIFY(!line.options.virtualScreen);
+    QVERIFY(!line.options.runSeconds);
+}
+
+void TestCommandLine::RefusesBadArguments_data() {
+    QTest::addColumn<QStringList>("options");
+    QTest::addColumn<QString>("named");
+    const auto list = [](std::initializer_list<const char*> words) {
+        QStringList result;
+        for (const char* word : words) {
+            result.append(QString::fromLatin1(word));
+        }
+        return result;
+    };
+    QTest::newRow("unknown option") << list({"--colour"}) << QStringLiteral("colour");
+    QTest::newRow("stray argument") << list({"now"}) << QStringLiteral("now");
+    QTest::newRow("seconds that are no number") << list({"--run-for", "soon"}) << QStringLiteral("soon");
+    QTest::newRow("no seconds at all") << list({"--run-for"}) << QStringLiteral("run-for");
+    QTest::newRow("zero seconds") << list({"--run-for", "0"}) << QStringLiteral("run-for");
+    QTest::newRow("negative seconds") << list({"--run-for", "-3"}) << QStringLiteral("run-for");
+    QTest::newRow("not a number") << list({"--run-for", "nan"}) << QStringLiteral("run-for");
+    QTest::newRow("for ever") << list({"--run-for", "1e300"}) << QStringLiteral("run-for");
+    QTest::newRow("empty log name") << list({"--report-log", ""}) << QStringLiteral("report-log");
+    QTest::newRow("empty picture name")
+        << list({"--virtual-screen", "--panel-image", ""}) << QStringLiteral("panel-image");
+    QTest::newRow("picture of a real panel")
+        << list({"--panel-image", "p.png"}) << QStringLiteral("virtual-screen");
+}
+
+void TestCommandLine::RefusesBadArguments() {
+    QFETCH(QStringList, options);
+    QFETCH(QString, named);
+    const CommandLine line = Parse(options);
+    QCOMPARE(int(line.action), int(CommandLine::Action::Refuse));
+    QVERIFY2(line.text.contains(named), qPrintable(line.text));
+    QVERIFY(!line.text.contains(QLatin1Char('\n')));
+}
+
+void TestCommandLine::ShowsHelpAndVersion() {
+    const CommandLine help = Parse({QStringLiteral("--help")});
+    QCOMPARE(int(help.action), int(CommandLine::Action::ShowText));
+    for (const char* option :
+         {"--virtual-screen", "--panel-image", "--run-for", "--report-log", "--version"}) {
+        QVERIFY2(help.text.contains(QLatin1String(option)), option);
+    }
+    QCOMPARE(int(Parse({QStringLiteral("--version")}).action), int(CommandLine::Action::ShowText));
+}
+
+QTEST_GUILESS_MAIN(TestCommandLine)
+#include "tst_command_line.moc"

@@ -1,0 +1,182 @@
+#include <QProcess>
+#include <QtTest>
+#include <csignal>
+
+#include "device/report_log.h"
+#include "virtualscreen/panel_decoder.h"
+
+using namespace kivo;
+
+// The program as a process of its own, the way a person starts it.
+class TestProgram : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void OneStartOnTheWire();
+    void PicturesAndLogsThatCannotBeWritten();
+    void EndsCleanlyWhenAsked();
+    void HelpAndVersionNeedNoDisplay_data();
+    void HelpAndVersionNeedNoDisplay();
+    void BadArgumentsEndWithOneLine();
+    void WithoutAScreenItSaysSoAndRunsOn();
+    void HomeThatCannotBeWritten();
+
+private:
+    QProcessEnvironment Environment() const;
+    int Run(QProcess& process, const QStringList& arguments);
+
+    QScopedPointer<QTemporaryDir> m_home;
+};
+
+void TestProgram::init() {
+    m_home.reset(new QTemporaryDir);
+    QVERIFY(m_home->isValid());
+}
+
+QProcessEnvironment TestProgram::Environment() const {
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"}) {
+        environment.remove(QString::fromLatin1(name));
+    }
+    for (const char* name : {"HOME", "XDG_RUNTIME_DIR"}) {
+        environment.insert(QString::fromLatin1(name), m_home->path());
+    }
+    environment.insert(QStringLiteral("XDG_CONFIG_HOME"), m_home->filePath(QStringLiteral("config")));
+    environment.insert(QStringLiteral("XDG_DATA_HOME"), m_home->filePath(QStringLiteral("data")));
+    return environment;
+}
+
+int TestProgram::Run(QProcess& process, const QStringList& arguments) {
+    process.setProcessEnvironment(Environment());
+    process.start(QStringLiteral(KIVO_BIN_DIR "/kivo-screen"), arguments);
+    if (!process.waitForFinished(60000) || process.exitStatus() != QProcess::NormalExit) {
+        return -1;
+    }
+    return process.exitCode();
+}
+
+void TestProgram::OneStartOnTheWire() {
+    const QString log = m_home->filePath(QStringLiteral("wire.log"));
+    const QString image = m_home->filePath(QStringLiteral("panel.png"));
+    QProcess process;
+    QCOMPARE(
+        Run(process, {QStringLiteral("--virtual-screen"), QStringLiteral("--run-for"), QStringLiteral("3"),
+                      QStringLiteral("--report-log"), log, QStringLiteral("--panel-image"), image}),
+        0);
+    QVERIFY(process.readAllStandardOutput().startsWith("Live values sent last: "));
+
+    ReportLogReader reader(log);
+    PanelDecoder decoder;
+    QVector<PanelReport> reports;
+    while (const std::optional<LoggedReport> logged = reader.Next()) {
+        if (logged->kind == LoggedKind::OutputReport) {
+            reports.append(decoder.Decode(reinterpret_cast<const quint8*>(logged->bytes.constData()),
+                                          size_t(logged->bytes.size())));
+        }
+    }
+    QVERIFY2(reader.Error().isEmpty(), qPrintable(reader.Error()));
+    const PanelState& state = decoder.State();
+    QCOMPARE(state.counts.errors, quint64(0));
+    QCOMPARE(state.counts.frames, quint64(1));
+
+    // A clock first, then the frame in one piece, its orientation, again with the time, and live values after
+    // that.
+    QVERIFY(reports.size() > 35);
+    QCOMPARE(int(reports[0].kind), int(PanelReportKind::TimeSync));
+    for (int chunk = 1; chunk <= 27; ++chunk) {
+        QCOMPARE(int(reports[chunk].kind), int(PanelReportKind::Chunk));
+        QCOMPARE(reports[chunk].chunkNumber, chunk);
+    }
+    QCOMPARE(int(reports[28].kind), int(PanelReportKind::Orientation));
+    QCOMPARE(int(reports[29].kind), int(PanelReportKind::Orientation));
+    QCOMPARE(int(reports[30].kind), int(PanelReportKind::TimeShow));
+    QCOMPARE(int(reports[31].kind), int(PanelReportKind::TimeSync));
+    QVERIFY(state.counts.areas > 10);
+
+    const QImage saved(image);
+    QCOMPARE(saved.size(), QSize(320, 170));
+    QCOMPARE(saved.convertToFormat(QImage::Format_RGB16), state.image);
+}
+
+void TestProgram::PicturesAndLogsThatCannotBeWritten() {
+    QProcess process;
+    QCOMPARE(
+        Run(process, {QStringLiteral("--virtual-screen"), QStringLiteral("--run-for"), QStringLiteral("2"),
+                      QStringLiteral("--report-log"), QStringLiteral("/nowhere/wire.log"),
+                      QStringLiteral("--panel-image"), QStringLiteral("/nowhere/panel.png")}),
+        0);
+    const QByteArray said = process.readAllStandardError();
+    QCOMPARE(said.count("/nowhere/wire.log"), 1);
+    QCOMPARE(said.count("/nowhere/panel.png"), 1);
+}
+
+void TestProgram::EndsCleanlyWhenAsked() {
+    QProcess process;
+    process.setProcessEnvironment(Environment());
+    process.start(QStringLiteral(KIVO_BIN_DIR "/kivo-screen"), {QStringLiteral("--virtual-screen")});
+    QVERIFY(process.waitForStarted());
+    // Settings are there once it is well under way.
+    QTRY_VERIFY(QFile::exists(m_home->filePath(QStringLiteral("data/Kivo Tool/Config.ini"))));
+    process.terminate();
+    QVERIFY(process.waitForFinished(10000));
+    QCOMPARE(process.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(process.exitCode(), 0);
+}
+
+void TestProgram::HelpAndVersionNeedNoDisplay_data() {
+    QTest::addColumn<QString>("option");
+    QTest::addColumn<QByteArray>("says");
+    QTest::newRow("help") << QStringLiteral("--help") << QByteArray("--virtual-screen");
+    QTest::newRow("version") << QStringLiteral("--version") << QByteArray("Kivo Screen 1.0.0");
+}
+
+void TestProgram::HelpAndVersionNeedNoDisplay() {
+    QFETCH(QString, option);
+    QFETCH(QByteArray, says);
+    QProcess process;
+    QCOMPARE(Run(process, {option}), 0);
+    QVERIFY(process.readAllStandardOutput().contains(says));
+    QVERIFY(!QFile::exists(m_home->filePath(QStringLiteral("data"))));
+}
+
+void TestProgram::BadArgumentsEndWithOneLine() {
+    QProcess process;
+    QCOMPARE(Run(process, {QStringLiteral("--run-for"), QStringLiteral("soon")}), 2);
+    const QByteArray said = process.readAllStandardError();
+    QCOMPARE(said.count('\n'), 1);
+    QVERIFY(said.contains("--run-for"));
+}
+
+void TestProgram::WithoutAScreenItSaysSoAndRunsOn() {
+    QProcess process;
+    QCOMPARE(Run(process, {QStringLiteral("--run-for"), QStringLiteral("2")}), 0);
+    QVERIFY(process.readAllStandardError().contains("no screen"));
+    QVERIFY(process.readAllStandardOutput().startsWith("Live values sent last: "));
+}
+
+void TestProgram::HomeThatCannotBeWritten() {
+    // A file where the folders should go; permissions would not stop a superuser.
+    for (const char* name : {"data", "config"}) {
+        QFile file(m_home->filePath(QString::fromLatin1(name)));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+    }
+    QFile blocked(m_home->filePath(QStringLiteral("Kivo Tool")));
+    QVERIFY(blocked.open(QIODevice::WriteOnly));
+    const QString image = m_home->filePath(QStringLiteral("panel.png"));
+    QProcess process;
+    QCOMPARE(Run(process, {QStringLiteral("--virtual-screen"), QStringLiteral("--run-for"),
+                           QStringLiteral("2"), QStringLiteral("--panel-image"), image}),
+             0);
+    const QImage saved(image);
+    QSet<QRgb> colors;
+    for (int y = 0; y < saved.height(); ++y) {
+        for (int x = 0; x < saved.width(); ++x) {
+            colors.insert(saved.pixel(x, y));
+        }
+    }
+    QVERIFY2(colors.size() > 100, "the panel shows a picture all the same");
+}
+
+QTEST_GUILESS_MAIN(TestProgram)
+#include "tst_program.moc"
