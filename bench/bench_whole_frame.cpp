@@ -1,0 +1,84 @@
+// A whole frame: from the decoded picture to 27 reports, and its parts.
+
+#include <benchmark/benchmark.h>
+
+#include "bench_support.h"
+#include "compose/background_picture.h"
+#include "compose/background_store.h"
+#include "compose/frame_composer.h"
+#include "compose/rgb565.h"
+
+using namespace kivo;
+
+namespace {
+
+ItemTexts Texts() {
+    return SampleTexts(InterfaceLanguage::Chinese);
+}
+
+void PictureToReports(benchmark::State& state) {
+    bench::Link link;
+    SkinCache skins;
+    ScreenState screen = bench::ThemeOf(Theme(state.range(0)), Orientation(state.range(1)));
+    const QImage picture = LoadPicture(BuiltInBackgrounds().at(0));
+    for (auto _ : state) {
+        const QImage background = ComposeBackground(screen, picture, skins);
+        const QImage frame = ComposeFrame(screen, background, Texts());
+        const QByteArray pixels = WirePixels(frame, frame.rect(), screen.orientation);
+        link.transfers.SendWholeImage(reinterpret_cast<const quint8*>(pixels.constData()), 0);
+    }
+}
+
+void CustomPictureToReports(benchmark::State& state) {
+    bench::Link link;
+    SkinCache skins;
+    ThemeState themes = FactoryThemeState(InterfaceLanguage::Chinese);
+    themes.mode = 1;
+    const ScreenState screen = MakeScreenState(themes, FactorySlotTable(), 2, InterfaceLanguage::Chinese);
+    const QImage picture = LoadPicture(BuiltInBackgrounds().at(3));
+    for (auto _ : state) {
+        const QImage background = ComposeBackground(screen, picture, skins);
+        const QImage frame = ComposeFrame(screen, background, Texts());
+        const QByteArray pixels = WirePixels(frame, frame.rect(), screen.orientation);
+        link.transfers.SendWholeImage(reinterpret_cast<const quint8*>(pixels.constData()), 0);
+    }
+}
+
+void DecodePicture(benchmark::State& state) {
+    const QString path = BuiltInBackgrounds().at(0);
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(LoadPicture(path));
+    }
+}
+
+void ScalePicture(benchmark::State& state) {
+    const QImage picture = LoadPicture(BuiltInBackgrounds().at(0));
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(PlacedPicture(picture, AreaFrameSize(Orientation::Landscape),
+                                               Orientation::Landscape, LayoutRecord()));
+    }
+}
+
+void SaveBackground(benchmark::State& state) {
+    const QTemporaryDir folder;
+    BackgroundStore store(folder.filePath(QStringLiteral("whole.png")));
+    SkinCache skins;
+    const QImage background = ComposeBackground(bench::ThemeOf(Theme::Default, Orientation::Landscape),
+                                                LoadPicture(BuiltInBackgrounds().at(0)), skins);
+    for (auto _ : state) {
+        store.Save(background);
+    }
+}
+
+}  // namespace
+
+BENCHMARK(PictureToReports)
+    ->ArgNames({"theme", "portrait"})
+    ->ArgsProduct({{0, 1, 2, 3}, {0, 1}})
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK(CustomPictureToReports)->Unit(benchmark::kMillisecond);
+BENCHMARK(DecodePicture)->Unit(benchmark::kMillisecond);
+BENCHMARK(ScalePicture)->Unit(benchmark::kMillisecond);
+BENCHMARK(SaveBackground)->Unit(benchmark::kMillisecond);
+
+KIVO_BENCHMARK_MAIN()

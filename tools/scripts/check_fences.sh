@@ -1,0 +1,34 @@
+#!/usr/bin/env bash
+# The rules of the source tree that no compiler watches.
+set -euo pipefail
+cd "$(dirname "$0")/../.."
+failed=0
+complain() {
+    echo "$1"
+    failed=1
+}
+# forbid MESSAGE PATTERN PATH...
+forbid() {
+    local message=$1 pattern=$2
+    shift 2
+    local hits
+    hits=$(git grep -nE "$pattern" -- "$@" || true)
+    [ -z "$hits" ] || complain "$message"$'\n'"$hits"
+}
+
+forbid "Nothing below app may know a widget:" \
+    '#include <(Q(Widget|Label|PushButton|Dialog|MainWindow|Application|ListWidget)|QtWidgets)' \
+    src/device src/telemetry src/config src/compose
+forbid "Platform macros belong into platform files:" '\b(Q_OS_[A-Z]+|_WIN32|__linux__)\b' \
+    src ':!src/*_windows.cpp' ':!src/*_linux.cpp'
+forbid "Unfinished or switched off:" '\b(TODO|FIXME|XXX)\b|QSKIP\(' src tests bench tools
+
+includers=$(git grep -lE '#include [<"](hidapi/)?hidapi\.h[>"]' -- src tests bench tools || true)
+[ "$(echo "$includers" | wc -w)" -eq 1 ] || complain "hidapi.h is included by: $includers (one source may)"
+
+while read -r lines file; do
+    [ "$file" = total ] || [ "$lines" -le 500 ] || complain "$file has $lines lines (500 at most)."
+done < <(git ls-files 'src/*.cpp' 'src/*.h' 'tests/*.cpp' 'tests/*.h' 'bench/*.cpp' 'tools/*.cpp' | xargs wc -l)
+
+[ $failed -eq 0 ] && echo "All fences stand."
+exit $failed
