@@ -36,4 +36,27 @@
         <translation>Other</translation>
     </message>
 </context>
+<context>
+    <name>kivo::VirtualScreenWindow</name>
+    <message>
+        <source>%1 报告/秒   %2 字节/秒</source>
+        <translation>%1 reports/s   %2 bytes/s</translation>
+    </message>
+    <message>
+        <source>未连接</source>
+        <translation>Unplugged</translation>
+    </message>
+    <message>
+        <source>拔出</source>
+        <translation>Unplug</translation>
+    </message>
+    <message>
+        <source>插入</source>
+        <translation>Plug in</translation>
+    </message>
+    <message>
+        <source>虚拟屏幕</source>
+        <translation>Virtual screen</translation>
+    </message>
+</context>
 </TS>

@@ -36,4 +36,27 @@
         <translation>Другое</translation>
     </message>
 </context>
+<context>
+    <name>kivo::VirtualScreenWindow</name>
+    <message>
+        <source>%1 报告/秒   %2 字节/秒</source>
+        <translation>%1 отч./с   %2 байт/с</translation>
+    </message>
+    <message>
+        <source>未连接</source>
+        <translation>Отключён</translation>
+    </message>
+    <message>
+        <source>拔出</source>
+        <translation>Отключить</translation>
+    </message>
+    <message>
+        <source>插入</source>
+        <translation>Подключить</translation>
+    </message>
+    <message>
+        <source>虚拟屏幕</source>
+        <translation>Виртуальный экран</translation>
+    </message>
+</context>
 </TS>

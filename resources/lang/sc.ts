@@ -36,4 +36,27 @@
         <translation>其他</translation>
     </message>
 </context>
+<context>
+    <name>kivo::VirtualScreenWindow</name>
+    <message>
+        <source>%1 报告/秒   %2 字节/秒</source>
+        <translation>%1 报告/秒   %2 字节/秒</translation>
+    </message>
+    <message>
+        <source>未连接</source>
+        <translation>未连接</translation>
+    </message>
+    <message>
+        <source>拔出</source>
+        <translation>拔出</translation>
+    </message>
+    <message>
+        <source>插入</source>
+        <translation>插入</translation>
+    </message>
+    <message>
+        <source>虚拟屏幕</source>
+        <translation>虚拟屏幕</translation>
+    </message>
+</context>
 </TS>

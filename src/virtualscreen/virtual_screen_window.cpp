@@ -31,7 +31,7 @@ QString RateText(quint64 reports, quint64 bytes, qint64 elapsedMs) {
     const auto perSecond = [elapsedMs](quint64 count) {
         return qRound64(static_cast<double>(count) * 1000.0 / static_cast<double>(elapsedMs));
     };
-    return VirtualScreenWindow::tr("%1 reports/s   %2 bytes/s").arg(perSecond(reports)).arg(perSecond(bytes));
+    return VirtualScreenWindow::tr("%1 报告/秒   %2 字节/秒").arg(perSecond(reports)).arg(perSecond(bytes));
 }
 
 }  // namespace
@@ -57,7 +57,7 @@ protected:
         QPainter painter(this);
         if (m_image.isNull()) {
             painter.fillRect(rect(), QColor(kUnplugged));
-            painter.drawText(rect(), Qt::AlignCenter, VirtualScreenWindow::tr("unplugged"));
+            painter.drawText(rect(), Qt::AlignCenter, VirtualScreenWindow::tr("未连接"));
         } else {
             painter.drawImage(rect(), m_image);
         }
@@ -72,10 +72,10 @@ VirtualScreenWindow::VirtualScreenWindow(VirtualHidApi& screen, QWidget* parent)
     : QWidget(parent),
       m_screen(screen),
       m_view(new PanelView(this)),
-      m_unplugButton(new QPushButton(tr("Unplug"), this)),
-      m_plugButton(new QPushButton(tr("Plug in"), this)),
+      m_unplugButton(new QPushButton(tr("拔出"), this)),
+      m_plugButton(new QPushButton(tr("插入"), this)),
       m_trafficLabel(new QLabel(this)) {
-    setWindowTitle(tr("Virtual screen"));
+    setWindowTitle(tr("虚拟屏幕"));
     setStyleSheet(StyleSheet());
 
     auto* const buttons = new QHBoxLayout;

@@ -49,8 +49,8 @@ private slots:
     }
 
     void theButtonsPullAndPlug() {
-        QPushButton* const unplug = Button(QStringLiteral("Unplug"));
-        QPushButton* const plug = Button(QStringLiteral("Plug in"));
+        QPushButton* const unplug = Button(QStringLiteral("拔出"));
+        QPushButton* const plug = Button(QStringLiteral("插入"));
         QVERIFY(unplug->isEnabled());
         QVERIFY(!plug->isEnabled());
         QTest::mouseClick(unplug, Qt::LeftButton);
@@ -65,7 +65,7 @@ private slots:
     void theButtonsFollowAScreenThatVanishes() {
         m_screen->VanishAtReport(1);
         QVERIFY(!m_transfers->SendTimeSync());
-        QTRY_VERIFY(Button(QStringLiteral("Plug in"))->isEnabled());
+        QTRY_VERIFY(Button(QStringLiteral("插入"))->isEnabled());
     }
 
     void thePictureComesBackWithTheScreen() {
@@ -80,10 +80,10 @@ private slots:
 
     void saysHowMuchIsSentAndRests() {
         auto* const label = m_window->findChild<QLabel*>();
-        QCOMPARE(label->text(), QStringLiteral("0 reports/s   0 bytes/s"));
+        QCOMPARE(label->text(), QStringLiteral("0 报告/秒   0 字节/秒"));
         QVERIFY(m_transfers->SendTimeSync());
         QTRY_VERIFY(!label->text().startsWith(QLatin1String("0 ")));
-        QTRY_COMPARE(label->text(), QStringLiteral("0 reports/s   0 bytes/s"));
+        QTRY_COMPARE(label->text(), QStringLiteral("0 报告/秒   0 字节/秒"));
         // Nothing is polled when nothing happens.
         const auto timers = m_window->findChildren<QTimer*>();
         for (const QTimer* timer : timers)
