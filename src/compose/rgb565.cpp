@@ -13,7 +13,7 @@ const quint16* Row(const QImage& image, int y) {
 void WriteRows(const QImage& image, const QRect& rect, quint8* out) {
     for (int y = rect.top(); y <= rect.bottom(); ++y) {
         qToBigEndian<quint16>(Row(image, y) + rect.left(), rect.width(), out);
-        out += rect.width() * 2;
+        out += qsizetype(rect.width()) * 2;
     }
 }
 
