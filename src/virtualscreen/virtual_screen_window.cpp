@@ -42,7 +42,7 @@ public:
     explicit PanelView(QWidget* parent) : QWidget(parent) {}
 
     // A null image stands for a screen that is pulled out. `key` changes with every picture of the panel.
-    void Show(const QImage& image, qint64 key) {
+    void Show(const QImage& image, quint64 key) {
         if (key == m_key && image.size() == m_image.size())
             return;
         m_key = key;
@@ -65,7 +65,7 @@ protected:
 
 private:
     QImage m_image;
-    qint64 m_key = 0;
+    quint64 m_key = 0;
 };
 
 VirtualScreenWindow::VirtualScreenWindow(VirtualHidApi& screen, QWidget* parent)
@@ -120,7 +120,9 @@ void VirtualScreenWindow::StartRefreshing() {
 void VirtualScreenWindow::Refresh() {
     const PanelState state = m_screen.State();
     const bool plugged = m_screen.IsPlugged();
-    m_view->Show(plugged ? state.UprightImage() : QImage(), state.image.cacheKey());
+    // Nothing else changes a pixel.
+    const quint64 pictureKey = state.counts.frames + state.counts.areas;
+    m_view->Show(plugged ? state.UprightImage() : QImage(), pictureKey);
     m_unplugButton->setEnabled(plugged);
     m_plugButton->setEnabled(!plugged);
     if (MeasureRate(state.counts))
