@@ -14,7 +14,6 @@ constexpr int kScale = 2;
 constexpr int kRefreshMs = 100;
 constexpr int kRateMs = 1000;
 
-constexpr QRgb kBackground = qRgb(0x1b, 0x1d, 0x21);
 constexpr QRgb kUnplugged = qRgb(0x0a, 0x0a, 0x0b);
 
 QString StyleSheet() {
