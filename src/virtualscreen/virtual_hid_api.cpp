@@ -158,7 +158,10 @@ QByteArray VirtualHidApi::DataPath() const {
 
 PanelState VirtualHidApi::State() const {
     const std::lock_guard lock(m_mutex);
-    return m_decoder.State();
+    PanelState state = m_decoder.State();
+    // Deep: a shared picture would make the next report copy it, on the thread that sends.
+    state.image = state.image.copy();
+    return state;
 }
 
 int VirtualHidApi::OpenHandles() const {

@@ -46,7 +46,7 @@ public:
     QByteArray ControlPath() const;
     QByteArray DataPath() const;
 
-    // A copy; the picture is shared until the panel changes it.
+    // A copy of its own, the picture too.
     PanelState State() const;
     // Handles opened and not yet closed.
     int OpenHandles() const;

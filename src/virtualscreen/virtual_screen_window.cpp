@@ -14,7 +14,6 @@ constexpr int kScale = 2;
 constexpr int kRefreshMs = 100;
 constexpr int kRateMs = 1000;
 
-constexpr QRgb kBackground = qRgb(0x1b, 0x1d, 0x21);
 constexpr QRgb kUnplugged = qRgb(0x0a, 0x0a, 0x0b);
 
 QString StyleSheet() {
@@ -42,7 +41,7 @@ public:
     explicit PanelView(QWidget* parent) : QWidget(parent) {}
 
     // A null image stands for a screen that is pulled out. `key` changes with every picture of the panel.
-    void Show(const QImage& image, qint64 key) {
+    void Show(const QImage& image, quint64 key) {
         if (key == m_key && image.size() == m_image.size())
             return;
         m_key = key;
@@ -65,7 +64,7 @@ protected:
 
 private:
     QImage m_image;
-    qint64 m_key = 0;
+    quint64 m_key = 0;
 };
 
 VirtualScreenWindow::VirtualScreenWindow(VirtualHidApi& screen, QWidget* parent)
@@ -120,7 +119,9 @@ void VirtualScreenWindow::StartRefreshing() {
 void VirtualScreenWindow::Refresh() {
     const PanelState state = m_screen.State();
     const bool plugged = m_screen.IsPlugged();
-    m_view->Show(plugged ? state.UprightImage() : QImage(), state.image.cacheKey());
+    // Nothing else changes a pixel.
+    const quint64 pictureKey = state.counts.frames + state.counts.areas;
+    m_view->Show(plugged ? state.UprightImage() : QImage(), pictureKey);
     m_unplugButton->setEnabled(plugged);
     m_plugButton->setEnabled(!plugged);
     if (MeasureRate(state.counts))

@@ -238,18 +238,20 @@ private slots:
     }
 
     void recordsOfSeveralThreadsStayWhole() {
-        constexpr int kEach = 50;
+        constexpr std::size_t kThreads = 4;
+        constexpr std::size_t kEach = 50;
         VirtualHidApi screen;
         {
             ReportLogHidApi log(screen, m_fileName);
-            std::vector<HidHandle*> handles;
+            std::array<HidHandle*, kThreads> handles{};
             std::vector<std::thread> threads;
-            for (int i = 0; i < 4; ++i)
-                handles.push_back(log.OpenPath(screen.DataPath()));
+            threads.reserve(kThreads);
+            for (HidHandle*& handle : handles)
+                handle = log.OpenPath(screen.DataPath());
             for (HidHandle* const handle : handles) {
                 threads.emplace_back([&log, handle] {
                     const QByteArray report = ValidReport();
-                    for (int i = 0; i < kEach; ++i)
+                    for (std::size_t i = 0; i < kEach; ++i)
                         log.Write(handle, reinterpret_cast<const quint8*>(report.constData()), 4097);
                 });
             }
@@ -261,7 +263,7 @@ private slots:
         QString error;
         const std::vector<LoggedReport> reports = ReadAll(m_fileName, &error);
         QCOMPARE(error, QString());
-        QCOMPARE(reports.size(), std::size_t{4 * kEach + 1});
+        QCOMPARE(reports.size(), kThreads * kEach + 1);
         for (std::size_t i = 1; i < reports.size(); ++i)
             QCOMPARE(reports[i].bytes, ValidReport());
     }

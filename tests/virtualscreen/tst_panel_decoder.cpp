@@ -163,7 +163,7 @@ private slots:
         QCOMPARE(panel.State().image, Plain(0x07E0));
         QCOMPARE(panel.State().counts.frames, quint64{1});
         QCOMPARE(panel.State().counts.reports, quint64{27});
-        QCOMPARE(panel.State().counts.bytes, quint64{27 * 4105});
+        QCOMPARE(panel.State().counts.bytes, quint64{27} * 4105);
         QCOMPARE(panel.State().counts.errors, quint64{0});
     }
 

@@ -86,11 +86,13 @@ private slots:
 
     void leavesTheFileAloneWhenNothingChanges() {
         const PanelImageWriter writer(*m_screen, m_fileName);
+        QTRY_VERIFY(QFile::exists(m_fileName));
         SendPixel(0xF8, 0x00);
         QTRY_COMPARE(FilePixel(), qRgb(255, 0, 0));
         QVERIFY(QFile::remove(m_fileName));
         QVERIFY(m_transfers->SendTimeSync());
         QVERIFY(m_transfers->SendOrientation(1));
+        // That nothing happens can only be waited for; longer than the time between two pictures.
         QTest::qWait(700);
         QVERIFY(!QFile::exists(m_fileName));
     }

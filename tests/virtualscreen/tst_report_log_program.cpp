@@ -24,8 +24,9 @@ Outcome RunTool(const QStringList& arguments) {
     if (!process.waitForFinished())
         return outcome;
     outcome.status = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
-    outcome.lines =
-        QString::fromUtf8(process.readAllStandardOutput()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    // Windows ends its lines in two characters.
+    const QString output = QString::fromUtf8(process.readAllStandardOutput()).remove(QLatin1Char('\r'));
+    outcome.lines = output.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
     outcome.errors = QString::fromUtf8(process.readAllStandardError());
     return outcome;
 }
