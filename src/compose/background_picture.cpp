@@ -29,6 +29,19 @@ QSize UsefulSize(QSize size) {
     return size.scaled(kUsefulShortSide, kUsefulShortSide, Qt::KeepAspectRatioByExpanding);
 }
 
+// The pixels of that part, at least one each way: of a very small or narrow picture the part may be less than
+// a pixel.
+QRect WholePixels(const QRectF& part, QSize picture) {
+    if (part.isEmpty()) {
+        return QRect();
+    }
+    QRect pixels = part.toRect();
+    pixels.setSize(pixels.size().expandedTo(QSize(1, 1)));
+    pixels.moveLeft(qBound(0, pixels.left(), picture.width() - 1));
+    pixels.moveTop(qBound(0, pixels.top(), picture.height() - 1));
+    return pixels & QRect(QPoint(0, 0), picture);
+}
+
 }  // namespace
 
 bool IsReasonablePictureSize(QSize size, bool canScaleWhileDecoding) {
@@ -89,7 +102,7 @@ QRectF ShownPart(QSize picture, Orientation orientation, const LayoutRecord& lay
 }
 
 QImage PlacedPicture(const QImage& picture, QSize size, Orientation orientation, const LayoutRecord& layout) {
-    const QRect part = ShownPart(picture.size(), orientation, layout).toRect() & picture.rect();
+    const QRect part = WholePixels(ShownPart(picture.size(), orientation, layout), picture.size());
     if (part.isEmpty()) {
         QImage black(size, QImage::Format_RGB32);
         black.fill(Qt::black);

@@ -78,12 +78,12 @@ FreeTextBlock LayOutFreeText(const ScreenState& state) {
     const QSize canvas = CanvasSize(state.orientation);
     const QRect box = RowBox(state, metrics);
 
+    const QFontMetrics fontMetrics(font);
     QVector<WrappedLine> lines = Wrap(text, font, box.width());
     const int mostLines = qMax(1, canvas.height() / metrics.lineSpacing);
     const int roomBelow = qMax(1, (canvas.height() - box.top()) / metrics.lineSpacing);
     const int room = state.textRow == kLastRow ? roomBelow : mostLines;
     if (lines.size() > room) {
-        const QFontMetrics fontMetrics(font);
         lines.resize(room);
         WrappedLine& last = lines.last();
         last.text = fontMetrics.elidedText(last.text + QChar(0x2026), Qt::ElideRight, box.width());
@@ -100,9 +100,12 @@ FreeTextBlock LayOutFreeText(const ScreenState& state) {
         const QPoint baseLine(box.left() + (box.width() - lines[k].width) / 2,
                               top + k * metrics.lineSpacing + metrics.ascent);
         block.lines.append({lines[k].text, baseLine});
+        // With the ink: signs of a fallback font can be taller than the line.
         block.bounds |=
-            QRect(baseLine.x(), top + k * metrics.lineSpacing, qMax(1, lines[k].width), metrics.height);
+            QRect(baseLine.x(), top + k * metrics.lineSpacing, qMax(1, lines[k].width), metrics.height) |
+            fontMetrics.tightBoundingRect(lines[k].text).translated(baseLine).adjusted(-1, -1, 1, 1);
     }
+    block.bounds &= QRect(QPoint(0, 0), canvas);
     return block;
 }
 
@@ -114,11 +117,15 @@ void DrawFreeText(QPainter& painter, const ScreenState& state, const QRect& regi
     if (!block.bounds.intersects(region)) {
         return;
     }
+    painter.save();
+    // A live update redraws the text where it reaches into these bounds and nowhere else.
+    painter.setClipRect(block.bounds, Qt::IntersectClip);
     painter.setFont(PanelFont(block.pixelSize));
     painter.setPen(block.color);
     for (const FreeTextLine& line : block.lines) {
         painter.drawText(line.baseLine, line.text);
     }
+    painter.restore();
 }
 
 }  // namespace kivo

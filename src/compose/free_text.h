@@ -22,7 +22,7 @@ struct FreeTextLine {
 
 struct FreeTextBlock {
     QVector<FreeTextLine> lines;  // none where there is no free text
-    QRect bounds;                 // of the lines, canvas pixels
+    QRect bounds;                 // of the lines and all their ink, canvas pixels
     int pixelSize = 0;
     QColor color;
 };

@@ -4,6 +4,7 @@
 #include <QPainter>
 #include <QtMath>
 
+#include "compose/free_text.h"
 #include "compose/rgb565.h"
 
 namespace kivo {
@@ -38,7 +39,11 @@ QVector<QRect> ClockRects(const TextRun& run) {
     const int minutes = hours + 2 * metrics.digitWidth + metrics.colonWidth - 2;
     const int width = 2 * metrics.digitWidth + 4;
     const int top = run.rect.top() + qFloor((run.rect.height() - metrics.height) / 2.0);
-    return {QRect(hours, top, width, metrics.height), QRect(minutes, top, width, metrics.height)};
+    QRect minuteRect(minutes, top, width, metrics.height);
+    // The widths of single signs are rounded; in a font with fractions four digits can be wider than four
+    // times one.
+    minuteRect.setRight(qMax(minuteRect.right(), line.baseLine.x() + line.width - 1));
+    return {QRect(hours, top, width, metrics.height), minuteRect};
 }
 
 void LogSceneDate(const QRect& rect) {
@@ -61,6 +66,22 @@ QVector<QRect> Parts(const ScreenState& state, const TextRun& run, bool firstTim
         LogSceneDate(run.rect);
     }
     return Halves(run.rect);
+}
+
+// The region and all texts that reach into it, with a pixel to spare. A glyph that the edge of a picture cuts
+// is blended by another rule than a whole one, off by the last bit, so it has to be as whole here as in the
+// whole frame.
+QRect WholeTextsAround(const ScreenState& state, const QVector<TextRun>& runs, const QRect& region) {
+    QRect around = region;
+    for (const TextRun& run : runs) {
+        if (run.rect.intersects(region)) {
+            around |= run.rect;
+        }
+    }
+    if (const QRect freeText = LayOutFreeText(state).bounds; freeText.intersects(region)) {
+        around |= freeText;
+    }
+    return around.adjusted(-1, -1, 1, 1);
 }
 
 }  // namespace
@@ -124,15 +145,12 @@ LiveUpdate RenderItem(const ScreenState& state, const QImage& background, const 
         }
     }
     // Only this part of the canvas is rebuilt; everything that reaches into it is drawn, in the order of a
-    // whole frame. A glyph that the edge of a picture cuts is blended by another rule than one that a clip
-    // cuts, off by the last bit. So the part is a pixel larger than what is sent, and the clip does the
-    // cutting, as it does in a whole frame.
-    const QRect around = region.adjusted(-1, -1, 1, 1);
+    // whole frame.
+    const QRect around = WholeTextsAround(state, runs, region);
     QImage part = background.copy(around);
     {
         QPainter painter(&part);
         painter.translate(-around.topLeft());
-        painter.setClipRect(region);
         DrawPanelTexts(painter, state, runs, region);
     }
     for (const QRect& rect : rects) {

@@ -5,6 +5,7 @@
 #include <QMutex>
 #include <QMutexLocker>
 #include <QStringList>
+#include <algorithm>
 
 namespace kivo {
 
@@ -22,6 +23,22 @@ struct MetricsCache {
 };
 Q_GLOBAL_STATIC(MetricsCache, metricsCache)
 
+// Whether a digit or the colon of a time moves with what stands beside it.
+bool KernsDigits(const QFont& font) {
+    const QFontMetricsF metrics(font);
+    double apart = 0;
+    QString together;
+    for (const QChar first : QStringLiteral("0123456789:")) {
+        for (const QChar second : QStringLiteral("0123456789:")) {
+            together += first;
+            together += second;
+            apart += metrics.horizontalAdvance(first) + metrics.horizontalAdvance(second);
+        }
+    }
+    constexpr double kRounding = 0.5;
+    return qAbs(metrics.horizontalAdvance(together) - apart) > kRounding;
+}
+
 LineMetrics Measure(int pixelSize) {
     const QFontMetrics metrics(PanelFont(pixelSize));
     LineMetrics line;
@@ -34,7 +51,7 @@ LineMetrics Measure(int pixelSize) {
     line.inkAbove = -ink.top();
     line.inkBelow = qMax(0, ink.bottom() + 1);
     line.colonWidth = metrics.horizontalAdvance(QLatin1Char(':'));
-    line.equalDigits = true;
+    line.equalDigits = !KernsDigits(PanelFont(pixelSize));
     for (char digit = '0'; digit <= '9'; ++digit) {
         const int width = metrics.horizontalAdvance(QLatin1Char(digit));
         line.equalDigits = line.equalDigits && (digit == '0' || width == line.digitWidth);
@@ -57,7 +74,10 @@ bool FitsVertically(const QString& text, const QFontMetrics& metrics, const Line
     if (baseLine - line.inkAbove >= rect.top() && baseLine + line.inkBelow - 1 <= rect.bottom()) {
         return true;
     }
-    const QRect ink = metrics.tightBoundingRect(text);
+    // With all ten digits: the size must not hang on which of them a number has, or a clock would jump
+    // between two.
+    const bool hasDigit = std::any_of(text.begin(), text.end(), [](QChar sign) { return sign.isDigit(); });
+    const QRect ink = metrics.tightBoundingRect(hasDigit ? text + QLatin1String("0123456789") : text);
     return baseLine + ink.top() >= rect.top() && baseLine + ink.bottom() <= rect.bottom();
 }
 

@@ -1,0 +1,360 @@
+#include <QBuffer>
+#include <QFile>
+#include <QImageWriter>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QtEndian>
+
+#include "compose/background_picture.h"
+#include "compose_test_support.h"
+
+using namespace kivo;
+using namespace kivo::test;
+
+namespace {
+
+constexpr auto kLying = Orientation::Landscape;
+constexpr auto kStanding = Orientation::Portrait;
+
+QImage Filled(QSize size, const QColor& color) {
+    QImage image(size, QImage::Format_RGB32);
+    image.fill(color);
+    return image;
+}
+
+// Red left third, green middle, blue right (or top, middle, bottom).
+QImage Striped(QSize size, bool upright) {
+    QImage image = Filled(size, Qt::green);
+    QPainter painter(&image);
+    const int side = (upright ? size.height() : size.width()) / 3;
+    if (upright) {
+        painter.fillRect(0, 0, size.width(), side, Qt::red);
+        painter.fillRect(0, size.height() - side, size.width(), side, Qt::blue);
+    } else {
+        painter.fillRect(0, 0, side, size.height(), Qt::red);
+        painter.fillRect(size.width() - side, 0, side, size.height(), Qt::blue);
+    }
+    return image;
+}
+
+QByteArray Encoded(const QImage& image, const char* format) {
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    image.save(&buffer, format, 95);
+    return bytes;
+}
+
+quint32 PngChecksum(const QByteArray& bytes) {
+    quint32 crc = 0xFFFFFFFFU;
+    for (const char byte : bytes) {
+        crc ^= quint8(byte);
+        for (int bit = 0; bit < 8; ++bit) {
+            crc = (crc >> 1) ^ ((crc & 1) != 0 ? 0xEDB88320U : 0);
+        }
+    }
+    return ~crc;
+}
+
+// A PNG whose header claims another size than its pixels have.
+QByteArray PngThatClaims(quint32 width, quint32 height) {
+    QByteArray png = Encoded(Filled(QSize(1, 1), Qt::red), "PNG");
+    constexpr int kHeader = 12;  // "IHDR", width, height, depth and four more bytes, checksum
+    qToBigEndian(width, png.data() + kHeader + 4);
+    qToBigEndian(height, png.data() + kHeader + 8);
+    qToBigEndian(PngChecksum(png.mid(kHeader, 17)), png.data() + kHeader + 17);
+    return png;
+}
+
+// A JPEG with an orientation mark (1 to 8, as cameras write it).
+QByteArray MarkedJpeg(const QImage& image, quint8 orientation) {
+    QByteArray jpeg = Encoded(image, "JPEG");
+    QByteArray mark(
+        "\xFF\xE1\x00\x22"
+        "Exif\0\0MM\0*\0\0\0\x08\0\x01\x01\x12\0\x03\0\0\0\x01\0\0\0\0\0\0\0\0",
+        36);
+    mark[29] = char(orientation);
+    return jpeg.insert(2, mark);
+}
+
+bool IsColor(const QImage& image, QPoint at, const QColor& color) {
+    const QColor pixel = image.pixelColor(at);
+    constexpr int kNearly = 24;  // JPEG and smooth scaling change colours a little
+    return qAbs(pixel.red() - color.red()) <= kNearly && qAbs(pixel.green() - color.green()) <= kNearly &&
+           qAbs(pixel.blue() - color.blue()) <= kNearly;
+}
+
+LayoutRecord Trimmed(int x, int y, int inset) {
+    LayoutRecord layout;
+    layout.xPt = x;
+    layout.yPt = y;
+    layout.xZoom = inset;
+    layout.yZoom = inset;
+    return layout;
+}
+
+}  // namespace
+
+class TestBackgroundPicture : public QObject {
+    Q_OBJECT
+
+private:
+    QTemporaryDir m_folder;
+
+    QString Written(const char* name, const QByteArray& bytes) const {
+        const QString path = m_folder.filePath(QLatin1String(name));
+        QFile file(path);
+        if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size()) {
+            qFatal("The test file %s cannot be written.", name);
+        }
+        return path;
+    }
+
+private slots:
+    void initTestCase() {
+        QVERIFY(m_folder.isValid());
+        InitResources();
+    }
+
+    void WhatIsNoPictureIsNullAndLoggedOnce_data() {
+        QTest::addColumn<QString>("path");
+        const QByteArray jpeg = Encoded(Striped(QSize(400, 300), false), "JPEG");
+        QTest::newRow("missing") << m_folder.filePath(QStringLiteral("missing.png"));
+        QTest::newRow("no path") << QString();
+        QTest::newRow("missing resource") << QStringLiteral("://background/99.jpg");
+        QTest::newRow("folder") << m_folder.path();
+        QTest::newRow("empty file") << Written("empty.png", QByteArray());
+        QTest::newRow("text named like a picture") << Written("text.png", "This is no picture.\n");
+        QTest::newRow("JPEG that ends in its header") << Written("header.jpg", jpeg.left(100));
+        QTest::newRow("PNG of 30,000 x 30,000") << Written("huge.png", PngThatClaims(30000, 30000));
+        QTest::newRow("PNG longer than any picture") << Written("long.png", PngThatClaims(2000000, 1));
+        QTest::newRow("PNG of the largest size there is")
+            << Written("max.png", PngThatClaims(0x7FFFFFFF, 0x7FFFFFFF));
+    }
+    void WhatIsNoPictureIsNullAndLoggedOnce() {
+        QFETCH(QString, path);
+        const LogLines log;
+        QVERIFY(LoadPicture(path).isNull());
+        QStringList ours = LogLines::Lines().filter(QStringLiteral("The picture"));
+        QCOMPARE(ours.size(), 1);
+        QVERIFY(ours.first().contains(path));
+    }
+
+    // Decided by the header: nothing of that size is ever asked of the memory.
+    void SizesThatAreDecoded_data() {
+        QTest::addColumn<QSize>("size");
+        QTest::addColumn<bool>("whole");
+        QTest::addColumn<bool>("scaled");
+        QTest::newRow("panel") << QSize(320, 170) << true << true;
+        QTest::newRow("one pixel") << QSize(1, 1) << true << true;
+        QTest::newRow("camera, 50 million") << QSize(8660, 5773) << true << true;
+        QTest::newRow("camera, 200 million") << QSize(16320, 12240) << false << true;
+        QTest::newRow("900 million") << QSize(30000, 30000) << false << false;
+        QTest::newRow("too long") << QSize(40000, 10) << false << false;
+        QTest::newRow("overflowing") << QSize(0x7FFFFFFF, 0x7FFFFFFF) << false << false;
+        QTest::newRow("empty") << QSize(0, 10) << false << false;
+        QTest::newRow("negative") << QSize(-1, -1) << false << false;
+    }
+    void SizesThatAreDecoded() {
+        QFETCH(QSize, size);
+        QFETCH(bool, whole);
+        QFETCH(bool, scaled);
+        QCOMPARE(IsReasonablePictureSize(size, false), whole);
+        QCOMPARE(IsReasonablePictureSize(size, true), scaled);
+    }
+
+    void ATruncatedPictureDoesNoHarm_data() {
+        QTest::addColumn<QByteArray>("format");
+        QTest::newRow("JPEG") << QByteArray("JPEG");
+        QTest::newRow("PNG") << QByteArray("PNG");
+        QTest::newRow("BMP") << QByteArray("BMP");
+    }
+    void ATruncatedPictureDoesNoHarm() {
+        QFETCH(QByteArray, format);
+        const QByteArray whole = Encoded(Striped(QSize(300, 200), true), format.constData());
+        for (int percent = 5; percent < 100; percent += 5) {
+            const LogLines log;
+            const QImage picture = LoadPicture(Written("part.bin", whole.left(whole.size() * percent / 100)));
+            // Nothing, or what the file still holds in its place.
+            QVERIFY(picture.isNull() || picture.size() == QSize(300, 200));
+            const bool said = !LogLines::Lines().isEmpty();
+            QVERIFY(said || !picture.isNull());
+        }
+    }
+
+    void PicturesThatOpen_data() {
+        QTest::addColumn<QString>("path");
+        const QImage image = Striped(QSize(640, 340), false);
+        QTest::newRow("PNG") << Written("a.png", Encoded(image, "PNG"));
+        QTest::newRow("JPEG") << Written("a.jpg", Encoded(image, "JPEG"));
+        QTest::newRow("BMP") << Written("a.bmp", Encoded(image, "BMP"));
+        QTest::newRow("JPEG named as PNG") << Written("b.png", Encoded(image, "JPEG"));
+        QTest::newRow("without a suffix") << Written("c", Encoded(image, "PNG"));
+        QTest::newRow("Chinese name") << Written("图片 1.png", Encoded(image, "PNG"));
+    }
+    void PicturesThatOpen() {
+        QFETCH(QString, path);
+        const LogLines log;
+        const QImage picture = LoadPicture(path);
+        QCOMPARE(picture.size(), QSize(640, 340));
+        QVERIFY(IsColor(picture, QPoint(20, 170), Qt::red));
+        QVERIFY(IsColor(picture, QPoint(620, 170), Qt::blue));
+        QVERIFY(LogLines::Lines().isEmpty());
+    }
+
+    void BuiltInPicturesOpen() {
+        for (const QString& path : BuiltInBackgrounds()) {
+            QCOMPARE(LoadPicture(path).size(), QSize(1280, 680));
+        }
+    }
+
+    void ACamerasMarkTurnsThePictureUpright() {
+        const QImage image = Striped(QSize(300, 120), false);  // red at the left
+        struct Row {
+            quint8 mark;
+            QSize size;
+            QPoint red;
+        };
+        for (const Row& row :
+             {Row{1, QSize(300, 120), QPoint(20, 60)}, Row{3, QSize(300, 120), QPoint(280, 60)},
+              Row{6, QSize(120, 300), QPoint(60, 20)}, Row{8, QSize(120, 300), QPoint(60, 280)}}) {
+            const QImage picture = LoadPicture(Written("marked.jpg", MarkedJpeg(image, row.mark)));
+            QCOMPARE(picture.size(), row.size);
+            QVERIFY2(IsColor(picture, row.red, Qt::red), QByteArray::number(row.mark));
+        }
+    }
+
+    void ALargePictureIsDecodedSmaller() {
+        const QImage picture =
+            LoadPicture(Written("large.jpg", Encoded(Striped(QSize(6000, 3000), false), "JPEG")));
+        QVERIFY(picture.height() >= 320 && picture.height() < 3000);
+        QCOMPARE(picture.width(), picture.height() * 2);
+        QVERIFY(IsColor(picture, QPoint(20, picture.height() / 2), Qt::red));
+    }
+
+    void AsMuchAsCoversThePanel_data() {
+        QTest::addColumn<QSize>("picture");
+        QTest::addColumn<Orientation>("orientation");
+        QTest::addColumn<QRectF>("part");
+        QTest::newRow("panel's own size") << QSize(320, 170) << kLying << QRectF(0, 0, 320, 170);
+        QTest::newRow("built-in") << QSize(1280, 680) << kLying << QRectF(0, 0, 1280, 680);
+        QTest::newRow("wide loses its sides") << QSize(1000, 170) << kLying << QRectF(340, 0, 320, 170);
+        QTest::newRow("tall loses top and foot") << QSize(320, 1000) << kLying << QRectF(0, 415, 320, 170);
+        QTest::newRow("small is enlarged") << QSize(32, 17) << kLying << QRectF(0, 0, 32, 17);
+        QTest::newRow("built-in on end: the middle 28 %")
+            << QSize(1280, 680) << kStanding << QRectF(459.375, 0, 361.25, 680);
+        QTest::newRow("tall on end") << QSize(170, 1000) << kStanding << QRectF(0, 340, 170, 320);
+    }
+    void AsMuchAsCoversThePanel() {
+        QFETCH(QSize, picture);
+        QFETCH(Orientation, orientation);
+        QFETCH(QRectF, part);
+        const QRectF shown = ShownPart(picture, orientation, LayoutRecord());
+        QVERIFY(qAbs(shown.left() - part.left()) < 0.01 && qAbs(shown.top() - part.top()) < 0.01);
+        QVERIFY(qAbs(shown.width() - part.width()) < 0.01 && qAbs(shown.height() - part.height()) < 0.01);
+    }
+
+    void TheTrimFrameKeepsThePanelsShapeAndStaysInside() {
+        for (const QSize picture :
+             {QSize(1280, 680), QSize(1000, 200), QSize(200, 1000), QSize(33, 21), QSize(1, 1)}) {
+            for (const Orientation orientation : kOrientations) {
+                const QSizeF panel = CanvasSize(orientation);
+                for (const int inset : {0, 1, 40, 160, 169, 319, 320, 65535, -5, -65535}) {
+                    for (const int offset : {0, 7, 50, 400, 65535, -7, -400, -65535}) {
+                        const QRectF part = ShownPart(picture, orientation, Trimmed(offset, -offset, inset));
+                        QVERIFY(part.width() > 0 && part.height() > 0);
+                        QVERIFY(qAbs(part.width() / part.height() - panel.width() / panel.height()) < 0.001);
+                        constexpr double kRounding = 1e-6;
+                        QVERIFY(part.left() >= -kRounding && part.right() <= picture.width() + kRounding);
+                        QVERIFY(part.top() >= -kRounding && part.bottom() <= picture.height() + kRounding);
+                    }
+                }
+            }
+        }
+    }
+
+    void TheTrimFrameIsPlacedFromTheUntrimmedView() {
+        // The picture is four times the panel, so a panel pixel is four of its own.
+        const QRectF part = ShownPart(QSize(1280, 680), kLying, Trimmed(40, 20, 160));
+        QCOMPARE(part, QRectF(160, 80, 640, 340));
+        // A wide picture can be moved beyond the untrimmed view, which is its middle.
+        const QRectF moved = ShownPart(QSize(1000, 170), kLying, Trimmed(-100, 0, 0));
+        QCOMPARE(moved, QRectF(240, 0, 320, 170));
+    }
+
+    void NoPictureHasNoPart() {
+        QVERIFY(ShownPart(QSize(), kLying, LayoutRecord()).isEmpty());
+        QVERIFY(ShownPart(QSize(0, 100), kStanding, LayoutRecord()).isEmpty());
+    }
+
+    void PlacedInTheMiddle() {
+        const QImage wide =
+            PlacedPicture(Striped(QSize(3000, 170), false), QSize(320, 170), kLying, LayoutRecord());
+        QCOMPARE(wide.size(), QSize(320, 170));
+        QVERIFY(IsColor(wide, QPoint(0, 80), Qt::green) && IsColor(wide, QPoint(319, 80), Qt::green));
+        const QImage whole =
+            PlacedPicture(Striped(QSize(640, 340), false), QSize(433, 230), kLying, LayoutRecord());
+        QCOMPARE(whole.size(), QSize(433, 230));
+        QVERIFY(IsColor(whole, QPoint(5, 5), Qt::red) && IsColor(whole, QPoint(216, 115), Qt::green) &&
+                IsColor(whole, QPoint(428, 225), Qt::blue));
+        const QImage tall =
+            PlacedPicture(Striped(QSize(170, 3000), true), QSize(170, 320), kStanding, LayoutRecord());
+        QVERIFY(IsColor(tall, QPoint(80, 0), Qt::green) && IsColor(tall, QPoint(80, 319), Qt::green));
+        // Turned by 90 degrees the same striped picture shows its middle only.
+        const QImage onEnd =
+            PlacedPicture(Striped(QSize(1280, 680), false), QSize(170, 320), kStanding, LayoutRecord());
+        QVERIFY(IsColor(onEnd, QPoint(2, 160), Qt::green) && IsColor(onEnd, QPoint(167, 160), Qt::green));
+    }
+
+    void TheSmallestPicturesStillFillThePanel_data() {
+        QTest::addColumn<QSize>("size");
+        for (const QSize size :
+             {QSize(1, 1), QSize(2, 1), QSize(1, 2), QSize(1, 5000), QSize(5000, 1), QSize(3, 7)}) {
+            QTest::addRow("%d x %d", size.width(), size.height()) << size;
+        }
+    }
+    void TheSmallestPicturesStillFillThePanel() {
+        QFETCH(QSize, size);
+        const QColor color(200, 100, 50);
+        for (const Orientation orientation : kOrientations) {
+            for (const LayoutRecord& layout : {LayoutRecord(), Trimmed(0, 0, 160), Trimmed(300, -300, 319)}) {
+                const QImage placed =
+                    PlacedPicture(Filled(size, color), CanvasSize(orientation), orientation, layout);
+                QCOMPARE(placed.size(), CanvasSize(orientation));
+                for (const QPoint at : {QPoint(0, 0), placed.rect().center(), placed.rect().bottomRight()}) {
+                    QVERIFY(IsColor(placed, at, color));
+                }
+            }
+        }
+    }
+
+    void NoPictureIsBlack() {
+        const QImage placed = PlacedPicture(QImage(), QSize(433, 230), kLying, LayoutRecord());
+        QCOMPARE(placed, Filled(QSize(433, 230), Qt::black));
+    }
+
+    void TransparentPartsAreBlack() {
+        QImage image(640, 340, QImage::Format_ARGB32);
+        image.fill(QColor(255, 255, 255, 128));
+        const QImage half = PlacedPicture(image, QSize(320, 170), kLying, LayoutRecord());
+        QVERIFY(!half.hasAlphaChannel());
+        QVERIFY(IsColor(half, QPoint(100, 100), QColor(128, 128, 128)));
+        image.fill(Qt::transparent);
+        QVERIFY(
+            IsColor(PlacedPicture(image, QSize(320, 170), kLying, LayoutRecord()), QPoint(9, 9), Qt::black));
+    }
+
+    void OddPixelFormatsAreTaken() {
+        for (const QImage::Format format :
+             {QImage::Format_Mono, QImage::Format_Indexed8, QImage::Format_Grayscale8, QImage::Format_RGB16,
+              QImage::Format_RGB888, QImage::Format_RGBA64, QImage::Format_ARGB32_Premultiplied}) {
+            const QImage image = Filled(QSize(640, 340), Qt::white).convertToFormat(format);
+            const QImage placed = PlacedPicture(image, QSize(320, 170), kLying, LayoutRecord());
+            QCOMPARE(placed.format(), QImage::Format_RGB32);
+            QVERIFY(IsColor(placed, QPoint(160, 85), Qt::white));
+        }
+    }
+};
+
+QTEST_GUILESS_MAIN(TestBackgroundPicture)
+#include "tst_background_picture.moc"

@@ -1,0 +1,274 @@
+#include <QTest>
+
+#include "compose/background_picture.h"
+#include "compose/frame_composer.h"
+#include "compose_test_support.h"
+
+using namespace kivo;
+using namespace kivo::test;
+
+namespace {
+
+constexpr auto kLying = Orientation::Landscape;
+constexpr auto kStanding = Orientation::Portrait;
+
+QImage Filled(const QColor& color) {
+    QImage image(1280, 680, QImage::Format_RGB32);
+    image.fill(color);
+    return image;
+}
+
+QImage Background(const ScreenState& state, const QImage& picture) {
+    SkinCache skins;
+    return ComposeBackground(state, picture, skins);
+}
+
+// The picture as it is placed, with no skin over it.
+QImage Bare(const ScreenState& state, const QImage& picture) {
+    return PlacedPicture(picture, AreaFrameSize(state.orientation), state.orientation, state.layout)
+        .scaled(CanvasSize(state.orientation), Qt::IgnoreAspectRatio, Qt::SmoothTransformation)
+        .convertToFormat(QImage::Format_RGB16);
+}
+
+ScreenState FiveItems(Orientation orientation) {
+    return CustomScreen({CpuTemperature, CpuUsage, Time, MemoryUsage, CpuPower}, orientation);
+}
+
+int Brightness(const QImage& image, QPoint at) {
+    return qGray(image.pixel(at));
+}
+
+QVector<NamedScreen> Screens() {
+    QVector<NamedScreen> screens = AllThemeScreens();
+    screens.append({"five items, landscape", FiveItems(kLying)});
+    screens.append({"five items, portrait", FiveItems(kStanding)});
+    return screens;
+}
+
+}  // namespace
+
+class TestFrameComposer : public QObject {
+    Q_OBJECT
+
+private slots:
+    void initTestCase() { SetUpDrawing(); }
+
+    void SizeAndFormat_data() {
+        QTest::addColumn<ScreenState>("state");
+        for (const NamedScreen& screen : Screens()) {
+            QTest::newRow(screen.name) << screen.state;
+        }
+    }
+    void SizeAndFormat() {
+        QFETCH(ScreenState, state);
+        for (const QImage& picture : {QImage(), Filled(Qt::red), Filled(Qt::red).scaled(7, 900)}) {
+            const QImage background = Background(state, picture);
+            QCOMPARE(background.size(), CanvasSize(state.orientation));
+            QCOMPARE(background.format(), QImage::Format_RGB16);
+            const QImage frame = ComposeFrame(state, background, LiveTexts(state.language)[1]);
+            QCOMPARE(frame.size(), background.size());
+            QCOMPARE(frame.format(), QImage::Format_RGB16);
+        }
+    }
+
+    void WithoutAPictureTheSkinLiesOnBlack() {
+        for (const Orientation orientation : kOrientations) {
+            // A custom layout over black needs no veil at all.
+            QVERIFY(
+                ChangedRect(Background(FiveItems(orientation), QImage()), BlackCanvas(orientation)).isNull());
+            for (const Theme theme : kThemes) {
+                const ScreenState state = ThemeScreen(theme, orientation);
+                const QImage background = Background(state, QImage());
+                QVERIFY(ChangedRect(background, Background(state, Filled(Qt::black))).isNull());
+                // Ticks, edges and icons still show.
+                QVERIFY(!ChangedRect(background, BlackCanvas(orientation)).isNull());
+            }
+        }
+    }
+
+    void TheBackgroundHoldsNoText_data() { SizeAndFormat_data(); }
+    void TheBackgroundHoldsNoText() {
+        QFETCH(ScreenState, state);
+        const QImage picture = LoadPicture(DefaultBackground());
+        const QImage background = Background(state, picture);
+        ScreenState other = state;
+        other.captions.fill(QStringLiteral("other"));
+        other.layout.sample.fill(QStringLiteral("other"));
+        if (!state.custom) {  // a custom layout's veil follows its texts
+            other.layout.freeText = QStringLiteral("other");
+            other.layout.shown.fill(false);
+        }
+        if (!state.custom || CustomVeilStrength(state, Bare(state, picture)) <= 0) {
+            QVERIFY(ChangedRect(Background(other, picture), background).isNull());
+        }
+    }
+
+    void TextsChangeTheirRectanglesOnly_data() { SizeAndFormat_data(); }
+    void TextsChangeTheirRectanglesOnly() {
+        QFETCH(ScreenState, state);
+        const QImage background = NoisyCanvas(state.orientation);
+        const ItemTexts texts = LiveTexts(state.language)[3];
+        QImage frame = ComposeFrame(state, background, texts);
+        QVERIFY(!ChangedRect(frame, background).isNull());
+        for (const TextRun& run : LayOutTexts(state, texts)) {
+            QVERIFY2(!ChangedRect(frame.copy(run.rect), background.copy(run.rect)).isNull(), Describe(run));
+        }
+        QPainter painter(&frame);
+        for (const TextRun& run : LayOutTexts(state, texts)) {
+            painter.drawImage(run.rect.topLeft(), background, run.rect);
+        }
+        painter.end();
+        QVERIFY(ChangedRect(frame, background).isNull());
+    }
+
+    void WithoutTextsOnlyTheCaptionsShow_data() { SizeAndFormat_data(); }
+    void WithoutTextsOnlyTheCaptionsShow() {
+        QFETCH(ScreenState, state);
+        const QImage background = NoisyCanvas(state.orientation);
+        QImage captions = background;
+        {
+            QPainter painter(&captions);
+            for (const TextRun& run : LayOutTexts(state, ItemTexts())) {
+                QVERIFY(run.text.isEmpty() || run.role == TextRole::Caption);
+                DrawTexts(painter, {run}, captions.rect());
+            }
+        }
+        QVERIFY(ChangedRect(ComposeFrame(state, background, ItemTexts()), captions).isNull());
+        ScreenState mute = state;
+        mute.captions.fill(QString());
+        QVERIFY(ChangedRect(ComposeFrame(mute, background, ItemTexts()), background).isNull());
+    }
+
+    void AnEmptyFreeTextDoesNotChangeTheFrame() {
+        for (const Orientation orientation : kOrientations) {
+            ScreenState state = FiveItems(orientation);
+            const ItemTexts texts = LiveTexts(state.language)[1];
+            const QImage background = NoisyCanvas(orientation);
+            const QImage without = ComposeFrame(state, background, texts);
+            state.layout.sizeIndex = 2;
+            state.layout.colorIndex = 3;
+            state.textRow = 0;
+            QVERIFY(ChangedRect(ComposeFrame(state, background, texts), without).isNull());
+            state.layout.freeText = QStringLiteral("text");
+            QVERIFY(!ChangedRect(ComposeFrame(state, background, texts), without).isNull());
+        }
+    }
+
+    void GlassDarkensThePicture_data() {
+        QTest::addColumn<Theme>("theme");
+        QTest::addColumn<Orientation>("orientation");
+        QTest::addColumn<QPoint>("glass");
+        QTest::newRow("default: left card") << Theme::Default << kLying << QPoint(20, 150);
+        QTest::newRow("default: lower right card") << Theme::Default << kLying << QPoint(300, 110);
+        QTest::newRow("default, portrait: top card") << Theme::Default << kStanding << QPoint(15, 20);
+        QTest::newRow("scene: foot") << Theme::Scene << kLying << QPoint(20, 165);
+        QTest::newRow("scene, portrait: foot") << Theme::Scene << kStanding << QPoint(20, 312);
+        QTest::newRow("TDP: dial") << Theme::Tdp << kLying << QPoint(120, 120);
+        QTest::newRow("TDP: wing") << Theme::Tdp << kLying << QPoint(20, 50);
+        QTest::newRow("TDP, portrait: dial") << Theme::Tdp << kStanding << QPoint(60, 180);
+        QTest::newRow("time: watch") << Theme::Time << kLying << QPoint(120, 95);
+        QTest::newRow("time, portrait: upper card") << Theme::Time << kStanding << QPoint(20, 75);
+    }
+    void GlassDarkensThePicture() {
+        QFETCH(Theme, theme);
+        QFETCH(Orientation, orientation);
+        QFETCH(QPoint, glass);
+        const ScreenState state = ThemeScreen(theme, orientation);
+        const QImage white = Background(state, Filled(Qt::white));
+        QVERIFY2(Brightness(white, glass) < 140, QByteArray::number(Brightness(white, glass)));
+        // Smoked, not black: the picture is seen through it.
+        const QImage black = Background(state, Filled(Qt::black));
+        QVERIFY(Brightness(white, glass) > Brightness(black, glass) + 20);
+    }
+
+    void ThePictureIsSeenInEveryTheme_data() { SizeAndFormat_data(); }
+    void ThePictureIsSeenInEveryTheme() {
+        QFETCH(ScreenState, state);
+        const QImage red = Background(state, Filled(Qt::red));
+        const QImage blue = Background(state, Filled(Qt::blue));
+        int same = 0;
+        for (int y = 0; y < red.height(); ++y) {
+            for (int x = 0; x < red.width(); ++x) {
+                same += PixelAt(red, x, y) == PixelAt(blue, x, y) ? 1 : 0;
+            }
+        }
+        QVERIFY2(same < red.width() * red.height() / 50, QByteArray::number(same));
+    }
+
+    void TheSceneLeavesTheUpperPictureAlone_data() {
+        QTest::addColumn<Orientation>("orientation");
+        QTest::addColumn<int>("height");
+        QTest::newRow("landscape") << kLying << 170 * 22 / 100;
+        QTest::newRow("portrait") << kStanding << 320 * 40 / 100;
+    }
+    void TheSceneLeavesTheUpperPictureAlone() {
+        QFETCH(Orientation, orientation);
+        QFETCH(int, height);
+        const ScreenState state = ThemeScreen(Theme::Scene, orientation);
+        for (const QString& path : BuiltInBackgrounds()) {
+            const QImage picture = LoadPicture(path);
+            const QRect upper(0, 0, CanvasSize(orientation).width(), height);
+            QVERIFY(ChangedRect(Background(state, picture).copy(upper), Bare(state, picture).copy(upper))
+                        .isNull());
+        }
+    }
+
+    void TheVeilIsAsDarkAsThePictureNeeds() {
+        for (const Orientation orientation : kOrientations) {
+            const ScreenState state = FiveItems(orientation);
+            const QImage white = Background(state, Filled(Qt::white));
+            const QColor veiled = white.pixelColor(5, 5);
+            // White under .58 of ink, give or take grain and the five bits of a channel.
+            constexpr int kNearly = 14;
+            QVERIFY(qAbs(veiled.red() - 111) < kNearly && qAbs(veiled.green() - 118) < kNearly &&
+                    qAbs(veiled.blue() - 129) < kNearly);
+            // One strength for the whole picture, no patches, to the very corners.
+            for (int y = 0; y < white.height(); ++y) {
+                for (int x = 0; x < white.width(); ++x) {
+                    QVERIFY(qAbs(qGray(white.pixel(x, y)) - 117) < kNearly + 8);
+                }
+            }
+            const QImage dark = Filled(QColor(30, 40, 60));
+            QVERIFY(ChangedRect(Background(state, dark), Bare(state, dark)).isNull());
+        }
+    }
+
+    void TheVeilFollowsTheLayoutAndNotTheValues() {
+        // Bright at the left edge only, where slots 0 and 1 are.
+        QImage picture = Filled(Qt::black);
+        QPainter(&picture).fillRect(0, 0, 400, 680, Qt::white);
+        ScreenState state = CustomScreen(OnlySlot(3, CpuUsage), kLying);
+        const QImage bare = Bare(state, picture);
+        QCOMPARE(CustomVeilStrength(state, bare), 0.0);
+        state = CustomScreen(OnlySlot(0, CpuUsage), kLying);
+        const double needed = CustomVeilStrength(state, bare);
+        QVERIFY(needed > 0.5);
+        state.layout.sample.fill(QStringLiteral("1"));
+        QCOMPARE(CustomVeilStrength(state, bare), needed);
+        state.layout.shown.fill(false);
+        QCOMPARE(CustomVeilStrength(state, bare), 0.0);
+        // White free text needs it, too; text in a colour is its owner's choice.
+        state.layout.freeText =
+            QStringLiteral("a free text that is long enough to reach into the white part, left of it all");
+        state.textRow = 0;
+        QVERIFY(CustomVeilStrength(state, bare) > 0.5);
+        state.layout.colorIndex = 3;
+        QCOMPARE(CustomVeilStrength(state, bare), 0.0);
+    }
+
+    void OneCacheServesEverySkin() {
+        SkinCache skins;
+        const QImage picture = LoadPicture(DefaultBackground());
+        QVector<NamedScreen> screens = Screens();
+        screens += Screens();
+        for (const NamedScreen& screen : screens) {
+            QVERIFY2(ChangedRect(ComposeBackground(screen.state, picture, skins),
+                                 Background(screen.state, picture))
+                         .isNull(),
+                     screen.name);
+        }
+    }
+};
+
+QTEST_MAIN(TestFrameComposer)
+#include "tst_frame_composer.moc"
