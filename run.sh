@@ -14,6 +14,9 @@ screen_nodes() {
     grep -lisE '^HID_ID=[0-9A-F]+:000004D9:0000FD01' /sys/class/hidraw/*/device/uevent 2>/dev/null || true
 }
 
+# The device's own chatter is for QT_LOGGING_RULES="kivo.*=true".
+export QT_LOGGING_RULES=${QT_LOGGING_RULES-*.debug=false}
+
 arguments=()
 picture=
 if [ -z "$(screen_nodes)" ]; then

@@ -12,6 +12,7 @@
 #include "app/live_session.h"
 #include "app/quit_signals.h"
 #include "compose/panel_text.h"
+#include "compose/screen_state.h"
 #include "device/hid_api_hidapi.h"
 #include "device/report_log.h"
 #include "resources/resources.h"
@@ -68,13 +69,14 @@ private:
 };
 
 QString ValuesLine(const kivo::ItemTexts& texts) {
+    const kivo::ItemTexts names = kivo::ItemCaptions();
     QStringList shown;
-    for (const QString& text : texts) {
-        if (!text.isEmpty()) {
-            shown.append(text.trimmed());
+    for (size_t item = 0; item < texts.size(); ++item) {
+        if (!texts[item].isEmpty()) {
+            shown.append(names[item] + QLatin1Char(' ') + texts[item].trimmed());
         }
     }
-    return QStringLiteral("Live values sent last: %1\n").arg(shown.join(QStringLiteral("  ")));
+    return QStringLiteral("Live values sent last: %1\n").arg(shown.join(QStringLiteral(", ")));
 }
 
 }  // namespace
