@@ -102,7 +102,7 @@ private:
     QTemporaryDir m_folder;
 
     QString Written(const char* name, const QByteArray& bytes) const {
-        const QString path = m_folder.filePath(QLatin1String(name));
+        QString path = m_folder.filePath(QLatin1String(name));
         QFile file(path);
         if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size()) {
             qFatal("The test file %s cannot be written.", name);
