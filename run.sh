@@ -22,7 +22,7 @@ picture=
 if [ -z "$(screen_nodes)" ]; then
     echo "No screen is attached: a software panel takes its place."
     arguments+=(--virtual-screen)
-    picture=build/panel.png
+    picture=build/panel.png # without a display
 else
     for uevent in $(screen_nodes); do
         node=/dev/$(basename "$(dirname "$(dirname "$uevent")")")
@@ -33,13 +33,12 @@ else
 fi
 if [ -z "${DISPLAY:-}" ] && [ -z "${WAYLAND_DISPLAY:-}" ]; then
     arguments+=(--run-for 15)
-    if [ -n "$picture" ]; then
-        arguments+=(--panel-image "$picture")
-    fi
+    [ -z "$picture" ] || arguments+=(--panel-image "$picture")
 fi
+[ -z "$picture" ] || rm -f "$picture"
 status=0
 build/release/bin/kivo-screen "${arguments[@]}" "$@" || status=$?
-if [[ " ${arguments[*]} " == *" --panel-image "* ]] && [ $status -eq 0 ]; then
+if [ -n "$picture" ] && [ -e "$picture" ]; then
     echo "The panel's picture is in $PWD/$picture"
 fi
 exit $status

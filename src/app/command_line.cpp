@@ -7,7 +7,7 @@ namespace kivo {
 
 namespace {
 
-// A day more than anybody watches a test; far below what a timer in milliseconds can hold.
+// Eleven days; in milliseconds still far below what a timer holds.
 constexpr double kLongestRunSeconds = 1000000;
 
 CommandLine Refused(const QString& why) {

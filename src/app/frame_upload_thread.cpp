@@ -25,6 +25,9 @@ void FrameUploadThread::run() {
     msleep(kLoadSampleMs);
     m_snapshot.SetCpuUsed(sampler.Sample());
 
+    if (m_isStop != 0) {
+        return;
+    }
     const bool success = m_screen.ComposeWholeFrame();
     if (success) {
         m_transfers.SendOrientation(int(m_screen.Applied().orientation));

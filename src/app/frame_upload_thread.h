@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QThread>
+#include <atomic>
 
 namespace kivo {
 
@@ -9,13 +10,17 @@ class MetricSnapshot;
 class Transfers;
 
 // Composes and uploads one whole frame off the GUI thread and tells the panel its orientation and the time.
-// Ends by itself; everything handed in outlives it.
+// Ends by itself, or early when asked to stop; everything handed in outlives it.
 class FrameUploadThread : public QThread {
     Q_OBJECT
 
 public:
     FrameUploadThread(LiveScreen& screen, Transfers& transfers, MetricSnapshot& snapshot,
                       QObject* parent = nullptr);
+
+    // Asks the thread to end before the frame is composed. Any thread; a frame that is on its way is stopped
+    // by Transfers::StopTransfers.
+    void stop() { m_isStop = 1; }
 
 Q_SIGNALS:
     void uploaded(bool success);
@@ -27,6 +32,7 @@ private:
     LiveScreen& m_screen;
     Transfers& m_transfers;
     MetricSnapshot& m_snapshot;
+    std::atomic<quint8> m_isStop{0};
 };
 
 }  // namespace kivo

@@ -1,5 +1,8 @@
 #include "app/live_session.h"
 
+#include <QDeadlineTimer>
+#include <chrono>
+
 #include "app/frame_upload_thread.h"
 #include "app/refresh_data_thread.h"
 #include "compose/theme_state.h"
@@ -11,6 +14,12 @@
 
 namespace kivo {
 
+namespace {
+
+constexpr std::chrono::milliseconds kLongestStop{1500};
+
+}  // namespace
+
 LiveSession::LiveSession(HidApi& hid, InterfaceLanguage language, QString applicationDir, QObject* parent)
     : QObject(parent),
       m_language(language),
@@ -21,7 +30,10 @@ LiveSession::LiveSession(HidApi& hid, InterfaceLanguage language, QString applic
       m_screen(m_transfers, m_backgrounds, [this](int item) { return m_snapshot.GetValueText(item); }) {}
 
 LiveSession::~LiveSession() {
-    Stop();
+    // Whoever could not stop it has ended the process by now.
+    if (!Stop()) {
+        qFatal("A worker is still writing to the screen.");
+    }
 }
 
 void LiveSession::LoadState() {
@@ -41,6 +53,9 @@ void LiveSession::Start() {
 
     m_upload = std::make_unique<FrameUploadThread>(m_screen, m_transfers, m_snapshot);
     connect(m_upload.get(), &FrameUploadThread::uploaded, this, [this](bool success) {
+        if (m_stopped) {
+            return;
+        }
         MarkInitialized();
         configFolderCreated = 0;
         StartRefresh();
@@ -50,7 +65,7 @@ void LiveSession::Start() {
 }
 
 void LiveSession::StartRefresh() {
-    if (m_refresh) {
+    if (m_refresh || m_stopped) {
         return;
     }
     m_refresh = std::make_unique<RefreshDataThread>(
@@ -58,14 +73,19 @@ void LiveSession::StartRefresh() {
     m_refresh->start(QThread::InheritPriority);
 }
 
-void LiveSession::Stop() {
+bool LiveSession::Stop() {
+    m_stopped = true;
+    m_transfers.StopTransfers();
     if (m_refresh) {
         m_refresh->stop();
-        m_refresh->wait();
     }
     if (m_upload) {
-        m_upload->wait();
+        m_upload->stop();
     }
+    const QDeadlineTimer deadline(kLongestStop);
+    const bool refreshEnded = !m_refresh || m_refresh->wait(deadline);
+    const bool uploadEnded = !m_upload || m_upload->wait(deadline);
+    return refreshEnded && uploadEnded;
 }
 
 ItemTexts LiveSession::ShownTexts() const {

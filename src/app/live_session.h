@@ -30,10 +30,12 @@ public:
     // Loads the settings, opens the screen, uploads a first frame and starts refreshing when that is done.
     void Start();
 
-    // Asks both workers to end and waits for them. Start may not be called again.
-    void Stop();
+    // Asks both workers to end and waits for them, but not for ever: a screen that hangs holds a write up for
+    // seconds. False when a worker is still in one; then neither this object nor what it was given may be
+    // destroyed, and all that is left is to end the process. Start may not be called again.
+    bool Stop();
 
-    // What the panel was last told, item by item; empty for what is not shown.
+    // What the panel took last, item by item; empty for what it does not show.
     ItemTexts ShownTexts() const;
 
 Q_SIGNALS:
@@ -50,6 +52,7 @@ private:
     MetricSnapshot m_snapshot;
     BackgroundStore m_backgrounds;
     LiveScreen m_screen;
+    bool m_stopped = false;
     std::unique_ptr<FrameUploadThread> m_upload;
     std::unique_ptr<RefreshDataThread> m_refresh;
 };

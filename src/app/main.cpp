@@ -4,9 +4,12 @@
 #include <QTextStream>
 #include <QTimer>
 #include <QTranslator>
+#include <cstdio>
+#include <cstdlib>
 #include <memory>
 
 #include "app/command_line.h"
+#include "app/console.h"
 #include "app/display.h"
 #include "app/language.h"
 #include "app/live_session.h"
@@ -76,13 +79,17 @@ QString ValuesLine(const kivo::ItemTexts& texts) {
             shown.append(names[item] + QLatin1Char(' ') + texts[item].trimmed());
         }
     }
+    if (shown.isEmpty()) {
+        return QStringLiteral("No screen took any value.\n");
+    }
     return QStringLiteral("Live values sent last: %1\n").arg(shown.join(QStringLiteral(", ")));
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-    QCoreApplication::setApplicationVersion(QStringLiteral("1.0.0"));
+    kivo::UseParentConsole();
+    QCoreApplication::setApplicationVersion(QStringLiteral(KIVO_VERSION));
     const kivo::CommandLine line = ReadCommandLine(argc, argv);
     if (line.action == kivo::CommandLine::Action::ShowText) {
         return Say(stdout, line.text, 0);
@@ -92,8 +99,8 @@ int main(int argc, char** argv) {
     }
 
     const bool hasDisplay = kivo::HasDisplay();
-    if (!hasDisplay && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) {
-        qputenv("QT_QPA_PLATFORM", "offscreen");
+    if (!hasDisplay) {
+        qputenv("QT_QPA_PLATFORM", kivo::PlatformWithoutDisplay(qgetenv("QT_QPA_PLATFORM").constData()));
         Say(stderr, QStringLiteral("kivo-screen: no display, running without windows.\n"), 0);
     }
     QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
@@ -109,7 +116,10 @@ int main(int argc, char** argv) {
     const kivo::InterfaceLanguage language = kivo::LanguageForLocale(QLocale::system());
     kivo::SetInterfaceLanguage(language);
     QTranslator translator;
-    kivo::InstallTranslation(translator, language, QCoreApplication::applicationDirPath());
+    if (!kivo::InstallTranslation(translator, language, QCoreApplication::applicationDirPath())) {
+        qWarning("The translations in %s/lang cannot be read; texts stay Chinese.",
+                 qUtf8Printable(QCoreApplication::applicationDirPath()));
+    }
 
     Screen screen(line.options, hasDisplay);
     kivo::LiveSession session(screen.Hid(), language, QCoreApplication::applicationDirPath());
@@ -118,8 +128,9 @@ int main(int argc, char** argv) {
     QObject::connect(&session, &kivo::LiveSession::firstFrameDone, &application, [](bool success) {
         if (!success) {
             Say(stderr,
-                QStringLiteral("kivo-screen: no screen took the first frame; waiting for one. "
-                               "--virtual-screen shows a software panel instead.\n"),
+                QStringLiteral(
+                    "kivo-screen: no screen took the first frame. --virtual-screen shows a software "
+                    "panel instead.\n"),
                 0);
         }
     });
@@ -129,9 +140,15 @@ int main(int argc, char** argv) {
     }
     session.Start();
     const int status = QApplication::exec();
-    session.Stop();
+    const bool stopped = session.Stop();
     if (line.options.runSeconds) {
         Say(stdout, ValuesLine(session.ShownTexts()), 0);
+    }
+    if (!stopped) {
+        // A worker hangs in a write to the screen and uses what lives here: nothing may be destroyed any
+        // more.
+        std::fflush(nullptr);
+        std::_Exit(status);
     }
     return status;
 }

@@ -1,6 +1,8 @@
 #include <sys/socket.h>
 #include <unistd.h>
 #include <QSocketNotifier>
+#include <array>
+#include <cerrno>
 #include <csignal>
 
 #include "app/quit_signals.h"
@@ -14,11 +16,16 @@ namespace {
 int signalSockets[2] = {-1, -1};
 
 extern "C" void WriteSignalByte(int) {
+    const int error = errno;
     const char byte = 1;
     [[maybe_unused]] const ssize_t written = ::write(signalSockets[0], &byte, 1);
+    errno = error;
 }
 
-constexpr int kQuitSignals[] = {SIGINT, SIGTERM, SIGHUP};
+constexpr std::array<int, 3> kQuitSignals{SIGINT, SIGTERM, SIGHUP};
+
+// What was there before, for the way back.
+std::array<struct sigaction, kQuitSignals.size()> formerActions;
 
 }  // namespace
 
@@ -36,14 +43,21 @@ QuitSignals::QuitSignals(QObject* parent) : QObject(parent) {
     struct sigaction action = {};
     action.sa_handler = WriteSignalByte;
     action.sa_flags = SA_RESTART;
-    for (const int number : kQuitSignals) {
-        sigaction(number, &action, nullptr);
+    for (size_t k = 0; k < kQuitSignals.size(); ++k) {
+        ::sigaction(kQuitSignals[k], nullptr, &formerActions[k]);
+        // A signal that is ignored was meant to be: the program was started by nohup or in the background.
+        if (formerActions[k].sa_handler != SIG_IGN) {
+            ::sigaction(kQuitSignals[k], &action, nullptr);
+        }
     }
 }
 
 QuitSignals::~QuitSignals() {
-    for (const int number : kQuitSignals) {
-        std::signal(number, SIG_DFL);
+    if (signalSockets[0] < 0) {
+        return;
+    }
+    for (size_t k = 0; k < kQuitSignals.size(); ++k) {
+        ::sigaction(kQuitSignals[k], &formerActions[k], nullptr);
     }
     for (int& socket : signalSockets) {
         if (socket >= 0) {

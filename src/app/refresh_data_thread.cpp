@@ -38,14 +38,23 @@ void RefreshDataThread::run() {
         m_parts.transfers.SendTimeSync();
         for (int index = 0; index < kLiveValueCount && isStop == 0; ++index) {
             if (index == CpuUsage) {
-                m_parts.snapshot.SetCpuUsed(sampler.Sample());
+                SampleCpu(sampler);
             }
             RefreshValue(index);
         }
         m_firstRound = false;
         Pause(m_parts.pauses.afterRound);
     }
-    qDebug("isStop.");
+    qDebug("isStop.\n");
+}
+
+void RefreshDataThread::SampleCpu(CpuUsageSampler& sampler) {
+    const qint32 percent = sampler.Sample();
+    // The first sample of a new sampler has nothing to compare with and is 0; a load that is known already
+    // stays, or every new thread would flash 1%.
+    if (!m_firstRound || m_parts.snapshot.CpuUsed() == 0) {
+        m_parts.snapshot.SetCpuUsed(percent);
+    }
 }
 
 bool RefreshDataThread::IsWorthSending(int index, const QString& text) const {

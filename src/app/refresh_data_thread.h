@@ -19,6 +19,7 @@
 
 namespace kivo {
 
+class CpuUsageSampler;
 class MetricSnapshot;
 class Transfers;
 
@@ -56,6 +57,7 @@ protected:
     void run() override;
 
 private:
+    void SampleCpu(CpuUsageSampler& sampler);
     void RefreshValue(int index);
     bool IsWorthSending(int index, const QString& text) const;
     void Pause(std::chrono::milliseconds time);

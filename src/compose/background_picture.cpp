@@ -1,7 +1,6 @@
 #include "compose/background_picture.h"
 
 #include <QFileInfo>
-#include <QImageIOHandler>
 #include <QImageReader>
 #include <QLoggingCategory>
 
@@ -62,7 +61,8 @@ QImage LoadPicture(const QString& path) {
     reader.setDecideFormatFromContent(true);
     reader.setAutoTransform(true);
     const QSize size = reader.size();
-    const bool canScale = reader.supportsOption(QImageIOHandler::ScaledSize);
+    // Only JPEG really decodes fewer pixels; others say they can and scale what they have decoded in full.
+    const bool canScale = reader.format() == "jpeg";
     // A format that does not tell its size in the header (size is then invalid) is read as it is.
     if (size.isValid()) {
         if (!IsReasonablePictureSize(size, canScale)) {
@@ -90,15 +90,15 @@ QRectF ShownPart(QSize picture, Orientation orientation, const LayoutRecord& lay
     const QSizeF panel = CanvasSize(orientation);
     // Picture pixels for one panel pixel when the picture just covers the panel.
     const double perPixel = qMin(picture.width() / panel.width(), picture.height() / panel.height());
-    const double inset = qBound(0, layout.xZoom, int(panel.width()) - 1);
-    const double width = panel.width() - inset;
-    const double height = width * panel.height() / panel.width();
+    // The long side's inset tells the share; a custom layout's frame is the same for both orientations.
+    const double inset = qBound(0, qMax(layout.xZoom, layout.yZoom), kPanelWidth - 1);
+    const QSizeF frame = panel * (1 - inset / kPanelWidth);
     // The untrimmed view lies in the middle of the picture; the frame's corner is given relative to it.
     double left = (picture.width() - panel.width() * perPixel) / 2 + layout.xPt * perPixel;
     double top = (picture.height() - panel.height() * perPixel) / 2 + layout.yPt * perPixel;
-    left = qBound(0.0, left, picture.width() - width * perPixel);
-    top = qBound(0.0, top, picture.height() - height * perPixel);
-    return QRectF(left, top, width * perPixel, height * perPixel);
+    left = qBound(0.0, left, picture.width() - frame.width() * perPixel);
+    top = qBound(0.0, top, picture.height() - frame.height() * perPixel);
+    return QRectF(QPointF(left, top), frame * perPixel);
 }
 
 QImage PlacedPicture(const QImage& picture, QSize size, Orientation orientation, const LayoutRecord& layout) {

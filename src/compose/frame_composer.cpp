@@ -95,7 +95,7 @@ QImage ComposeBackground(const ScreenState& state, const QImage& picture, SkinCa
 QImage ComposeFrame(const ScreenState& state, const QImage& background, const ItemTexts& texts) {
     QImage frame = background;
     QPainter painter(&frame);
-    DrawPanelTexts(painter, state, LayOutTexts(state, texts), frame.rect());
+    DrawPanelTexts(painter, LayOutPanelTexts(state, texts), frame.rect());
     return frame;
 }
 

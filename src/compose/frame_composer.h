@@ -4,14 +4,13 @@
 // and contact sheets do too.
 
 #include <QImage>
-#include <memory>
 
 #include "compose/screen_state.h"
 
 namespace kivo {
 
 // Keeps the last skin decoded, so that a change of picture or text need not decode it again. Not for two
-// threads at once; without one every frame decodes its skin.
+// threads at once.
 class SkinCache {
 public:
     // The skin of that theme or of the custom layouts as one picture of AreaFrameSize(orientation), layers

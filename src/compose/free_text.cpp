@@ -14,8 +14,23 @@ namespace {
 constexpr int kLastRow = kTextRowCount - 1;
 constexpr int kPictureTextLength = 20;  // characters of the last portrait row when a picture was chosen
 
+constexpr int kLongestText = 500;  // characters that are looked at; a row holds far fewer
+
+// A sign that would tear a line apart or turn what follows around.
+bool IsControl(QChar sign) {
+    const ushort code = sign.unicode();
+    const bool turns = (code >= 0x202A && code <= 0x202E) || (code >= 0x2066 && code <= 0x2069);
+    return turns || (sign.category() == QChar::Other_Control && sign != QLatin1Char('\n'));
+}
+
 QString VisibleText(const ScreenState& state) {
-    QString text = state.layout.freeText;
+    QString text = state.layout.freeText.left(kLongestText);
+    text.replace(QLatin1String("\r\n"), QLatin1String("\n"));
+    for (QChar& sign : text) {
+        if (IsControl(sign)) {
+            sign = QLatin1Char(' ');
+        }
+    }
     const bool cut = state.orientation == Orientation::Portrait && state.textRow == kLastRow &&
                      !state.layout.picture.isEmpty();
     if (cut && text.size() > kPictureTextLength) {
@@ -41,7 +56,8 @@ struct WrappedLine {
     int width;
 };
 
-QVector<WrappedLine> Wrap(const QString& text, const QFont& font, int width) {
+// At most mostLines lines, the last of which may hide that there is more.
+QVector<WrappedLine> Wrap(const QString& text, const QFont& font, int width, int mostLines) {
     QString paragraph = text;
     paragraph.replace(QLatin1Char('\n'), QChar(QChar::LineSeparator));
     QTextLayout layout(paragraph, font);
@@ -51,7 +67,8 @@ QVector<WrappedLine> Wrap(const QString& text, const QFont& font, int width) {
     const QFontMetrics metrics(font);
     QVector<WrappedLine> lines;
     layout.beginLayout();
-    for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
+    for (QTextLine line = layout.createLine(); line.isValid() && lines.size() < mostLines;
+         line = layout.createLine()) {
         line.setLineWidth(width);
         QString part = paragraph.mid(line.textStart(), line.textLength());
         while (!part.isEmpty() && part.at(part.size() - 1).isSpace()) {
@@ -63,26 +80,48 @@ QVector<WrappedLine> Wrap(const QString& text, const QFont& font, int width) {
     return lines;
 }
 
-}  // namespace
-
-FreeTextBlock LayOutFreeText(const ScreenState& state) {
-    FreeTextBlock block;
-    const QString text = VisibleText(state);
-    if (!state.custom || text.trimmed().isEmpty()) {
-        return block;
+// The side slots that hold something in the row's band leave the middle to the text (landscape; in portrait
+// the rows go across, as the slots do).
+QRect BetweenSideSlots(const ScreenState& state, const QRect& box, const QRect& band) {
+    constexpr int kMargin = 2;
+    QRect between = box;
+    if (state.orientation == Orientation::Portrait) {
+        return between;
     }
+    for (int slot = 0; slot < kSlotCount; ++slot) {
+        const int item = state.slotItems[size_t(slot)];
+        if (slot == kCentreSlot || item == OtherText || !IsShown(state, item)) {
+            continue;
+        }
+        // With its caption, which is wider than the slot.
+        const QRect taken = SlotRect(slot, state.orientation).adjusted(-10, 0, 10, 16);
+        if (taken.top() > band.bottom() || taken.bottom() < band.top()) {
+            continue;
+        }
+        const int middle = CanvasSize(state.orientation).width() / 2;
+        const int side =
+            taken.left() < middle ? taken.right() + 1 : CanvasSize(state.orientation).width() - taken.left();
+        // Both sides give way alike, so that the text stays in the middle of the panel.
+        const int inset = qMax(0, side + kMargin - box.left());
+        between = between & box.adjusted(inset, 0, -inset, 0);
+    }
+    return between;
+}
+
+// The lines in a box as wide as that; rows from the canvas's top to its foot.
+FreeTextBlock LayOutIn(const ScreenState& state, const QString& text, const QRect& box) {
+    FreeTextBlock block;
     block.pixelSize = FreeTextPixelSize(state.layout.sizeIndex);
     block.color = FreeTextColor(state.layout.colorIndex);
     const QFont font = PanelFont(block.pixelSize);
+    const QFontMetrics fontMetrics(font);
     const LineMetrics metrics = MetricsOf(block.pixelSize);
     const QSize canvas = CanvasSize(state.orientation);
-    const QRect box = RowBox(state, metrics);
+    const bool fromTheTop = state.textRow == kLastRow;
+    const int height = fromTheTop ? canvas.height() - box.top() : canvas.height();
+    const int room = qMax(1, height / metrics.lineSpacing);
 
-    const QFontMetrics fontMetrics(font);
-    QVector<WrappedLine> lines = Wrap(text, font, box.width());
-    const int mostLines = qMax(1, canvas.height() / metrics.lineSpacing);
-    const int roomBelow = qMax(1, (canvas.height() - box.top()) / metrics.lineSpacing);
-    const int room = state.textRow == kLastRow ? roomBelow : mostLines;
+    QVector<WrappedLine> lines = Wrap(text, font, box.width(), room + 1);
     if (lines.size() > room) {
         lines.resize(room);
         WrappedLine& last = lines.last();
@@ -90,31 +129,48 @@ FreeTextBlock LayOutFreeText(const ScreenState& state) {
         last.width = fontMetrics.horizontalAdvance(last.text);
     }
 
-    const int height = lines.size() * metrics.lineSpacing;
-    int top = box.top();
-    if (state.textRow != kLastRow) {
-        top += qFloor((box.height() - height) / 2.0);
-    }
-    top = qMax(0, qMin(top, canvas.height() - height));
+    const int textHeight = lines.size() * metrics.lineSpacing;
+    const int centred = box.top() + qFloor((box.height() - textHeight) / 2.0);
+    const int top = qMax(0, qMin(fromTheTop ? box.top() : centred, canvas.height() - textHeight));
     for (int k = 0; k < lines.size(); ++k) {
-        const QPoint baseLine(box.left() + (box.width() - lines[k].width) / 2,
-                              top + k * metrics.lineSpacing + metrics.ascent);
+        const int lineTop = top + k * metrics.lineSpacing;
+        const QPoint baseLine(box.left() + (box.width() - lines[k].width) / 2, lineTop + metrics.ascent);
         block.lines.append({lines[k].text, baseLine});
         // With the ink: signs of a fallback font can be taller than the line.
         block.bounds |=
-            QRect(baseLine.x(), top + k * metrics.lineSpacing, qMax(1, lines[k].width), metrics.height) |
+            QRect(baseLine.x(), lineTop, qMax(1, lines[k].width), metrics.height) |
             fontMetrics.tightBoundingRect(lines[k].text).translated(baseLine).adjusted(-1, -1, 1, 1);
     }
     block.bounds &= QRect(QPoint(0, 0), canvas);
     return block;
 }
 
-void DrawFreeText(QPainter& painter, const ScreenState& state, const QRect& region) {
+}  // namespace
+
+FreeTextBlock LayOutFreeText(const ScreenState& state) {
     if (!state.custom || state.layout.freeText.isEmpty()) {
-        return;
+        return {};
     }
-    const FreeTextBlock block = LayOutFreeText(state);
-    if (!block.bounds.intersects(region)) {
+    const QString text = VisibleText(state);
+    if (text.trimmed().isEmpty()) {
+        return {};
+    }
+    const QRect box = RowBox(state, MetricsOf(FreeTextPixelSize(state.layout.sizeIndex)));
+    FreeTextBlock block = LayOutIn(state, text, box);
+    // A text that would lie over the values beside it keeps between them, on more lines. These may reach the
+    // slots of the next row too; two rounds are as many as there are rows of side slots.
+    for (int round = 0; round < 2; ++round) {
+        const QRect between = BetweenSideSlots(state, box, block.bounds);
+        if (block.bounds.left() >= between.left() && block.bounds.right() <= between.right()) {
+            break;
+        }
+        block = LayOutIn(state, text, between);
+    }
+    return block;
+}
+
+void DrawFreeText(QPainter& painter, const FreeTextBlock& block, const QRect& region) {
+    if (block.lines.isEmpty() || !block.bounds.intersects(region)) {
         return;
     }
     painter.save();

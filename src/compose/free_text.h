@@ -32,6 +32,6 @@ struct FreeTextBlock {
 FreeTextBlock LayOutFreeText(const ScreenState& state);
 
 // Draws it where it reaches into region (canvas pixels).
-void DrawFreeText(QPainter& painter, const ScreenState& state, const QRect& region);
+void DrawFreeText(QPainter& painter, const FreeTextBlock& block, const QRect& region);
 
 }  // namespace kivo

@@ -10,6 +10,8 @@ namespace {
 
 constexpr int kSmallPixelSize = kBasePixelSize * 3 / 5;  // dates and captions
 constexpr int kTdpMainValue = 26;
+constexpr int kSmallestPlainSize = 14;    // rectangles of somebody's own are not obeyed below that
+constexpr int kTimeDateGap = 2;           // kept free between a time and the date in the same slot
 constexpr int kCustomCaptionHeight = 16;  // of the line under a slot, in canvas pixels
 constexpr int kCustomCaptionGrow = 10;    // a caption may be that much wider than its slot on each side
 constexpr int kTileCaptionMargin = 2;     // kept free between a tile's caption and the tile's right edge
@@ -46,6 +48,31 @@ int ThemeDateSize(const ScreenState& state) {
     return Scaled(kSmallPixelSize, narrow ? 1.3 : 1.5);
 }
 
+// One size for all plain values of a theme: the largest at which their usual texts fit all their rectangles.
+// A size chosen for each text alone would jump between 99 and 100 %, and stand beside another size on the
+// next card.
+int PlainValueSize(const ScreenState& state) {
+    const auto fits = [&state](int item, const QRect& rect, const LineMetrics& line) {
+        const bool russianPower = item == CpuPower && state.language == InterfaceLanguage::Russian;
+        const int width = russianPower ? line.russianPowerWidth : line.valueWidth[size_t(item)];
+        const int baseLine = BaseLine(rect, line, TextAlign::Centre);
+        return width <= rect.width() && baseLine - line.valueAbove >= rect.top() &&
+               baseLine + line.valueBelow - 1 <= rect.bottom();
+    };
+    int size = kBasePixelSize;
+    for (int item = CpuTemperature; item <= FanSpeed; ++item) {
+        const QRect rect = state.layout.textRect[size_t(item)];
+        if (item == Time || item == Date || IsEmphasised(state, item) || !IsShown(state, item) ||
+            rect.isEmpty()) {
+            continue;
+        }
+        while (size > kSmallestPlainSize && !fits(item, rect, MetricsOf(size))) {
+            --size;
+        }
+    }
+    return size;
+}
+
 int ThemeValueSize(const ScreenState& state, int item) {
     if (item == Time) {
         return ThemeTimeSize(state);
@@ -54,7 +81,7 @@ int ThemeValueSize(const ScreenState& state, int item) {
         return ThemeDateSize(state);
     }
     if (!IsEmphasised(state, item)) {
-        return kBasePixelSize;
+        return PlainValueSize(state);
     }
     if (state.theme == Theme::Tdp) {
         return kTdpMainValue;
@@ -145,7 +172,9 @@ void LayOutCustom(const ScreenState& state, const ItemTexts& texts, QVector<Text
     for (int slot = 0; slot < kSlotCount; ++slot) {
         const int item = state.slotItems[size_t(slot)];
         // The free text stands in its row, not in a slot.
-        if (item < CpuTemperature || item > FanSpeed || !IsShown(state, item)) {
+        // A kind that stands twice in a damaged table is drawn once, where its updates go.
+        if (item < CpuTemperature || item > FanSpeed || !IsShown(state, item) ||
+            SlotOf(state, item) != slot) {
             continue;
         }
         const QRect whole = SlotRect(slot, state.orientation);
@@ -160,7 +189,7 @@ void LayOutCustom(const ScreenState& state, const ItemTexts& texts, QVector<Text
         };
         if (item == Time && TimeSlotHoldsDate(state)) {
             const int above = rect.height() * 3 / 5;
-            runs.append(value(Time, rect.adjusted(0, 0, 0, above - rect.height())));
+            runs.append(value(Time, rect.adjusted(0, 0, 0, above - kTimeDateGap - rect.height())));
             runs.append(value(Date, rect.adjusted(0, above, 0, 0)));
             continue;
         }
@@ -239,10 +268,13 @@ void DrawTexts(QPainter& painter, const QVector<TextRun>& runs, const QRect& reg
     }
 }
 
-void DrawPanelTexts(QPainter& painter, const ScreenState& state, const QVector<TextRun>& runs,
-                    const QRect& region) {
-    DrawTexts(painter, runs, region);
-    DrawFreeText(painter, state, region);
+PanelTexts LayOutPanelTexts(const ScreenState& state, const ItemTexts& texts) {
+    return {LayOutTexts(state, texts), LayOutFreeText(state)};
+}
+
+void DrawPanelTexts(QPainter& painter, const PanelTexts& texts, const QRect& region) {
+    DrawTexts(painter, texts.runs, region);
+    DrawFreeText(painter, texts.freeText, region);
 }
 
 }  // namespace kivo

@@ -4,11 +4,11 @@
 // frame, the live update and the editor's magnified preview all go through these two, so they cannot
 // disagree. Pure; any thread.
 
-#include <QColor>
 #include <QRect>
 #include <QString>
 #include <QVector>
 
+#include "compose/free_text.h"
 #include "compose/panel_text.h"
 #include "compose/screen_state.h"
 
@@ -36,9 +36,15 @@ QVector<TextRun> LayOutTexts(const ScreenState& state, const ItemTexts& texts);
 // Draws, in white, the runs that reach into region (canvas pixels).
 void DrawTexts(QPainter& painter, const QVector<TextRun>& runs, const QRect& region);
 
-// Runs and free text of a state, in the order in which they lie over each other.
-void DrawPanelTexts(QPainter& painter, const ScreenState& state, const QVector<TextRun>& runs,
-                    const QRect& region);
+// All that is written on a panel.
+struct PanelTexts {
+    QVector<TextRun> runs;
+    FreeTextBlock freeText;
+};
+PanelTexts LayOutPanelTexts(const ScreenState& state, const ItemTexts& texts);
+
+// Draws them in the order in which they lie over each other, where they reach into region (canvas pixels).
+void DrawPanelTexts(QPainter& painter, const PanelTexts& texts, const QRect& region);
 
 // Whether an update of the item goes to the panel as two halves of its rectangle. Its text then stays in the
 // part that both halves cover (EvenPart), so that nothing is left behind at an odd edge.

@@ -14,8 +14,8 @@ namespace kivo {
 
 struct LayoutRecord {
     // The trim frame over the background picture, in panel pixels: (xPt, yPt) is its upper left corner
-    // relative to the untrimmed view, xZoom and yZoom how much narrower and lower it is than the panel. All
-    // 0: untrimmed.
+    // relative to the untrimmed view, xZoom and yZoom how much narrower and lower it is than the panel. It
+    // has the panel's shape, so the larger of the two, the long side's, decides. All 0: untrimmed.
     int xPt = 0;
     int yPt = 0;
     int xZoom = 0;

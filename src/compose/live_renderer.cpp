@@ -4,7 +4,6 @@
 #include <QPainter>
 #include <QtMath>
 
-#include "compose/free_text.h"
 #include "compose/rgb565.h"
 
 namespace kivo {
@@ -71,15 +70,15 @@ QVector<QRect> Parts(const ScreenState& state, const TextRun& run, bool firstTim
 // The region and all texts that reach into it, with a pixel to spare. A glyph that the edge of a picture cuts
 // is blended by another rule than a whole one, off by the last bit, so it has to be as whole here as in the
 // whole frame.
-QRect WholeTextsAround(const ScreenState& state, const QVector<TextRun>& runs, const QRect& region) {
+QRect WholeTextsAround(const PanelTexts& texts, const QRect& region) {
     QRect around = region;
-    for (const TextRun& run : runs) {
+    for (const TextRun& run : texts.runs) {
         if (run.rect.intersects(region)) {
             around |= run.rect;
         }
     }
-    if (const QRect freeText = LayOutFreeText(state).bounds; freeText.intersects(region)) {
-        around |= freeText;
+    if (texts.freeText.bounds.intersects(region)) {
+        around |= texts.freeText.bounds;
     }
     return around.adjusted(-1, -1, 1, 1);
 }
@@ -130,8 +129,8 @@ LiveUpdate RenderItem(const ScreenState& state, const QImage& background, const 
     if (item < 0 || item >= kLiveValueCount || !IsUpdateSent(state, item, texts[size_t(item)] != former)) {
         return update;
     }
-    const QVector<TextRun> runs = LayOutTexts(state, texts);
-    const QVector<QRect> rects = SendRects(state, runs, item, former.isNull());
+    const PanelTexts laidOut = LayOutPanelTexts(state, texts);
+    const QVector<QRect> rects = SendRects(state, laidOut.runs, item, former.isNull());
     QRect region;
     for (const QRect& rect : rects) {
         region |= rect;
@@ -139,19 +138,19 @@ LiveUpdate RenderItem(const ScreenState& state, const QImage& background, const 
     if (region.isEmpty()) {
         return update;
     }
-    for (const TextRun& run : runs) {
+    for (const TextRun& run : laidOut.runs) {
         if (run.rect.intersects(region)) {
             update.drawnItems |= 1U << run.item;
         }
     }
     // Only this part of the canvas is rebuilt; everything that reaches into it is drawn, in the order of a
     // whole frame.
-    const QRect around = WholeTextsAround(state, runs, region);
+    const QRect around = WholeTextsAround(laidOut, region);
     QImage part = background.copy(around);
     {
         QPainter painter(&part);
         painter.translate(-around.topLeft());
-        DrawPanelTexts(painter, state, runs, region);
+        DrawPanelTexts(painter, laidOut, region);
     }
     for (const QRect& rect : rects) {
         // A rectangle of somebody's own settings may be larger than a report even in columns; it keeps its

@@ -63,9 +63,9 @@ ScreenState LiveScreen::Applied() const {
 
 ItemTexts LiveScreen::ShownTexts() const {
     const std::lock_guard<std::mutex> lock(m_mutex);
-    ItemTexts texts = m_texts;
+    ItemTexts texts = m_shown;
     for (int item = 0; item < kLiveValueCount; ++item) {
-        if (!IsShown(*m_applied, item)) {
+        if (!HasPlace(*m_applied, item)) {
             texts[size_t(item)].clear();
         }
     }
@@ -77,7 +77,13 @@ QImage LiveScreen::MakeBackground(const ScreenState& state) {
 }
 
 bool LiveScreen::ComposeWholeFrame() {
-    const ScreenState state = Chosen();
+    const std::lock_guard<std::mutex> one(m_composeMutex);
+    ScreenState state;
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        m_composing = true;
+        state = m_chosen;
+    }
     const QImage background = MakeBackground(state);
     m_backgrounds.Save(background);
     ItemTexts texts;
@@ -87,21 +93,30 @@ bool LiveScreen::ComposeWholeFrame() {
     const QImage frame = ComposeFrame(state, background, texts);
     const QByteArray pixels = WirePixels(frame, frame.rect(), state.orientation);
     if (!m_transfers.SendWholeImage(Bytes(pixels), kReportId)) {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        m_keptBackground = m_appliedBackground;
+        m_composing = false;
         return false;
     }
-    ApplyComposedState(state, texts);
+    ApplyComposedState(state, background, texts);
     m_transfers.SendOrientation(int(state.orientation));
     return true;
 }
 
-void LiveScreen::ApplyComposedState(const ScreenState& state, const ItemTexts& texts) {
+void LiveScreen::ApplyComposedState(const ScreenState& state, const QImage& background,
+                                    const ItemTexts& texts) {
     const std::lock_guard<std::mutex> lock(m_mutex);
     m_applied = std::make_shared<const ScreenState>(state);
+    m_appliedBackground = background;
+    m_keptBackground = QImage();
     m_texts = texts;
+    m_shown = texts;
     m_previous = PlaceholderTexts();
+    m_composing = false;
 }
 
 void LiveScreen::RestoreBackground() {
+    const std::lock_guard<std::mutex> one(m_composeMutex);
     if (!m_backgrounds.Exists()) {
         m_backgrounds.Save(MakeBackground(Applied()));
     }
@@ -113,9 +128,14 @@ void LiveScreen::RenderLiveItem(const QString& text, int item) {
     }
     DrawnUpdate asked;
     QString former;
+    QImage background;
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
+        if (m_composing) {
+            return;
+        }
         asked.state = m_applied;
+        background = m_keptBackground;
         former = m_previous[size_t(item)];
         m_texts[size_t(item)] = text;
         m_previous[size_t(item)] = text;
@@ -126,7 +146,9 @@ void LiveScreen::RenderLiveItem(const QString& text, int item) {
     if (!IsUpdateSent(state, item, text != former)) {
         return;
     }
-    const QImage background = m_backgrounds.Load(state.orientation);
+    if (background.isNull()) {
+        background = m_backgrounds.Load(state.orientation);
+    }
     asked.background = background.cacheKey();
     asked.firstTime = former.isNull();
     QVector<Cut> cuts;
@@ -139,9 +161,16 @@ void LiveScreen::RenderLiveItem(const QString& text, int item) {
         }
         cuts = drawn.update.cuts;
     }
+    bool taken = !cuts.isEmpty();
     for (const Cut& cut : cuts) {
         const QRect wire = WireRect(cut.canvasRect, state.orientation);
-        m_transfers.SendAreaImageWithPos(Bytes(cut.pixels), wire.x(), wire.y(), wire.width(), wire.height());
+        taken = m_transfers.SendAreaImageWithPos(Bytes(cut.pixels), wire.x(), wire.y(), wire.width(),
+                                                 wire.height()) &&
+                taken;
+    }
+    if (taken) {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        m_shown[size_t(item)] = text;
     }
 }
 

@@ -22,7 +22,8 @@ namespace kivo {
 
 class Transfers;
 
-// What each item is taken to have shown after a whole frame: nothing a live text can equal.
+// What each item is taken to have shown after a whole frame, so that its next text counts as a change. (A
+// time of 00:00 equals its placeholder; times are sent whether they changed or not.)
 const ItemTexts& PlaceholderTexts();
 
 class LiveScreen final : public LiveItemRenderer {
@@ -40,11 +41,13 @@ public:
     void SetChosen(const ScreenState& state);
     ScreenState Chosen() const;
     ScreenState Applied() const;
-    ItemTexts ShownTexts() const;  // on the panel now; empty for an item that is not shown
+    ItemTexts ShownTexts() const;  // that the panel has taken; empty for an item that has no place on it
 
     // Composes the chosen state with the texts of this moment, saves its background, uploads the frame and,
     // when that went well, makes the state the applied one and tells the panel its orientation. False when
-    // the panel did not take the frame; applied state and texts are then as before. One call at a time.
+    // the panel did not take the frame; applied state and texts are then as before, and live values go on
+    // over the applied background. While it runs, live updates are left out: who keeps a refresh thread
+    // running meanwhile makes it forget what it sent.
     bool ComposeWholeFrame();
 
     // Composes the background again, without sending, where the saved one is missing.
@@ -58,7 +61,7 @@ public:
     void ForgetDrawnTexts();
 
 private:
-    void ApplyComposedState(const ScreenState& state, const ItemTexts& texts);
+    void ApplyComposedState(const ScreenState& state, const QImage& background, const ItemTexts& texts);
     QImage MakeBackground(const ScreenState& state);
 
     // An update as it was drawn last. Time and date are sent in every round though they change once a minute
@@ -75,12 +78,18 @@ private:
     Transfers& m_transfers;
     BackgroundStore& m_backgrounds;
     const ValueText m_valueText;
-    SkinCache m_skins;  // of the composing thread
+    std::mutex m_composeMutex;  // one composing thread at a time
+    SkinCache m_skins;
 
     mutable std::mutex m_mutex;
+    bool m_composing = false;
     ScreenState m_chosen;
     std::shared_ptr<const ScreenState> m_applied;
-    ItemTexts m_texts;     // on the panel now
+    QImage
+        m_keptBackground;  // of the applied state, where the saved one belongs to a frame that was not taken
+    QImage m_appliedBackground;
+    ItemTexts m_texts;     // handed over last
+    ItemTexts m_shown;     // taken by the panel
     ItemTexts m_previous;  // what a new text is compared with; null where the item was never drawn
 
     std::mutex m_drawnMutex;

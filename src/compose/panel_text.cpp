@@ -50,6 +50,16 @@ LineMetrics Measure(int pixelSize) {
     const QRect ink = metrics.tightBoundingRect(QStringLiteral("0123456789%℃wВт:.年月日-"));
     line.inkAbove = -ink.top();
     line.inkBelow = qMax(0, ink.bottom() + 1);
+    // A temperature of three digits is so rare that it may be drawn smaller than the rest.
+    line.valueWidth[CpuTemperature] = metrics.horizontalAdvance(QStringLiteral("99℃"));
+    line.valueWidth[CpuUsage] = metrics.horizontalAdvance(QStringLiteral("100%"));
+    line.valueWidth[MemoryUsage] = line.valueWidth[CpuUsage];
+    line.valueWidth[CpuPower] = metrics.horizontalAdvance(QStringLiteral("125w"));
+    line.valueWidth[FanSpeed] = metrics.horizontalAdvance(QStringLiteral("3500"));
+    line.russianPowerWidth = metrics.horizontalAdvance(QStringLiteral("125Вт"));
+    const QRect valueInk = metrics.tightBoundingRect(QStringLiteral("0123456789%℃wВт"));
+    line.valueAbove = -valueInk.top();
+    line.valueBelow = qMax(0, valueInk.bottom() + 1);
     line.colonWidth = metrics.horizontalAdvance(QLatin1Char(':'));
     line.equalDigits = !KernsDigits(PanelFont(pixelSize));
     for (char digit = '0'; digit <= '9'; ++digit) {
@@ -58,13 +68,6 @@ LineMetrics Measure(int pixelSize) {
         line.digitWidth = qMax(line.digitWidth, width);
     }
     return line;
-}
-
-int BaseLine(const QRect& rect, const LineMetrics& line, TextAlign align) {
-    if (align != TextAlign::Centre && line.height <= rect.height()) {
-        return rect.top() + line.ascent;
-    }
-    return rect.top() + (rect.height() + line.digitHeight) / 2;
 }
 
 // Whether the ink stays between the rectangle's top and bottom. The font-wide extents answer for most texts;
@@ -113,6 +116,13 @@ void ForgetLineMetrics() {
     MetricsCache* cache = metricsCache();
     const QMutexLocker lock(&cache->mutex);
     cache->bySize.clear();
+}
+
+int BaseLine(const QRect& rect, const LineMetrics& line, TextAlign align) {
+    if (align != TextAlign::Centre && line.height <= rect.height()) {
+        return rect.top() + line.ascent;
+    }
+    return rect.top() + (rect.height() + line.digitHeight) / 2;
 }
 
 FittedLine FitLine(const QString& text, int pixelSize, const QRect& rect, TextAlign align) {

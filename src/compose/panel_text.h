@@ -8,6 +8,9 @@
 #include <QPoint>
 #include <QRect>
 #include <QString>
+#include <array>
+
+#include "telemetry/live_value.h"
 
 namespace kivo {
 
@@ -26,6 +29,12 @@ struct LineMetrics {
         0;             // ink of the digits: what centring goes by, so that all texts of a size share a line
     int inkAbove = 0;  // ink of anything a value can hold
     int inkBelow = 0;
+    // Advance of the widest text that each value usually has, by live-value index; the power's in Russian
+    // too.
+    std::array<int, kLiveValueCount> valueWidth{};
+    int russianPowerWidth = 0;
+    int valueAbove = 0;  // ink of such a text
+    int valueBelow = 0;
     int digitWidth = 0;  // advance of the widest digit
     int colonWidth = 0;
     bool equalDigits = false;  // all ten digits are equally wide: a new time moves none of its neighbours
@@ -40,6 +49,9 @@ enum class TextAlign {
     Top,      // horizontally centred, from the top where the font's line fits the rectangle, else centred
     TopLeft,  // the same from the left edge
 };
+
+// Where a line of that size stands in a rectangle.
+int BaseLine(const QRect& rect, const LineMetrics& line, TextAlign align);
 
 // A text as it can be drawn inside its rectangle: smaller where it is too large, elided where that is not
 // enough.

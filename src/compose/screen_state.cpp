@@ -37,6 +37,10 @@ bool IsShown(const ScreenState& state, int item) {
     if (item < 0 || item >= kLiveValueCount) {
         return false;
     }
+    // The scene theme is the picture and the hour, whatever else its layout ticks.
+    if (!state.custom && state.theme == Theme::Scene && item != Time && item != Date) {
+        return false;
+    }
     return (state.custom && state.variant != 0 ? state.layout.selected : state.layout.shown)[size_t(item)];
 }
 
@@ -50,6 +54,13 @@ int SlotOf(const ScreenState& state, int item) {
         return SlotHolding(state, Time);
     }
     return SlotHolding(state, item);
+}
+
+bool HasPlace(const ScreenState& state, int item) {
+    if (!IsShown(state, item)) {
+        return false;
+    }
+    return state.custom ? SlotOf(state, item) != kEmptySlot : !state.layout.textRect[size_t(item)].isEmpty();
 }
 
 QString PicturePath(const ScreenState& state) {

@@ -43,6 +43,9 @@ bool IsShown(const ScreenState& state, int item);
 // the time has no slot of its own: it stands in the time's.
 int SlotOf(const ScreenState& state, int item);
 
+// Whether the item is drawn anywhere: its flag is set and the layout has a place for it.
+bool HasPlace(const ScreenState& state, int item);
+
 // Whether the time's slot holds the date too.
 bool TimeSlotHoldsDate(const ScreenState& state);
 

@@ -7,6 +7,11 @@ namespace kivo {
 
 namespace {
 
+// A rectangle that is missing is none; one that is there but makes no sense is the factory's.
+QRect LoadRect(const SettingsReader& settings, const QString& key, const QRect& factory) {
+    return settings.Contains(key) ? settings.Rect(key, factory) : QRect();
+}
+
 // An item whose text would stand off the panel is put back where the factory has it.
 QRect PlaceOnCanvas(const QRect& rect, const QRect& factory, Orientation orientation) {
     const QRect canvas(QPoint(0, 0), CanvasSize(orientation));
@@ -21,14 +26,21 @@ LayoutRecord LoadLayout(const SettingsReader& settings, const QString& group, co
     record.yPt = number(keys::kYPt);
     record.xZoom = number(keys::kXZoom);
     record.yZoom = number(keys::kYZoom);
-    record.highlight = number(keys::kHighlight);
+    SettingKey highlight = keys::kHighlight;
+    const QString highlightKey = GroupKey(group, highlight);
+    if (settings.Contains(highlightKey)) {
+        highlight.defaultInt = factory.highlight;
+        highlight.notANumber = factory.highlight;
+    }
+    record.highlight = settings.Int(highlightKey, highlight);
     for (int n = 0; n < kLiveValueCount; ++n) {
         const auto item = size_t(n);
         record.shown[item] = settings.Int(ItemKey(group, keys::kShow, n), keys::kShow) != 0;
         record.selected[item] = settings.Int(ItemKey(group, keys::kShow2, n), keys::kShow2) != 0;
-        record.tile[item] = settings.Rect(ItemKey(group, keys::kShowRect, n));
-        record.textRect[item] = PlaceOnCanvas(settings.Rect(ItemKey(group, keys::kShowStringRect, n)),
-                                              factory.textRect[item], orientation);
+        record.tile[item] = LoadRect(settings, ItemKey(group, keys::kShowRect, n), factory.tile[item]);
+        record.textRect[item] = PlaceOnCanvas(
+            LoadRect(settings, ItemKey(group, keys::kShowStringRect, n), factory.textRect[item]),
+            factory.textRect[item], orientation);
         record.sample[item] = settings.Text(ItemKey(group, keys::kString, n));
         if (const QString sample = SampleOverride(n, language); !sample.isNull()) {
             record.sample[item] = sample;

@@ -1,5 +1,6 @@
 #include "device/report_log.h"
 
+#include <QFileInfo>
 #include <QLoggingCategory>
 #include <QtEndian>
 #include <algorithm>
@@ -42,12 +43,14 @@ ReportLogHidApi::ReportLogHidApi(HidApi& inner, const QString& fileName) : m_inn
 }
 
 void ReportLogHidApi::OpenLog() {
-    // Unbuffered: a record is one write, and what was logged is in the file when the program dies.
-    constexpr QIODevice::OpenMode kMode = QIODevice::ReadWrite | QIODevice::Append | QIODevice::Unbuffered;
-    const bool fresh = m_file.size() == 0;
+    const QFileInfo info(m_file.fileName());
+    // A pipe would hold the program up until somebody reads it.
+    if (info.exists() && !info.isFile())
+        return GiveUp(QStringLiteral("it is not a regular file"));
+    const bool fresh = info.size() == 0;
     if (!fresh) {
         ReportLogReader former(m_file.fileName());
-        while (former.Next()) {
+        while (former.Skip()) {
         }
         // A program that died in the middle of a record leaves half of it; what follows could not be read.
         if (former.Error() == CutShort())
@@ -55,7 +58,8 @@ void ReportLogHidApi::OpenLog() {
         else if (!former.Error().isEmpty())
             return GiveUp(former.Error());
     }
-    if (!m_file.open(fresh ? QIODevice::WriteOnly | QIODevice::Append | QIODevice::Unbuffered : kMode))
+    // Unbuffered: a record is one write, and what was logged is in the file when the program dies.
+    if (!m_file.open(QIODevice::WriteOnly | QIODevice::Append | QIODevice::Unbuffered))
         return GiveUp(m_file.errorString());
     if (fresh && m_file.write(kMagic, kMagicBytes) != kMagicBytes)
         return GiveUp(m_file.errorString());
@@ -134,33 +138,41 @@ ReportLogReader::ReportLogReader(const QString& fileName) : m_file(fileName) {
         m_wholeBytes = kMagicBytes;
 }
 
-std::optional<LoggedReport> ReportLogReader::Next() {
+std::optional<ReportLogReader::Header> ReportLogReader::NextHeader() {
     if (!m_error.isEmpty())
         return std::nullopt;
-    const QByteArray header = m_file.read(kHeaderBytes);
-    if (header.isEmpty())
+    const QByteArray bytes = m_file.read(kHeaderBytes);
+    if (bytes.isEmpty())
         return std::nullopt;
-    if (header.size() < kHeaderBytes) {
+    if (bytes.size() < kHeaderBytes) {
         m_error = CutShort();
         return std::nullopt;
     }
-    const auto length = qFromLittleEndian<quint32>(header.constData() + kLengthAt);
-    const auto kind = qFromLittleEndian<quint32>(header.constData() + kKindAt);
+    const auto length = qFromLittleEndian<quint32>(bytes.constData() + kLengthAt);
+    const auto kind = qFromLittleEndian<quint32>(bytes.constData() + kKindAt);
     if (length > kLongestReport || kind > static_cast<quint32>(LoggedKind::FeatureReport)) {
         m_error = QStringLiteral("the record at byte %1 is damaged").arg(m_wholeBytes);
         return std::nullopt;
     }
-    LoggedReport report;
-    report.kind = static_cast<LoggedKind>(kind);
-    report.result = qFromLittleEndian<qint32>(header.constData() + kResultAt);
-    report.nanoseconds = qFromLittleEndian<quint64>(header.constData() + kTimeAt);
-    report.bytes = m_file.read(length);
-    if (report.bytes.size() < static_cast<int>(length)) {
+    if (m_file.size() - m_file.pos() < static_cast<qint64>(length)) {
         m_error = CutShort();
         return std::nullopt;
     }
-    m_wholeBytes += kHeaderBytes + report.bytes.size();
-    return report;
+    m_wholeBytes += kHeaderBytes + static_cast<qint64>(length);
+    return Header{length, static_cast<LoggedKind>(kind),
+                  qFromLittleEndian<qint32>(bytes.constData() + kResultAt),
+                  qFromLittleEndian<quint64>(bytes.constData() + kTimeAt)};
+}
+
+std::optional<LoggedReport> ReportLogReader::Next() {
+    const std::optional<Header> header = NextHeader();
+    if (!header)
+        return std::nullopt;
+    return LoggedReport{header->kind, header->result, header->nanoseconds, m_file.read(header->length)};
+}
+
+bool ReportLogReader::Skip() {
+    return NextHeader() && m_file.seek(m_wholeBytes);
 }
 
 }  // namespace kivo

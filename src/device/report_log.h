@@ -65,6 +65,9 @@ public:
     // The next record; none at the end of the log or after an error.
     std::optional<LoggedReport> Next();
 
+    // Passes over the next record without reading its report. False as Next is empty.
+    bool Skip();
+
     // Empty while all is well, else one sentence: the file cannot be read, is no report log, ends inside a
     // record.
     const QString& Error() const { return m_error; }
@@ -73,6 +76,14 @@ public:
     qint64 WholeBytes() const { return m_wholeBytes; }
 
 private:
+    struct Header {
+        quint32 length;
+        LoggedKind kind;
+        qint32 result;
+        quint64 nanoseconds;
+    };
+    std::optional<Header> NextHeader();
+
     QFile m_file;
     QString m_error;
     qint64 m_wholeBytes = 0;

@@ -51,10 +51,14 @@ Transfers::Transfers(ScreenSession& session, Clock clock, Pause pause)
     }
 }
 
+SharedScreenHandle Transfers::Open() {
+    return m_stopped ? SharedScreenHandle() : m_session.OpenForTransfer();
+}
+
 bool Transfers::SendAreaImageWithPos(const quint8* pixels, int x, int y, int width, int height) {
     if (wholeFrameBusy() != 0)
         return false;
-    const SharedScreenHandle handle = m_session.OpenForTransfer();
+    const SharedScreenHandle handle = Open();
     if (!handle)
         return false;
     const AreaReport report = BuildAreaReport(pixels, x, y, width, height);
@@ -76,7 +80,7 @@ bool Transfers::SendWholeImage(const quint8* frame, quint8 reportId) {
     // After the flag: no new area gets in, so the wait is for those already writing only.
     const std::unique_lock gate(m_areaGateMutex);
     bool sent = false;
-    if (const SharedScreenHandle handle = m_session.OpenForTransfer())
+    if (const SharedScreenHandle handle = Open())
         sent = WriteChunks(*handle, frame, reportId);
     m_wholeFrameBusy = 0;
     return sent;
@@ -85,14 +89,14 @@ bool Transfers::SendWholeImage(const quint8* frame, quint8 reportId) {
 bool Transfers::WriteChunks(ScreenHandle& handle, const quint8* frame, quint8 reportId) {
     for (int number = 1; number <= kChunkCount; ++number) {
         const ChunkReport report = BuildChunkReport(frame, number, reportId);
-        if (handle.Write(report.data(), report.size()) < 0)
+        if (m_stopped || handle.Write(report.data(), report.size()) < 0)
             return false;
     }
     return true;
 }
 
 bool Transfers::SendRawReport(const quint8* message, int length) {
-    const SharedScreenHandle handle = m_session.OpenForTransfer();
+    const SharedScreenHandle handle = Open();
     if (!handle)
         return false;
     const CommandReport report = BuildCommandReport(message, length);

@@ -1,8 +1,8 @@
 #pragma once
 
 // Every transfer to the screen. Each opens the data path, writes and closes; the screen never answers. Any
-// function may be called on any thread. With no screen they return quietly; a failed write gives one line in
-// the debug log.
+// function may be called on any thread. With no screen they return quietly. A failed write gives one line in
+// the debug log, but for whole frames and short commands, which say so by their result.
 
 #include <QImage>
 #include <QTime>
@@ -55,15 +55,21 @@ public:
     // 0, or -1 for a null handle or a failure.
     static int SendFeature(const SharedScreenHandle& handle, const quint8* data, std::size_t length);
 
+    // From now on no transfer begins any more, and a whole frame is left at its next chunk: the program ends,
+    // and a screen that hangs must not hold it up for longer than the write it is in.
+    void StopTransfers() { m_stopped = true; }
+
     // 1 for the whole duration of SendWholeImage.
     quint8 wholeFrameBusy() const { return m_wholeFrameBusy.load(); }
 
 private:
+    SharedScreenHandle Open();
     bool WriteChunks(ScreenHandle& handle, const quint8* frame, quint8 reportId);
 
     ScreenSession& m_session;
     Clock m_clock;
     Pause m_pause;
+    std::atomic<bool> m_stopped{false};
     std::atomic<quint8> m_wholeFrameBusy{0};
     std::mutex m_uploadMutex;           // one whole frame at a time
     std::shared_mutex m_areaGateMutex;  // shared by area writes, held alone by a whole frame

@@ -85,8 +85,11 @@ int VirtualHidApi::Write(HidHandle* handle, const quint8* data, std::size_t leng
     }
 
     const PanelReport report = m_decoder.Decode(data, length);
-    if (report.kind == PanelReportKind::Chunk)
-        m_frameHandle = m_decoder.FrameInProgress() ? open : nullptr;
+    // A refused chunk belongs to the frame too: who sends one and closes has given up on it.
+    if (!m_decoder.FrameInProgress())
+        m_frameHandle = nullptr;
+    else if (m_frameHandle == nullptr)
+        m_frameHandle = open;
     lock.unlock();
     Notify(report.changedPicture ? VirtualScreenEvent::Picture : VirtualScreenEvent::Report);
     return static_cast<int>(length);

@@ -1,6 +1,7 @@
 #include <QtTest>
 
 #include "app/command_line.h"
+#include "app/display.h"
 
 using namespace kivo;
 
@@ -13,6 +14,8 @@ private Q_SLOTS:
     void RefusesBadArguments_data();
     void RefusesBadArguments();
     void ShowsHelpAndVersion();
+    void WithoutADisplayNoPlatformNeedsOne_data();
+    void WithoutADisplayNoPlatformNeedsOne();
 };
 
 namespace {
@@ -84,6 +87,21 @@ void TestCommandLine::ShowsHelpAndVersion() {
         QVERIFY2(help.text.contains(QLatin1String(option)), option);
     }
     QCOMPARE(int(Parse({QStringLiteral("--version")}).action), int(CommandLine::Action::ShowText));
+}
+
+void TestCommandLine::WithoutADisplayNoPlatformNeedsOne_data() {
+    QTest::addColumn<QByteArray>("asked");
+    QTest::addColumn<QByteArray>("used");
+    QTest::newRow("nothing said") << QByteArray() << QByteArray("offscreen");
+    QTest::newRow("an X server") << QByteArray("xcb") << QByteArray("offscreen");
+    QTest::newRow("a compositor") << QByteArray("wayland-egl") << QByteArray("offscreen");
+    QTest::newRow("a frame buffer") << QByteArray("linuxfb") << QByteArray("linuxfb");
+}
+
+void TestCommandLine::WithoutADisplayNoPlatformNeedsOne() {
+    QFETCH(QByteArray, asked);
+    QFETCH(QByteArray, used);
+    QCOMPARE(QByteArray(PlatformWithoutDisplay(asked.constData())), used);
 }
 
 QTEST_GUILESS_MAIN(TestCommandLine)

@@ -1,3 +1,4 @@
+#include <QSemaphore>
 #include <QtTest>
 
 #include "app/live_session.h"
@@ -19,6 +20,7 @@ private Q_SLOTS:
     void ScreenThatVanishesInTheFrame_data();
     void ScreenThatVanishesInTheFrame();
     void EndsWhileTheFirstFrameIsOnItsWay();
+    void DoesNotWaitForAScreenThatHangs();
     void SettingsAreSeededOnce();
     void NoiseInTheSettingsStillGivesAPicture_data();
     void NoiseInTheSettingsStillGivesAPicture();
@@ -32,6 +34,36 @@ bool WriteFile(const QString& path, const QByteArray& bytes) {
     QFile file(path);
     return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
 }
+
+// A screen whose writes hang once that is asked for.
+class HangingHidApi final : public HidApi {
+public:
+    explicit HangingHidApi(HidApi& inner) : m_inner(inner) {}
+    int Init() override { return m_inner.Init(); }
+    std::vector<HidDeviceInfo> Enumerate(quint16 vendor, quint16 product) override {
+        return m_inner.Enumerate(vendor, product);
+    }
+    HidHandle* OpenPath(const QByteArray& path) override { return m_inner.OpenPath(path); }
+    int Write(HidHandle* handle, const quint8* data, std::size_t length) override {
+        if (hang) {
+            entered.release();
+            letGo.acquire();
+        }
+        return m_inner.Write(handle, data, length);
+    }
+    int SendFeatureReport(HidHandle* handle, const quint8* data, std::size_t length) override {
+        return m_inner.SendFeatureReport(handle, data, length);
+    }
+    void Close(HidHandle* handle) override { m_inner.Close(handle); }
+    int Exit() override { return m_inner.Exit(); }
+
+    std::atomic<bool> hang{false};
+    QSemaphore entered;
+    QSemaphore letGo;
+
+private:
+    HidApi& m_inner;
+};
 
 int PixelsThatDiffer(const QImage& a, const QImage& b) {
     int count = 0;
@@ -115,8 +147,24 @@ void TestLiveSession::EndsWhileTheFirstFrameIsOnItsWay() {
         LiveSession session(panel, InterfaceLanguage::Chinese, kBin);
         session.Start();
     }
-    QCOMPARE(panel.State().counts.frames, quint64(1));
+    // It was asked to stop before it had measured the load.
+    QCOMPARE(panel.State().counts.frames, quint64(0));
     QCOMPARE(panel.OpenHandles(), 0);
+}
+
+void TestLiveSession::DoesNotWaitForAScreenThatHangs() {
+    VirtualHidApi panel;
+    HangingHidApi hid(panel);
+    LiveSession session(hid, InterfaceLanguage::Chinese, kBin);
+    QSignalSpy done(&session, &LiveSession::firstFrameDone);
+    session.Start();
+    QVERIFY(done.wait(20000));
+    hid.hang = true;
+    QVERIFY(hid.entered.tryAcquire(1, 10000));
+    QVERIFY(!session.Stop());
+    hid.hang = false;
+    hid.letGo.release();
+    QTRY_VERIFY(session.Stop());
 }
 
 void TestLiveSession::SettingsAreSeededOnce() {

@@ -54,6 +54,11 @@ private:
     const double m_percent;
 };
 
+std::atomic<int> stopLines{0};
+void CountStopLines(QtMsgType /*type*/, const QMessageLogContext& /*context*/, const QString& text) {
+    stopLines += text == QLatin1String("isStop.\n") ? 1 : 0;
+}
+
 // Everything a refresh thread needs, with values that stand still.
 struct Bench {
     VirtualHidApi panel;
@@ -62,13 +67,14 @@ struct Bench {
     int memoryLoad = 33;
     double cpuLoad = 42.9;
     LocalTime now{QDate(2026, 11, 21), QTime(9, 5)};
-    MetricSnapshot snapshot{InterfaceLanguage::Chinese,
-                            {[this] { return now; }, [this] { return memoryLoad; }}};
+    InterfaceLanguage language;
+    MetricSnapshot snapshot;
     Recorder recorder;
     std::atomic<LiveItemRenderer*> renderer{&recorder};
     std::unique_ptr<RefreshDataThread> thread;
 
-    Bench() {
+    explicit Bench(InterfaceLanguage spoken = InterfaceLanguage::Chinese)
+        : language(spoken), snapshot(spoken, {[this] { return now; }, [this] { return memoryLoad; }}) {
         session.InitDeviceTable();
         session.EnumerateScreens();
     }
@@ -78,7 +84,7 @@ struct Bench {
             RefreshDataThread::Parts{transfers,
                                      snapshot,
                                      renderer,
-                                     InterfaceLanguage::Chinese,
+                                     language,
                                      [this] { return std::make_unique<SteadyCounter>(cpuLoad); },
                                      {std::chrono::milliseconds(2), std::chrono::milliseconds(0)}});
         recorder.thread = thread.get();
@@ -104,6 +110,9 @@ class TestRefreshDataThread : public QObject {
 private Q_SLOTS:
     void FirstRoundHandsOverWhatDiffersFromItsSample();
     void SampleLookalikeWaitsForTheSecondRound();
+    void TimeAndDateGoOutThoughTheyLookLikeTheirSamples();
+    void RussianSamplesAreHeldBackToo();
+    void KnownLoadIsNotReplacedByTheFirstSample();
     void UnchangedValuesAreNotHandedOverAgain();
     void TimeAndDateGoOutInEveryRound();
     void EveryRoundSetsTheClock();
@@ -148,6 +157,35 @@ void TestRefreshDataThread::SampleLookalikeWaitsForTheSecondRound() {
             taken.indexOf({Date, QStringLiteral("2026.11.21")}));
 }
 
+void TestRefreshDataThread::TimeAndDateGoOutThoughTheyLookLikeTheirSamples() {
+    Bench bench;
+    bench.now = {QDate(2019, 12, 21), QTime(18, 46)};
+    bench.recorder.stopAt = Date;
+    bench.Begin();
+    QVERIFY(bench.thread->wait(5000));
+    QVERIFY(bench.recorder.Taken().contains({Time, QStringLiteral("18:46")}));
+    QVERIFY(bench.recorder.Taken().contains({Date, QStringLiteral("2019.12.21")}));
+}
+
+void TestRefreshDataThread::RussianSamplesAreHeldBackToo() {
+    Bench bench(InterfaceLanguage::Russian);
+    bench.snapshot.SetCpuPowClock(15, 60);  // the power's sample
+    bench.recorder.stopAt = FanSpeed;
+    bench.Begin();
+    QVERIFY(bench.thread->wait(5000));
+    QCOMPARE(bench.recorder.Count(CpuPower), 0);
+    QVERIFY(bench.recorder.Taken().contains({Date, QStringLiteral("21.11.2026")}));
+}
+
+void TestRefreshDataThread::KnownLoadIsNotReplacedByTheFirstSample() {
+    Bench bench;
+    bench.snapshot.SetCpuUsed(37);
+    bench.recorder.stopAt = FanSpeed;
+    bench.Begin();
+    QVERIFY(bench.thread->wait(5000));
+    QVERIFY(bench.recorder.Taken().contains({CpuUsage, QStringLiteral("37%")}));
+}
+
 void TestRefreshDataThread::UnchangedValuesAreNotHandedOverAgain() {
     Bench bench;
     bench.Begin();
@@ -186,9 +224,13 @@ void TestRefreshDataThread::EveryRoundSetsTheClock() {
 void TestRefreshDataThread::StopInARoundEndsBeforeTheNextValue() {
     Bench bench;
     bench.recorder.stopAt = MemoryUsage;
-    QTest::ignoreMessage(QtDebugMsg, "isStop.");
+    stopLines = 0;
+    const QtMessageHandler former = qInstallMessageHandler(CountStopLines);
     bench.Begin();
-    QVERIFY(bench.thread->wait(5000));
+    const bool ended = bench.thread->wait(5000);
+    qInstallMessageHandler(former);
+    QVERIFY(ended);
+    QCOMPARE(stopLines.load(), 1);
     QCOMPARE(bench.recorder.Taken().last().first, int(MemoryUsage));
     QCOMPARE(bench.Rounds(), quint64(1));
 }

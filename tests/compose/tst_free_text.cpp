@@ -21,7 +21,7 @@ ScreenState WithText(const QString& text, Orientation orientation, int row) {
 QImage Drawn(const ScreenState& state) {
     QImage image = NoisyCanvas(state.orientation);
     QPainter painter(&image);
-    DrawFreeText(painter, state, image.rect());
+    DrawFreeText(painter, LayOutFreeText(state), image.rect());
     return image;
 }
 
@@ -284,7 +284,7 @@ private slots:
         QImage image = NoisyCanvas(kLying);
         {
             QPainter painter(&image);
-            DrawFreeText(painter, state, QRect(0, bounds.bottom() + 1, 320, 20));
+            DrawFreeText(painter, LayOutFreeText(state), QRect(0, bounds.bottom() + 1, 320, 20));
         }
         QVERIFY(ChangedRect(image, NoisyCanvas(kLying)).isNull());
     }
@@ -299,7 +299,7 @@ private slots:
         QImage without = with;
         {
             QPainter painter(&with);
-            DrawPanelTexts(painter, state, LayOutTexts(state, texts), with.rect());
+            DrawPanelTexts(painter, LayOutPanelTexts(state, texts), with.rect());
         }
         {
             QPainter painter(&without);

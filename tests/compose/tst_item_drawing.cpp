@@ -50,15 +50,16 @@ private slots:
         constexpr auto s = Theme::Scene;
         constexpr auto t = Theme::Tdp;
         constexpr auto w = Theme::Time;
-        row("plain value", d, kLying, kChinese, CpuPower, 0, CpuTemperature, 18, 10);
-        row("plain value, style does not matter", d, kStanding, kRussian, CpuPower, 1, FanSpeed, 18, 10);
+        constexpr int kPlain = 0;  // see PlainValuesShareTheLargestSizeThatFits
+        row("plain value", d, kLying, kChinese, CpuPower, 0, CpuTemperature, kPlain, 10);
+        row("plain value, style does not matter", d, kStanding, kRussian, CpuPower, 1, FanSpeed, kPlain, 10);
         row("main power, landscape", d, kLying, kChinese, CpuPower, 0, CpuPower, 21, 12);
         row("main power, portrait", d, kStanding, kChinese, CpuPower, 0, CpuPower, 23, 13);
         row("main power stays small in English", d, kLying, kEnglish, CpuPower, 0, CpuPower, 18, 12);
         row("main power stays small in Russian", d, kStanding, kRussian, CpuPower, 0, CpuPower, 18, 13);
         row("main temperature", d, kLying, kChinese, CpuTemperature, 0, CpuTemperature, 25, 15);
         row("main temperature, English", d, kStanding, kEnglish, CpuTemperature, 0, CpuTemperature, 25, 15);
-        row("power beside another main value", d, kLying, kChinese, CpuTemperature, 0, CpuPower, 18, 10);
+        row("power beside another main value", d, kLying, kChinese, CpuTemperature, 0, CpuPower, kPlain, 10);
         row("plain time", d, kLying, kChinese, CpuPower, 0, Time, 18, 0);
         row("main time", d, kLying, kChinese, Time, 0, Time, 27, 0);
         row("plain date", d, kLying, kChinese, CpuPower, 0, Date, 10, 0);
@@ -76,16 +77,57 @@ private slots:
         row("TDP power in English", t, kLying, kEnglish, CpuPower, 0, CpuPower, 26, 12);
         row("TDP power in Russian", t, kStanding, kRussian, CpuPower, 0, CpuPower, 26, 13);
         row("TDP with another main value", t, kLying, kChinese, CpuUsage, 0, CpuUsage, 26, 15);
-        row("TDP plain value", t, kLying, kChinese, CpuPower, 0, MemoryUsage, 18, 10);
+        row("TDP plain value", t, kLying, kChinese, CpuPower, 0, MemoryUsage, kPlain, 10);
         row("TDP time", t, kLying, kChinese, CpuPower, 0, Time, 18, 0);
         row("TDP date", t, kStanding, kChinese, CpuPower, 0, Date, 10, 0);
         row("time theme: time", w, kLying, kChinese, Time, 0, Time, 27, 0);
         row("time theme: time, portrait", w, kStanding, kRussian, Time, 0, Time, 27, 0);
         row("time theme: date, landscape", w, kLying, kChinese, Time, 0, Date, 15, 0);
         row("time theme: date, portrait", w, kStanding, kChinese, Time, 0, Date, 13, 0);
-        row("time theme: value", w, kLying, kChinese, Time, 0, CpuPower, 18, 10);
+        row("time theme: value", w, kLying, kChinese, Time, 0, CpuPower, kPlain, 10);
         row("time theme: main temperature", w, kLying, kChinese, CpuTemperature, 0, CpuTemperature, 25, 15);
         row("time theme: main power", w, kStanding, kChinese, CpuPower, 0, CpuPower, 23, 13);
+    }
+    void PlainValuesShareTheLargestSizeThatFits() {
+        constexpr int kBase = 18;
+        constexpr int kSmallest = 14;
+        for (const NamedScreen& screen : AllThemeScreens()) {
+            ItemTexts usual{QStringLiteral("99℃"),
+                            QStringLiteral("100%"),
+                            QStringLiteral("100%"),
+                            QString(),
+                            QStringLiteral("125w"),
+                            QString(),
+                            QStringLiteral("3500"),
+                            QString(),
+                            QString()};
+            if (screen.state.language == InterfaceLanguage::Russian) {
+                usual[CpuPower] = QStringLiteral("125Вт");
+            }
+            int size = 0;
+            bool fits = true;
+            bool largerFits = true;
+            for (const TextRun& run : LayOutTexts(screen.state, usual)) {
+                const bool plain = run.role == TextRole::Value && run.item != Time && run.item != Date &&
+                                   run.item != screen.state.layout.highlight;
+                if (!plain) {
+                    continue;
+                }
+                QVERIFY2(size == 0 || run.pixelSize == size, screen.name.constData());
+                size = run.pixelSize;
+                const auto keeps = [&run](int pixelSize) {
+                    return FitLine(run.text, pixelSize, run.rect, run.align).pixelSize == pixelSize;
+                };
+                fits = fits && keeps(size);
+                largerFits = largerFits && keeps(size + 1);
+            }
+            if (size == 0) {
+                continue;  // the scene theme has none
+            }
+            QVERIFY2(size <= kBase && size >= kSmallest, screen.name.constData());
+            QVERIFY2(fits || size == kSmallest, screen.name.constData());
+            QVERIFY2(size == kBase || !largerFits, screen.name.constData());
+        }
     }
     void ThemeSizes() {
         QFETCH(Theme, theme);
@@ -102,7 +144,7 @@ private slots:
         const QVector<TextRun> runs = RunsOf(state);
         const TextRun* valueRun = Find(runs, item, TextRole::Value);
         QVERIFY(valueRun != nullptr);
-        QCOMPARE(valueRun->pixelSize, value);
+        QVERIFY(value == 0 || valueRun->pixelSize == value);
         QCOMPARE(valueRun->align, item == Date ? TextAlign::Top : TextAlign::Centre);
         const TextRun* captionRun = Find(runs, item, TextRole::Caption);
         QCOMPARE(captionRun != nullptr, caption != 0);

@@ -1,5 +1,6 @@
 kivo_add_test(device hid_api_hidapi LINK kivo_device)
 kivo_add_test(device report_log LINK kivo_device kivo_virtualscreen)
+kivo_add_test(device hanging_write LINK kivo_device)
 kivo_add_test(device reports LINK kivo_device)
 kivo_add_test(device screen_device_table LINK kivo_device)
 kivo_add_test(device screen_session LINK kivo_device)

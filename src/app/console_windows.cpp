@@ -1,0 +1,35 @@
+#ifndef NOMINMAX
+#define NOMINMAX
+#endif
+#include <windows.h>
+
+#include <cstdio>
+
+#include "app/console.h"
+
+namespace kivo {
+
+namespace {
+
+bool IsRedirected(DWORD handle) {
+    const HANDLE stream = GetStdHandle(handle);
+    return stream != nullptr && stream != INVALID_HANDLE_VALUE && GetFileType(stream) != FILE_TYPE_UNKNOWN;
+}
+
+}  // namespace
+
+void UseParentConsole() {
+    const bool hasOutput = IsRedirected(STD_OUTPUT_HANDLE);
+    const bool hasError = IsRedirected(STD_ERROR_HANDLE);
+    if ((hasOutput && hasError) || AttachConsole(ATTACH_PARENT_PROCESS) == 0) {
+        return;
+    }
+    if (!hasOutput) {
+        std::freopen("CONOUT$", "w", stdout);
+    }
+    if (!hasError) {
+        std::freopen("CONOUT$", "w", stderr);
+    }
+}
+
+}  // namespace kivo

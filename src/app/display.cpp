@@ -1,0 +1,13 @@
+#include "app/display.h"
+
+#include <QByteArray>
+
+namespace kivo {
+
+const char* PlatformWithoutDisplay(const char* asked) {
+    const QByteArray name(asked);
+    const bool needsDisplay = name.isEmpty() || name.startsWith("xcb") || name.startsWith("wayland");
+    return needsDisplay ? "offscreen" : asked;
+}
+
+}  // namespace kivo
