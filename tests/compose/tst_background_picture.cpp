@@ -140,6 +140,25 @@ private slots:
         QVERIFY(ours.first().contains(path));
     }
 
+    // A custom layout has one trim frame for both orientations: what is a quarter of the picture's detail
+    // lying is a quarter standing.
+    void ATrimFrameIsTheSameShareTurned() {
+        LayoutRecord layout;
+        layout.xZoom = 160;
+        layout.yZoom = 85;
+        const QSize picture(2000, 2000);
+        const QRectF lying = ShownPart(picture, Orientation::Landscape, layout);
+        const QRectF standing = ShownPart(picture, Orientation::Portrait, layout);
+        QCOMPARE(lying.width(), 1000.0);
+        QCOMPARE(standing.height(), 1000.0);
+        QCOMPARE(lying.width() / lying.height(), 320.0 / 170);
+        QCOMPARE(standing.height() / standing.width(), 320.0 / 170);
+        // As the portrait records store it.
+        layout.xZoom = 85;
+        layout.yZoom = 160;
+        QCOMPARE(ShownPart(picture, Orientation::Portrait, layout).height(), 1000.0);
+    }
+
     // Decided by the header: nothing of that size is ever asked of the memory.
     void SizesThatAreDecoded_data() {
         QTest::addColumn<QSize>("size");

@@ -278,6 +278,37 @@ private slots:
         }
     }
 
+    void KeepsBetweenTheValuesBesideIt_data() {
+        QTest::addColumn<int>("row");
+        QTest::newRow("upper row") << 0;
+        QTest::newRow("middle row") << 1;
+        QTest::newRow("lower row") << 2;
+    }
+    void KeepsBetweenTheValuesBesideIt() {
+        QFETCH(int, row);
+        ScreenState state =
+            CustomScreen({CpuTemperature, CpuUsage, kEmptySlot, MemoryUsage, CpuPower}, kLying);
+        state.layout.freeText = QStringLiteral("a text that is far wider than the gap between two values");
+        state.textRow = row;
+        const FreeTextBlock block = LayOutFreeText(state);
+        QVERIFY(block.lines.size() > 1);
+        for (const TextRun& run : LayOutTexts(state, LiveTexts(state.language)[0])) {
+            QVERIFY2(!run.rect.intersects(block.bounds), Describe(run).constData());
+        }
+        // With nobody beside it, it goes across.
+        state.slotItems = kNoItems;
+        QVERIFY(LayOutFreeText(state).bounds.width() > block.bounds.width());
+    }
+
+    void ControlSignsDoNotTearItApart() {
+        ScreenState state = WithText(QStringLiteral("one\ttwo"), kLying, 1);
+        state.layout.freeText += QChar(0x202E) + QStringLiteral("three\r\nfour");
+        const FreeTextBlock block = LayOutFreeText(state);
+        QCOMPARE(block.lines.size(), 2);
+        QCOMPARE(block.lines[0].text, QStringLiteral("one two three"));
+        QCOMPARE(block.lines[1].text, QStringLiteral("four"));
+    }
+
     void DrawnOnlyWhereItReaches() {
         const ScreenState state = WithText(QStringLiteral("text"), kLying, 0);
         const QRect bounds = LayOutFreeText(state).bounds;

@@ -88,6 +88,38 @@ private slots:
         row("time theme: main temperature", w, kLying, kChinese, CpuTemperature, 0, CpuTemperature, 25, 15);
         row("time theme: main power", w, kStanding, kChinese, CpuPower, 0, CpuPower, 23, 13);
     }
+    void TimeAndDateInOneSlotKeepApart() {
+        for (const Orientation orientation : kOrientations) {
+            for (int slot = 0; slot < kSlotCount; ++slot) {
+                const ScreenState state = SharedSlotScreen(slot, orientation);
+                const QVector<TextRun> runs = LayOutTexts(state, LiveTexts(state.language)[0]);
+                const TextRun* time = Find(runs, Time, TextRole::Value);
+                const TextRun* date = Find(runs, Date, TextRole::Value);
+                QVERIFY(time != nullptr && date != nullptr);
+                const int gap = InkOf(*date, orientation).top() - InkOf(*time, orientation).bottom() - 1;
+                QVERIFY2(gap >= 2, qPrintable(QStringLiteral("slot %1: %2 px").arg(slot).arg(gap)));
+            }
+        }
+    }
+
+    void AnItemThatStandsTwiceIsDrawnOnce() {
+        ScreenState state = CustomScreen({CpuUsage, kEmptySlot, CpuUsage, kEmptySlot, kEmptySlot}, kLying);
+        int values = 0;
+        for (const TextRun& run : LayOutTexts(state, LiveTexts(state.language)[0])) {
+            values += run.role == TextRole::Value ? 1 : 0;
+        }
+        QCOMPARE(values, 1);
+    }
+
+    void SceneShowsNothingButTimeAndDate() {
+        ScreenState state = ThemeScreen(Theme::Scene, kLying, InterfaceLanguage::Chinese);
+        state.layout.shown.fill(true);
+        state.layout.textRect[CpuUsage] = QRect(10, 10, 60, 20);
+        const QVector<TextRun> runs = LayOutTexts(state, LiveTexts(state.language)[0]);
+        QCOMPARE(runs.size(), 2);
+        QVERIFY(!HasPlace(state, CpuUsage));
+    }
+
     void PlainValuesShareTheLargestSizeThatFits() {
         constexpr int kBase = 18;
         constexpr int kSmallest = 14;

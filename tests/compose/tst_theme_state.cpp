@@ -262,6 +262,20 @@ private slots:
         QVERIFY(LogLines::Lines().size() <= 1);
     }
 
+    void WhatMakesNoSenseComesBackFromTheFactory() {
+        SaveThemeState(FactoryThemeState(InterfaceLanguage::Chinese));
+        Store(QStringLiteral("H2/ShowStringRect_3"), QStringLiteral("garbage"));
+        Store(QStringLiteral("H2/ShowRect_3"), QRect(10, 10, -30, -20));
+        Store(QStringLiteral("H2/highlight"), 99);
+        const LogLines log;
+        const LayoutRecord scene = LoadThemeState(InterfaceLanguage::Chinese).layouts[1];
+        const LayoutRecord factory =
+            FactoryThemeLayout(Theme::Scene, Orientation::Landscape, InterfaceLanguage::Chinese);
+        QCOMPARE(scene.textRect[Time], factory.textRect[Time]);
+        QCOMPARE(scene.tile[Time], factory.tile[Time]);
+        QCOMPARE(scene.highlight, factory.highlight);
+    }
+
     void ATextOffTheCanvasComesBackToItsPlace_data() {
         QTest::addColumn<QString>("key");
         QTest::addColumn<int>("layout");

@@ -191,6 +191,7 @@ private slots:
         QTest::addColumn<QString>("name");
         QTest::newRow("in a folder that does not exist") << QStringLiteral("none/reports.log");
         QTest::newRow("a folder") << QStringLiteral(".");
+        QTest::newRow("no regular file") << QStringLiteral("/dev/null");
     }
 
     void goesOnWithoutALog() {
