@@ -18,7 +18,14 @@ FrameUploadThread::FrameUploadThread(LiveScreen& screen, Transfers& transfers, M
                                      QObject* parent)
     : QThread(parent), m_screen(screen), m_transfers(transfers), m_snapshot(snapshot) {}
 
+FrameUploadThread::~FrameUploadThread() {
+    stop();
+    wait();
+    static_cast<void>(m_end.IsMarked());
+}
+
 void FrameUploadThread::run() {
+    const ThreadEndMarker marker(m_end);
     CpuUsageSampler sampler;
     sampler.SetMode(0);
     sampler.Sample();

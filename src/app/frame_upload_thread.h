@@ -3,6 +3,8 @@
 #include <QThread>
 #include <atomic>
 
+#include "app/thread_end.h"
+
 namespace kivo {
 
 class LiveScreen;
@@ -17,6 +19,9 @@ class FrameUploadThread : public QThread {
 public:
     FrameUploadThread(LiveScreen& screen, Transfers& transfers, MetricSnapshot& snapshot,
                       QObject* parent = nullptr);
+
+    // Stops the thread and waits for it.
+    ~FrameUploadThread() override;
 
     // Asks the thread to end before the frame is composed. Any thread; a frame that is on its way is stopped
     // by Transfers::StopTransfers.
@@ -33,6 +38,7 @@ private:
     Transfers& m_transfers;
     MetricSnapshot& m_snapshot;
     std::atomic<quint8> m_isStop{0};
+    ThreadEnd m_end;
 };
 
 }  // namespace kivo

@@ -1,9 +1,7 @@
 #include "app/refresh_data_thread.h"
 
 #include <QCoreApplication>
-#include <QDeadlineTimer>
 #include <QDebug>
-#include <QMutexLocker>
 
 #include "device/transfers.h"
 #include "telemetry/cpu_usage_sampler.h"
@@ -15,12 +13,18 @@ namespace kivo {
 RefreshDataThread::RefreshDataThread(Parts parts, QObject* parent)
     : QThread(parent), m_parts(std::move(parts)), m_lastText(StartTexts(m_parts.language)) {}
 
+RefreshDataThread::~RefreshDataThread() {
+    stop();
+    wait();
+    static_cast<void>(m_end.IsMarked());
+}
+
 void RefreshDataThread::stop() {
     {
-        const QMutexLocker lock(&m_pauseMutex);
+        const std::lock_guard<std::mutex> lock(m_pauseMutex);
         isStop = 1;
     }
-    m_stopped.wakeAll();
+    m_stopped.notify_all();
     quit();
 }
 
@@ -29,6 +33,7 @@ void RefreshDataThread::ForgetSentTexts() {
 }
 
 void RefreshDataThread::run() {
+    const ThreadEndMarker marker(m_end);
     CpuUsageSampler sampler(m_parts.makeCpuCounter);
     sampler.SetMode(0);
     while (isStop == 0) {
@@ -83,10 +88,8 @@ void RefreshDataThread::RefreshValue(int index) {
 }
 
 void RefreshDataThread::Pause(std::chrono::milliseconds time) {
-    const QDeadlineTimer end(time);
-    QMutexLocker lock(&m_pauseMutex);
-    while (isStop == 0 && m_stopped.wait(&m_pauseMutex, end)) {
-    }
+    std::unique_lock<std::mutex> lock(m_pauseMutex);
+    m_stopped.wait_for(lock, time, [this] { return isStop != 0; });
 }
 
 }  // namespace kivo

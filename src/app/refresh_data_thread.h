@@ -4,14 +4,15 @@
 // hands the texts that changed to the live renderer. Made and stopped by the GUI thread; a stopped one is not
 // started again.
 
-#include <QMutex>
 #include <QString>
 #include <QThread>
-#include <QWaitCondition>
 #include <array>
 #include <atomic>
 #include <chrono>
+#include <condition_variable>
+#include <mutex>
 
+#include "app/thread_end.h"
 #include "compose/live_item_renderer.h"
 #include "telemetry/cpu_counter.h"
 #include "telemetry/interface_language.h"
@@ -41,6 +42,8 @@ public:
         Pauses pauses = {};
     };
     explicit RefreshDataThread(Parts parts, QObject* parent = nullptr);
+    // Stops the thread and waits for it.
+    ~RefreshDataThread() override;
 
     // Asks the thread to end; it does so before the next value is read. Any thread.
     void stop();
@@ -67,8 +70,9 @@ private:
     std::array<bool, kLiveValueCount> m_wasSent{};
     bool m_firstRound = true;
     std::atomic<quint8> m_forget{0};
-    QMutex m_pauseMutex;
-    QWaitCondition m_stopped;
+    std::mutex m_pauseMutex;
+    std::condition_variable m_stopped;
+    ThreadEnd m_end;
 };
 
 }  // namespace kivo

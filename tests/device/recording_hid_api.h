@@ -103,10 +103,15 @@ private:
     class Exclusive {
     public:
         explicit Exclusive(RecordingHidApi& api) : m_api(api) {
-            if (m_api.m_inside.exchange(true))
+            const bool overlaps = m_api.m_inside.exchange(true);
+            m_api.m_recordMutex.lock();
+            if (overlaps)
                 ++m_api.misuses;
         }
-        ~Exclusive() { m_api.m_inside = false; }
+        ~Exclusive() {
+            m_api.m_recordMutex.unlock();
+            m_api.m_inside = false;
+        }
         Exclusive(const Exclusive&) = delete;
         Exclusive& operator=(const Exclusive&) = delete;
 
@@ -115,6 +120,7 @@ private:
     };
 
     int Record(std::vector<RecordedWrite>& to, HidHandle* handle, const quint8* data, std::size_t length) {
+        const std::lock_guard<std::mutex> lock(m_recordMutex);
         for (const auto& [open, path] : m_open) {
             if (open != handle)
                 continue;
@@ -127,6 +133,7 @@ private:
 
     std::vector<std::pair<HidHandle*, QByteArray>> m_open;
     std::atomic<bool> m_inside{false};
+    std::mutex m_recordMutex;  // of the record; writes may come while another call is inside
 };
 
 // One collection of a screen, as the system lists it.
