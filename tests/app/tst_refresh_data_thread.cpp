@@ -26,7 +26,8 @@ public:
     }
     QVector<Handed> Taken() const {
         const std::lock_guard<std::mutex> lock(m_mutex);
-        // A copy of its own: Qt would share the vector, and the sanitizer cannot see how Qt counts its owners.
+        // A copy of its own: Qt would share the vector, and the sanitizer cannot see how Qt counts its
+        // owners.
         QVector<Handed> taken;
         for (const Handed& handed : m_handed) {
             taken.append(handed);
