@@ -56,6 +56,7 @@ function(kivo_add_test folder unit)
     add_test(NAME ${folder}/${unit} COMMAND ${name})
     set(home ${CMAKE_BINARY_DIR}/test-home/${name})
     file(MAKE_DIRECTORY ${home})
+    file(CHMOD ${home} PERMISSIONS OWNER_READ OWNER_WRITE OWNER_EXECUTE)  # it is the runtime folder too
     set_tests_properties(${folder}/${unit} PROPERTIES
         TIMEOUT ${arg_TIMEOUT} LABELS ${folder}
         ENVIRONMENT "QT_QPA_PLATFORM=offscreen;HOME=${home};XDG_CONFIG_HOME=${home}/.config;XDG_DATA_HOME=${home}/.local/share;XDG_CACHE_HOME=${home}/.cache;XDG_RUNTIME_DIR=${home};LC_ALL=C.UTF-8")

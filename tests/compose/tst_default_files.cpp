@@ -1,0 +1,92 @@
+#include <QtTest>
+
+#include "compose/background_picture.h"
+#include "compose/frame_composer.h"
+#include "compose/theme_state.h"
+#include "compose_test_support.h"
+#include "config/default_profile.h"
+#include "config/setting_keys.h"
+#include "config/settings_file.h"
+
+using namespace kivo;
+using namespace kivo::test;
+
+namespace {
+
+const QString kDefaults = QStringLiteral(KIVO_DEFAULTS_FOLDER);
+
+QByteArray Content(const QString& path) {
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+}  // namespace
+
+// The files beside the program and the tables they come from. When one of these fails after a change of
+// tables or artwork, tools/generate_defaults makes the files again.
+class TestDefaultFiles : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() { SetUpDrawing(); }
+    void ConfigIsWhatTheTablesGive();
+    void ConfigHoldsEveryKeyOfEveryLayout();
+    void BackgroundIsTheDefaultStates();
+    void ProfileNamesTheProduct();
+    void ScreenFileIsThere();
+};
+
+void TestDefaultFiles::ConfigIsWhatTheTablesGive() {
+    const QTemporaryDir folder;
+    const QString made = folder.filePath(QStringLiteral("Config.ini"));
+    QVERIFY(SaveThemeState(FactoryThemeState(InterfaceLanguage::Chinese), made));
+    QVERIFY(SaveSlotTable(FactorySlotTable(), made));
+    const QByteArray shipped = Content(kDefaults + QStringLiteral("/Config.ini"));
+    QVERIFY(!shipped.isEmpty());
+    QCOMPARE(shipped, Content(made));
+}
+
+void TestDefaultFiles::ConfigHoldsEveryKeyOfEveryLayout() {
+    const SettingsReader settings(kDefaults + QStringLiteral("/Config.ini"));
+    for (const NamedSetting& setting : AllSettings()) {
+        const bool ofALayout = ThemeGroups().contains(setting.key.section(QLatin1Char('/'), 0, 0));
+        const bool ofASlot = setting.key.startsWith(QLatin1String("CustomShow/"));
+        if (ofALayout || ofASlot) {
+            QVERIFY2(settings.Contains(setting.key), qPrintable(setting.key));
+        }
+    }
+}
+
+void TestDefaultFiles::BackgroundIsTheDefaultStates() {
+    const QImage shipped(kDefaults + QStringLiteral("/whole.png"));
+    QCOMPARE(shipped.size(), QSize(320, 170));
+    const ScreenState state = MakeScreenState(FactoryThemeState(InterfaceLanguage::Chinese),
+                                              FactorySlotTable(), 2, InterfaceLanguage::Chinese);
+    SkinCache skins;
+    const QImage composed = ComposeBackground(state, LoadPicture(PicturePath(state)), skins);
+    const QImage compared = shipped.convertToFormat(QImage::Format_RGB16);
+    // Qt scales with the vector instructions a processor has; these may round the last bit differently.
+    int different = 0;
+    for (int y = 0; y < composed.height(); ++y) {
+        for (int x = 0; x < composed.width(); ++x) {
+            const QColor a = composed.pixelColor(x, y);
+            const QColor b = compared.pixelColor(x, y);
+            constexpr int kOneStep = 9;  // of five bits
+            QVERIFY(qAbs(a.red() - b.red()) <= kOneStep && qAbs(a.green() - b.green()) <= kOneStep &&
+                    qAbs(a.blue() - b.blue()) <= kOneStep);
+            different += a != b ? 1 : 0;
+        }
+    }
+    QVERIFY2(different < 320 * 170 / 20, qPrintable(QString::number(different)));
+}
+
+void TestDefaultFiles::ProfileNamesTheProduct() {
+    QCOMPARE(LoadProductName(kDefaults), QStringLiteral("Kivo Screen"));
+}
+
+void TestDefaultFiles::ScreenFileIsThere() {
+    QVERIFY(QFile::exists(kDefaults + QStringLiteral("/Default.ini")));
+}
+
+QTEST_MAIN(TestDefaultFiles)
+#include "tst_default_files.moc"
