@@ -25,7 +25,8 @@ QImage DecodeSkin(const ScreenState& state) {
     }
     const QSize canvas = CanvasSize(state.orientation);
     painter.scale(double(size.width()) / canvas.width(), double(size.height()) / canvas.height());
-    for (const SkinLayer& layer : SkinLayers(state.theme, state.orientation)) {
+    const QVector<SkinLayer> layers = SkinLayers(state.theme, state.orientation);
+    for (const SkinLayer& layer : layers) {
         painter.drawImage(layer.rect, QImage(layer.path));
     }
     return skin;
@@ -39,9 +40,9 @@ QString SkinKey(const ScreenState& state) {
 // Where white text will stand: each shown value's rectangle, the captions as long as they are, and the free
 // text.
 QVector<QRect> WhiteTextRects(const ScreenState& state) {
-    ItemTexts samples = state.layout.sample;
+    const QVector<TextRun> runs = LayOutTexts(state, state.layout.sample);
     QVector<QRect> rects;
-    for (const TextRun& run : LayOutTexts(state, samples)) {
+    for (const TextRun& run : runs) {
         if (run.role == TextRole::Value) {
             rects.append(run.rect);
             continue;

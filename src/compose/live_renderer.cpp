@@ -113,8 +113,10 @@ QVector<QRect> SendRects(const ScreenState& state, const QVector<TextRun>& runs,
         return rects;
     }
     const QRect canvas(QPoint(0, 0), CanvasSize(state.orientation));
-    for (const QRect& part : Parts(state, *run, firstTime)) {
-        for (const QRect& column : ColumnsThatFit(part & canvas)) {
+    const QVector<QRect> parts = Parts(state, *run, firstTime);
+    for (const QRect& part : parts) {
+        const QVector<QRect> columns = ColumnsThatFit(part & canvas);
+        for (const QRect& column : columns) {
             if (!column.isEmpty()) {
                 rects.append(column);
             }

@@ -23,7 +23,7 @@ const ItemTexts& PlaceholderTexts() {
     static const ItemTexts texts{
         QStringLiteral("00℃"),   QStringLiteral("00%"),  QStringLiteral("0000.00.00"),
         QStringLiteral("00:00"), QStringLiteral("0000"), QStringLiteral("0000.00.00"),
-        QStringLiteral("0000"),  QStringLiteral(""),     QStringLiteral("")};
+        QStringLiteral("0000"),  QLatin1String(""),      QLatin1String("")};
     return texts;
 }
 
@@ -162,7 +162,7 @@ void LiveScreen::RenderLiveItem(const QString& text, int item) {
         cuts = drawn.update.cuts;
     }
     bool taken = !cuts.isEmpty();
-    for (const Cut& cut : cuts) {
+    for (const Cut& cut : qAsConst(cuts)) {
         const QRect wire = WireRect(cut.canvasRect, state.orientation);
         taken = m_transfers.SendAreaImageWithPos(Bytes(cut.pixels), wire.x(), wire.y(), wire.width(),
                                                  wire.height()) &&

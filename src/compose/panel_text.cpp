@@ -28,8 +28,9 @@ bool KernsDigits(const QFont& font) {
     const QFontMetricsF metrics(font);
     double apart = 0;
     QString together;
-    for (const QChar first : QStringLiteral("0123456789:")) {
-        for (const QChar second : QStringLiteral("0123456789:")) {
+    const QString signs = QStringLiteral("0123456789:");
+    for (const QChar first : signs) {
+        for (const QChar second : signs) {
             together += first;
             together += second;
             apart += metrics.horizontalAdvance(first) + metrics.horizontalAdvance(second);

@@ -208,7 +208,7 @@ std::array<QString, kLiveValueCount> SampleTexts(InterfaceLanguage language) {
     std::array<QString, kLiveValueCount> samples{
         QStringLiteral("45℃"),   QStringLiteral("65%"),  QStringLiteral("20%"),
         QStringLiteral("12:00"), QStringLiteral("1300"), QStringLiteral("2019年12月31日"),
-        QStringLiteral("1000"),  QStringLiteral(""),     QStringLiteral("2019-12-31")};
+        QStringLiteral("1000"),  QLatin1String(""),      QStringLiteral("2019-12-31")};
     for (int item = 0; item < kLiveValueCount; ++item) {
         if (const QString text = SampleOverride(item, language); !text.isNull()) {
             samples[size_t(item)] = text;

@@ -103,7 +103,8 @@ bool IsWellFormedIni(const QByteArray& content) {
     constexpr char kUtf8Mark[] = "\xEF\xBB\xBF";
     QByteArray text = content.startsWith(kUtf8Mark) ? content.mid(3) : content;
     text.replace('\r', '\n');
-    for (const QByteArray& line : text.split('\n')) {
+    const QList<QByteArray> lines = text.split('\n');
+    for (const QByteArray& line : lines) {
         if (!IsWellFormedLine(line.trimmed())) {
             return false;
         }

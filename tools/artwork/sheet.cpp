@@ -30,7 +30,7 @@ struct Text {
 constexpr auto kLying = Orientation::Landscape;
 constexpr auto kStanding = Orientation::Portrait;
 // Where the program writes its values.
-const std::vector<Text> kTexts = {
+const std::initializer_list<Text> kTexts = {
     {Theme::Default, kLying, QRect(158, 38, 47, 24), 18, "45\u2103"},
     {Theme::Default, kLying, QRect(245, 119, 47, 24), 18, "65%"},
     {Theme::Default, kLying, QRect(245, 38, 47, 24), 18, "20%"},

@@ -131,7 +131,8 @@ int main(int argc, char** argv) {
             options.languages.append(language);
         }
     }
-    for (const QString& number : parser.value(QStringLiteral("backgrounds")).split(QLatin1Char(','))) {
+    const QStringList numbers = parser.value(QStringLiteral("backgrounds")).split(QLatin1Char(','));
+    for (const QString& number : numbers) {
         options.backgrounds.append(qBound(1, number.toInt(), 11));
     }
     const QFileInfo file(parser.positionalArguments().constFirst());

@@ -34,7 +34,8 @@ int Replay(const QString& fileName, const QString& imageFile) {
         summary.Add(*record);
 
     QTextStream out(stdout);
-    for (const QString& line : summary.Lines())
+    const QStringList lines = summary.Lines();
+    for (const QString& line : lines)
         out << line << '\n';
     out << summary.Totals() << '\n';
     out.flush();
