@@ -4,27 +4,14 @@
 #include <limits>
 
 #include "config/settings_file.h"
+#include "file_maker.h"
 #include "log_catcher.h"
 
 using namespace kivo;
 using kivo::test::LogCatcher;
 
-class TestSettingsFile : public QObject {
+class TestSettingsFile : public QObject, private kivo::test::FileMaker {
     Q_OBJECT
-
-private:
-    QTemporaryDir m_dir;
-    int m_files = 0;
-
-    QString NewPath() { return m_dir.filePath(QStringLiteral("%1.ini").arg(++m_files)); }
-
-    QString FileWith(const QByteArray& content) {
-        QFile file(NewPath());
-        if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size()) {
-            qFatal("The test cannot write its file.");
-        }
-        return file.fileName();
-    }
 
 private slots:
     void withoutAFileEveryKeyHasItsDefault() {

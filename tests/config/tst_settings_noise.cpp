@@ -4,6 +4,7 @@
 
 #include "config/settings_file.h"
 #include "config/settings_guard.h"
+#include "file_maker.h"
 #include "log_catcher.h"
 
 using namespace kivo;
@@ -42,23 +43,10 @@ QString KeptPath(const QString& path) {
 }  // namespace
 
 // Whatever stands in the file: reading gives values in range, and a write goes through without losing it.
-class TestSettingsNoise : public QObject {
+class TestSettingsNoise : public QObject, private kivo::test::FileMaker {
     Q_OBJECT
 
 private:
-    QTemporaryDir m_dir;
-    int m_files = 0;
-
-    QString NewPath() { return m_dir.filePath(QStringLiteral("%1.ini").arg(++m_files)); }
-
-    QString FileWith(const QByteArray& content) {
-        QFile file(NewPath());
-        if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size()) {
-            qFatal("The test cannot write its file.");
-        }
-        return file.fileName();
-    }
-
     // A file as the program writes it, every key filled.
     QByteArray GoodFile() {
         const QString path = NewPath();
