@@ -33,9 +33,8 @@ kivo::CommandLine ReadCommandLine(int& argc, char** argv) {
     return kivo::ParseCommandLine(QCoreApplication::arguments());
 }
 
-int Say(FILE* stream, const QString& text, int status) {
+void Say(FILE* stream, const QString& text) {
     QTextStream(stream) << text;
-    return status;
 }
 
 // The screen behind the seam: hidapi's, or a software panel with its window and picture, and a log around
@@ -92,16 +91,18 @@ int main(int argc, char** argv) {
     QCoreApplication::setApplicationVersion(QStringLiteral(KIVO_VERSION));
     const kivo::CommandLine line = ReadCommandLine(argc, argv);
     if (line.action == kivo::CommandLine::Action::ShowText) {
-        return Say(stdout, line.text, 0);
+        Say(stdout, line.text);
+        return 0;
     }
     if (line.action == kivo::CommandLine::Action::Refuse) {
-        return Say(stderr, QStringLiteral("kivo-screen: %1\n").arg(line.text), kBadArguments);
+        Say(stderr, QStringLiteral("kivo-screen: %1\n").arg(line.text));
+        return kBadArguments;
     }
 
     const bool hasDisplay = kivo::HasDisplay();
     if (!hasDisplay) {
         qputenv("QT_QPA_PLATFORM", kivo::PlatformWithoutDisplay(qgetenv("QT_QPA_PLATFORM").constData()));
-        Say(stderr, QStringLiteral("kivo-screen: no display, running without windows.\n"), 0);
+        Say(stderr, QStringLiteral("kivo-screen: no display, running without windows.\n"));
     }
     QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
     QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
@@ -109,7 +110,7 @@ int main(int argc, char** argv) {
     QApplication application(argc, argv);
     kivo::InitResources();
     kivo::InstallFontSubstitutes();
-    QFont font(QStringLiteral("Microsoft YaHei"));
+    QFont font(kivo::FontFamily());
     font.setPointSize(12);
     QApplication::setFont(font);
 
@@ -127,11 +128,9 @@ int main(int argc, char** argv) {
     QObject::connect(&quitSignals, &kivo::QuitSignals::quitRequested, &application, &QCoreApplication::quit);
     QObject::connect(&session, &kivo::LiveSession::firstFrameDone, &application, [](bool success) {
         if (!success) {
-            Say(stderr,
-                QStringLiteral(
-                    "kivo-screen: no screen took the first frame. --virtual-screen shows a software "
-                    "panel instead.\n"),
-                0);
+            Say(stderr, QStringLiteral(
+                            "kivo-screen: no screen took the first frame. --virtual-screen shows a software "
+                            "panel instead.\n"));
         }
     });
     if (line.options.runSeconds) {
@@ -142,7 +141,7 @@ int main(int argc, char** argv) {
     const int status = QApplication::exec();
     const bool stopped = session.Stop();
     if (line.options.runSeconds) {
-        Say(stdout, ValuesLine(session.ShownTexts()), 0);
+        Say(stdout, ValuesLine(session.ShownTexts()));
     }
     if (!stopped) {
         // A worker hangs in a write to the screen and uses what lives here: nothing may be destroyed any

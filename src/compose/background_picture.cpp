@@ -19,7 +19,6 @@ constexpr qint64 kMostPixelsWhenScaled = 260LL * 1000 * 1000;
 // trim frame still finds detail.
 constexpr int kUsefulShortSide = 1080;
 
-// Formats that keep their header honest about the size but cannot decode smaller are decoded in full.
 QSize UsefulSize(QSize size) {
     const int shortSide = qMin(size.width(), size.height());
     if (shortSide <= kUsefulShortSide) {
@@ -41,6 +40,13 @@ QRect WholePixels(const QRectF& part, QSize picture) {
     return pixels & QRect(QPoint(0, 0), picture);
 }
 
+// Every way to have no picture: one line that names it, and null.
+QImage Refuse(const QString& path, const QString& why) {
+    qCWarning(pictureLog).noquote() << "The picture" << path
+                                    << why + QLatin1String("; the background stays black.");
+    return QImage();
+}
+
 }  // namespace
 
 bool IsReasonablePictureSize(QSize size, bool canScaleWhileDecoding) {
@@ -53,9 +59,7 @@ bool IsReasonablePictureSize(QSize size, bool canScaleWhileDecoding) {
 
 QImage LoadPicture(const QString& path) {
     if (!QFileInfo(path).isFile()) {
-        qCWarning(pictureLog).noquote()
-            << "The picture" << path << "is not a file; the background stays black.";
-        return QImage();
+        return Refuse(path, QStringLiteral("is not a file"));
     }
     QImageReader reader(path);
     reader.setDecideFormatFromContent(true);
@@ -66,21 +70,17 @@ QImage LoadPicture(const QString& path) {
     // A format that does not tell its size in the header (size is then invalid) is read as it is.
     if (size.isValid()) {
         if (!IsReasonablePictureSize(size, canScale)) {
-            qCWarning(pictureLog).noquote()
-                << "The picture" << path << "is too large to be shown (" << size.width() << "x"
-                << size.height() << "); the background stays black.";
-            return QImage();
+            return Refuse(
+                path,
+                QStringLiteral("is too large to be shown (%1 x %2)").arg(size.width()).arg(size.height()));
         }
         if (canScale) {
             reader.setScaledSize(UsefulSize(size));
         }
     }
     QImage picture = reader.read();
-    if (picture.isNull()) {
-        qCWarning(pictureLog).noquote() << "The picture" << path << "cannot be read (" << reader.errorString()
-                                        << "); the background stays black.";
-    }
-    return picture;
+    return picture.isNull() ? Refuse(path, QStringLiteral("cannot be read (%1)").arg(reader.errorString()))
+                            : picture;
 }
 
 QRectF ShownPart(QSize picture, Orientation orientation, const LayoutRecord& layout) {

@@ -57,7 +57,6 @@ bool BackgroundStore::Exists() const {
 }
 
 bool BackgroundStore::Save(const QImage& background) {
-    const std::lock_guard<std::mutex> lock(m_mutex);
     QSaveFile file(m_path);
     const bool saved =
         file.open(QIODevice::WriteOnly) && background.save(&file, "PNG", kPngQuality) && file.commit();
@@ -65,6 +64,7 @@ bool BackgroundStore::Save(const QImage& background) {
         qCWarning(backgroundLog).noquote()
             << "The background cannot be saved as" << m_path << "(" << file.errorString() << ").";
     }
+    const std::lock_guard<std::mutex> lock(m_mutex);
     m_background = background;
     m_canvas = QImage();
     m_identity = Identity();

@@ -19,7 +19,8 @@ public:
     static QString DefaultPath();
 
     // Puts background (Format_RGB16, canvas size) in the file's place, in one step. A failure is logged; the
-    // picture is then kept in memory, so that live updates still fit what the panel shows.
+    // picture is then kept in memory, so that live updates still fit what the panel shows. One call at a
+    // time.
     bool Save(const QImage& background);
 
     // What the file holds, scaled to the whole canvas of that orientation, as Format_RGB16. Black where it is

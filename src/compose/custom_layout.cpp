@@ -1,7 +1,6 @@
 #include "compose/custom_layout.h"
 
 #include "compose/theme_catalogue.h"
-#include "config/setting_keys.h"
 #include "config/settings_file.h"
 
 namespace kivo {
@@ -39,6 +38,15 @@ const typename Table::value_type& Entry(const Table& table, int index) {
 
 QRect SlotRect(int slot, Orientation orientation) {
     return Entry(orientation == Orientation::Landscape ? kLandscapeSlots : kPortraitSlots, slot);
+}
+
+QRect SlotCaptionRect(int slot, Orientation orientation) {
+    constexpr int kHeight = 16;
+    constexpr int kMostGrow = 10;
+    const QRect rect = SlotRect(slot, orientation);
+    const int beside = CanvasSize(orientation).width() - 1 - rect.right();
+    const int grow = qMin(kMostGrow, qMin(rect.left(), beside));
+    return QRect(rect.left() - grow, rect.bottom() + 1, rect.width() + 2 * grow, kHeight);
 }
 
 QRect TextRowRect(int row, Orientation orientation) {

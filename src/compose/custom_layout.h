@@ -10,14 +10,15 @@
 #include "compose/geometry.h"
 #include "compose/layout_record.h"
 #include "config/folders.h"
+#include "config/setting_keys.h"
 #include "telemetry/interface_language.h"
 
 namespace kivo {
 
-constexpr int kSlotCount = 5;
+constexpr int kSlotCount = kCustomShowSlots;
 constexpr int kCentreSlot = 2;
 constexpr int kEmptySlot = -1;
-constexpr int kVariantCount = 2;  // 0: five items, 1: one item
+constexpr int kVariantCount = kCustomShowRows;  // 0: five items, 1: one item
 constexpr int kTextRowCount = 3;
 constexpr int kTextSizeCount = 3;
 constexpr int kTextColorCount = 6;
@@ -28,6 +29,10 @@ using SlotTable = std::array<SlotRow, kVariantCount>;
 
 // A slot on the canvas of that orientation; slot 0..4.
 QRect SlotRect(int slot, Orientation orientation);
+
+// The line under a slot that the item's caption stands in: a little wider than the slot, but on the canvas
+// and under the middle of the value.
+QRect SlotCaptionRect(int slot, Orientation orientation);
 
 // The three rows of the free text as the tables give them; row 0..2.
 QRect TextRowRect(int row, Orientation orientation);

@@ -3,7 +3,6 @@
 #include <QPainter>
 
 #include "compose/background_picture.h"
-#include "compose/free_text.h"
 #include "compose/item_drawing.h"
 #include "compose/theme_catalogue.h"
 #include "compose/veil.h"
@@ -40,9 +39,9 @@ QString SkinKey(const ScreenState& state) {
 // Where white text will stand: each shown value's rectangle, the captions as long as they are, and the free
 // text.
 QVector<QRect> WhiteTextRects(const ScreenState& state) {
-    const QVector<TextRun> runs = LayOutTexts(state, state.layout.sample);
+    const PanelTexts texts = LayOutPanelTexts(state, state.layout.sample);
     QVector<QRect> rects;
-    for (const TextRun& run : runs) {
+    for (const TextRun& run : texts.runs) {
         if (run.role == TextRole::Value) {
             rects.append(run.rect);
             continue;
@@ -53,9 +52,8 @@ QVector<QRect> WhiteTextRects(const ScreenState& state) {
                         metrics.inkAbove + metrics.inkBelow);
         rects.append(ink.adjusted(-1, -1, 1, 1));
     }
-    const FreeTextBlock block = LayOutFreeText(state);
-    if (!block.lines.isEmpty() && block.color == Qt::white) {
-        rects.append(block.bounds);
+    if (!texts.freeText.lines.isEmpty() && texts.freeText.color == Qt::white) {
+        rects.append(texts.freeText.bounds);
     }
     return rects;
 }

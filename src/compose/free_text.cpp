@@ -13,8 +13,7 @@ namespace {
 
 constexpr int kLastRow = kTextRowCount - 1;
 constexpr int kPictureTextLength = 20;  // characters of the last portrait row when a picture was chosen
-
-constexpr int kLongestText = 500;  // characters that are looked at; a row holds far fewer
+constexpr int kLongestText = 500;       // characters that are looked at; a row holds far fewer
 
 // A sign that would tear a line apart or turn what follows around.
 bool IsControl(QChar sign) {
@@ -89,12 +88,10 @@ QRect BetweenSideSlots(const ScreenState& state, const QRect& box, const QRect& 
         return between;
     }
     for (int slot = 0; slot < kSlotCount; ++slot) {
-        const int item = state.slotItems[size_t(slot)];
-        if (slot == kCentreSlot || item == OtherText || !IsShown(state, item)) {
+        if (slot == kCentreSlot || ItemDrawnIn(state, slot) == kEmptySlot) {
             continue;
         }
-        // With its caption, which is wider than the slot.
-        const QRect taken = SlotRect(slot, state.orientation).adjusted(-10, 0, 10, 16);
+        const QRect taken = SlotRect(slot, state.orientation) | SlotCaptionRect(slot, state.orientation);
         if (taken.top() > band.bottom() || taken.bottom() < band.top()) {
             continue;
         }

@@ -3,8 +3,8 @@
 // Places on the panel: canvas rectangles, the panel's wire coordinates and the picture area they are cut
 // from. Pure values, used on every thread.
 //
-//   landscape canvas 320 x 170          portrait canvas 170 x 320, turned by 270 degrees (clockwise) for the
-//   wire x 0..319, y 0..169 = the wire's     canvas (x, y)  ->  wire (y, 169 - x)
+//   landscape canvas, 320 x 170: canvas (x, y) is wire (x, y)
+//   portrait canvas, 170 x 320: turned by 270 degrees clockwise, canvas (x, y) is wire (y, 169 - x)
 
 #include <QPoint>
 #include <QRect>

@@ -2,19 +2,15 @@
 
 #include <QPainter>
 
-#include "compose/free_text.h"
-
 namespace kivo {
 
 namespace {
 
 constexpr int kSmallPixelSize = kBasePixelSize * 3 / 5;  // dates and captions
 constexpr int kTdpMainValue = 26;
-constexpr int kSmallestPlainSize = 14;    // rectangles of somebody's own are not obeyed below that
-constexpr int kTimeDateGap = 2;           // kept free between a time and the date in the same slot
-constexpr int kCustomCaptionHeight = 16;  // of the line under a slot, in canvas pixels
-constexpr int kCustomCaptionGrow = 10;    // a caption may be that much wider than its slot on each side
-constexpr int kTileCaptionMargin = 2;     // kept free between a tile's caption and the tile's right edge
+constexpr int kSmallestPlainSize = 14;  // rectangles of somebody's own are not obeyed below that
+constexpr int kTimeDateGap = 2;         // kept free between a time and the date in the same slot
+constexpr int kTileCaptionMargin = 2;   // kept free between a tile's caption and the tile's right edge
 
 constexpr int Scaled(int pixelSize, double factor) {
     return int(pixelSize * factor);
@@ -52,13 +48,6 @@ int ThemeDateSize(const ScreenState& state) {
 // A size chosen for each text alone would jump between 99 and 100 %, and stand beside another size on the
 // next card.
 int PlainValueSize(const ScreenState& state) {
-    const auto fits = [&state](int item, const QRect& rect, const LineMetrics& line) {
-        const bool russianPower = item == CpuPower && state.language == InterfaceLanguage::Russian;
-        const int width = russianPower ? line.russianPowerWidth : line.valueWidth[size_t(item)];
-        const int baseLine = BaseLine(rect, line, TextAlign::Centre);
-        return width <= rect.width() && baseLine - line.valueAbove >= rect.top() &&
-               baseLine + line.valueBelow - 1 <= rect.bottom();
-    };
     int size = kBasePixelSize;
     for (int item = CpuTemperature; item <= FanSpeed; ++item) {
         const QRect rect = state.layout.textRect[size_t(item)];
@@ -66,14 +55,14 @@ int PlainValueSize(const ScreenState& state) {
             rect.isEmpty()) {
             continue;
         }
-        while (size > kSmallestPlainSize && !fits(item, rect, MetricsOf(size))) {
+        while (size > kSmallestPlainSize && !UsualValueFits(item, state.language, size, rect)) {
             --size;
         }
     }
     return size;
 }
 
-int ThemeValueSize(const ScreenState& state, int item) {
+int ThemeValueSize(const ScreenState& state, int item, int plainSize) {
     if (item == Time) {
         return ThemeTimeSize(state);
     }
@@ -81,7 +70,7 @@ int ThemeValueSize(const ScreenState& state, int item) {
         return ThemeDateSize(state);
     }
     if (!IsEmphasised(state, item)) {
-        return PlainValueSize(state);
+        return plainSize;
     }
     if (state.theme == Theme::Tdp) {
         return kTdpMainValue;
@@ -134,6 +123,7 @@ bool HasCaption(int item) {
 
 void LayOutTheme(const ScreenState& state, const ItemTexts& texts, QVector<TextRun>& runs) {
     const QRect canvas(QPoint(0, 0), CanvasSize(state.orientation));
+    const int plainSize = PlainValueSize(state);
     for (int item = CpuTemperature; item <= FanSpeed; ++item) {
         if (!IsShown(state, item)) {
             continue;
@@ -143,7 +133,8 @@ void LayOutTheme(const ScreenState& state, const ItemTexts& texts, QVector<TextR
             rect = EvenPart(rect);
         }
         if (!rect.isEmpty()) {
-            runs.append({item, TextRole::Value, texts[size_t(item)], rect, ThemeValueSize(state, item),
+            runs.append({item, TextRole::Value, texts[size_t(item)], rect,
+                         ThemeValueSize(state, item, plainSize),
                          item == Date ? TextAlign::Top : TextAlign::Centre});
         }
         // Time and date speak for themselves, and the scene theme shows nothing else.
@@ -162,23 +153,13 @@ int CustomValueSize(int item, int slot) {
     return slot == kCentreSlot ? Scaled(size, 1.5) : size;
 }
 
-// A little wider than its slot but on the canvas, and under the middle of the value.
-QRect CustomCaptionRect(const QRect& slot, const QSize& canvas) {
-    const int grow = qMin(kCustomCaptionGrow, qMin(slot.left(), canvas.width() - 1 - slot.right()));
-    return QRect(slot.left() - grow, slot.bottom() + 1, slot.width() + 2 * grow, kCustomCaptionHeight);
-}
-
 void LayOutCustom(const ScreenState& state, const ItemTexts& texts, QVector<TextRun>& runs) {
     for (int slot = 0; slot < kSlotCount; ++slot) {
-        const int item = state.slotItems[size_t(slot)];
-        // The free text stands in its row, not in a slot.
-        // A kind that stands twice in a damaged table is drawn once, where its updates go.
-        if (item < CpuTemperature || item > FanSpeed || !IsShown(state, item) ||
-            SlotOf(state, item) != slot) {
+        const int item = ItemDrawnIn(state, slot);
+        if (item == kEmptySlot) {
             continue;
         }
-        const QRect whole = SlotRect(slot, state.orientation);
-        const QRect rect = EvenPart(whole);
+        const QRect rect = EvenPart(SlotRect(slot, state.orientation));
         const auto value = [&](int kind, const QRect& place) {
             return TextRun{kind,
                            TextRole::Value,
@@ -196,8 +177,7 @@ void LayOutCustom(const ScreenState& state, const ItemTexts& texts, QVector<Text
         runs.append(value(item, rect));
         if (HasCaption(item)) {
             runs.append({item, TextRole::Caption, state.captions[size_t(item)],
-                         CustomCaptionRect(whole, CanvasSize(state.orientation)), kSmallPixelSize,
-                         TextAlign::Top});
+                         SlotCaptionRect(slot, state.orientation), kSmallPixelSize, TextAlign::Top});
         }
     }
 }

@@ -8,9 +8,13 @@
 #include <QString>
 #include <array>
 
+#include "config/setting_keys.h"
 #include "telemetry/live_value.h"
 
 namespace kivo {
+
+// The settings know the items only by their number.
+static_assert(kLiveValueCount == kItemCount);
 
 struct LayoutRecord {
     // The trim frame over the background picture, in panel pixels: (xPt, yPt) is its upper left corner

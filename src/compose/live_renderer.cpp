@@ -61,7 +61,7 @@ QVector<QRect> Parts(const ScreenState& state, const TextRun& run, bool firstTim
     if (!IsSentInHalves(state, run.item)) {
         return {run.rect};
     }
-    if (!state.custom && state.theme == Theme::Scene) {
+    if (!state.custom && state.theme == Theme::Scene && run.item == Date) {
         LogSceneDate(run.rect);
     }
     return Halves(run.rect);

@@ -2,23 +2,20 @@
 
 #include <QFontMetrics>
 #include <QHash>
-#include <QMutex>
-#include <QMutexLocker>
 #include <QStringList>
 #include <algorithm>
+#include <mutex>
 
 namespace kivo {
 
 namespace {
-
-const QString kFamily = QStringLiteral("Microsoft YaHei");
 
 // Below this share of its size a text is not made smaller any more but elided.
 constexpr double kSmallestShare = 0.6;
 constexpr int kSmallestPixelSize = 8;
 
 struct MetricsCache {
-    QMutex mutex;
+    std::mutex mutex;
     QHash<int, LineMetrics> bySize;
 };
 Q_GLOBAL_STATIC(MetricsCache, metricsCache)
@@ -71,32 +68,47 @@ LineMetrics Measure(int pixelSize) {
     return line;
 }
 
+int BaseLine(const QRect& rect, const LineMetrics& line, TextAlign align) {
+    if (align != TextAlign::Centre && line.height <= rect.height()) {
+        return rect.top() + line.ascent;
+    }
+    return rect.top() + (rect.height() + line.digitHeight) / 2;
+}
+
+bool StaysInside(const QRect& rect, int baseLine, int above, int below) {
+    return baseLine - above >= rect.top() && baseLine + below - 1 <= rect.bottom();
+}
+
 // Whether the ink stays between the rectangle's top and bottom. The font-wide extents answer for most texts;
 // only where they do not fit is the text itself measured.
 bool FitsVertically(const QString& text, const QFontMetrics& metrics, const LineMetrics& line, int baseLine,
                     const QRect& rect) {
-    if (baseLine - line.inkAbove >= rect.top() && baseLine + line.inkBelow - 1 <= rect.bottom()) {
+    if (StaysInside(rect, baseLine, line.inkAbove, line.inkBelow)) {
         return true;
     }
     // With all ten digits: the size must not hang on which of them a number has, or a clock would jump
     // between two.
     const bool hasDigit = std::any_of(text.begin(), text.end(), [](QChar sign) { return sign.isDigit(); });
     const QRect ink = metrics.tightBoundingRect(hasDigit ? text + QLatin1String("0123456789") : text);
-    return baseLine + ink.top() >= rect.top() && baseLine + ink.bottom() <= rect.bottom();
+    return StaysInside(rect, baseLine, -ink.top(), ink.bottom() + 1);
 }
 
 }  // namespace
 
+QString FontFamily() {
+    return QStringLiteral("Microsoft YaHei");
+}
+
 void InstallFontSubstitutes() {
     QFont::insertSubstitutions(
-        kFamily,
+        FontFamily(),
         {QStringLiteral("Noto Sans CJK SC"), QStringLiteral("Source Han Sans SC"),
          QStringLiteral("WenQuanYi Micro Hei"), QStringLiteral("WenQuanYi Zen Hei"),
          QStringLiteral("Droid Sans Fallback"), QStringLiteral("Noto Sans"), QStringLiteral("DejaVu Sans")});
 }
 
 QFont PanelFont(int pixelSize) {
-    QFont font(kFamily);
+    QFont font(FontFamily());
     font.setPixelSize(pixelSize);
     font.setHintingPreference(QFont::PreferVerticalHinting);
     font.setStyleStrategy(QFont::StyleStrategy(QFont::PreferAntialias | QFont::NoSubpixelAntialias));
@@ -105,7 +117,7 @@ QFont PanelFont(int pixelSize) {
 
 LineMetrics MetricsOf(int pixelSize) {
     MetricsCache* cache = metricsCache();
-    const QMutexLocker lock(&cache->mutex);
+    const std::lock_guard<std::mutex> lock(cache->mutex);
     auto found = cache->bySize.find(pixelSize);
     if (found == cache->bySize.end()) {
         found = cache->bySize.insert(pixelSize, Measure(pixelSize));
@@ -115,15 +127,16 @@ LineMetrics MetricsOf(int pixelSize) {
 
 void ForgetLineMetrics() {
     MetricsCache* cache = metricsCache();
-    const QMutexLocker lock(&cache->mutex);
+    const std::lock_guard<std::mutex> lock(cache->mutex);
     cache->bySize.clear();
 }
 
-int BaseLine(const QRect& rect, const LineMetrics& line, TextAlign align) {
-    if (align != TextAlign::Centre && line.height <= rect.height()) {
-        return rect.top() + line.ascent;
-    }
-    return rect.top() + (rect.height() + line.digitHeight) / 2;
+bool UsualValueFits(int item, InterfaceLanguage language, int pixelSize, const QRect& rect) {
+    const LineMetrics line = MetricsOf(pixelSize);
+    const bool russianPower = item == CpuPower && language == InterfaceLanguage::Russian;
+    const int width = russianPower ? line.russianPowerWidth : line.valueWidth[size_t(item)];
+    return width <= rect.width() &&
+           StaysInside(rect, BaseLine(rect, line, TextAlign::Centre), line.valueAbove, line.valueBelow);
 }
 
 FittedLine FitLine(const QString& text, int pixelSize, const QRect& rect, TextAlign align) {

@@ -10,11 +10,15 @@
 #include <QString>
 #include <array>
 
+#include "telemetry/interface_language.h"
 #include "telemetry/live_value.h"
 
 namespace kivo {
 
-// Names the stand-ins for "Microsoft YaHei" on systems without it. Once, before the first text is drawn.
+// The family of everything the program writes.
+QString FontFamily();
+
+// Names the stand-ins for it on systems without it. Once, before the first text is drawn.
 void InstallFontSubstitutes();
 
 // The panel's font at that pixel size: regular, grey antialiasing (the panel's sub-pixel order is unknown).
@@ -50,8 +54,8 @@ enum class TextAlign {
     TopLeft,  // the same from the left edge
 };
 
-// Where a line of that size stands in a rectangle.
-int BaseLine(const QRect& rect, const LineMetrics& line, TextAlign align);
+// Whether the widest text that a value usually has fits a rectangle at that size, centred.
+bool UsualValueFits(int item, InterfaceLanguage language, int pixelSize, const QRect& rect);
 
 // A text as it can be drawn inside its rectangle: smaller where it is too large, elided where that is not
 // enough.

@@ -56,6 +56,13 @@ int SlotOf(const ScreenState& state, int item) {
     return SlotHolding(state, item);
 }
 
+int ItemDrawnIn(const ScreenState& state, int slot) {
+    const int item = state.slotItems[size_t(slot)];
+    const bool drawn =
+        item >= CpuTemperature && item <= FanSpeed && IsShown(state, item) && SlotOf(state, item) == slot;
+    return drawn ? item : kEmptySlot;
+}
+
 bool HasPlace(const ScreenState& state, int item) {
     if (!IsShown(state, item)) {
         return false;

@@ -43,6 +43,10 @@ bool IsShown(const ScreenState& state, int item);
 // the time has no slot of its own: it stands in the time's.
 int SlotOf(const ScreenState& state, int item);
 
+// The item that is drawn in a slot of a custom layout, or kEmptySlot. The free text stands in its row, not in
+// a slot; an item that stands twice in a damaged table is drawn in the first slot only, where its updates go.
+int ItemDrawnIn(const ScreenState& state, int slot);
+
 // Whether the item is drawn anywhere: its flag is set and the layout has a place for it.
 bool HasPlace(const ScreenState& state, int item);
 

@@ -13,7 +13,7 @@
 namespace kivo {
 
 // Four themes in landscape ("H1".."H4"), the same in portrait ("V1".."V4"), two custom layouts.
-constexpr int kLayoutCount = 10;
+constexpr int kLayoutCount = kThemeGroupCount;
 constexpr int kFirstCustomLayout = 8;
 
 struct ThemeState {
