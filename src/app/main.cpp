@@ -16,6 +16,11 @@
 #include "app/quit_signals.h"
 #include "compose/panel_text.h"
 #include "compose/screen_state.h"
+#include "compose/theme_state.h"
+#include "config/default_profile.h"
+#include "config/first_run_marker.h"
+#include "config/folders.h"
+#include "config/settings_file.h"
 #include "device/hid_api_hidapi.h"
 #include "device/report_log.h"
 #include "resources/resources.h"
@@ -84,6 +89,19 @@ QString ValuesLine(const kivo::ItemTexts& texts) {
     return QStringLiteral("Live values sent last: %1\n").arg(shown.join(QStringLiteral(", ")));
 }
 
+// Loads the settings, uploads a first frame and refreshes from then on.
+void StartHeadless(kivo::LiveSession& session, kivo::InterfaceLanguage language) {
+    kivo::SeedDefaultProfile(QCoreApplication::applicationDirPath());
+    kivo::ThemeState themes = kivo::LoadThemeState(language);
+    const kivo::SlotTable slotTable = kivo::LoadSlotTable();
+    kivo::TickPlacedItems(themes, slotTable);
+    session.SetLoaded(kivo::MakeScreenState(themes, slotTable, kivo::LoadCurRectId(), language));
+    session.OpenScreen();
+    session.SendTimeSync();
+    session.StartUpload();
+    session.StartRefresh();  // when the upload is over
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -123,10 +141,12 @@ int main(int argc, char** argv) {
     }
 
     Screen screen(line.options, hasDisplay);
-    kivo::LiveSession session(screen.Hid(), language, QCoreApplication::applicationDirPath());
+    kivo::LiveSession session(screen.Hid(), language);
     const kivo::QuitSignals quitSignals;
     QObject::connect(&quitSignals, &kivo::QuitSignals::quitRequested, &application, &QCoreApplication::quit);
-    QObject::connect(&session, &kivo::LiveSession::firstFrameDone, &application, [](bool success) {
+    QObject::connect(&session, &kivo::LiveSession::uploadDone, &application, [](bool success) {
+        kivo::MarkInitialized();
+        kivo::configFolderCreated = 0;
         if (!success) {
             Say(stderr, QStringLiteral(
                             "kivo-screen: no screen took the first frame. --virtual-screen shows a software "
@@ -137,7 +157,7 @@ int main(int argc, char** argv) {
         QTimer::singleShot(std::chrono::milliseconds(qRound64(*line.options.runSeconds * 1000)), &application,
                            &QCoreApplication::quit);
     }
-    session.Start();
+    StartHeadless(session, language);
     const int status = QApplication::exec();
     const bool stopped = session.Stop();
     if (line.options.runSeconds) {
