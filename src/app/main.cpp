@@ -48,8 +48,7 @@ public:
                 m_imageWriter = std::make_unique<kivo::PanelImageWriter>(*panel, options.panelImage);
             }
             if (hasDisplay) {
-                m_window = std::make_unique<kivo::VirtualScreenWindow>(*panel);
-                m_window->show();
+                m_panel = panel.get();
             }
             m_hid = std::move(panel);
         } else {
@@ -60,11 +59,20 @@ public:
         }
     }
 
+    // The software panel's window, where there is one. After the translation has been installed.
+    void ShowWindow() {
+        if (m_panel != nullptr) {
+            m_window = std::make_unique<kivo::VirtualScreenWindow>(*m_panel);
+            m_window->show();
+        }
+    }
+
     kivo::HidApi& Hid() { return m_log ? *m_log : *m_hid; }
 
 private:
     // Window and writer look at the panel, so they go first.
     std::unique_ptr<kivo::HidApi> m_hid;
+    kivo::VirtualHidApi* m_panel = nullptr;  // m_hid, if it gets a window
     std::unique_ptr<kivo::HidApi> m_log;
     std::unique_ptr<kivo::PanelImageWriter> m_imageWriter;
     std::unique_ptr<kivo::VirtualScreenWindow> m_window;
@@ -128,7 +136,8 @@ int main(int argc, char** argv) {
     Screen screen(line.options, hasDisplay);
     kivo::MainWindow window({screen.Hid(), &instance, QCoreApplication::applicationDirPath(),
                              line.options.virtualScreen});
-    if (!window.Session().HasScreen()) {
+    screen.ShowWindow();
+    if (window.Session().Screen().controlHandle() == nullptr) {
         Say(stderr, QStringLiteral("kivo-screen: no screen found. --virtual-screen shows a software panel "
                                    "instead.\n"));
     }

@@ -100,7 +100,11 @@ void MainWindow::WireShell() {
 void MainWindow::slotCreateThread() {
     if (!IsFirstRun()) {
         if (configFolderCreated == 0) {
-            StartRefresh();
+            // A panel without a memory of its own needs the frame as well, quietly.
+            if (!m_session->SendPendingFrame()) {
+                StartRefresh();
+            }
+            m_live = true;
             return;
         }
         BringToFront();
@@ -121,10 +125,11 @@ void MainWindow::FirstRunUpload() {
 
 void MainWindow::UploadWithProgress() {
     m_uploading = true;
-    // Typing, clicking or ending the program waits until the upload is over.
-    NimbProcessDialog dialog(this);
-    connect(m_session.get(), &LiveSession::uploadDone, &dialog, &NimbProcessDialog::slotProcessDlg);
-    if (m_session->StartUpload()) {
+    NimbProcessDialog dialog(this, this);
+    const auto connectDialog = [&dialog](NimbProcessThread& thread) {
+        connect(&thread, &NimbProcessThread::DoProcessDlg, &dialog, &NimbProcessDialog::slotProcessDlg);
+    };
+    if (m_session->StartUpload(connectDialog) != nullptr) {
         dialog.exec();
     }
     m_uploading = false;

@@ -142,7 +142,7 @@ void MainWindow::LoadState() {
     SeedDefaultProfile(m_parts.applicationDir);
     m_pictures->LoadPictureList();
     ZoomWidget* editor = m_ui->zoomwidget;
-    editor->Load(m_language);
+    editor->Load();
     m_savedThemes = editor->Edited().themes;
     m_pageStyle[0] = m_pageStyle[1] = m_savedThemes.style;
     m_session->SetLoaded(editor->Shown());
