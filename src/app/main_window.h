@@ -99,7 +99,6 @@ protected:
     void closeEvent(QCloseEvent* event) override;
     void showEvent(QShowEvent* event) override;
     void hideEvent(QHideEvent* event) override;
-    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     void InstallLanguage(const QLocale& locale);
@@ -124,6 +123,7 @@ private:
     void FirstRunUpload();
     void UploadWithProgress();
     void UsePicture(const QString& path);
+    QString ChoosePicture();
     void AddPictureByHand();
 
     const Parts m_parts;

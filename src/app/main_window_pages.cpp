@@ -2,7 +2,7 @@
 // on every widget.
 
 #include <QFileDialog>
-#include <QPixmap>
+#include <QScrollBar>
 #include <QStandardPaths>
 
 #include "app/custom_page.h"
@@ -14,6 +14,7 @@
 #include "editor/edit_bar.h"
 #include "pictures/picture_list.h"
 #include "ui_main_window.h"
+#include "widgets/exit_item_delegate.h"
 #include "widgets/exit_message_box.h"
 #include "widgets/focus_ring.h"
 
@@ -24,6 +25,7 @@ namespace {
 constexpr QPoint kEditBarCorner(48, 58);
 constexpr QPoint kColorBarCorner(60, 82);
 constexpr QSize kColorBarSize(163, 48);
+constexpr QRect kPictureScrollPlace(914, 292, 6, 228);
 constexpr int kLargeDatePixels = 15;
 constexpr int kSmallDatePixels = 12;
 
@@ -115,27 +117,15 @@ void MainWindow::WireTools() {
 }
 
 void MainWindow::WirePictures() {
-    MyListWidget* view = m_ui->pictureList;
-    m_pictures = new PictureList(view, this);
-    // The scroll bar stands beside the list, not in it, so that four columns have all of its width.
-    view->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    QScrollBar* inner = view->verticalScrollBar();
-    QScrollBar* outer = m_ui->pictureScroll;
-    const auto takeRange = [inner, outer] {
-        outer->setRange(inner->minimum(), inner->maximum());
-        outer->setPageStep(inner->pageStep());
-        outer->setSingleStep(inner->singleStep());
-        outer->setVisible(inner->maximum() > inner->minimum());
-    };
-    connect(inner, &QScrollBar::rangeChanged, outer, takeRange);
-    connect(inner, &QScrollBar::valueChanged, outer, &QScrollBar::setValue);
-    connect(outer, &QScrollBar::valueChanged, inner, &QScrollBar::setValue);
-    takeRange();
+    m_pictures = new PictureList(m_ui->pictureList, this);
+    // Beside the list, not in it, so that four columns have all of its width.
+    QScrollBar* scrollBar = m_pictures->CreateScrollBar(m_ui->centralwidget);
+    scrollBar->setObjectName(QStringLiteral("pictureScroll"));
+    scrollBar->setGeometry(kPictureScrollPlace);
 
-    connect(view, &QListWidget::clicked, this, &MainWindow::itemClickedImage);
-    connect(view, &MyListWidget::rightClick, this, &MainWindow::slotRightClick);
+    connect(m_pictures, &PictureList::picked, this, &MainWindow::itemClickedImage);
+    connect(m_ui->pictureList, &MyListWidget::rightClick, this, &MainWindow::slotRightClick);
     connect(m_pictures->Delegate(), &ExitItemDelegate::handleDeleteClick, this, &MainWindow::SlotDeletePix);
-    view->installEventFilter(this);
 }
 
 void MainWindow::LoadState() {
@@ -239,8 +229,14 @@ void MainWindow::UsePicture(const QString& path) {
     }
 }
 
+QString MainWindow::ChoosePicture() {
+    return QFileDialog::getOpenFileName(
+        this, WindowText(QT_TRANSLATE_NOOP("MainWindow", "打开图片")),
+        QStandardPaths::writableLocation(QStandardPaths::PicturesLocation), PictureList::PictureFileFilter());
+}
+
 void MainWindow::AddPictureByHand() {
-    const QString path = m_parts.choosePicture ? m_parts.choosePicture(this) : ChoosePicture(this);
+    const QString path = m_parts.choosePicture ? m_parts.choosePicture(this) : ChoosePicture();
     if (path.isEmpty()) {
         return;
     }
@@ -274,35 +270,18 @@ void MainWindow::slotRightClick() {
 void MainWindow::SlotDeletePix(int row) {
     if (m_pictures->IsUserPicture(row)) {
         if (ExitMessageBox::Ask(this, WindowText(QT_TRANSLATE_NOOP("MainWindow", "是否删除此图片？")))) {
+            const QString before = PicturePath(m_ui->zoomwidget->Shown());
             const QString removed = m_pictures->RemoveUserPicture(row);
             m_pictures->SavePictureList();
-            if (removed == PicturePath(m_ui->zoomwidget->Shown())) {
-                UsePicture(m_pictures->NextAfterRemoved(row));
+            const QString after = m_pictures->BackgroundAfterRemoval(before, removed, row);
+            if (after != before) {
+                UsePicture(after);
             }
         }
     } else if (m_pictures->IsBuiltIn(row)) {
         ExitMessageBox::Tell(this, WindowText(QT_TRANSLATE_NOOP("MainWindow", "默认图片不能删除。")));
     }
     ShowChosenPicture();
-}
-
-bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
-    if (event->type() == QEvent::KeyPress && watched == m_ui->pictureList) {
-        const int row = m_ui->pictureList->currentRow();
-        switch (static_cast<QKeyEvent*>(event)->key()) {
-            case Qt::Key_Return:
-            case Qt::Key_Enter:
-            case Qt::Key_Space:
-                itemClickedImage(m_ui->pictureList->currentIndex());
-                return true;
-            case Qt::Key_Delete:
-                SlotDeletePix(row);
-                return true;
-            default:
-                break;
-        }
-    }
-    return QMainWindow::eventFilter(watched, event);
 }
 
 void MainWindow::slotEdit(quint8 iEdit) {
