@@ -98,8 +98,8 @@ EditBar::EditBar(QWidget* parent)
 
 // Deliberate: they are never shown. Colours are picked in the strip of their own.
 void EditBar::MakeColourChoices() {
-    m_choiceGround->setGeometry(QRect(kFirstChoice.topLeft(), QSize(kTrimButton.left() - kFirstChoice.left(),
-                                                                    kFirstChoice.height())));
+    m_choiceGround->setGeometry(QRect(
+        kFirstChoice.topLeft(), QSize(kTrimButton.left() - kFirstChoice.left(), kFirstChoice.height())));
     for (int color = 0; color < kTextColorCount; ++color) {
         const QString picture = ColorButtonPicture(color);
         auto* const choice = new NimbPushButton(this);

@@ -48,7 +48,8 @@ bool FocusRing::eventFilter(QObject* watched, QEvent* event) {
         case QEvent::Show:
         case QEvent::Hide:
         case QEvent::ZOrderChange:
-            if (m_target && watched != this && watched->isWidgetType() && IsInWindow(static_cast<QWidget*>(watched)))
+            if (m_target && watched != this && watched->isWidgetType() &&
+                IsInWindow(static_cast<QWidget*>(watched)))
                 Follow();
             break;
         default:

@@ -1,7 +1,7 @@
 #pragma once
 
-// The line round the widget that has the keyboard. It shows after the focus came by the keyboard, and never for the
-// mouse. GUI thread.
+// The line round the widget that has the keyboard. It shows after the focus came by the keyboard, and never
+// for the mouse. GUI thread.
 
 #include <QPointer>
 #include <QWidget>
