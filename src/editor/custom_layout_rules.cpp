@@ -83,7 +83,7 @@ bool MayTick(int kind, const ItemFlags& ticked) {
     }
     int count = 0;
     for (int other = 0; other < kLiveValueCount; ++other) {
-        count += other != kind && NeedsSlot(other) && ticked[size_t(other)] ? 1 : 0;
+        count += other != kind && ticked[size_t(other)] ? 1 : 0;
     }
     if (ticked[Time] && ticked[Date]) {
         --count;

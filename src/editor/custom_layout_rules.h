@@ -25,7 +25,7 @@ void SetSingleItem(int kind, bool on, SlotRow& row, ItemFlags& chosen);
 
 // Whether one more kind may be ticked in the five-slot layout. Deliberate: the kind itself is not counted, so
 // a sixth may be ticked while all slots are full; only the seventh is refused. Time and date count as one and
-// join each other without being counted; a free text takes no slot and is not counted.
+// join each other without being counted. The free text is counted, though it takes no slot.
 bool MayTick(int kind, const ItemFlags& ticked);
 
 // Exchanges what two slots hold, whatever it is.

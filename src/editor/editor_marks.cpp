@@ -72,7 +72,8 @@ void DrawTrimFrame(QPainter& painter, const QRectF& frame, const QRectF& shown, 
     for (const QPointF& corner :
          {frame.topLeft(), frame.topRight(), frame.bottomLeft(), frame.bottomRight()}) {
         // The edge is drawn on the middle of its line.
-        painter.drawRect(KeptIn(About(corner, kCornerSide, kCornerSide), bounds).adjusted(0.5, 0.5, -0.5, -0.5));
+        painter.drawRect(
+            KeptIn(About(corner, kCornerSide, kCornerSide), bounds).adjusted(0.5, 0.5, -0.5, -0.5));
     }
 }
 

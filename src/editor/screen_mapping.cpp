@@ -95,8 +95,9 @@ int TextBoxPixelSize(int sizeIndex, Orientation orientation) {
 
 TrimMapping TrimMappingFor(Orientation orientation, QSize widget, const QRectF& pictureRect) {
     constexpr int kMargin = 1;  // on each side; a picture of the panel's shape then stands as the screen does
-    const double scale = qMin(AreaScale(orientation), qMin((widget.width() - 2 * kMargin) / pictureRect.width(),
-                                                           (widget.height() - 2 * kMargin) / pictureRect.height()));
+    const double scale =
+        qMin(AreaScale(orientation), qMin((widget.width() - 2 * kMargin) / pictureRect.width(),
+                                          (widget.height() - 2 * kMargin) / pictureRect.height()));
     const QSizeF panel = CanvasSize(orientation);
     const QPointF middle(panel.width() / 2, panel.height() / 2);
     return {scale, MappingFor(orientation, widget).Mapped(middle) - middle * scale};

@@ -156,8 +156,7 @@ QRectF ResizedFrame(const TrimView& view, TrimZone zone, QPointF by, Orientation
     // 0 keeps the left (top) edge in its place, 1 the right (bottom) one, a half the middle.
     const double keptX = IsLeft(zone) ? 1 : IsRight(zone) ? 0 : 0.5;
     const double keptY = IsTop(zone) ? 1 : IsBottom(zone) ? 0 : 0.5;
-    return KeptOnPicture(SizedAbout(view.frame, AllowedSize(width, orientation), keptX, keptY),
-                         view.picture);
+    return KeptOnPicture(SizedAbout(view.frame, AllowedSize(width, orientation), keptX, keptY), view.picture);
 }
 
 QRectF ZoomedFrame(const TrimView& view, double inset, Orientation orientation) {

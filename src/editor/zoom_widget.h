@@ -1,8 +1,8 @@
 #pragma once
 
-// The preview of the screen in the window, and the editor of custom layouts in one. Shows what the panel would
-// show, magnified. While editing is open a person drags items between the slots and the free text between its
-// rows, types the free text in place and trims the picture. GUI thread.
+// The preview of the screen in the window, and the editor of custom layouts in one. Shows what the panel
+// would show, magnified. While editing is open a person drags items between the slots and the free text
+// between its rows, types the free text in place and trims the picture. GUI thread.
 //
 // What is edited stays in Edited() until somebody applies it: nothing here reaches the panel, and only
 // CommitLayout, SaveCustomShow write settings.

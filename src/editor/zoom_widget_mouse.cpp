@@ -21,7 +21,8 @@ constexpr std::array<std::array<int, 4>, kSlotCount> kNeighbours{
 QCursor DragCursor(const QWidget& widget, const QString& picture, Qt::CursorShape fallback) {
     constexpr QSize kSize(32, 32);
     QWindow* window = widget.window()->windowHandle();
-    const QPixmap pixmap = window == nullptr ? QIcon(picture).pixmap(kSize) : QIcon(picture).pixmap(window, kSize);
+    const QPixmap pixmap =
+        window == nullptr ? QIcon(picture).pixmap(kSize) : QIcon(picture).pixmap(window, kSize);
     return pixmap.isNull() ? QCursor(fallback) : QCursor(pixmap, kSize.width() / 2, kSize.height() / 2);
 }
 
@@ -179,8 +180,8 @@ void ZoomWidget::EndDrag() {
 void ZoomWidget::mouseDoubleClickEvent(QMouseEvent* event) {
     const QPoint position = WholePosition(event->localPos());
     const QRect zone = TextDoubleClickRect(m_edited.textRow, CurrentOrientation());
-    const bool opens = event->button() == Qt::LeftButton &&
-                       (zone.contains(position) || DrawnTextRect().contains(position));
+    const bool opens =
+        event->button() == Qt::LeftButton && (zone.contains(position) || DrawnTextRect().contains(position));
     if (!opens || !OpenTextEntry()) {
         QWidget::mouseDoubleClickEvent(event);
     }

@@ -26,8 +26,7 @@ bool EndsEntry(int key) {
 void ZoomWidget::StyleTextBox() {
     const Orientation orientation = CurrentOrientation();
     const QColor color = FreeTextColor(Layout().colorIndex);
-    const QString rgb =
-        QStringLiteral("%1,%2,%3").arg(color.red()).arg(color.green()).arg(color.blue());
+    const QString rgb = QStringLiteral("%1,%2,%3").arg(color.red()).arg(color.green()).arg(color.blue());
     m_editText->setStyleSheet(QStringLiteral("color:rgba(%1,255);background:transparent;border-width:1px;"
                                              "border-color:rgba(%1,255);border-style:outset")
                                   .arg(rgb));

@@ -37,7 +37,8 @@ void ZoomWidget::ResetTrim() {
 }
 
 TrimView ZoomWidget::CurrentTrimView() {
-    const LayoutRecord& layout = m_drag == Drag::MoveFrame || m_drag == Drag::SizeFrame ? m_trimDraft : Layout();
+    const LayoutRecord& layout =
+        m_drag == Drag::MoveFrame || m_drag == Drag::SizeFrame ? m_trimDraft : Layout();
     return MakeTrimView(m_background.PictureSize(Shown()), CurrentOrientation(), layout);
 }
 
