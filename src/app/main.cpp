@@ -122,7 +122,7 @@ int main(int argc, char** argv) {
     font.setPointSize(12);
     QApplication::setFont(font);
 
-    QApplication::setStyleSheet(kivo::WindowStyleSheet());
+    application.setStyleSheet(kivo::WindowStyleSheet());
     // The program lives in the tray; it ends when a person has confirmed it, not when a window closes.
     QApplication::setQuitOnLastWindowClosed(false);
     QGuiApplication::setFallbackSessionManagementEnabled(false);

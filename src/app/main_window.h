@@ -14,6 +14,7 @@
 
 #include "app/live_session.h"
 #include "app/tray.h"
+#include "compose/theme_state.h"
 
 class QTranslator;
 

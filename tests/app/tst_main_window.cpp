@@ -10,6 +10,8 @@
 #include "widgets/nimb_push_button.h"
 #include "window_test_support.h"
 
+Q_DECLARE_METATYPE(QSystemTrayIcon::ActivationReason)
+
 using namespace kivo;
 using namespace kivo::test;
 

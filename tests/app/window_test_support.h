@@ -32,7 +32,7 @@ inline const QString kBin = QStringLiteral(KIVO_BIN_DIR);
 inline void PrepareApplication() {
     InitResources();
     InstallFontSubstitutes();
-    QApplication::setStyleSheet(WindowStyleSheet());
+    qApp->setStyleSheet(WindowStyleSheet());
     QApplication::setQuitOnLastWindowClosed(false);
     QLoggingCategory::setFilterRules(QStringLiteral("*.debug=false"));
 }
