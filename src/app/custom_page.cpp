@@ -31,9 +31,8 @@ void CustomPage::Show() {
     const ScreenState state = m_ui.zoomwidget->Shown();
     for (int kind = 0; kind < kLiveValueCount; ++kind) {
         // Of the one-item layout the slot tells: a flag may outlive the choice.
-        const bool ticked = state.variant == 1 && kind < int(OtherText)
-                                ? state.slotItems[kCentreSlot] == kind
-                                : IsShown(state, kind);
+        const bool ticked = state.variant == 1 && kind < int(OtherText) ? state.slotItems[kCentreSlot] == kind
+                                                                        : IsShown(state, kind);
         m_boxes[size_t(kind)]->setChecked(ticked);
     }
 }

@@ -1,7 +1,7 @@
 #pragma once
 
-// The page of the custom layouts: nine check boxes, one an item, over the two variants. What is ticked is kept
-// by the editor alone; the boxes only show it. GUI thread.
+// The page of the custom layouts: nine check boxes, one an item, over the two variants. What is ticked is
+// kept by the editor alone; the boxes only show it. GUI thread.
 
 #include <QCheckBox>
 #include <QObject>

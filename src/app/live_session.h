@@ -81,6 +81,8 @@ public:
     // The newest power (watts) and temperature (degrees Celsius), kept across refresh threads. Deliberate:
     // the temperature arrives in the argument that is named after a clock.
     void SetCpuPowClock(qint32 iPow, qint32 iClock) { m_snapshot.SetCpuPowClock(iPow, iClock); }
+    // Whether a temperature has been measured so far.
+    bool HasTemperature() const { return m_snapshot.CpuTemp() > 0; }
     // The text of a live value at this moment (0..8; empty for the free texts).
     QString LiveText(int item) const { return m_snapshot.GetValueText(item); }
     // What the panel took last, item by item; empty for what it does not show.

@@ -134,8 +134,8 @@ int main(int argc, char** argv) {
     }
 
     Screen screen(line.options, hasDisplay);
-    kivo::MainWindow window({screen.Hid(), &instance, QCoreApplication::applicationDirPath(),
-                             line.options.virtualScreen});
+    kivo::MainWindow window(
+        {screen.Hid(), &instance, QCoreApplication::applicationDirPath(), line.options.virtualScreen});
     screen.ShowWindow();
     if (window.Session().Screen().controlHandle() == nullptr) {
         Say(stderr, QStringLiteral("kivo-screen: no screen found. --virtual-screen shows a software panel "

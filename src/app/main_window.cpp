@@ -200,6 +200,8 @@ void MainWindow::ShowLiveTexts() {
         texts[size_t(item)] = m_session->LiveText(item);
     }
     m_ui->zoomwidget->SetLiveTexts(texts);
+    // A machine without a sensor has no temperature to tell.
+    m_ui->pushButton->setText(m_session->HasTemperature() ? texts[CpuTemperature] : QString());
 }
 
 void MainWindow::BringToFront() {
@@ -238,8 +240,8 @@ void MainWindow::slotExit() {
         return;
     }
     BringToFront();
-    const QString question = QCoreApplication::translate(
-        "MainWindow", "退出软件PC端屏幕内容显示信息将不准，\n确定退出？");
+    const QString question =
+        QCoreApplication::translate("MainWindow", "退出软件PC端屏幕内容显示信息将不准，\n确定退出？");
     if (!ExitMessageBox::Ask(this, question)) {
         return;
     }

@@ -72,8 +72,8 @@ public:
 public Q_SLOTS:
     void slotCreateThread();
     void iconActivated(QSystemTrayIcon::ActivationReason reason);
-    // A new sample of the power poller. Deliberate: the temperature arrives in the argument that is named after
-    // a clock. The last two are reserved.
+    // A new sample of the power poller. Deliberate: the temperature arrives in the argument that is named
+    // after a clock. The last two are reserved.
     void slotCpuPowClock(qint32 iPow, qint32 iClock, qint32 iGPow, qint32 iGClock);
     // Asks whether to end the program, and ends it.
     void slotExit();
@@ -144,13 +144,13 @@ private:
     Tray m_tray;
     QTimer m_poll;
 
-    ThemeState m_savedThemes;      // as the settings have them
-    int m_pageStyle[2] = {0, 0};   // what "style" means on each page, while the other is shown
+    ThemeState m_savedThemes;     // as the settings have them
+    int m_pageStyle[2] = {0, 0};  // what "style" means on each page, while the other is shown
     bool m_editing = false;
     bool m_trimming = false;
-    bool m_live = false;           // workers run, so that there are live texts to show
+    bool m_live = false;  // workers run, so that there are live texts to show
     bool m_uploading = false;
-    bool m_exitWanted = false;     // asked for while an upload ran
+    bool m_exitWanted = false;  // asked for while an upload ran
     bool m_exitConfirmed = false;
     bool m_dragging = false;
     QPoint m_dragOffset;

@@ -26,8 +26,15 @@ constexpr QPoint kEditBarCorner(48, 58);
 constexpr QPoint kColorBarCorner(60, 82);
 constexpr QSize kColorBarSize(163, 48);
 constexpr QRect kPictureScrollPlace(914, 292, 6, 228);
+constexpr QSize kOrientationIcon(18, 18);
+constexpr QSize kVariantIcon(18, 12);
+constexpr int kChoicePixels = 13;
 constexpr int kLargeDatePixels = 15;
 constexpr int kSmallDatePixels = 12;
+
+QString Skin(const char* name) {
+    return QStringLiteral(":/skins/%1.png").arg(QLatin1String(name));
+}
 
 QString WindowText(const char* text) {
     return QCoreApplication::translate("MainWindow", text);
@@ -38,7 +45,8 @@ QString WindowText(const char* text) {
 void MainWindow::SetUpLooks() {
     setWindowFlags(Qt::Window | Qt::FramelessWindowHint | Qt::WindowSystemMenuHint |
                    Qt::WindowMinimizeButtonHint);
-    m_ui->afterlabel->setPixmap(QIcon(QStringLiteral(":/skins/logo_mark.png")).pixmap(m_ui->afterlabel->size()));
+    m_ui->afterlabel->setPixmap(
+        QIcon(QStringLiteral(":/skins/logo_mark.png")).pixmap(m_ui->afterlabel->size()));
     m_ui->btnTheme->SetLook(NimbPushButton::Look::Tab);
     m_ui->btnImage->SetLook(NimbPushButton::Look::Tab);
     m_ui->btnApply->SetLook(NimbPushButton::Look::Primary);
@@ -49,9 +57,12 @@ void MainWindow::SetUpLooks() {
          {m_ui->choiceFirst, m_ui->choiceSecond, m_ui->btnLandscape, m_ui->btnPortrait}) {
         button->SetLook(NimbPushButton::Look::Choice);
     }
-    for (NimbPushButton* button : {m_ui->btnExit, m_ui->btnMini, m_ui->btnRemote}) {
-        button->SetLook(NimbPushButton::Look::Bare);
-    }
+    m_ui->btnLandscape->SetIcons(Skin("orient_h_n"), Skin("orient_h_s"), kOrientationIcon);
+    m_ui->btnPortrait->SetIcons(Skin("orient_v_n"), Skin("orient_v_s"), kOrientationIcon);
+    m_ui->btnExit->SetPictures(Skin("close_n"), Skin("close_h"), Skin("close_s"), Skin("close_n"));
+    m_ui->btnMini->SetPictures(Skin("mini_n"), Skin("mini_h"), Skin("mini_s"), Skin("mini_n"));
+    m_ui->btnRemote->SetPictures(Skin("remote_n"), Skin("remote_h"), Skin("remote_h"), Skin("remote_n"));
+    m_ui->pushButton->setText(QString());
     new FocusRing(this);
 }
 
@@ -82,9 +93,8 @@ void MainWindow::WirePages() {
         FinishEditing();
         ChangeThemes([style](ThemeState& themes) { themes.style = style; });
     });
-    connect(m_themePage, &ThemePage::themeChosen, this, [this](int theme) {
-        ChangeThemes([theme](ThemeState& themes) { themes.theme = theme; });
-    });
+    connect(m_themePage, &ThemePage::themeChosen, this,
+            [this](int theme) { ChangeThemes([theme](ThemeState& themes) { themes.theme = theme; }); });
     connect(m_ui->btnEdit, &QAbstractButton::clicked, this, [this] { OpenEditing(true); });
     connect(m_ui->btnEdit_cancel, &QAbstractButton::clicked, this, [this] {
         FinishEditing();
@@ -157,7 +167,6 @@ void MainWindow::ShowState() {
     m_ui->zoomwidget->setGeometry(lying ? Corners(48, 118, 482, 429) : Corners(53, 113, 477, 434));
     m_tabs->SetChosen(custom);
     m_orientation->SetChosen(int(themes.orientation));
-    m_pageChoice->SetChosen(themes.style);
 
     m_themePage->SetVisible(!custom);
     m_customPage->SetVisible(custom);
@@ -180,20 +189,28 @@ void MainWindow::ShowPageChoice(bool custom, const ThemeState& themes) {
     if (custom) {
         first->setText(WindowText(QT_TRANSLATE_NOOP("MainWindow", "五项")));
         second->setText(WindowText(QT_TRANSLATE_NOOP("MainWindow", "一项")));
+        first->SetIcons(Skin("five_n"), Skin("five_s"), kVariantIcon);
+        second->SetIcons(Skin("one_n"), Skin("one_s"), kVariantIcon);
         first->setToolTip(WindowText(QT_TRANSLATE_NOOP("MainWindow", "最多五项")));
         second->setToolTip(WindowText(QT_TRANSLATE_NOOP("MainWindow", "只显示一项")));
     } else {
-        const QString date = m_language == InterfaceLanguage::Russian ? QStringLiteral("31.12") : QStringLiteral("12.31");
+        const QString date =
+            m_language == InterfaceLanguage::Russian ? QStringLiteral("31.12") : QStringLiteral("12.31");
         first->setText(date);
         second->setText(date);
+        first->SetIcons({}, {}, {});
+        second->SetIcons({}, {}, {});
         first->setToolTip(WindowText(QT_TRANSLATE_NOOP("MainWindow", "日期：大")));
         second->setToolTip(WindowText(QT_TRANSLATE_NOOP("MainWindow", "日期：小")));
     }
+    first->SetTextPixelSize(custom ? kChoicePixels : kLargeDatePixels);
+    second->SetTextPixelSize(custom ? kChoicePixels : kSmallDatePixels);
     const bool possible = custom || themes.theme == int(Theme::Scene);
     for (NimbPushButton* button : {first, second}) {
         button->setAccessibleName(button->toolTip());
         button->SetButtonEnabled(possible);
     }
+    m_pageChoice->SetChosen(themes.style);
 }
 
 void MainWindow::ShowToolBar() {
@@ -230,9 +247,9 @@ void MainWindow::UsePicture(const QString& path) {
 }
 
 QString MainWindow::ChoosePicture() {
-    return QFileDialog::getOpenFileName(
-        this, WindowText(QT_TRANSLATE_NOOP("MainWindow", "打开图片")),
-        QStandardPaths::writableLocation(QStandardPaths::PicturesLocation), PictureList::PictureFileFilter());
+    return QFileDialog::getOpenFileName(this, WindowText(QT_TRANSLATE_NOOP("MainWindow", "打开图片")),
+                                        QStandardPaths::writableLocation(QStandardPaths::PicturesLocation),
+                                        PictureList::PictureFileFilter());
 }
 
 void MainWindow::AddPictureByHand() {

@@ -1,6 +1,6 @@
 #include "app/tray.h"
 
-#include <QCoreApplication>
+#include <QGuiApplication>
 
 namespace kivo {
 
@@ -17,7 +17,11 @@ Tray::Tray(QObject* parent)
 }
 
 void Tray::Show() {
-    m_icon.setVisible(true);
+    // A platform without a display has no notification area to wait for, and would complain.
+    const QString platform = QGuiApplication::platformName();
+    if (platform != QLatin1String("offscreen") && platform != QLatin1String("minimal")) {
+        m_icon.setVisible(true);
+    }
 }
 
 void Tray::SetTexts() {

@@ -57,13 +57,9 @@ inline void SetUpProfile() {
 
 struct Desk {
     explicit Desk(const QLocale& locale = QLocale(QStringLiteral("en_US")), bool hasTray = true)
-        : window(std::make_unique<MainWindow>(MainWindow::Parts{panel,
-                                                                nullptr,
-                                                                kBin,
-                                                                false,
-                                                                locale,
-                                                                [hasTray] { return hasTray; },
-                                                                [this](QWidget*) { return pictureToChoose; }})) {}
+        : window(std::make_unique<MainWindow>(
+              MainWindow::Parts{panel, nullptr, kBin, false, locale, [hasTray] { return hasTray; },
+                                [this](QWidget*) { return pictureToChoose; }})) {}
     ~Desk() { Close(); }
 
     void Close() {
@@ -107,6 +103,22 @@ struct Desk {
     VirtualHidApi panel;
     QString pictureToChoose;
     std::unique_ptr<MainWindow> window;
+};
+
+// Counts what a widget was told.
+class EventCounter : public QObject {
+public:
+    EventCounter(QObject& watched, QEvent::Type type) : m_type(type) { watched.installEventFilter(this); }
+    int count = 0;
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        count += event->type() == m_type ? 1 : 0;
+        return QObject::eventFilter(watched, event);
+    }
+
+private:
+    const QEvent::Type m_type;
 };
 
 // Runs act on the next modal dialog as soon as it is there; act has to close it.

@@ -152,7 +152,8 @@ int main(int argc, char** argv) {
     kivo::configFolderCreated = 0;
     kivo::VirtualHidApi panel;
     kivo::MainWindow window({panel, nullptr, QCoreApplication::applicationDirPath(), false,
-                             QLocale(QString::fromLatin1(argc > 2 ? argv[2] : "en_US")), [] { return true; }});
+                             QLocale(QString::fromLatin1(argc > 2 ? argv[2] : "en_US")),
+                             [] { return true; }});
     window.show();
     const Photographer photographer(window, folder);
     photographer.Wait(2000);
