@@ -1,7 +1,7 @@
 #pragma once
 
-// The strip with the six colours a free text can have. It comes up over the editor and goes when one has been picked.
-// GUI thread.
+// The strip with the six colours a free text can have. It comes up over the editor and goes when one has been
+// picked. GUI thread.
 
 #include <QWidget>
 #include <array>

@@ -1,7 +1,7 @@
 #pragma once
 
-// The tool bar of the free text and of trimming: size chooser, colour indicator, trim, back. It only tells what was
-// chosen. GUI thread.
+// The tool bar of the free text and of trimming: size chooser, colour indicator, trim, back. It only tells
+// what was chosen. GUI thread.
 
 #include <QWidget>
 #include <array>

@@ -87,8 +87,8 @@ private:
 
 NimbPushButton::NimbPushButton(QWidget* parent)
     : QPushButton(parent),
-      m_textColors{QColor(130, 130, 130), QColor(225, 225, 225), QColor(255, 255, 255),
-                   QColor(100, 100, 100), QColor(100, 100, 100)},
+      m_textColors{QColor(130, 130, 130), QColor(225, 225, 225), QColor(255, 255, 255), QColor(100, 100, 100),
+                   QColor(100, 100, 100)},
       m_backColors{Qt::transparent, Qt::transparent, Qt::transparent, Qt::transparent, Qt::transparent} {
     // Presses that do not come from the mouse (space, a shortcut, click(), assistive programs) count as well.
     connect(this, &QPushButton::pressed, this, &NimbPushButton::TakePressWithoutMouse);

@@ -49,18 +49,19 @@ QString MenuStyle() {
 QString ListStyle() {
     return QStringLiteral(
         "kivo--MyListWidget { background: transparent; border: none; outline: none; }"
+        "kivo--MyListWidget QScrollBar:vertical { margin: 6px 0; }"
         "kivo--NimbPushButton, kivo--PressLabel { outline: none; }");
 }
 
-// Tool tips and menus are windows of their own: what lies outside of their round corners has to be let through.
+// Tool tips and menus are windows of their own: what lies outside of their round corners has to be let
+// through.
 class CornerRounder : public QObject {
 public:
     using QObject::QObject;
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override {
-        if (event->type() == QEvent::Polish &&
-            (watched->inherits("QTipLabel") || watched->inherits("QMenu")))
+        if (event->type() == QEvent::Polish && (watched->inherits("QTipLabel") || watched->inherits("QMenu")))
             static_cast<QWidget*>(watched)->setAttribute(Qt::WA_TranslucentBackground);
         return false;
     }
