@@ -2,6 +2,7 @@
 
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QScrollBar>
 
 namespace kivo {
 
@@ -11,6 +12,9 @@ MyListWidget::MyListWidget(QWidget* parent) : QListWidget(parent) {
     setMouseTracking(true);
     viewport()->setAttribute(Qt::WA_Hover);
     viewport()->setAutoFillBackground(false);
+    // As far from the ends as the pictures are. Its own sheet: a bar takes in the program's while this is
+    // still being constructed, and then knows no list above it.
+    verticalScrollBar()->setStyleSheet(QStringLiteral("QScrollBar:vertical { margin: 6px 0 6px 0; }"));
 }
 
 void MyListWidget::ShowAsGrid(const QSize& pictureSize, const QSize& cellSize) {

@@ -49,7 +49,6 @@ QString MenuStyle() {
 QString ListStyle() {
     return QStringLiteral(
         "kivo--MyListWidget { background: transparent; border: none; outline: none; }"
-        "kivo--MyListWidget QScrollBar:vertical { margin: 6px 0; }"
         "kivo--NimbPushButton, kivo--PressLabel { outline: none; }");
 }
 
@@ -102,7 +101,7 @@ QPalette WindowPalette() {
 }
 
 void ApplyWindowStyle(QApplication& application) {
-    application.setPalette(WindowPalette());
+    QApplication::setPalette(WindowPalette());
     application.setStyleSheet(WindowStyleSheet());
     QToolTip::setPalette(WindowPalette());
     application.installEventFilter(new CornerRounder(&application));
