@@ -216,7 +216,7 @@ private:
     QPoint m_pressedAt;
     TrimView m_trimStart;      // when the drag began
     LayoutRecord m_trimDraft;  // what the drag has made of the layout's trim so far
-    double m_wheelRest = 0;    // panel pixels of wheel movement not yet acted on
+    int m_wheelRest = 0;       // wheel movement (eighths of a degree) not yet acted on
 };
 
 }  // namespace kivo

@@ -11,9 +11,9 @@ namespace kivo {
 namespace {
 
 // Panel pixels of the frame's long side.
-constexpr double kInsetPerNotch = 8;
+constexpr int kInsetPerNotch = 8;
 constexpr double kInsetPerKey = 4;
-constexpr double kWheelNotch = 120;
+constexpr int kAnglePerInset = QWheelEvent::DefaultDeltasPerStep / kInsetPerNotch;
 
 }  // namespace
 
@@ -102,10 +102,10 @@ void ZoomWidget::wheelEvent(QWheelEvent* event) {
         return;
     }
     // Fine wheels and touch pads send parts of a notch, too small for a whole panel pixel each.
-    m_wheelRest += event->angleDelta().y() / kWheelNotch * kInsetPerNotch;
-    const double inset = double(qint64(m_wheelRest));
+    m_wheelRest += event->angleDelta().y();
+    const int inset = m_wheelRest / kAnglePerInset;
     if (inset != 0) {
-        m_wheelRest -= inset;
+        m_wheelRest -= inset * kAnglePerInset;
         SetTrimFrame(ZoomedFrame(CurrentTrimView(), inset, CurrentOrientation()), EditHistory::Kind::Zoom);
         UpdateTrimZone(WholePosition(event->position()));
     }
