@@ -1,5 +1,6 @@
 #include "widgets/my_list_widget.h"
 
+#include <QKeyEvent>
 #include <QMouseEvent>
 
 namespace kivo {
@@ -30,6 +31,13 @@ void MyListWidget::mousePressEvent(QMouseEvent* event) {
     QListWidget::mousePressEvent(event);
     if (event->button() == Qt::RightButton)
         Q_EMIT rightClick();
+}
+
+// The base class shows its delegate printing keys only, and this one asks the delegate to delete.
+void MyListWidget::keyPressEvent(QKeyEvent* event) {
+    if (event->key() == Qt::Key_Delete && edit(currentIndex(), QAbstractItemView::NoEditTriggers, event))
+        return;
+    QListWidget::keyPressEvent(event);
 }
 
 }  // namespace kivo

@@ -49,6 +49,7 @@ QString MenuStyle() {
 QString ListStyle() {
     return QStringLiteral(
         "kivo--MyListWidget { background: transparent; border: none; outline: none; }"
+        "kivo--MyListWidget QScrollBar:vertical { margin: 6px 0; }"
         "kivo--NimbPushButton, kivo--PressLabel { outline: none; }");
 }
 
