@@ -18,6 +18,10 @@ constexpr int kAnglePerInset = QWheelEvent::DefaultDeltasPerStep / kInsetPerNotc
 }  // namespace
 
 void ZoomWidget::SetTrimMode(quint8 on) {
+    // The tool bar lets its trim button go at every other choice, also right after text entry was opened.
+    if (m_trimMode == (on != 0)) {
+        return;
+    }
     solteditingFinished();
     EndDrag();
     m_trimMode = on != 0;

@@ -48,7 +48,8 @@ inline QPoint RowPoint(int row, Orientation orientation = Orientation::Landscape
 class Editor : public ZoomWidget {
 public:
     // Shows the state, with editing open.
-    explicit Editor(const ThemeState& themes = CustomThemes(), const SlotTable& slotTable = FactorySlotTable()) {
+    explicit Editor(const ThemeState& themes = CustomThemes(),
+                    const SlotTable& slotTable = FactorySlotTable()) {
         SaveSlotTable(slotTable);
         LoadCustomShow();
         resize(EditorSize(themes.orientation));

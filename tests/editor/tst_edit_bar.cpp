@@ -18,14 +18,17 @@ private slots:
         m_bar = std::make_unique<EditBar>();
         m_log.clear();
         const auto note = [this](const char* what) {
-            return [this, what](quint8 value) { m_log << QStringLiteral("%1 %2").arg(QLatin1String(what)).arg(value); };
+            return [this, what](quint8 value) {
+                m_log << QStringLiteral("%1 %2").arg(QLatin1String(what)).arg(value);
+            };
         };
         connect(m_bar.get(), &EditBar::SendEdit, this, note("edit"));
         connect(m_bar.get(), &EditBar::SendFontSize, this, note("size"));
         connect(m_bar.get(), &EditBar::SendFontColor, this, note("color"));
         connect(m_bar.get(), &EditBar::ShowColorbarSignal, this, note("strip"));
         connect(m_bar.get(), &EditBar::SendImageReset, this, [this] { m_log << QStringLiteral("back"); });
-        connect(m_bar.get(), &EditBar::SizeClicked, this, [this] { m_log << QStringLiteral("size clicked"); });
+        connect(m_bar.get(), &EditBar::SizeClicked, this,
+                [this] { m_log << QStringLiteral("size clicked"); });
         m_bar->show();
         QVERIFY(QTest::qWaitForWindowExposed(m_bar.get()));
     }

@@ -32,7 +32,8 @@ QVector<NamedThemes> AllPages() {
             themes.mode = 1;
             pages.append({"five items" + end, themes});
             ThemeState text = themes;
-            text.layouts[size_t(CustomLayoutIndex(0))].freeText = QStringLiteral("A free text of several words");
+            text.layouts[size_t(CustomLayoutIndex(0))].freeText =
+                QStringLiteral("A free text of several words");
             pages.append({"five items and a text" + end, text});
             ThemeState single = themes;
             single.style = 1;
@@ -60,8 +61,8 @@ private:
         QTest::addColumn<int>("language");
         const QVector<NamedThemes> pages = AllPages();
         for (int k = 0; k < pages.size(); ++k) {
-            QTest::newRow(pages[k].name) << pages[k].themes << pages[k].slotTable
-                                         << k / (pages.size() / int(kLanguages.size()));
+            QTest::newRow(pages[k].name)
+                << pages[k].themes << pages[k].slotTable << k / (pages.size() / int(kLanguages.size()));
         }
     }
 
@@ -136,8 +137,8 @@ private slots:
         const QRect screen(QPoint(map.left, map.top), (QSizeF(canvas) * map.scale).toSize());
         const QImage reduced = editor.grab().toImage().copy(screen).scaled(canvas, Qt::IgnoreAspectRatio,
                                                                            Qt::SmoothTransformation);
-        // The edges of letters that are drawn at another size differ; seen from a little further away, nothing
-        // may.
+        // The edges of letters that are drawn at another size differ; seen from a little further away,
+        // nothing may.
         const QSize coarse(canvas.width() / 10, canvas.height() / 10);
         const auto blurred = [&coarse](const QImage& image) {
             return image.scaled(coarse, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
@@ -147,8 +148,8 @@ private slots:
         for (int y = 1; y < coarse.height() - 1; ++y) {  // without the round corners
             for (int x = 1; x < coarse.width() - 1; ++x) {
                 const int difference = qAbs(qGray(fromPanel.pixel(x, y)) - qGray(fromPreview.pixel(x, y)));
-                QVERIFY2(difference <= 20, (QByteArray::number(difference) + " about " + QByteArray::number(x * 10) +
-                                            "," + QByteArray::number(y * 10))
+                QVERIFY2(difference <= 20, (QByteArray::number(difference) + " about " +
+                                            QByteArray::number(x * 10) + "," + QByteArray::number(y * 10))
                                                .constData());
             }
         }

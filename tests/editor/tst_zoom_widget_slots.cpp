@@ -37,8 +37,8 @@ private slots:
         for (const Orientation orientation : kOrientations) {
             for (int from = 0; from < kSlotCount; ++from) {
                 for (int to = 0; to < kSlotCount; ++to) {
-                    const QByteArray name =
-                        QByteArray::number(from) + " on " + QByteArray::number(to) + ", " + NameOf(orientation);
+                    const QByteArray name = QByteArray::number(from) + " on " + QByteArray::number(to) +
+                                            ", " + NameOf(orientation);
                     QTest::newRow(name) << orientation << from << to;
                 }
             }
@@ -148,7 +148,8 @@ private slots:
         editor->ShowTheme(CustomThemes(), true);
         window.show();
         const auto isTaken = [&] {
-            QMouseEvent press(QEvent::MouseButtonPress, SlotPoint(0), Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
+            QMouseEvent press(QEvent::MouseButtonPress, SlotPoint(0), Qt::LeftButton, Qt::LeftButton,
+                              Qt::NoModifier);
             press.setAccepted(false);
             // The event is made accepted before it is delivered; who does not want it ignores it.
             press.accept();

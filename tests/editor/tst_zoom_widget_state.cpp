@@ -336,7 +336,8 @@ private slots:
         QVERIFY(picture.save(path));
         QFile file(path);
         QVERIFY(file.open(QIODevice::ReadWrite));
-        QVERIFY(file.setFileTime(QDateTime::currentDateTime().addSecs(60), QFileDevice::FileModificationTime));
+        QVERIFY(
+            file.setFileTime(QDateTime::currentDateTime().addSecs(60), QFileDevice::FileModificationTime));
         file.close();
         editor.ShowTheme(themes, false);
         editor.grab();
@@ -405,8 +406,8 @@ private slots:
     void FixedNames_data() {
         QTest::addColumn<QByteArray>("signature");
         for (const char* signature :
-             {"HideColorWin(int)", "UndoColorSignal(int)", "UndoTextSize(int)", "HideRemote(int)", "layoutChanged()",
-              "solteditingFinished()", "slotShowEdt()"}) {
+             {"HideColorWin(int)", "UndoColorSignal(int)", "UndoTextSize(int)", "HideRemote(int)",
+              "layoutChanged()", "solteditingFinished()", "slotShowEdt()"}) {
             QTest::newRow(signature) << QByteArray(signature);
         }
     }

@@ -198,10 +198,12 @@ private slots:
         Editor editor(themes);
         editor.SetEditing(why != 1);
         editor.SetTrimMode(why == 2 ? 1 : 0);
-        editor.slotShowEdt();
-        QVERIFY(!editor.IsTextEntryOpen());
         editor.DoubleClick(QPoint(200, 180));
         QVERIFY(!editor.IsTextEntryOpen());
+        if (why != 2) {  // there the tool bar's call ends trimming
+            editor.slotShowEdt();
+            QVERIFY(!editor.IsTextEntryOpen());
+        }
     }
 
     // The zone is scaled but not moved, so it lies above and left of where the row is seen.
@@ -214,7 +216,8 @@ private slots:
         QTest::newRow("landscape, above") << kLying << QPoint(13, 154) << false;
         QTest::newRow("landscape, in the row but below the zone") << kLying << QPoint(200, 230) << false;
         QTest::newRow("portrait, in the zone") << kStanding << QPoint(12, 230) << true;
-        QTest::newRow("portrait, where the row is seen, right of the zone") << kStanding << QPoint(200, 240) << false;
+        QTest::newRow("portrait, where the row is seen, right of the zone")
+            << kStanding << QPoint(200, 240) << false;
     }
     void ADoubleClickInTheGivenZoneOpensEntry() {
         QFETCH(Orientation, orientation);
@@ -259,7 +262,8 @@ private slots:
         QTest::addColumn<int>("row");
         for (const Orientation orientation : kOrientations) {
             for (int row = 0; row < kTextRowCount; ++row) {
-                QTest::newRow(NameOf(orientation) + ", to row " + QByteArray::number(row)) << orientation << row;
+                QTest::newRow(NameOf(orientation) + ", to row " + QByteArray::number(row))
+                    << orientation << row;
             }
         }
     }

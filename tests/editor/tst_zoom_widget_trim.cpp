@@ -264,7 +264,8 @@ private slots:
         Trimmer editor(CustomThemes(orientation));
         QVERIFY(editor.SetBackground(path));
         QRectF frame = editor.Frame();
-        editor.Drag(frame.topLeft().toPoint(), frame.topLeft().toPoint() + QPoint(0, int(frame.height() / 3)));
+        editor.Drag(frame.topLeft().toPoint(),
+                    frame.topLeft().toPoint() + QPoint(0, int(frame.height() / 3)));
         frame = editor.Frame();
         editor.Drag(frame.center().toPoint(), frame.center().toPoint() - QPoint(7, 11));
         frame = editor.Frame();
@@ -272,7 +273,8 @@ private slots:
 
         const QImage trimming = editor.grab().toImage();
         const QImage placed = PlacedPicture(slope, CanvasSize(orientation), orientation, editor.Layout());
-        for (const QPointF share : {QPointF(0.2, 0.2), QPointF(0.8, 0.25), QPointF(0.25, 0.8), QPointF(0.7, 0.7)}) {
+        for (const QPointF share :
+             {QPointF(0.2, 0.2), QPointF(0.8, 0.25), QPointF(0.25, 0.8), QPointF(0.7, 0.7)}) {
             const QPointF inWidget =
                 frame.topLeft() + QPointF(frame.width() * share.x(), frame.height() * share.y());
             const QRgb framed = trimming.pixel(inWidget.toPoint());

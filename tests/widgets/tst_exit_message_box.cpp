@@ -157,8 +157,8 @@ private slots:
 
     void thePanelGrowsWithTheText_data() {
         QTest::addColumn<QString>("text");
-        const QString sentence =
-            QStringLiteral("После выхода из программы сведения о компьютере на экране перестанут обновляться.");
+        const QString sentence = QStringLiteral(
+            "После выхода из программы сведения о компьютере на экране перестанут обновляться.");
         QTest::newRow("long") << sentence + QLatin1Char('\n') + sentence + sentence;
         QTest::newRow("one long word") << QString(200, QLatin1Char('W'));
     }

@@ -319,10 +319,9 @@ private slots:
             const QString path = folder.filePath(name);
             return image.save(path) ? path : QString();
         };
-        m_button->SetPictures(picture(QStringLiteral("n.png"), Qt::red),
-                              picture(QStringLiteral("h.png"), Qt::green),
-                              picture(QStringLiteral("p.png"), Qt::blue),
-                              picture(QStringLiteral("d.png"), Qt::yellow));
+        m_button->SetPictures(
+            picture(QStringLiteral("n.png"), Qt::red), picture(QStringLiteral("h.png"), Qt::green),
+            picture(QStringLiteral("p.png"), Qt::blue), picture(QStringLiteral("d.png"), Qt::yellow));
         QCOMPARE(Pixel(99, 39), QColor(Qt::red));
         Come(*m_button);
         QCOMPARE(Pixel(0, 0), QColor(Qt::green));

@@ -62,6 +62,12 @@ private slots:
         QVERIFY(QTest::qWaitForWindowExposed(&list));
         QCOMPARE(list.verticalScrollBar()->width(), 6);
         QCOMPARE(list.frameWidth(), 0);
+        const QImage image = list.grab().toImage();
+        const int x = image.width() - 3;
+        QVERIFY(image.pixelColor(x, 5) != window_colors::kThumb);
+        QCOMPARE(image.pixelColor(x, 8), window_colors::kThumb);
+        QCOMPARE(image.pixelColor(x, 91), window_colors::kTrack);
+        QVERIFY(image.pixelColor(x, 94) != window_colors::kTrack);
     }
 
     void textsAreReadable_data() {
