@@ -5,18 +5,16 @@
 //   nobody ->  "nobody"; goes on without the superuser's rights, if it has them
 // The end of its input ends it.
 
-#include <unistd.h>
 #include <QCoreApplication>
 #include <QSystemSemaphore>
 #include <iostream>
 #include <memory>
 #include <string>
 
+#include "../config/private_home.h"
 #include "app/single_instance.h"
 
 namespace {
-
-constexpr uid_t kNobody = 65534;
 
 void Say(const char* line) {
     std::cout << line << std::endl;
@@ -31,7 +29,8 @@ int main(int argc, char** argv) {
     std::string line;
     while (std::getline(std::cin, line)) {
         if (line == "nobody") {
-            if (::geteuid() == 0 && ::setresuid(kNobody, kNobody, kNobody) != 0) {
+            if (::geteuid() == 0 &&
+                ::setresuid(kivo::test::kNobody, kivo::test::kNobody, kivo::test::kNobody) != 0) {
                 return 1;
             }
             Say("nobody");

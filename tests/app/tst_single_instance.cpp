@@ -8,9 +8,11 @@
 #include <memory>
 #include <vector>
 
+#include "../config/private_home.h"
 #include "app/single_instance.h"
 
 using namespace kivo;
+using kivo::test::kReachableFolder;
 
 // Copies of the program as processes of their own, started, killed and set against each other.
 class TestSingleInstance : public QObject {
@@ -44,7 +46,6 @@ namespace {
 
 constexpr int kPatienceMs = 20000;
 constexpr quint32 kStartUs = 5000;  // what a start takes and more
-const char* const kNobodysSuffix = " 65534";
 
 class Copy {
 public:
@@ -101,7 +102,7 @@ void RemoveFromSystem(const QString& semaphore, const QString& memory) {
 
 QString OfNobody(QString name) {
     name.truncate(name.lastIndexOf(QLatin1Char(' ')));
-    return name + QLatin1String(kNobodysSuffix);
+    return name + QStringLiteral(" %1").arg(kivo::test::kNobody);
 }
 
 QString MemoryKeyFile() {
@@ -125,8 +126,8 @@ int SegmentMadeHere() {
 }  // namespace
 
 void TestSingleInstance::init() {
-    // A place where no other copy looks.
-    m_folder = std::make_unique<QTemporaryDir>();
+    // A place where no other copy looks, but any user may.
+    m_folder = std::make_unique<QTemporaryDir>(kReachableFolder);
     QVERIFY(m_folder->isValid());
     qputenv("TMPDIR", m_folder->path().toUtf8());
     QVERIFY(MemoryKeyFile().startsWith(m_folder->path()));
