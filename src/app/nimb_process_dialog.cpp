@@ -50,7 +50,12 @@ void NimbProcessDialog::ShowFrame() {
     if (frame.isNull()) {
         return;
     }
-    frame.setDevicePixelRatio(qreal(frame.width()) / kSide);
+    const qreal pixelRatio = devicePixelRatioF();
+    const int side = qRound(kSide * pixelRatio);
+    if (frame.width() != side) {
+        frame = frame.scaled(side, side, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    }
+    frame.setDevicePixelRatio(pixelRatio);
     m_label->setPixmap(frame);
 }
 
