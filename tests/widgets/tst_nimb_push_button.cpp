@@ -354,6 +354,33 @@ private slots:
         QVERIFY2(qAbs(firstInk - (iconRect.right() + 8)) <= 3, qPrintable(QString::number(firstInk)));
     }
 
+    void theChosenHalfWearsTheAccentOnce_data() {
+        QTest::addColumn<bool>("hasIcon");
+        QTest::addColumn<QColor>("ink");
+        QTest::newRow("text alone") << false << window_colors::kAccentBright;
+        QTest::newRow("beside an icon") << true << window_colors::kTextHigh;
+    }
+    void theChosenHalfWearsTheAccentOnce() {
+        QFETCH(bool, hasIcon);
+        QFETCH(QColor, ink);
+        m_button->SetLook(Look::Choice);
+        m_button->SetToggleMode(true);
+        m_button->setText(QStringLiteral("\u2588\u2588"));  // full blocks
+        QColor icon = window_colors::kAccentBright;
+        if (hasIcon) {
+            m_button->SetIconDrawing([&icon](QPainter&, const QRectF&, const QColor& color,
+                                             NimbPushButton::State) { icon = color; },
+                                     QSize(18, 12));
+        }
+        m_button->SetPressed(true);
+        const QImage image = m_button->grab().toImage();
+        bool hasInk = false;
+        for (int x = 0; x < image.width(); ++x)
+            hasInk = hasInk || image.pixelColor(x, 20) == ink;
+        QVERIFY(hasInk);
+        QCOMPARE(icon, window_colors::kAccentBright);
+    }
+
     void longTextsStayInside_data() {
         QTest::addColumn<QString>("text");
         QTest::newRow("smaller") << QStringLiteral("Применить всё");
