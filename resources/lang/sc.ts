@@ -2,6 +2,270 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="zh_CN" sourcelanguage="zh_CN">
 <context>
+    <name>ColorBar</name>
+    <message>
+        <source>白色</source>
+        <translation>白色</translation>
+    </message>
+    <message>
+        <source>黑色</source>
+        <translation>黑色</translation>
+    </message>
+    <message>
+        <source>橙色</source>
+        <translation>橙色</translation>
+    </message>
+    <message>
+        <source>黄色</source>
+        <translation>黄色</translation>
+    </message>
+    <message>
+        <source>蓝色</source>
+        <translation>蓝色</translation>
+    </message>
+    <message>
+        <source>绿色</source>
+        <translation>绿色</translation>
+    </message>
+</context>
+<context>
+    <name>MainWindow</name>
+    <message>
+        <source>显示设计</source>
+        <translation>显示设计</translation>
+    </message>
+    <message>
+        <source>背景选择</source>
+        <translation>背景选择</translation>
+    </message>
+    <message>
+        <source>选择文件夹:</source>
+        <translation>选择文件夹:</translation>
+    </message>
+    <message>
+        <source>默认主题</source>
+        <translation>默认主题</translation>
+    </message>
+    <message>
+        <source>四个现成的主题</source>
+        <translation>四个现成的主题</translation>
+    </message>
+    <message>
+        <source>自定义主题</source>
+        <translation>自定义主题</translation>
+    </message>
+    <message>
+        <source>自己排列的画面</source>
+        <translation>自己排列的画面</translation>
+    </message>
+    <message>
+        <source>选择主题</source>
+        <translation>选择主题</translation>
+    </message>
+    <message>
+        <source>主题</source>
+        <translation>主题</translation>
+    </message>
+    <message>
+        <source>CPU温度</source>
+        <translation type="unfinished">CPU温度</translation>
+    </message>
+    <message>
+        <source>在屏幕上显示CPU温度</source>
+        <translation>在屏幕上显示CPU温度</translation>
+    </message>
+    <message>
+        <source>CPU使用率</source>
+        <translation type="unfinished">CPU使用率</translation>
+    </message>
+    <message>
+        <source>在屏幕上显示CPU使用率</source>
+        <translation>在屏幕上显示CPU使用率</translation>
+    </message>
+    <message>
+        <source>内存使用率</source>
+        <translation type="unfinished">内存使用率</translation>
+    </message>
+    <message>
+        <source>在屏幕上显示内存使用率</source>
+        <translation>在屏幕上显示内存使用率</translation>
+    </message>
+    <message>
+        <source>时间</source>
+        <translation type="unfinished">时间</translation>
+    </message>
+    <message>
+        <source>在屏幕上显示时间</source>
+        <translation>在屏幕上显示时间</translation>
+    </message>
+    <message>
+        <source>功耗</source>
+        <translation type="unfinished">功耗</translation>
+    </message>
+    <message>
+        <source>在屏幕上显示功耗</source>
+        <translation>在屏幕上显示功耗</translation>
+    </message>
+    <message>
+        <source>日期</source>
+        <translation type="unfinished">日期</translation>
+    </message>
+    <message>
+        <source>在屏幕上显示日期</source>
+        <translation>在屏幕上显示日期</translation>
+    </message>
+    <message>
+        <source>风扇转速</source>
+        <translation type="unfinished">风扇转速</translation>
+    </message>
+    <message>
+        <source>在屏幕上显示风扇转速</source>
+        <translation>在屏幕上显示风扇转速</translation>
+    </message>
+    <message>
+        <source>其他</source>
+        <translation type="unfinished">其他</translation>
+    </message>
+    <message>
+        <source>待定</source>
+        <translation>待定</translation>
+    </message>
+    <message>
+        <source>选择背景图片；按 Delete 删除自己添加的图片</source>
+        <translation>选择背景图片；按 Delete 删除自己添加的图片</translation>
+    </message>
+    <message>
+        <source>背景图片</source>
+        <translation>背景图片</translation>
+    </message>
+    <message>
+        <source>屏幕预览</source>
+        <translation>屏幕预览</translation>
+    </message>
+    <message>
+        <source>显示整张图片</source>
+        <translation>显示整张图片</translation>
+    </message>
+    <message>
+        <source>横屏</source>
+        <translation>横屏</translation>
+    </message>
+    <message>
+        <source>竖屏</source>
+        <translation>竖屏</translation>
+    </message>
+    <message>
+        <source>编辑</source>
+        <translation>编辑</translation>
+    </message>
+    <message>
+        <source>移动项目，输入文字，修剪图片</source>
+        <translation>移动项目，输入文字，修剪图片</translation>
+    </message>
+    <message>
+        <source>取消</source>
+        <translation>取消</translation>
+    </message>
+    <message>
+        <source>放弃修改</source>
+        <translation>放弃修改</translation>
+    </message>
+    <message>
+        <source>确认</source>
+        <translation>确认</translation>
+    </message>
+    <message>
+        <source>把画面发送到屏幕</source>
+        <translation>把画面发送到屏幕</translation>
+    </message>
+    <message>
+        <source>最小化</source>
+        <translation>最小化</translation>
+    </message>
+    <message>
+        <source>退出</source>
+        <translation>退出</translation>
+    </message>
+    <message>
+        <source>Kivo Screen</source>
+        <translation>Kivo Screen</translation>
+    </message>
+    <message>
+        <source>退出软件PC端屏幕内容显示信息将不准，
+确定退出？</source>
+        <translation>退出软件PC端屏幕内容显示信息将不准，
+确定退出？</translation>
+    </message>
+    <message>
+        <source>五项</source>
+        <translation>五项</translation>
+    </message>
+    <message>
+        <source>一项</source>
+        <translation>一项</translation>
+    </message>
+    <message>
+        <source>最多五项</source>
+        <translation>最多五项</translation>
+    </message>
+    <message>
+        <source>只显示一项</source>
+        <translation>只显示一项</translation>
+    </message>
+    <message>
+        <source>日期：大</source>
+        <translation>日期：大</translation>
+    </message>
+    <message>
+        <source>日期：小</source>
+        <translation>日期：小</translation>
+    </message>
+    <message>
+        <source>无法打开此图片。</source>
+        <translation>无法打开此图片。</translation>
+    </message>
+    <message>
+        <source>打开图片</source>
+        <translation>打开图片</translation>
+    </message>
+    <message>
+        <source>是否删除此图片？</source>
+        <translation>是否删除此图片？</translation>
+    </message>
+    <message>
+        <source>默认图片不能删除。</source>
+        <translation>默认图片不能删除。</translation>
+    </message>
+    <message>
+        <source>默认</source>
+        <translation>默认</translation>
+    </message>
+    <message>
+        <source>场景</source>
+        <translation>场景</translation>
+    </message>
+    <message>
+        <source>功耗表</source>
+        <translation>功耗表</translation>
+    </message>
+    <message>
+        <source>时钟</source>
+        <translation>时钟</translation>
+    </message>
+    <message>
+        <source>副屏设置</source>
+        <translation>副屏设置</translation>
+    </message>
+    <message>
+        <source>显示窗口</source>
+        <translation>显示窗口</translation>
+    </message>
+    <message>
+        <source>退出程序</source>
+        <translation>退出程序</translation>
+    </message>
+</context>
+<context>
     <name>ZoomWidget</name>
     <message>
         <source>CPU温度</source>
@@ -34,6 +298,113 @@
     <message>
         <source>其他</source>
         <translation>其他</translation>
+    </message>
+    <message>
+        <source>屏幕预览</source>
+        <translation>屏幕预览</translation>
+    </message>
+    <message>
+        <source>拖动边框修剪图片，滚轮缩放</source>
+        <translation>拖动边框修剪图片，滚轮缩放</translation>
+    </message>
+    <message>
+        <source>拖动可交换位置，双击可输入文字</source>
+        <translation>拖动可交换位置，双击可输入文字</translation>
+    </message>
+    <message>
+        <source>双击进行输入</source>
+        <translation>双击进行输入</translation>
+    </message>
+    <message>
+        <source>自由文字</source>
+        <translation>自由文字</translation>
+    </message>
+</context>
+<context>
+    <name>kivo::ColorBar</name>
+    <message>
+        <source>文字颜色</source>
+        <translation>文字颜色</translation>
+    </message>
+</context>
+<context>
+    <name>kivo::EditBar</name>
+    <message>
+        <source>大</source>
+        <translation>大</translation>
+    </message>
+    <message>
+        <source>中</source>
+        <translation>中</translation>
+    </message>
+    <message>
+        <source>小</source>
+        <translation>小</translation>
+    </message>
+    <message>
+        <source>文字大小</source>
+        <translation>文字大小</translation>
+    </message>
+    <message>
+        <source>文字颜色</source>
+        <translation>文字颜色</translation>
+    </message>
+    <message>
+        <source>修剪</source>
+        <translation>修剪</translation>
+    </message>
+    <message>
+        <source>选取图片的显示区域</source>
+        <translation>选取图片的显示区域</translation>
+    </message>
+    <message>
+        <source>返回</source>
+        <translation>返回</translation>
+    </message>
+    <message>
+        <source>撤销上一步</source>
+        <translation>撤销上一步</translation>
+    </message>
+</context>
+<context>
+    <name>kivo::ExitMessageBox</name>
+    <message>
+        <source>确定</source>
+        <translation>确定</translation>
+    </message>
+    <message>
+        <source>取消</source>
+        <translation>取消</translation>
+    </message>
+    <message>
+        <source>温馨提示</source>
+        <translation>温馨提示</translation>
+    </message>
+</context>
+<context>
+    <name>kivo::NimbProcessDialog</name>
+    <message>
+        <source>正在更新屏幕</source>
+        <translation>正在更新屏幕</translation>
+    </message>
+</context>
+<context>
+    <name>kivo::PictureList</name>
+    <message>
+        <source>选择图片文件夹</source>
+        <translation>选择图片文件夹</translation>
+    </message>
+    <message>
+        <source>默认图片</source>
+        <translation>默认图片</translation>
+    </message>
+    <message>
+        <source>背景图片</source>
+        <translation>背景图片</translation>
+    </message>
+    <message>
+        <source>All Files(*)</source>
+        <translation>All Files(*)</translation>
     </message>
 </context>
 <context>

@@ -1,5 +1,7 @@
 #include "compose/theme_state.h"
 
+#include <tuple>
+
 #include "config/setting_keys.h"
 #include "config/settings_file.h"
 
@@ -81,7 +83,28 @@ Orientation OrientationOf(int layout) {
                                                                 : Orientation::Landscape;
 }
 
+int VariantOf(const ThemeState& state) {
+    return state.style == 0 ? 0 : 1;
+}
+
+Theme ThemeOf(const ThemeState& state) {
+    return Theme(qBound(0, state.theme, kThemeCount - 1));
+}
+
+auto Tied(const ThemeState& s) {
+    return std::tie(s.mode, s.theme, s.style, s.orientation, s.layouts);
+}
+
 }  // namespace
+
+int LayoutIndexInForce(const ThemeState& state) {
+    return state.mode != 0 ? CustomLayoutIndex(VariantOf(state))
+                           : ThemeLayoutIndex(ThemeOf(state), state.orientation);
+}
+
+bool operator==(const ThemeState& a, const ThemeState& b) {
+    return Tied(a) == Tied(b);
+}
 
 ThemeState FactoryThemeState(InterfaceLanguage language) {
     ThemeState state;
@@ -132,12 +155,11 @@ ScreenState MakeScreenState(const ThemeState& state, const SlotTable& slotTable,
                             InterfaceLanguage language) {
     ScreenState screen;
     screen.custom = state.mode != 0;
-    screen.theme = Theme(qBound(0, state.theme, kThemeCount - 1));
+    screen.theme = ThemeOf(state);
     screen.style = state.style;
-    screen.variant = state.style == 0 ? 0 : 1;
+    screen.variant = VariantOf(state);
     screen.orientation = state.orientation;
-    screen.layout = state.layouts[size_t(screen.custom ? CustomLayoutIndex(screen.variant)
-                                                       : ThemeLayoutIndex(screen.theme, screen.orientation))];
+    screen.layout = state.layouts[size_t(LayoutIndexInForce(state))];
     screen.slotItems = slotTable[size_t(screen.variant)];
     screen.textRow = qBound(0, textRow, kTextRowCount - 1);
     screen.language = language;

@@ -31,6 +31,14 @@ constexpr int ThemeLayoutIndex(Theme theme, Orientation orientation) {
 constexpr int CustomLayoutIndex(int variant) {
     return kFirstCustomLayout + variant;
 }
+// Index of the record in force: of the custom variant on the custom page, of the theme in its orientation on
+// the theme page.
+int LayoutIndexInForce(const ThemeState& state);
+
+bool operator==(const ThemeState& a, const ThemeState& b);
+inline bool operator!=(const ThemeState& a, const ThemeState& b) {
+    return !(a == b);
+}
 
 ThemeState FactoryThemeState(InterfaceLanguage language);
 

@@ -5,9 +5,11 @@
 #include "compose/panel_text.h"
 #include "config/folders.h"
 #include "resources/resources.h"
+#include "session_start.h"
 #include "virtualscreen/virtual_hid_api.h"
 
 using namespace kivo;
+using namespace kivo::test;
 
 // The whole way from counter to panel, without the process around it.
 class TestLiveSession : public QObject {
@@ -91,9 +93,9 @@ void TestLiveSession::init() {
 
 void TestLiveSession::FirstFrameThenLiveValues() {
     VirtualHidApi panel;
-    LiveSession session(panel, InterfaceLanguage::English, kBin);
-    QSignalSpy done(&session, &LiveSession::firstFrameDone);
-    session.Start();
+    LiveSession session(panel, InterfaceLanguage::English, kShortPauses);
+    QSignalSpy done(&session, &LiveSession::uploadDone);
+    StartWithFrame(session, LoadState(kBin, InterfaceLanguage::English));
     QVERIFY(done.wait(20000));
     QVERIFY(done.first().first().toBool());
     PanelState state = panel.State();
@@ -127,9 +129,9 @@ void TestLiveSession::ScreenThatVanishesInTheFrame() {
     QFETCH(quint64, report);
     VirtualHidApi panel;
     panel.VanishAtReport(report);
-    LiveSession session(panel, InterfaceLanguage::Chinese, kBin);
-    QSignalSpy done(&session, &LiveSession::firstFrameDone);
-    session.Start();
+    LiveSession session(panel, InterfaceLanguage::Chinese, kShortPauses);
+    QSignalSpy done(&session, &LiveSession::uploadDone);
+    StartWithFrame(session, LoadState(kBin, InterfaceLanguage::Chinese));
     QVERIFY(done.wait(20000));
     QVERIFY(!done.first().first().toBool());
     QCOMPARE(panel.State().counts.frames, quint64(0));
@@ -144,8 +146,8 @@ void TestLiveSession::ScreenThatVanishesInTheFrame() {
 void TestLiveSession::EndsWhileTheFirstFrameIsOnItsWay() {
     VirtualHidApi panel;
     {
-        LiveSession session(panel, InterfaceLanguage::Chinese, kBin);
-        session.Start();
+        LiveSession session(panel, InterfaceLanguage::Chinese);
+        StartWithFrame(session, LoadState(kBin, InterfaceLanguage::Chinese));
     }
     // It was asked to stop before it had measured the load.
     QCOMPARE(panel.State().counts.frames, quint64(0));
@@ -155,9 +157,9 @@ void TestLiveSession::EndsWhileTheFirstFrameIsOnItsWay() {
 void TestLiveSession::DoesNotWaitForAScreenThatHangs() {
     VirtualHidApi panel;
     HangingHidApi hid(panel);
-    LiveSession session(hid, InterfaceLanguage::Chinese, kBin);
-    QSignalSpy done(&session, &LiveSession::firstFrameDone);
-    session.Start();
+    LiveSession session(hid, InterfaceLanguage::Chinese, kShortPauses);
+    QSignalSpy done(&session, &LiveSession::uploadDone);
+    StartWithFrame(session, LoadState(kBin, InterfaceLanguage::Chinese));
     QVERIFY(done.wait(20000));
     hid.hang = true;
     QVERIFY(hid.entered.tryAcquire(1, 10000));
@@ -169,17 +171,14 @@ void TestLiveSession::DoesNotWaitForAScreenThatHangs() {
 
 void TestLiveSession::SettingsAreSeededOnce() {
     VirtualHidApi panel;
-    {
-        LiveSession session(panel, InterfaceLanguage::Chinese, kBin);
-        session.Start();
-    }
+    LoadState(kBin, InterfaceLanguage::Chinese);
     QVERIFY(QFile::exists(ConfigFilePath()));
     QVERIFY(QFile::exists(SettingsFolder() + QStringLiteral("/whole.png")));
     // What is changed later stays.
     QSettings(ConfigFilePath(), QSettings::IniFormat).setValue(QStringLiteral("Config/Hor"), 1);
-    LiveSession session(panel, InterfaceLanguage::Chinese, kBin);
-    QSignalSpy done(&session, &LiveSession::firstFrameDone);
-    session.Start();
+    LiveSession session(panel, InterfaceLanguage::Chinese, kShortPauses);
+    QSignalSpy done(&session, &LiveSession::uploadDone);
+    StartWithFrame(session, LoadState(kBin, InterfaceLanguage::Chinese));
     QVERIFY(done.wait(20000));
     session.Stop();
     QCOMPARE(panel.State().orientation, std::optional<int>(2));
@@ -210,13 +209,12 @@ void TestLiveSession::NoiseInTheSettingsStillGivesAPicture_data() {
 void TestLiveSession::NoiseInTheSettingsStillGivesAPicture() {
     QFETCH(QByteArray, config);
     // The mark of an earlier run, or the file would be replaced.
-    VirtualHidApi spare;
-    { LiveSession(spare, InterfaceLanguage::Russian, kBin).Start(); }
+    LoadState(kBin, InterfaceLanguage::Russian);
     QVERIFY(WriteFile(ConfigFilePath(), config));
     VirtualHidApi panel;
-    LiveSession session(panel, InterfaceLanguage::Russian, kBin);
-    QSignalSpy done(&session, &LiveSession::firstFrameDone);
-    session.Start();
+    LiveSession session(panel, InterfaceLanguage::Russian, kShortPauses);
+    QSignalSpy done(&session, &LiveSession::uploadDone);
+    StartWithFrame(session, LoadState(kBin, InterfaceLanguage::Russian));
     QVERIFY(done.wait(20000));
     QVERIFY(done.first().first().toBool());
     QTRY_VERIFY(panel.State().counts.commands >= 6);

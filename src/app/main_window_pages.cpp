@@ -1,0 +1,338 @@
+// The window's inside: what is pressed, ticked and picked becomes the editor's state, and that state is shown
+// on every widget.
+
+#include <QFileDialog>
+#include <QScrollBar>
+#include <QStandardPaths>
+
+#include "app/custom_page.h"
+#include "app/main_window.h"
+#include "app/theme_page.h"
+#include "app/two_way_choice.h"
+#include "config/default_profile.h"
+#include "editor/color_bar.h"
+#include "editor/edit_bar.h"
+#include "pictures/picture_list.h"
+#include "ui_main_window.h"
+#include "widgets/exit_item_delegate.h"
+#include "widgets/exit_message_box.h"
+#include "widgets/focus_ring.h"
+
+namespace kivo {
+
+namespace {
+
+constexpr QPoint kEditBarCorner(48, 58);
+constexpr QPoint kColorBarCorner(60, 82);
+constexpr QSize kColorBarSize(163, 48);
+constexpr QRect kPictureScrollPlace(914, 292, 6, 228);
+constexpr QSize kOrientationIcon(18, 18);
+constexpr QSize kVariantIcon(18, 12);
+constexpr int kChoicePixels = 13;
+constexpr int kLargeDatePixels = 15;
+constexpr int kSmallDatePixels = 12;
+
+QString Skin(const char* name) {
+    return QStringLiteral(":/skins/%1.png").arg(QLatin1String(name));
+}
+
+QString WindowText(const char* text) {
+    return QCoreApplication::translate("MainWindow", text);
+}
+
+}  // namespace
+
+void MainWindow::SetUpLooks() {
+    setWindowFlags(Qt::Window | Qt::FramelessWindowHint | Qt::WindowSystemMenuHint |
+                   Qt::WindowMinimizeButtonHint);
+    m_ui->afterlabel->setPixmap(
+        QIcon(QStringLiteral(":/skins/logo_mark.png")).pixmap(m_ui->afterlabel->size()));
+    m_ui->btnTheme->SetLook(NimbPushButton::Look::Tab);
+    m_ui->btnImage->SetLook(NimbPushButton::Look::Tab);
+    m_ui->btnApply->SetLook(NimbPushButton::Look::Primary);
+    for (NimbPushButton* button : {m_ui->btnEdit, m_ui->btnEdit_cancel}) {
+        button->SetLook(NimbPushButton::Look::Quiet);
+    }
+    for (NimbPushButton* button :
+         {m_ui->choiceFirst, m_ui->choiceSecond, m_ui->btnLandscape, m_ui->btnPortrait}) {
+        button->SetLook(NimbPushButton::Look::Choice);
+    }
+    m_ui->btnLandscape->SetIcons(Skin("orient_h_n"), Skin("orient_h_s"), kOrientationIcon);
+    m_ui->btnPortrait->SetIcons(Skin("orient_v_n"), Skin("orient_v_s"), kOrientationIcon);
+    m_ui->btnExit->SetPictures(Skin("close_n"), Skin("close_h"), Skin("close_s"), Skin("close_n"));
+    m_ui->btnMini->SetPictures(Skin("mini_n"), Skin("mini_h"), Skin("mini_s"), Skin("mini_n"));
+    m_ui->btnRemote->SetPictures(Skin("remote_n"), Skin("remote_h"), Skin("remote_h"), Skin("remote_n"));
+    m_ui->pushButton->setText(QString());
+    new FocusRing(this);
+}
+
+void MainWindow::WirePages() {
+    m_editBar = new EditBar(m_ui->centralwidget);
+    m_colorBar = new ColorBar(m_ui->centralwidget);
+    m_themePage = new ThemePage(*m_ui, m_language, this);
+    m_customPage = new CustomPage(*m_ui, *m_editBar, this);
+    m_tabs = new TwoWayChoice(*m_ui->btnTheme, *m_ui->btnImage, this);
+    m_orientation = new TwoWayChoice(*m_ui->btnLandscape, *m_ui->btnPortrait, this);
+    m_pageChoice = new TwoWayChoice(*m_ui->choiceFirst, *m_ui->choiceSecond, this);
+
+    connect(m_tabs, &TwoWayChoice::chosen, this, [this](int page) {
+        FinishEditing();
+        OpenEditing(false);
+        ChangeThemes([this, page](ThemeState& themes) {
+            m_pageStyle[themes.mode != 0] = themes.style;
+            themes.mode = page;
+            themes.style = m_pageStyle[page];
+        });
+    });
+    connect(m_orientation, &TwoWayChoice::chosen, this, [this](int orientation) {
+        FinishEditing();
+        m_ui->zoomwidget->SetOrientation(orientation);
+        ShowState();
+    });
+    connect(m_pageChoice, &TwoWayChoice::chosen, this, [this](int style) {
+        FinishEditing();
+        ChangeThemes([style](ThemeState& themes) { themes.style = style; });
+    });
+    connect(m_themePage, &ThemePage::themeChosen, this,
+            [this](int theme) { ChangeThemes([theme](ThemeState& themes) { themes.theme = theme; }); });
+    connect(m_ui->btnEdit, &QAbstractButton::clicked, this, [this] { OpenEditing(true); });
+    connect(m_ui->btnEdit_cancel, &QAbstractButton::clicked, this, [this] {
+        FinishEditing();
+        m_ui->zoomwidget->RevertLayout();
+        OpenEditing(false);
+    });
+    connect(m_ui->btnRemote, &QAbstractButton::clicked, m_ui->zoomwidget, &ZoomWidget::ResetTrim);
+    connect(m_ui->zoomwidget, &ZoomWidget::layoutChanged, this, &MainWindow::ShowState);
+}
+
+void MainWindow::WireTools() {
+    m_editBar->move(kEditBarCorner);
+    m_colorBar->setGeometry(QRect(kColorBarCorner, kColorBarSize));
+    m_editBar->hide();
+    m_colorBar->hide();
+
+    ZoomWidget* editor = m_ui->zoomwidget;
+    connect(m_editBar, &EditBar::SendEdit, this, &MainWindow::slotEdit);
+    connect(m_editBar, &EditBar::SendImageReset, this, &MainWindow::slotReset);
+    connect(m_editBar, &EditBar::SendFontSize, this, &MainWindow::slotFontSize);
+    connect(m_colorBar, &ColorBar::SendFontColor, m_editBar, &EditBar::ControlLabelColor);
+    connect(m_colorBar, &ColorBar::SendFontColor, this, &MainWindow::slotFontColor);
+    connect(m_editBar, &EditBar::ShowColorbarSignal, this, &MainWindow::slotShowColorbar);
+    connect(m_editBar, &EditBar::SizeClicked, this, &MainWindow::slotSizeClick);
+    connect(editor, &ZoomWidget::HideColorWin, this, [this](int show) { slotShowColorbar(quint8(show)); });
+    connect(editor, &ZoomWidget::UndoColorSignal, m_editBar,
+            [this](int color) { m_editBar->ControlLabelColor(quint8(color)); });
+    connect(editor, &ZoomWidget::UndoTextSize, m_editBar, &EditBar::slotSetFontSize);
+    connect(editor, &ZoomWidget::HideRemote, this, [this](int hide) { SetRemoteHide(quint8(hide)); });
+}
+
+void MainWindow::WirePictures() {
+    m_pictures = new PictureList(m_ui->pictureList, this);
+    // Beside the list, not in it, so that four columns have all of its width.
+    QScrollBar* scrollBar = m_pictures->CreateScrollBar(m_ui->centralwidget);
+    scrollBar->setObjectName(QStringLiteral("pictureScroll"));
+    scrollBar->setGeometry(kPictureScrollPlace);
+
+    connect(m_pictures, &PictureList::picked, this, &MainWindow::itemClickedImage);
+    connect(m_ui->pictureList, &MyListWidget::rightClick, this, &MainWindow::slotRightClick);
+    connect(m_pictures->Delegate(), &ExitItemDelegate::handleDeleteClick, this, &MainWindow::SlotDeletePix);
+}
+
+void MainWindow::LoadState() {
+    SeedDefaultProfile(m_parts.applicationDir);
+    m_pictures->LoadPictureList();
+    ZoomWidget* editor = m_ui->zoomwidget;
+    editor->Load();
+    m_savedThemes = editor->Edited().themes;
+    m_pageStyle[0] = m_pageStyle[1] = m_savedThemes.style;
+    m_session->SetLoaded(editor->Shown());
+    ShowState();
+}
+
+bool MainWindow::IsCustomPage() const {
+    return m_ui->zoomwidget->Shown().custom;
+}
+
+void MainWindow::ChangeThemes(const std::function<void(ThemeState&)>& change) {
+    ThemeState themes = m_ui->zoomwidget->Edited().themes;
+    change(themes);
+    m_ui->zoomwidget->ShowTheme(themes, true);
+    ShowState();
+}
+
+void MainWindow::ShowState() {
+    const ThemeState& themes = m_ui->zoomwidget->Edited().themes;
+    const bool custom = themes.mode != 0;
+    const bool lying = themes.orientation == Orientation::Landscape;
+    m_ui->zoomwidget->setGeometry(lying ? Corners(48, 118, 482, 429) : Corners(53, 113, 477, 434));
+    m_tabs->SetChosen(custom);
+    m_orientation->SetChosen(int(themes.orientation));
+
+    m_themePage->SetVisible(!custom);
+    m_customPage->SetVisible(custom);
+    if (custom) {
+        m_customPage->Show();
+    } else {
+        m_themePage->Show(themes);
+    }
+    ShowPageChoice(custom, themes);
+    m_ui->btnEdit->setVisible(custom && !m_editing);
+    m_ui->btnEdit_cancel->setVisible(custom && m_editing);
+    ShowToolBar();
+    ShowChosenPicture();
+}
+
+// The custom page chooses between five items and one, the theme page between two sizes of the date.
+void MainWindow::ShowPageChoice(bool custom, const ThemeState& themes) {
+    NimbPushButton* first = m_ui->choiceFirst;
+    NimbPushButton* second = m_ui->choiceSecond;
+    if (custom) {
+        first->setText(WindowText(QT_TRANSLATE_NOOP("MainWindow", "五项")));
+        second->setText(WindowText(QT_TRANSLATE_NOOP("MainWindow", "一项")));
+        first->SetIcons(Skin("five_n"), Skin("five_s"), kVariantIcon);
+        second->SetIcons(Skin("one_n"), Skin("one_s"), kVariantIcon);
+        first->setToolTip(WindowText(QT_TRANSLATE_NOOP("MainWindow", "最多五项")));
+        second->setToolTip(WindowText(QT_TRANSLATE_NOOP("MainWindow", "只显示一项")));
+    } else {
+        const QString date =
+            m_language == InterfaceLanguage::Russian ? QStringLiteral("31.12") : QStringLiteral("12.31");
+        first->setText(date);
+        second->setText(date);
+        first->SetIcons({}, {}, {});
+        second->SetIcons({}, {}, {});
+        first->setToolTip(WindowText(QT_TRANSLATE_NOOP("MainWindow", "日期：大")));
+        second->setToolTip(WindowText(QT_TRANSLATE_NOOP("MainWindow", "日期：小")));
+    }
+    first->SetTextPixelSize(custom ? kChoicePixels : kLargeDatePixels);
+    second->SetTextPixelSize(custom ? kChoicePixels : kSmallDatePixels);
+    const bool possible = custom || themes.theme == int(Theme::Scene);
+    for (NimbPushButton* button : {first, second}) {
+        button->setAccessibleName(button->toolTip());
+        button->SetButtonEnabled(possible);
+    }
+    m_pageChoice->SetChosen(themes.style);
+}
+
+void MainWindow::ShowToolBar() {
+    m_editBar->setVisible(m_editing && IsCustomPage());
+    const LayoutRecord layout = m_ui->zoomwidget->Shown().layout;
+    m_editBar->slotSetFontSize(layout.sizeIndex);
+    m_editBar->ControlLabelColor(quint8(layout.colorIndex));
+    m_ui->btnRemote->setVisible(m_trimming);
+}
+
+void MainWindow::ShowChosenPicture() {
+    const LayoutRecord layout = m_ui->zoomwidget->Shown().layout;
+    m_pictures->SelectPicture(layout.picture, layout.defaultPicture);
+}
+
+void MainWindow::OpenEditing(bool open) {
+    m_editing = open;
+    m_ui->zoomwidget->SetEditing(open);
+    ShowState();
+    if (open) {
+        m_ui->zoomwidget->setFocus(Qt::OtherFocusReason);
+    }
+}
+
+void MainWindow::FinishEditing() {
+    m_ui->zoomwidget->solteditingFinished();
+    m_editBar->SetEditPressed(false);
+}
+
+void MainWindow::UsePicture(const QString& path) {
+    if (!m_ui->zoomwidget->SetBackground(path)) {
+        ExitMessageBox::Tell(this, WindowText(QT_TRANSLATE_NOOP("MainWindow", "无法打开此图片。")));
+    }
+}
+
+QString MainWindow::ChoosePicture() {
+    return QFileDialog::getOpenFileName(this, WindowText(QT_TRANSLATE_NOOP("MainWindow", "打开图片")),
+                                        QStandardPaths::writableLocation(QStandardPaths::PicturesLocation),
+                                        PictureList::PictureFileFilter());
+}
+
+void MainWindow::AddPictureByHand() {
+    const QString path = m_parts.choosePicture ? m_parts.choosePicture(this) : ChoosePicture();
+    if (path.isEmpty()) {
+        return;
+    }
+    m_pictures->InsertUserPicture(path);
+    m_pictures->SavePictureList();
+    UsePicture(path);
+}
+
+void MainWindow::itemClickedImage(const QModelIndex& index) {
+    const int row = index.row();
+    if (row < 0) {
+        return;
+    }
+    if (row == 0) {
+        AddPictureByHand();
+    } else {
+        UsePicture(m_pictures->PathAt(row));
+    }
+    ShowChosenPicture();
+}
+
+void MainWindow::slotRightClick() {
+    const int row = m_ui->pictureList->currentRow();
+    if (m_pictures->IsUserPicture(row)) {
+        SlotDeletePix(row);
+    } else {
+        ShowChosenPicture();
+    }
+}
+
+void MainWindow::SlotDeletePix(int row) {
+    if (m_pictures->IsUserPicture(row)) {
+        if (ExitMessageBox::Ask(this, WindowText(QT_TRANSLATE_NOOP("MainWindow", "是否删除此图片？")))) {
+            const QString before = PicturePath(m_ui->zoomwidget->Shown());
+            const QString removed = m_pictures->RemoveUserPicture(row);
+            m_pictures->SavePictureList();
+            const QString after = m_pictures->BackgroundAfterRemoval(before, removed, row);
+            if (after != before) {
+                UsePicture(after);
+            }
+        }
+    } else if (m_pictures->IsBuiltIn(row)) {
+        ExitMessageBox::Tell(this, WindowText(QT_TRANSLATE_NOOP("MainWindow", "默认图片不能删除。")));
+    }
+    ShowChosenPicture();
+}
+
+void MainWindow::slotEdit(quint8 iEdit) {
+    m_trimming = iEdit != 0;
+    m_ui->zoomwidget->SetTrimMode(iEdit);
+    m_ui->btnRemote->setVisible(m_trimming);
+}
+
+void MainWindow::slotFontColor(quint8 iColor) {
+    m_ui->zoomwidget->SetFontColor(iColor);
+}
+
+void MainWindow::slotFontSize(quint8 iSize) {
+    m_ui->zoomwidget->SetFontSize(iSize);
+}
+
+void MainWindow::slotShowColorbar(quint8 iShow) {
+    m_colorBar->setVisible(iShow != 0);
+    if (iShow != 0) {
+        m_colorBar->raise();
+        m_ui->zoomwidget->slotShowEdt();
+    }
+}
+
+void MainWindow::slotReset() {
+    m_ui->zoomwidget->Undo();
+}
+
+void MainWindow::slotSizeClick() {
+    m_colorBar->hide();
+}
+
+void MainWindow::SetRemoteHide(quint8 iHide) {
+    m_ui->btnRemote->setVisible(iHide == 0 && m_trimming);
+}
+
+}  // namespace kivo

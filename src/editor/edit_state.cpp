@@ -1,0 +1,47 @@
+#include "editor/edit_state.h"
+
+#include <tuple>
+
+#include "config/settings_file.h"
+
+namespace kivo {
+
+bool operator==(const EditState& a, const EditState& b) {
+    return std::tie(a.themes, a.slotTable, a.textRow) == std::tie(b.themes, b.slotTable, b.textRow);
+}
+
+EditState LoadEditState(InterfaceLanguage language) {
+    EditState state{LoadThemeState(language), LoadSlotTable(), LoadCurRectId()};
+    SettleFlags(state);
+    return state;
+}
+
+void SettleFlags(EditState& state) {
+    TickPlacedItems(state.themes, state.slotTable);
+    for (int variant = 0; variant < kVariantCount; ++variant) {
+        LayoutRecord& layout = state.themes.layouts[size_t(CustomLayoutIndex(variant))];
+        CustomFlags(layout, variant)[OtherText] = !layout.freeText.isEmpty();
+    }
+}
+
+ScreenState MakeScreenState(const EditState& state, InterfaceLanguage language) {
+    return MakeScreenState(state.themes, state.slotTable, state.textRow, language);
+}
+
+LayoutRecord& LayoutInForce(EditState& state) {
+    return state.themes.layouts[size_t(LayoutIndexInForce(state.themes))];
+}
+
+const LayoutRecord& LayoutInForce(const EditState& state) {
+    return state.themes.layouts[size_t(LayoutIndexInForce(state.themes))];
+}
+
+int VariantInForce(const EditState& state) {
+    return state.themes.style == 0 ? 0 : 1;
+}
+
+std::array<bool, kLiveValueCount>& CustomFlags(LayoutRecord& layout, int variant) {
+    return variant == 0 ? layout.shown : layout.selected;
+}
+
+}  // namespace kivo

@@ -1,0 +1,44 @@
+#pragma once
+
+// What the editor works on, as one value: the ten layouts with page, theme, style and orientation, the slot
+// table and the row of the free text. What is edited stays here until it is applied. GUI thread.
+
+#include "compose/custom_layout.h"
+#include "compose/screen_state.h"
+#include "compose/theme_state.h"
+#include "telemetry/interface_language.h"
+
+namespace kivo {
+
+struct EditState {
+    ThemeState themes;
+    SlotTable slotTable = EmptySlotTable();
+    int textRow = kTextRowCount - 1;  // 0..2
+};
+
+bool operator==(const EditState& a, const EditState& b);
+inline bool operator!=(const EditState& a, const EditState& b) {
+    return !(a == b);
+}
+
+// What the settings file holds, settled (below). Never fails.
+EditState LoadEditState(InterfaceLanguage language);
+
+// Brings flags in line with what they stand for: a kind that stands in a slot is ticked, and the free text is
+// ticked exactly where there is one. For what was just loaded.
+void SettleFlags(EditState& state);
+
+// The picture that the state asks for.
+ScreenState MakeScreenState(const EditState& state, InterfaceLanguage language);
+
+// The record in force: of the custom layout or of the theme in its orientation.
+LayoutRecord& LayoutInForce(EditState& state);
+const LayoutRecord& LayoutInForce(const EditState& state);
+
+// Row of the slot table and index of the custom layout in force: 0 (five items) or 1 (one item).
+int VariantInForce(const EditState& state);
+
+// The flags that decide in a custom layout: "ticked" in variant 0, "chosen" in variant 1.
+std::array<bool, kLiveValueCount>& CustomFlags(LayoutRecord& layout, int variant);
+
+}  // namespace kivo

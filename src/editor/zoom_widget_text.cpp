@@ -1,0 +1,103 @@
+// ZoomWidget's text entry: the box that lies over the free text's row while it is typed.
+
+#include <QKeyEvent>
+#include <atomic>
+
+#include "compose/free_text.h"
+#include "compose/panel_text.h"
+#include "editor/zoom_widget.h"
+#include "widgets/self_plain_text_edit.h"
+
+namespace kivo {
+
+std::atomic<quint8> wideFreeText{0};
+
+namespace {
+
+constexpr int kLongestText = 40;  // characters
+constexpr int kLongestWideText = 60;
+
+bool EndsEntry(int key) {
+    return key == Qt::Key_Return || key == Qt::Key_Enter || key == Qt::Key_Escape;
+}
+
+}  // namespace
+
+void ZoomWidget::StyleTextBox() {
+    const Orientation orientation = CurrentOrientation();
+    const QColor color = FreeTextColor(Layout().colorIndex);
+    const QString rgb = QStringLiteral("%1,%2,%3").arg(color.red()).arg(color.green()).arg(color.blue());
+    m_editText->setStyleSheet(QStringLiteral("color:rgba(%1,255);background:transparent;border-width:1px;"
+                                             "border-color:rgba(%1,255);border-style:outset")
+                                  .arg(rgb));
+    QFont font(FontFamily());
+    font.setPixelSize(TextBoxPixelSize(Layout().sizeIndex, orientation));
+    m_editText->setFont(font);
+    const bool wide = wideFreeText != 0 && orientation == Orientation::Landscape;
+    m_editText->SetMaxLength(wide ? kLongestWideText : kLongestText);
+    m_editText->setGeometry(TextBoxRect(m_edited.textRow, orientation, size()));
+}
+
+void ZoomWidget::SetTextFlag(bool on) {
+    CustomFlags(LayoutInForce(m_edited), VariantInForce(m_edited))[OtherText] = on;
+}
+
+bool ZoomWidget::OpenTextEntry() {
+    if (!m_editing || m_trimMode || !IsCustom()) {
+        return false;
+    }
+    if (!m_textEntryOpen) {
+        m_textEntryOpen = true;
+        EndDrag();
+        SetHover(kEmptySlot, false);
+        m_editText->setPlainText(Layout().freeText);
+        m_editText->moveCursor(QTextCursor::End);
+        SetTextFlag(true);
+        Q_EMIT layoutChanged();
+    }
+    StyleTextBox();
+    m_editText->EnforceMaxLength();
+    m_editText->show();
+    m_editText->setFocus();
+    update();
+    return true;
+}
+
+void ZoomWidget::slotShowEdt() {
+    OpenTextEntry();
+}
+
+void ZoomWidget::solteditingFinished() {
+    if (!m_textEntryOpen) {
+        return;
+    }
+    // Before anybody is told: who hears of it may ask for the end of an entry again.
+    m_textEntryOpen = false;
+    const bool hadFocus = m_editText->hasFocus();
+    m_editText->hide();
+    if (hadFocus && m_editing) {
+        setFocus();
+    }
+    const QString text = m_editText->toPlainText();
+    const bool isEmpty = text.trimmed().isEmpty();
+    LayoutInForce(m_edited).freeText = isEmpty ? QString() : text;
+    SetTextFlag(!isEmpty);
+    NoteEdit(By::Person);
+    Q_EMIT HideColorWin(0);
+}
+
+bool ZoomWidget::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == m_editText && event->type() == QEvent::KeyPress &&
+        EndsEntry(static_cast<QKeyEvent*>(event)->key())) {
+        solteditingFinished();
+        return true;
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+QRect ZoomWidget::DrawnTextRect() const {
+    const QRect bounds = LayOutFreeText(Shown()).bounds;
+    return bounds.isEmpty() ? QRect() : MappingFor(CurrentOrientation(), size()).Mapped(bounds);
+}
+
+}  // namespace kivo

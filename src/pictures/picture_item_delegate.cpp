@@ -1,0 +1,55 @@
+#include "pictures/picture_item_delegate.h"
+
+#include <QAbstractItemView>
+#include <QDir>
+#include <QHelpEvent>
+#include <QPainter>
+#include <QToolTip>
+
+#include "pictures/picture_list.h"
+#include "widgets/picture_item.h"
+#include "widgets/window_colors.h"
+
+namespace kivo {
+
+namespace {
+
+constexpr int kMargin = 6;
+constexpr double kRadius = 6;
+
+// Stands for a picture that is on its way, or that cannot be shown: without it such a row would be a hole.
+void DrawPlaceholder(QPainter* painter, const QRectF& place) {
+    painter->save();
+    painter->setRenderHint(QPainter::Antialiasing);
+    painter->setPen(window_colors::kCardEdge);
+    painter->setBrush(window_colors::kWell);
+    painter->drawRoundedRect(place.adjusted(0.5, 0.5, -0.5, -0.5), kRadius, kRadius);
+    painter->restore();
+}
+
+}  // namespace
+
+QSize PictureItemDelegate::sizeHint(const QStyleOptionViewItem& option, const QModelIndex& /*index*/) const {
+    return PictureItemSize(option.decorationSize, true);
+}
+
+void PictureItemDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
+                                const QModelIndex& index) const {
+    if (index.data(Qt::DecorationRole).isNull()) {
+        DrawPlaceholder(painter,
+                        QRect(option.rect.topLeft() + QPoint(kMargin, kMargin), option.decorationSize));
+    }
+    ExitItemDelegate::paint(painter, option, index);
+}
+
+bool PictureItemDelegate::helpEvent(QHelpEvent* event, QAbstractItemView* view,
+                                    const QStyleOptionViewItem& option, const QModelIndex& index) {
+    const QString path = index.data(PictureList::kPathRole).toString();
+    if (event->type() != QEvent::ToolTip || path.isEmpty() || path.startsWith(QLatin1Char(':'))) {
+        return ExitItemDelegate::helpEvent(event, view, option, index);
+    }
+    QToolTip::showText(event->globalPos(), QDir::toNativeSeparators(path), view);
+    return true;
+}
+
+}  // namespace kivo

@@ -1,0 +1,27 @@
+#pragma once
+
+// A list of pictures that tells of right presses. GUI thread.
+
+#include <QListWidget>
+
+namespace kivo {
+
+class MyListWidget : public QListWidget {
+    Q_OBJECT
+
+public:
+    explicit MyListWidget(QWidget* parent = nullptr);
+
+    // Pictures in rows from left to right that wrap at the right edge. Items are as large as their delegate
+    // says and stand in the middle of the cells' width, at their top.
+    void ShowAsGrid(const QSize& pictureSize, const QSize& cellSize);
+
+Q_SIGNALS:
+    // After the list has taken in the press.
+    void rightClick();
+
+protected:
+    void mousePressEvent(QMouseEvent* event) override;
+};
+
+}  // namespace kivo

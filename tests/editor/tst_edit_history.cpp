@@ -1,0 +1,121 @@
+#include <QTest>
+
+#include "editor/edit_history.h"
+
+using namespace kivo;
+
+namespace {
+
+EditState CustomState() {
+    EditState state;
+    state.themes.mode = 1;
+    return state;
+}
+
+}  // namespace
+
+class TestEditHistory : public QObject {
+    Q_OBJECT
+
+private slots:
+    void TheFirstEntryIsWhereTheWayBackEnds() {
+        EditState state = CustomState();
+        EditHistory history;
+        history.Start(state);
+        const EditState loaded = state;
+        QVERIFY(!history.CanStepBack());
+        QVERIFY(!history.StepBack(state));
+
+        LayoutInForce(state).colorIndex = 3;
+        history.Append(state);
+        QVERIFY(history.StepBack(state));
+        QCOMPARE(state, loaded);
+        QVERIFY(!history.StepBack(state));
+        QVERIFY(!history.StepBack(state));
+        QCOMPARE(state, loaded);
+    }
+
+    void EveryEditGoesBackByItself() {
+        EditState state = CustomState();
+        EditHistory history;
+        history.Start(state);
+        LayoutInForce(state).colorIndex = 1;
+        history.Append(state);
+        state.slotTable[0][2] = FanSpeed;
+        history.Append(state);
+        state.textRow = 0;
+        history.Append(state);
+        QVERIFY(history.StepBack(state));
+        QCOMPARE(state.textRow, 2);
+        QCOMPARE(state.slotTable[0][2], int(FanSpeed));
+        QVERIFY(history.StepBack(state));
+        QCOMPARE(state.slotTable[0][2], kEmptySlot);
+        QCOMPARE(LayoutInForce(state).colorIndex, 1);
+        QVERIFY(history.StepBack(state));
+        QCOMPARE(LayoutInForce(state).colorIndex, 0);
+    }
+
+    void WhatChangedNothingIsNoStep() {
+        EditState state = CustomState();
+        EditHistory history;
+        history.Start(state);
+        history.Append(state);
+        QVERIFY(!history.CanStepBack());
+    }
+
+    void NotchesOfTheWheelGoBackAsOne() {
+        EditState state = CustomState();
+        EditHistory history;
+        history.Start(state);
+        for (int notch = 1; notch <= 3; ++notch) {
+            LayoutInForce(state).xZoom = notch * 8;
+            history.Append(state, EditHistory::Kind::Zoom);
+        }
+        LayoutInForce(state).xPt = 5;
+        history.Append(state, EditHistory::Kind::Move);
+        QVERIFY(history.StepBack(state));
+        QCOMPARE(LayoutInForce(state).xZoom, 24);
+        QVERIFY(history.StepBack(state));
+        QCOMPARE(LayoutInForce(state).xZoom, 0);
+        QVERIFY(!history.CanStepBack());
+    }
+
+    void ThereAndBackAgainIsNoStep() {
+        EditState state = CustomState();
+        EditHistory history;
+        history.Start(state);
+        LayoutInForce(state).xZoom = 8;
+        history.Append(state, EditHistory::Kind::Zoom);
+        LayoutInForce(state).xZoom = 0;
+        history.Append(state, EditHistory::Kind::Zoom);
+        QVERIFY(!history.CanStepBack());
+    }
+
+    void ThePageAndTheOrientationStay() {
+        EditState state = CustomState();
+        EditHistory history;
+        history.Start(state);
+        LayoutInForce(state).sizeIndex = 2;
+        history.Append(state);
+        state.themes.orientation = Orientation::Portrait;
+        QVERIFY(history.StepBack(state));
+        QCOMPARE(state.themes.orientation, Orientation::Portrait);
+        QCOMPARE(LayoutInForce(state).sizeIndex, 0);
+    }
+
+    void AVeryLongWayStillEndsAtTheFirstEntry() {
+        EditState state = CustomState();
+        EditHistory history;
+        history.Start(state);
+        for (int k = 1; k <= 1000; ++k) {
+            LayoutInForce(state).xPt = k;
+            history.Append(state);
+        }
+        while (history.StepBack(state)) {
+        }
+        QCOMPARE(LayoutInForce(state).xPt, 0);
+    }
+};
+
+QTEST_APPLESS_MAIN(TestEditHistory)
+#include "tst_edit_history.moc"
