@@ -16,6 +16,7 @@ namespace {
 using namespace window;
 
 constexpr int kSide = 128;
+constexpr double kMiddle = kSide / 2.0;
 constexpr int kTicks = 24;
 constexpr std::array<QRgb, 6> kComet = {kAccent, 0xFF46BFA7, 0xFF3D9E8D, 0xFF327C74, 0xFF2C5A5B, kCardEdge};
 
@@ -62,7 +63,7 @@ std::vector<QImage> DrawProgress(int scale) {
         QPainter painter(&image);
         painter.setRenderHint(QPainter::Antialiasing);
         painter.scale(scale, scale);
-        painter.translate(kSide / 2, kSide / 2);
+        painter.translate(kMiddle, kMiddle);
         painter.setPen(QPen(QColor::fromRgb(kCardEdge), 2));
         painter.drawEllipse(QPointF(0, 0), 62, 62);
         for (int tick = 0; tick < kTicks; ++tick) {
@@ -103,7 +104,7 @@ QImage DrawProgressMask() {
     // By hand: an ellipse without antialiasing would lie half a pixel aside.
     for (int y = 0; y < kSide; ++y) {
         for (int x = 0; x < kSide; ++x) {
-            if (std::hypot(x + 0.5 - kSide / 2, y + 0.5 - kSide / 2) <= kRadius) {
+            if (std::hypot(x + 0.5 - kMiddle, y + 0.5 - kMiddle) <= kRadius) {
                 mask.setPixel(x, y, kTrack);
             }
         }

@@ -154,10 +154,10 @@ void DrawWarning(QPainter& painter) {
 // A large and a small T on one base line.
 void DrawTypeIcon(QPainter& painter) {
     const QColor colour = QColor::fromRgb(kTextHigh);
-    painter.fillRect(QRectF(1, 3, 10, 2), colour);
-    painter.fillRect(QRectF(5, 3, 2, 13), colour);
-    painter.fillRect(QRectF(12, 9, 6, 2), colour);
-    painter.fillRect(QRectF(14, 9, 2, 7), colour);
+    painter.fillRect(QRectF(1, 3, 11, 2), colour);
+    painter.fillRect(QRectF(5, 3, 3, 13), colour);
+    painter.fillRect(QRectF(13, 9, 6, 2), colour);
+    painter.fillRect(QRectF(15, 9, 2, 7), colour);
 }
 
 Draw ScreenOutline(const QRectF& rect, QRgb colour) {
@@ -191,11 +191,6 @@ Draw FrameButton(QRgb colour) {
             }
         }
     };
-}
-
-void DrawChevron(QPainter& painter) {
-    painter.setPen(RoundPen(kTextMid, 1.6));
-    painter.drawPolyline(QPolygonF({QPointF(1, 1), QPointF(5, 5), QPointF(9, 1)}));
 }
 
 void AddColours(std::vector<WindowPicture>& pictures) {
@@ -256,7 +251,6 @@ std::vector<WindowPicture> WindowPictures() {
         {"one_s", QSize(18, 12), VariantIcon(1, kAccent)},
         {"remote_n", QSize(24, 24), FrameButton(0xFFFFFFFF)},
         {"remote_h", QSize(24, 24), FrameButton(kAccent)},
-        {"chevron", QSize(10, 6), DrawChevron},
     };
     AddColours(pictures);
     return pictures;
