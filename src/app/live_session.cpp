@@ -82,11 +82,16 @@ void LiveSession::RedrawValues() {
 }
 
 NimbProcessThread* LiveSession::StartUpload(const std::function<void(NimbProcessThread&)>& beforeStart) {
-    for (const Upload& upload : m_uploads) {
+    // A silent one that is overtaken need not report: nobody waits for it.
+    for (Upload& upload : m_uploads) {
         if (upload.isSilent) {
             upload.thread->stop();
+            m_retired.push_back(std::move(upload.thread));
         }
     }
+    m_uploads.erase(std::remove_if(m_uploads.begin(), m_uploads.end(),
+                                   [](const Upload& upload) { return !upload.thread; }),
+                    m_uploads.end());
     m_uploadState = m_screen.Chosen();
     return BeginUpload(false, beforeStart);
 }
@@ -120,10 +125,8 @@ NimbProcessThread* LiveSession::BeginUpload(bool isSilent,
          std::make_unique<NimbProcessThread>(NimbProcessThread::Parts{
              m_screen, m_transfers, m_snapshot, isSilent ? m_pauses.silent : m_pauses.behindDialog})});
     NimbProcessThread* const thread = m_uploads.back().thread.get();
-    // Before any receiver of the caller's, so that the outcome is known when that one is called. An upload
-    // that was overtaken before it began does not report, it only ends.
+    // Before any receiver of the caller's, so that the outcome is known when that one is called.
     connect(thread, &NimbProcessThread::DoProcessDlg, this, [this, number] { EndUpload(number); });
-    connect(thread, &QThread::finished, this, [this, number] { EndUpload(number); });
     if (beforeStart) {
         beforeStart(*thread);
     }

@@ -180,8 +180,8 @@ void ZoomWidget::EndDrag() {
 void ZoomWidget::mouseDoubleClickEvent(QMouseEvent* event) {
     const QPoint position = WholePosition(event->localPos());
     const QRect zone = TextDoubleClickRect(m_edited.textRow, CurrentOrientation());
-    const bool opens =
-        event->button() == Qt::LeftButton && (zone.contains(position) || DrawnTextRect().contains(position));
+    const bool opens = event->button() == Qt::LeftButton && !IsTrimming() &&
+                       (zone.contains(position) || DrawnTextRect().contains(position));
     if (!opens || !OpenTextEntry()) {
         QWidget::mouseDoubleClickEvent(event);
     }

@@ -38,17 +38,24 @@ void ZoomWidget::StyleTextBox() {
     m_editText->setGeometry(TextBoxRect(m_edited.textRow, orientation, size()));
 }
 
+void ZoomWidget::KeepTyping() {
+    if (m_textEntryOpen) {
+        m_editText->setFocus();
+    }
+}
+
 void ZoomWidget::SetTextFlag(bool on) {
     CustomFlags(LayoutInForce(m_edited), VariantInForce(m_edited))[OtherText] = on;
 }
 
 bool ZoomWidget::OpenTextEntry() {
-    if (!m_editing || m_trimMode || !IsCustom()) {
+    if (!m_editing || !IsCustom()) {
         return false;
     }
     if (!m_textEntryOpen) {
-        m_textEntryOpen = true;
+        SetTrimMode(0);
         EndDrag();
+        m_textEntryOpen = true;
         SetHover(kEmptySlot, false);
         m_editText->setPlainText(Layout().freeText);
         m_editText->moveCursor(QTextCursor::End);

@@ -287,6 +287,12 @@ bool PictureList::HandleKey(int key) {
         case Qt::Key_Space:
             Q_EMIT picked(current);
             return true;
+        // Taken here: the view hands a key on to its delegate only where the platform gives it a character.
+        case Qt::Key_Delete:
+            if (IsUserPicture(current.row())) {
+                Q_EMIT m_delegate->handleDeleteClick(current.row());
+            }
+            return true;
         default:
             return false;
     }

@@ -101,7 +101,7 @@ QPalette WindowPalette() {
 }
 
 void ApplyWindowStyle(QApplication& application) {
-    application.setPalette(WindowPalette());
+    QApplication::setPalette(WindowPalette());
     application.setStyleSheet(WindowStyleSheet());
     QToolTip::setPalette(WindowPalette());
     application.installEventFilter(new CornerRounder(&application));
