@@ -23,8 +23,8 @@ constexpr int kTextMargin = 4;                // widget pixels
 
 // Behind the text box, so that what is typed can be read over the values it covers; the light one is for
 // black text.
-constexpr QColor kTextBoxGround(0x07, 0x13, 0x26, 200);
-constexpr QColor kLightTextBoxGround(255, 255, 255, 200);
+constexpr QColor kTextBoxGround(0x07, 0x13, 0x26, 225);
+constexpr QColor kLightTextBoxGround(255, 255, 255, 225);
 
 // The nearest point that lies between two pixels of the device, so that pictures are not resampled there.
 QPointF OnDevicePixels(QPointF point, double ratio) {

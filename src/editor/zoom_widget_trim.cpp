@@ -120,7 +120,6 @@ bool ZoomWidget::HandleTrimKey(const QKeyEvent& event) {
     if (m_drag != Drag::None) {
         if (event.key() == Qt::Key_Escape) {
             EndDrag();
-            Q_EMIT HideRemote(0);
         }
         return true;
     }

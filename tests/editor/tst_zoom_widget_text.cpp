@@ -358,6 +358,8 @@ private slots:
                                 "border-color:rgba(255,100,34,255);border-style:outset"));
         QCOMPARE(editor.TextBox().verticalScrollBarPolicy(), Qt::ScrollBarAlwaysOff);
         QVERIFY(!editor.TextBox().placeholderText().isEmpty());
+        // Fainter than what is typed.
+        QVERIFY(editor.TextBox().palette().color(QPalette::PlaceholderText).alpha() < 200);
     }
 
     void TheTextIsLimited_data() {

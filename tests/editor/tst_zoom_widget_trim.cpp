@@ -127,6 +127,29 @@ private slots:
         QVERIFY(!IsTrimmed(editor.Layout()));
     }
 
+    void AMoveThatIsInterruptedBringsThePanelBack_data() {
+        QTest::addColumn<int>("how");
+        QTest::newRow("Escape") << 0;
+        QTest::newRow("trim mode ends") << 1;
+        QTest::newRow("hidden") << 2;
+    }
+    void AMoveThatIsInterruptedBringsThePanelBack() {
+        QFETCH(int, how);
+        Trimmer editor;
+        QSignalSpy remote(&editor, &ZoomWidget::HideRemote);
+        editor.Press(kMiddle);
+        editor.MoveTo(kMiddle + QPoint(5, 5));
+        if (how == 0) {
+            QTest::keyClick(&editor, Qt::Key_Escape);
+        } else if (how == 1) {
+            editor.SetTrimMode(0);
+        } else {
+            editor.hide();
+        }
+        QCOMPARE(remote.size(), 2);
+        QCOMPARE(remote[1][0].toInt(), 0);
+    }
+
     void APressOutsideTheFrameDoesNothing() {
         Trimmer editor;
         editor.Drag(QPoint(217, 20), QPoint(217, 100));
