@@ -87,8 +87,8 @@ bool ExitItemDelegate::editorEvent(QEvent* event, QAbstractItemModel* model,
     return QStyledItemDelegate::editorEvent(event, model, option, index);
 }
 
-// A click asks once, though its press, its release and the second press of a double click all arrive here. A press
-// elsewhere that is let go over the cross is no click on it.
+// A click asks once, though its press, its release and the second press of a double click all arrive here. A
+// press elsewhere that is let go over the cross is no click on it.
 bool ExitItemDelegate::TakeLeftButton(QMouseEvent* event, bool isHit, int row) {
     const Press before = m_press;
     bool asks = isHit;

@@ -1,7 +1,7 @@
 #pragma once
 
-// Draws the rows of the picture list: the add entry, the person's own pictures with a cross to delete them, and the
-// built-in ones. GUI thread.
+// Draws the rows of the picture list: the add entry, the person's own pictures with a cross to delete them,
+// and the built-in ones. GUI thread.
 
 #include <QStyledItemDelegate>
 

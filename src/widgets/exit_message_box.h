@@ -1,7 +1,7 @@
 #pragma once
 
-// Questions and notices of the program: a panel over the dimmed window. It stays over the window, and takes it along
-// when it is dragged. GUI thread.
+// Questions and notices of the program: a panel over the dimmed window. It stays over the window, and takes
+// it along when it is dragged. GUI thread.
 
 #include <QDialog>
 #include <QPixmap>
@@ -17,8 +17,8 @@ class ExitMessageBox : public QDialog {
     Q_OBJECT
 
 public:
-    // `window` may be null or hidden: then the panel stands alone in the middle of the screen. The text may hold
-    // line breaks; it is wrapped, and the panel grows with it.
+    // `window` may be null or hidden: then the panel stands alone in the middle of the screen. The text may
+    // hold line breaks; it is wrapped, and the panel grows with it.
     explicit ExitMessageBox(const QString& text, QWidget* window = nullptr);
 
     // A notice: nothing to cancel.

@@ -1,7 +1,7 @@
 #pragma once
 
-// The line round the widget that has the keyboard. It shows after the focus came by the keyboard, and never for the
-// mouse. GUI thread.
+// The line round the widget that has the keyboard. It shows after the focus came by the keyboard, and never
+// for the mouse. GUI thread.
 
 #include <QPointer>
 #include <QWidget>
@@ -28,8 +28,7 @@ private:
     bool IsInWindow(QWidget* widget) const;
     void Follow();
 
-    QPointer<QWidget> m_target;
-    bool m_lastInputWasMouse = false;
+    QPointer<QWidget> m_target;  // kept while another window has the keyboard
 };
 
 }  // namespace kivo

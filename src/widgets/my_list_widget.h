@@ -12,8 +12,8 @@ class MyListWidget : public QListWidget {
 public:
     explicit MyListWidget(QWidget* parent = nullptr);
 
-    // Pictures in rows from left to right that wrap at the right edge. Items are as large as their delegate says
-    // and stand in the middle of the cells' width, at their top.
+    // Pictures in rows from left to right that wrap at the right edge. Items are as large as their delegate
+    // says and stand in the middle of the cells' width, at their top.
     void ShowAsGrid(const QSize& pictureSize, const QSize& cellSize);
 
 Q_SIGNALS:
@@ -22,6 +22,7 @@ Q_SIGNALS:
 
 protected:
     void mousePressEvent(QMouseEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
 };
 
 }  // namespace kivo

@@ -87,8 +87,8 @@ private:
 
 NimbPushButton::NimbPushButton(QWidget* parent)
     : QPushButton(parent),
-      m_textColors{QColor(130, 130, 130), QColor(225, 225, 225), QColor(255, 255, 255),
-                   QColor(100, 100, 100), QColor(100, 100, 100)},
+      m_textColors{QColor(130, 130, 130), QColor(225, 225, 225), QColor(255, 255, 255), QColor(100, 100, 100),
+                   QColor(100, 100, 100)},
       m_backColors{Qt::transparent, Qt::transparent, Qt::transparent, Qt::transparent, Qt::transparent} {
     // Presses that do not come from the mouse (space, a shortcut, click(), assistive programs) count as well.
     connect(this, &QPushButton::pressed, this, &NimbPushButton::TakePressWithoutMouse);
@@ -191,7 +191,8 @@ void NimbPushButton::enterEvent(QEvent* event) {
     Q_EMIT OverSignal(this, true);
     if (!m_toggleMode && m_enabledFlag)
         m_paintState = Hover;
-    update();
+    if (m_enabledFlag)
+        update();
     QPushButton::enterEvent(event);
 }
 
@@ -203,7 +204,8 @@ void NimbPushButton::leaveEvent(QEvent* event) {
         m_paintState = m_checked ? Pressed : Normal;
     else if (m_enabledFlag)
         m_paintState = Normal;
-    update();
+    if (m_toggleMode || m_enabledFlag)
+        update();
     QPushButton::leaveEvent(event);
 }
 
@@ -286,7 +288,9 @@ QColor NimbPushButton::TextColor(State state) const {
         case Look::Primary:
             return PrimaryColors(state).text;
         case Look::Choice:
-            return ChoiceColor(state, colors::kTextMid, colors::kTextHigh, colors::kTextHigh);
+            // The accent marks what is chosen: the icon, or the text where there is none.
+            return ChoiceColor(state, colors::kTextMid, colors::kTextHigh,
+                               m_iconSize.isEmpty() ? colors::kAccentBright : colors::kTextHigh);
         case Look::Tab:
         case Look::Bare:
             break;

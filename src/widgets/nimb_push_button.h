@@ -1,7 +1,7 @@
 #pragma once
 
-// The button of the window: tabs, plain and primary buttons, halves of a switch, buttons that are a picture. It
-// tells of presses and of the mouse coming and going, and can stay pressed. GUI thread.
+// The button of the window: tabs, plain and primary buttons, halves of a switch, buttons that are a picture.
+// It tells of presses and of the mouse coming and going, and can stay pressed. GUI thread.
 
 #include <QColor>
 #include <QFont>
@@ -31,8 +31,8 @@ public:
     enum State { Normal = 0, Hover = 1, Pressed = 2, Disabled = 3 };
     static constexpr int kStateCount = 4;
 
-    // Draws an icon: its rectangle in the button's coordinates, the colour of the state, the state. The painter
-    // has antialiasing on and is restored afterwards.
+    // Draws an icon: its rectangle in the button's coordinates, the colour of the state, the state. The
+    // painter has antialiasing on and is restored afterwards.
     using IconDrawing =
         std::function<void(QPainter& painter, const QRectF& rect, const QColor& color, State state)>;
 
@@ -55,8 +55,8 @@ public:
     void SetButtonEnabled(bool enabled);
     bool IsButtonEnabled() const { return m_enabledFlag; }
 
-    // A State. What is drawn may differ: a toggle that is off is lit under the mouse, and outside Bare a button
-    // that cannot be used always looks so.
+    // A State. What is drawn may differ: a toggle that is off is lit under the mouse, and outside Bare a
+    // button that cannot be used always looks so.
     int PaintState() const { return m_paintState; }
 
     // A number for the owner's use.
@@ -70,11 +70,13 @@ public:
     // Family and weight of the text; the size is the one above. The widget's font at first.
     void SetTextFont(const QFont& font);
 
-    // Colours by State, for Bare; greys for the text and no background at first. At least kStateCount of them.
+    // Colours by State, for Bare; greys for the text and no background at first. At least kStateCount of
+    // them.
     void SetTextColors(const QVector<QColor>& colors);
     void SetBackColors(const QVector<QColor>& colors);
 
-    // The background of Bare: an ellipse instead of a rectangle; pictures instead of colours (on by SetPictures).
+    // The background of Bare: an ellipse instead of a rectangle; pictures instead of colours (on by
+    // SetPictures).
     void SetEllipse(bool on);
     void SetUsesPictures(bool on);
 

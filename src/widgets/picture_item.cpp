@@ -83,8 +83,7 @@ void DrawSelectionFrame(QPainter& painter, const QRect& itemRect) {
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setBrush(Qt::NoBrush);
-    painter.setPen(
-        QPen(colors::kSelectionFrame, kFrameWidth, Qt::SolidLine, Qt::SquareCap, Qt::BevelJoin));
+    painter.setPen(QPen(colors::kSelectionFrame, kFrameWidth, Qt::SolidLine, Qt::SquareCap, Qt::BevelJoin));
     painter.drawRect(QRectF(itemRect).adjusted(half, half, -half, -half));
     painter.restore();
 }

@@ -1,7 +1,7 @@
 #pragma once
 
-// How a picture with its name looks in a list: shared by the delegates, so that both lists are alike. Distances
-// in pixels of the list.
+// How a picture with its name looks in a list: shared by the delegates, so that both lists are alike.
+// Distances in pixels of the list.
 
 #include <QRect>
 #include <QSize>

@@ -23,8 +23,8 @@ constexpr int kTextPixels = 13;
 constexpr int kRowHeight = 30;
 
 QString ListStyle() {
-    // A rounded list needs a window of its own that is transparent, the plain one has a frame. Not "popup" in the
-    // style's sense: that one lies over the chooser and has check marks.
+    // A rounded list needs a window of its own that is transparent, the plain one has a frame. Not "popup" in
+    // the style's sense: that one lies over the chooser and has check marks.
     return QStringLiteral(
                "QComboBox { combobox-popup: 0; }"
                "QComboBoxPrivateContainer { background: transparent; border: none; }"
@@ -49,7 +49,8 @@ PressCombobox::PressCombobox(QWidget* parent) : QComboBox(parent) {
     setFont(textFont);
     list->setFont(textFont);
     QWidget* const container = list->window();
-    container->setWindowFlags(container->windowFlags() | Qt::FramelessWindowHint | Qt::NoDropShadowWindowHint);
+    container->setWindowFlags(container->windowFlags() | Qt::FramelessWindowHint |
+                              Qt::NoDropShadowWindowHint);
     container->setAttribute(Qt::WA_TranslucentBackground);
     setProperty("focusRadius", kRadius);
 }
@@ -98,12 +99,13 @@ void PressCombobox::paintEvent(QPaintEvent* /*event*/) {
     painter.drawText(textRect, Qt::AlignVCenter | Qt::AlignLeft,
                      fontMetrics().elidedText(currentText(), Qt::ElideRight, textRect.width()));
 
-    const QRectF chevron(QPointF(width() - kChevronRight - kChevron.width(), (height() - kChevron.height()) / 2),
-                         kChevron);
-    painter.setPen(QPen(isEnabled() ? colors::kTextMid : ink, 1.6, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    const QRectF chevron(
+        QPointF(width() - kChevronRight - kChevron.width(), (height() - kChevron.height()) / 2), kChevron);
+    painter.setPen(
+        QPen(isEnabled() ? colors::kTextMid : ink, 1.6, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
     painter.setBrush(Qt::NoBrush);
-    painter.drawPolyline(QPolygonF({chevron.topLeft(), QPointF(chevron.center().x(), chevron.bottom()),
-                                    chevron.topRight()}));
+    painter.drawPolyline(
+        QPolygonF({chevron.topLeft(), QPointF(chevron.center().x(), chevron.bottom()), chevron.topRight()}));
 }
 
 }  // namespace kivo

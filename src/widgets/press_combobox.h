@@ -1,7 +1,7 @@
 #pragma once
 
-// A chooser that tells when it is about to open its list. Draws itself and its list in the window's colours. GUI
-// thread.
+// A chooser that tells when it is about to open its list. Draws itself and its list in the window's colours.
+// GUI thread.
 
 #include <QComboBox>
 

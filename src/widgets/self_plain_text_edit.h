@@ -16,8 +16,8 @@ public:
     void SetMaxLength(int characters) { m_maxLength = characters; }
     int MaxLength() const { return m_maxLength; }
 
-    // Cuts the text to the limit and puts the cursor at its end, if it is too long. Counts UTF-16 code units, as
-    // QString does, but never leaves half of a pair behind.
+    // Cuts the text to the limit and puts the cursor at its end, if it is too long. Counts UTF-16 code units,
+    // as QString does, but never leaves half of a pair behind.
     void EnforceMaxLength();
 
 protected:

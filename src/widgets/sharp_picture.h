@@ -1,7 +1,7 @@
 #pragma once
 
-// A picture that stays sharp on scaled screens: of "name.png" and "name@2x.png" the one is drawn that suits the
-// device. GUI thread.
+// A picture that stays sharp on scaled screens: of "name.png" and "name@2x.png" the one is drawn that suits
+// the device. GUI thread.
 
 #include <QPixmap>
 #include <QRectF>

@@ -52,15 +52,15 @@ QString ListStyle() {
         "kivo--NimbPushButton, kivo--PressLabel { outline: none; }");
 }
 
-// Tool tips and menus are windows of their own: what lies outside of their round corners has to be let through.
+// Tool tips and menus are windows of their own: what lies outside of their round corners has to be let
+// through.
 class CornerRounder : public QObject {
 public:
     using QObject::QObject;
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override {
-        if (event->type() == QEvent::Polish &&
-            (watched->inherits("QTipLabel") || watched->inherits("QMenu")))
+        if (event->type() == QEvent::Polish && (watched->inherits("QTipLabel") || watched->inherits("QMenu")))
             static_cast<QWidget*>(watched)->setAttribute(Qt::WA_TranslucentBackground);
         return false;
     }
@@ -101,7 +101,7 @@ QPalette WindowPalette() {
 }
 
 void ApplyWindowStyle(QApplication& application) {
-    application.setPalette(WindowPalette());
+    QApplication::setPalette(WindowPalette());
     application.setStyleSheet(WindowStyleSheet());
     QToolTip::setPalette(WindowPalette());
     application.installEventFilter(new CornerRounder(&application));

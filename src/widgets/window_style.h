@@ -1,7 +1,7 @@
 #pragma once
 
-// The colours of what Qt draws by itself: scroll bars, tool tips, menus, lists, and dialogs of the toolkit. GUI
-// thread.
+// The colours of what Qt draws by itself: scroll bars, tool tips, menus, lists, and dialogs of the toolkit.
+// GUI thread.
 
 #include <QPalette>
 #include <QString>
@@ -10,8 +10,8 @@ class QApplication;
 
 namespace kivo {
 
-// For the whole program. Says nothing about check boxes and nothing about the widgets of Qt's own file dialog, which
-// the palette below keeps readable.
+// For the whole program. Says nothing about check boxes and nothing about the widgets of Qt's own file
+// dialog, which the palette below keeps readable.
 QString WindowStyleSheet();
 
 // Dark, from the window's colours.

@@ -1,7 +1,7 @@
 #pragma once
 
-// A label that neither shows anything nor lets the mouse through: it keeps a text and two flags for its owner. GUI
-// thread.
+// A label that neither shows anything nor lets the mouse through: it keeps a text and two flags for its
+// owner. GUI thread.
 
 #include <QLabel>
 

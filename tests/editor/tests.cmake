@@ -1,0 +1,2 @@
+kivo_add_test(editor color_bar LINK kivo_editor)
+kivo_add_test(editor edit_bar LINK kivo_editor)
