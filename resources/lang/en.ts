@@ -335,7 +335,7 @@ Exit anyway?</translation>
     </message>
     <message>
         <source>中</source>
-        <translation>Medium</translation>
+        <translation>Mid</translation>
     </message>
     <message>
         <source>小</source>
@@ -378,7 +378,7 @@ Exit anyway?</translation>
     </message>
     <message>
         <source>温馨提示</source>
-        <translation>Kivo Screen</translation>
+        <translation>Please note</translation>
     </message>
 </context>
 <context>

@@ -335,7 +335,7 @@
     </message>
     <message>
         <source>中</source>
-        <translation>Средн.</translation>
+        <translation>Сред.</translation>
     </message>
     <message>
         <source>小</source>
@@ -378,7 +378,7 @@
     </message>
     <message>
         <source>温馨提示</source>
-        <translation>Kivo Screen</translation>
+        <translation>Внимание</translation>
     </message>
 </context>
 <context>

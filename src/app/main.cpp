@@ -122,7 +122,7 @@ int main(int argc, char** argv) {
     font.setPointSize(12);
     QApplication::setFont(font);
 
-    application.setStyleSheet(kivo::WindowStyleSheet());
+    kivo::ApplyWindowStyle(application);
     // The program lives in the tray; it ends when a person has confirmed it, not when a window closes.
     QApplication::setQuitOnLastWindowClosed(false);
     QGuiApplication::setFallbackSessionManagementEnabled(false);

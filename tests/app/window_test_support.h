@@ -32,7 +32,7 @@ inline const QString kBin = QStringLiteral(KIVO_BIN_DIR);
 inline void PrepareApplication() {
     InitResources();
     InstallFontSubstitutes();
-    qApp->setStyleSheet(WindowStyleSheet());
+    ApplyWindowStyle(*qApp);
     QApplication::setQuitOnLastWindowClosed(false);
     QLoggingCategory::setFilterRules(QStringLiteral("*.debug=false"));
 }
