@@ -81,7 +81,7 @@ private slots:
         Editor editor(themes, slotTable);
         editor.SetEditing(false);
         const ScreenState state = editor.Shown();
-        const QImage background(CanvasSize(state.orientation), QImage::Format_RGB16);
+        const QImage background = BlackCanvas(state.orientation);
         const ScreenMapping map = MappingFor(state.orientation, editor.size());
 
         ItemTexts texts = LiveTexts(state.language)[1];
