@@ -264,6 +264,10 @@ Exit anyway?</translation>
         <source>退出程序</source>
         <translation>Exit</translation>
     </message>
+    <message>
+        <source>屏幕已就绪。点击此图标可打开设置窗口。</source>
+        <translation>The screen is ready. Click this icon to open the settings window.</translation>
+    </message>
 </context>
 <context>
     <name>ZoomWidget</name>

@@ -264,6 +264,10 @@
         <source>退出程序</source>
         <translation>退出程序</translation>
     </message>
+    <message>
+        <source>屏幕已就绪。点击此图标可打开设置窗口。</source>
+        <translation>屏幕已就绪。点击此图标可打开设置窗口。</translation>
+    </message>
 </context>
 <context>
     <name>ZoomWidget</name>

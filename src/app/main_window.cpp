@@ -120,6 +120,7 @@ void MainWindow::FirstRunUpload() {
     UploadWithProgress();
     MarkInitialized();
     PutAway();
+    m_tray.TellWhereItIs();
     configFolderCreated = 0;
 }
 
@@ -204,6 +205,14 @@ void MainWindow::ShowLiveTexts() {
     m_ui->pushButton->setText(m_session->HasTemperature() ? texts[CpuTemperature] : QString());
 }
 
+// In the middle of the screen at first. A low screen cuts the foot of the window off, never its head.
+void MainWindow::PlaceOnScreen() {
+    const QRect room = QGuiApplication::primaryScreen()->availableGeometry();
+    const QPoint corner =
+        room.topLeft() + QPoint((room.width() - width()) / 2, (room.height() - height()) / 2);
+    move(qMax(room.left(), corner.x()), qMax(room.top(), corner.y()));
+}
+
 void MainWindow::BringToFront() {
     showNormal();
     activateWindow();
@@ -271,13 +280,6 @@ void MainWindow::closeEvent(QCloseEvent* event) {
 void MainWindow::showEvent(QShowEvent* event) {
     QMainWindow::showEvent(event);
     ShowLiveTexts();
-    // A low screen cuts the foot of the window off, never its head.
-    const QRect room = screen()->availableGeometry();
-    if (!event->spontaneous() && !room.contains(geometry())) {
-        const int x = qBound(room.left(), pos().x(), qMax(room.left(), room.right() + 1 - width()));
-        const int y = qBound(room.top(), pos().y(), qMax(room.top(), room.bottom() + 1 - height()));
-        move(x, y);
-    }
 }
 
 void MainWindow::hideEvent(QHideEvent* event) {

@@ -119,6 +119,7 @@ private:
     void FinishEditing();
     bool IsCustomPage() const;
 
+    void PlaceOnScreen();
     void PollWakeUp();
     void ShowLiveTexts();
     void FirstRunUpload();

@@ -64,6 +64,7 @@ void MainWindow::SetUpLooks() {
     m_ui->btnRemote->SetPictures(Skin("remote_n"), Skin("remote_h"), Skin("remote_h"), Skin("remote_n"));
     m_ui->pushButton->setText(QString());
     new FocusRing(this);
+    PlaceOnScreen();
 }
 
 void MainWindow::WirePages() {
