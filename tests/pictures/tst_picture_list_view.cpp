@@ -7,6 +7,7 @@
 #include <QToolTip>
 
 #include <atomic>
+#include <memory>
 #include <mutex>
 
 #include "compose/theme_catalogue.h"
@@ -404,6 +405,20 @@ private slots:
         const QImage drawn = made.View().viewport()->grab().toImage();
         const QRect item = made.View().visualItemRect(made.View().item(1));
         QVERIFY(drawn.pixelColor(item.center()) != drawn.pixelColor(item.topLeft()));
+    }
+
+    void TheViewMayGoFirstEvenWithTheFocus() {
+        auto window = std::make_unique<QWidget>();
+        auto* view = new MyListWidget(window.get());
+        PictureList list(view, ListInWindow::RedMaker());
+        list.LoadPictureList();
+        window->show();
+        window->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(window.get()));
+        view->setFocus();
+        view->setCurrentRow(0);
+        window.reset();
+        QCOMPARE(list.parent(), nullptr);  // it is there and has touched nothing that is not
     }
 
     void TheEndWithDecodesUnderWayIsClean() {
