@@ -408,16 +408,17 @@ private slots:
     }
 
     void TheViewMayGoFirstEvenWithTheFocus() {
-        auto window = std::make_unique<QWidget>();
-        auto* view = new MyListWidget(window.get());
-        PictureList list(view, ListInWindow::RedMaker());
+        QWidget window;
+        auto view = std::make_unique<MyListWidget>(&window);
+        PictureList list(view.get(), ListInWindow::RedMaker());
         list.LoadPictureList();
-        window->show();
-        window->activateWindow();
-        QVERIFY(QTest::qWaitForWindowActive(window.get()));
+        window.show();
+        window.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&window));
         view->setFocus();
+        QVERIFY(view->hasFocus());
         view->setCurrentRow(0);
-        window.reset();
+        view.reset();
         QCOMPARE(list.parent(), nullptr);  // it is there and has touched nothing that is not
     }
 
