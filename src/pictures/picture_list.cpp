@@ -307,6 +307,10 @@ void PictureList::HandleRelease(QPoint at) {
 }
 
 bool PictureList::eventFilter(QObject* watched, QEvent* event) {
+    // A list that has the focus loses it when it is destroyed, and is none any more by then.
+    if (watched == m_view && qobject_cast<MyListWidget*>(watched) == nullptr) {
+        return false;
+    }
     switch (event->type()) {
         case QEvent::Paint:
             if (!m_wantIcons->isActive()) {

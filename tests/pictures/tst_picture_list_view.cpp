@@ -7,6 +7,7 @@
 #include <QToolTip>
 
 #include <atomic>
+#include <memory>
 #include <mutex>
 
 #include "compose/theme_catalogue.h"
@@ -404,6 +405,21 @@ private slots:
         const QImage drawn = made.View().viewport()->grab().toImage();
         const QRect item = made.View().visualItemRect(made.View().item(1));
         QVERIFY(drawn.pixelColor(item.center()) != drawn.pixelColor(item.topLeft()));
+    }
+
+    void TheViewMayGoFirstEvenWithTheFocus() {
+        QWidget window;
+        auto view = std::make_unique<MyListWidget>(&window);
+        PictureList list(view.get(), ListInWindow::RedMaker());
+        list.LoadPictureList();
+        window.show();
+        window.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        view->setFocus();
+        QVERIFY(view->hasFocus());
+        view->setCurrentRow(0);
+        view.reset();
+        QCOMPARE(list.parent(), nullptr);  // it is there and has touched nothing that is not
     }
 
     void TheEndWithDecodesUnderWayIsClean() {

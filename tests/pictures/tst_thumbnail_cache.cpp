@@ -213,7 +213,7 @@ private slots:
                 cache.Store(QStringLiteral("key%1").arg(n), Filled(kPixels, kOther));
                 QFile file(m_cacheFolder + QStringLiteral("/key%1.thumb").arg(n));
                 QVERIFY(file.open(QIODevice::ReadWrite));
-                file.setFileTime(QDateTime::currentDateTime().addDays(-2 * (kFiles - n)),
+                file.setFileTime(QDateTime::currentDateTime().addDays(-2LL * (kFiles - n)),
                                  QFileDevice::FileModificationTime);
             }
         }
