@@ -268,6 +268,10 @@ Exit anyway?</translation>
         <source>屏幕已就绪。点击此图标可打开设置窗口。</source>
         <translation>The screen is ready. Click this icon to open the settings window.</translation>
     </message>
+    <message>
+        <source>图片太多，无法再添加。</source>
+        <translation>There are too many pictures to add another one.</translation>
+    </message>
 </context>
 <context>
     <name>ZoomWidget</name>

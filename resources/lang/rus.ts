@@ -268,6 +268,10 @@
         <source>屏幕已就绪。点击此图标可打开设置窗口。</source>
         <translation>Экран готов. Нажмите этот значок, чтобы открыть окно настроек.</translation>
     </message>
+    <message>
+        <source>图片太多，无法再添加。</source>
+        <translation>Изображений слишком много, добавить ещё одно нельзя.</translation>
+    </message>
 </context>
 <context>
     <name>ZoomWidget</name>

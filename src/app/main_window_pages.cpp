@@ -258,7 +258,10 @@ void MainWindow::AddPictureByHand() {
     if (path.isEmpty()) {
         return;
     }
-    m_pictures->InsertUserPicture(path);
+    if (m_pictures->InsertUserPicture(path) <= 0) {
+        ExitMessageBox::Tell(this, WindowText(QT_TRANSLATE_NOOP("MainWindow", "图片太多，无法再添加。")));
+        return;
+    }
     m_pictures->SavePictureList();
     UsePicture(path);
 }
