@@ -68,7 +68,7 @@
     </message>
     <message>
         <source>CPU温度</source>
-        <translation type="unfinished">CPU Temp</translation>
+        <translation>CPU Temp</translation>
     </message>
     <message>
         <source>在屏幕上显示CPU温度</source>
@@ -76,7 +76,7 @@
     </message>
     <message>
         <source>CPU使用率</source>
-        <translation type="unfinished">CPU Load</translation>
+        <translation>CPU Load</translation>
     </message>
     <message>
         <source>在屏幕上显示CPU使用率</source>
@@ -84,7 +84,7 @@
     </message>
     <message>
         <source>内存使用率</source>
-        <translation type="unfinished">Memory</translation>
+        <translation>Memory</translation>
     </message>
     <message>
         <source>在屏幕上显示内存使用率</source>
@@ -92,7 +92,7 @@
     </message>
     <message>
         <source>时间</source>
-        <translation type="unfinished">Time</translation>
+        <translation>Time</translation>
     </message>
     <message>
         <source>在屏幕上显示时间</source>
@@ -100,7 +100,7 @@
     </message>
     <message>
         <source>功耗</source>
-        <translation type="unfinished">Power</translation>
+        <translation>Power</translation>
     </message>
     <message>
         <source>在屏幕上显示功耗</source>
@@ -108,7 +108,7 @@
     </message>
     <message>
         <source>日期</source>
-        <translation type="unfinished">Date</translation>
+        <translation>Date</translation>
     </message>
     <message>
         <source>在屏幕上显示日期</source>
@@ -116,7 +116,7 @@
     </message>
     <message>
         <source>风扇转速</source>
-        <translation type="unfinished">Fan</translation>
+        <translation>Fan</translation>
     </message>
     <message>
         <source>在屏幕上显示风扇转速</source>
@@ -124,7 +124,7 @@
     </message>
     <message>
         <source>其他</source>
-        <translation type="unfinished">Other</translation>
+        <translation>Other</translation>
     </message>
     <message>
         <source>待定</source>
