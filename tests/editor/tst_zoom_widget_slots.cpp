@@ -1,5 +1,7 @@
 #include "editor_test_support.h"
 
+Q_DECLARE_METATYPE(kivo::ThemeState)
+
 using namespace kivo;
 using namespace kivo::test;
 
@@ -262,8 +264,6 @@ private slots:
         QVERIFY(editor.toolTip() != whileEditing);
     }
 };
-
-Q_DECLARE_METATYPE(kivo::ThemeState)
 
 QTEST_MAIN(TestZoomWidgetSlots)
 #include "tst_zoom_widget_slots.moc"
