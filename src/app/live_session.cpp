@@ -7,6 +7,7 @@
 
 #include "app/nimb_process_thread.h"
 #include "app/refresh_data_thread.h"
+#include "config/pending_frame.h"
 #include "telemetry/local_time.h"
 
 namespace kivo {
@@ -25,7 +26,8 @@ LiveSession::LiveSession(HidApi& hid, InterfaceLanguage language, UploadPauses p
       m_session(hid),
       m_transfers(m_session, [] { return ReadLocalTime().time; }),
       m_snapshot(language),
-      m_screen(m_transfers, m_backgrounds, [this](int item) { return m_snapshot.GetValueText(item); }) {}
+      m_screen(m_transfers, m_backgrounds, [this](int item) { return m_snapshot.GetValueText(item); }),
+      m_isFramePending(IsFramePending()) {}
 
 LiveSession::~LiveSession() {
     if (!Stop()) {
@@ -117,7 +119,7 @@ NimbProcessThread* LiveSession::BeginUpload(bool isSilent,
         return nullptr;
     }
     ReapRetired();
-    m_isFramePending = true;
+    SetPending(true);
     m_sendAgain = false;
     const int number = ++m_uploadCount;
     m_uploads.push_back(
@@ -141,7 +143,7 @@ void LiveSession::EndUpload(int number) {
         return;
     }
     if (number == m_uploadCount) {
-        m_isFramePending = !found->thread->Succeeded();
+        SetPending(!found->thread->Succeeded());
     }
     m_retired.push_back(std::move(found->thread));
     m_uploads.erase(found);
@@ -161,6 +163,11 @@ void LiveSession::EndUpload(int number) {
         StartRefresh();
     }
     Q_EMIT uploadDone(!m_isFramePending);
+}
+
+void LiveSession::SetPending(bool isPending) {
+    m_isFramePending = isPending;
+    SetFramePending(isPending);
 }
 
 void LiveSession::ReapRetired() {

@@ -1,15 +1,19 @@
 // The window's inside: what is pressed, ticked and picked becomes the editor's state, and that state is shown
 // on every widget.
 
+#include <QCursor>
 #include <QFileDialog>
 #include <QScrollBar>
 #include <QStandardPaths>
+#include <QTimer>
 
 #include "app/custom_page.h"
 #include "app/main_window.h"
 #include "app/theme_page.h"
 #include "app/two_way_choice.h"
 #include "config/default_profile.h"
+#include "config/folders.h"
+#include "config/pending_frame.h"
 #include "editor/color_bar.h"
 #include "editor/edit_bar.h"
 #include "pictures/picture_list.h"
@@ -24,7 +28,6 @@ namespace {
 
 constexpr QPoint kEditBarCorner(48, 58);
 constexpr QPoint kColorBarCorner(60, 82);
-constexpr QSize kColorBarSize(163, 48);
 constexpr QRect kPictureScrollPlace(914, 292, 6, 228);
 constexpr QSize kOrientationIcon(18, 18);
 constexpr QSize kVariantIcon(18, 12);
@@ -108,9 +111,18 @@ void MainWindow::WirePages() {
 
 void MainWindow::WireTools() {
     m_editBar->move(kEditBarCorner);
-    m_colorBar->setGeometry(QRect(kColorBarCorner, kColorBarSize));
+    m_colorBar->move(kColorBarCorner);
     m_editBar->hide();
     m_colorBar->hide();
+    QWidget* before = m_ui->pictureList;
+    const auto tools = m_editBar->findChildren<QWidget*>() + m_colorBar->findChildren<QWidget*>();
+    for (QWidget* tool : tools) {
+        if (tool->focusPolicy() != Qt::NoFocus) {
+            setTabOrder(before, tool);
+            before = tool;
+        }
+    }
+    setTabOrder(before, m_ui->zoomwidget);
 
     ZoomWidget* editor = m_ui->zoomwidget;
     connect(m_editBar, &EditBar::SendEdit, this, &MainWindow::slotEdit);
@@ -134,6 +146,8 @@ void MainWindow::WirePictures() {
     scrollBar->setObjectName(QStringLiteral("pictureScroll"));
     scrollBar->setGeometry(kPictureScrollPlace);
 
+    m_ui->pictureList->installEventFilter(this);
+    m_ui->pictureList->viewport()->installEventFilter(this);
     connect(m_pictures, &PictureList::picked, this, &MainWindow::itemClickedImage);
     connect(m_ui->pictureList, &MyListWidget::rightClick, this, &MainWindow::slotRightClick);
     connect(m_pictures->Delegate(), &ExitItemDelegate::handleDeleteClick, this, &MainWindow::SlotDeletePix);
@@ -141,17 +155,21 @@ void MainWindow::WirePictures() {
 
 void MainWindow::LoadState() {
     SeedDefaultProfile(m_parts.applicationDir);
+    if (configFolderCreated != 0) {
+        // Should the first run be cut off, the next one sends the frame.
+        SetFramePending(true);
+    }
     m_pictures->LoadPictureList();
     ZoomWidget* editor = m_ui->zoomwidget;
     editor->Load();
     m_savedThemes = editor->Edited().themes;
-    m_pageStyle[0] = m_pageStyle[1] = m_savedThemes.style;
+    m_pageStyle[m_savedThemes.mode != 0] = m_savedThemes.style;
     m_session->SetLoaded(editor->Shown());
     ShowState();
 }
 
 bool MainWindow::IsCustomPage() const {
-    return m_ui->zoomwidget->Shown().custom;
+    return m_ui->zoomwidget->Edited().themes.mode != 0;
 }
 
 void MainWindow::ChangeThemes(const std::function<void(ThemeState&)>& change) {
@@ -177,8 +195,9 @@ void MainWindow::ShowState() {
         m_themePage->Show(themes);
     }
     ShowPageChoice(custom, themes);
-    m_ui->btnEdit->setVisible(custom && !m_editing);
-    m_ui->btnEdit_cancel->setVisible(custom && m_editing);
+    const bool editing = m_ui->zoomwidget->IsEditing();
+    m_ui->btnEdit->setVisible(custom && !editing);
+    m_ui->btnEdit_cancel->setVisible(custom && editing);
     ShowToolBar();
     ShowChosenPicture();
 }
@@ -215,11 +234,11 @@ void MainWindow::ShowPageChoice(bool custom, const ThemeState& themes) {
 }
 
 void MainWindow::ShowToolBar() {
-    m_editBar->setVisible(m_editing && IsCustomPage());
+    m_editBar->setVisible(m_ui->zoomwidget->IsEditing() && IsCustomPage());
     const LayoutRecord layout = m_ui->zoomwidget->Shown().layout;
     m_editBar->slotSetFontSize(layout.sizeIndex);
     m_editBar->ControlLabelColor(quint8(layout.colorIndex));
-    m_ui->btnRemote->setVisible(m_trimming);
+    m_ui->btnRemote->setVisible(m_ui->zoomwidget->IsTrimMode());
 }
 
 void MainWindow::ShowChosenPicture() {
@@ -228,11 +247,14 @@ void MainWindow::ShowChosenPicture() {
 }
 
 void MainWindow::OpenEditing(bool open) {
-    m_editing = open;
+    QWidget* const focus = focusWidget();
     m_ui->zoomwidget->SetEditing(open);
     ShowState();
     if (open) {
         m_ui->zoomwidget->setFocus(Qt::OtherFocusReason);
+    } else if (focus == m_ui->btnEdit_cancel) {
+        // Or the focus would go on to apply, and a second press of the key would upload.
+        m_ui->btnEdit->setFocus(Qt::OtherFocusReason);
     }
 }
 
@@ -255,6 +277,7 @@ QString MainWindow::ChoosePicture() {
 
 void MainWindow::AddPictureByHand() {
     const QString path = m_parts.choosePicture ? m_parts.choosePicture(this) : ChoosePicture();
+    AskWantedExit();
     if (path.isEmpty()) {
         return;
     }
@@ -280,7 +303,8 @@ void MainWindow::itemClickedImage(const QModelIndex& index) {
 }
 
 void MainWindow::slotRightClick() {
-    const int row = m_ui->pictureList->currentRow();
+    const MyListWidget* list = m_ui->pictureList;
+    const int row = list->indexAt(list->viewport()->mapFromGlobal(QCursor::pos())).row();
     if (m_pictures->IsUserPicture(row)) {
         SlotDeletePix(row);
     } else {
@@ -305,10 +329,20 @@ void MainWindow::SlotDeletePix(int row) {
     ShowChosenPicture();
 }
 
+// The keys, or a press that is let go elsewhere, move the frame without choosing: it goes back in the end.
+bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
+    const bool isLeft = event->type() == QEvent::FocusOut && watched == m_ui->pictureList;
+    const bool isLetGo =
+        event->type() == QEvent::MouseButtonRelease && watched == m_ui->pictureList->viewport();
+    if (isLeft || isLetGo) {
+        QTimer::singleShot(0, this, &MainWindow::ShowChosenPicture);
+    }
+    return QMainWindow::eventFilter(watched, event);
+}
+
 void MainWindow::slotEdit(quint8 iEdit) {
-    m_trimming = iEdit != 0;
     m_ui->zoomwidget->SetTrimMode(iEdit);
-    m_ui->btnRemote->setVisible(m_trimming);
+    m_ui->btnRemote->setVisible(m_ui->zoomwidget->IsTrimMode());
 }
 
 void MainWindow::slotFontColor(quint8 iColor) {
@@ -336,7 +370,7 @@ void MainWindow::slotSizeClick() {
 }
 
 void MainWindow::SetRemoteHide(quint8 iHide) {
-    m_ui->btnRemote->setVisible(iHide == 0 && m_trimming);
+    m_ui->btnRemote->setVisible(iHide == 0 && m_ui->zoomwidget->IsTrimMode());
 }
 
 }  // namespace kivo

@@ -19,6 +19,7 @@ ZoomWidget::ZoomWidget(QWidget* parent) : QWidget(parent), m_editText(new SelfPl
     // Not mouse tracking: that belongs to the trim mode.
     setAttribute(Qt::WA_Hover);
     m_editText->hide();
+    m_editText->setTabChangesFocus(true);
     m_editText->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     m_editText->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     m_editText->installEventFilter(this);

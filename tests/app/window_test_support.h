@@ -32,6 +32,9 @@ inline const QString kBin = QStringLiteral(KIVO_BIN_DIR);
 inline void PrepareApplication() {
     InitResources();
     InstallFontSubstitutes();
+    QFont font(FontFamily());
+    font.setPointSize(12);
+    QApplication::setFont(font);
     ApplyWindowStyle(*qApp);
     QApplication::setQuitOnLastWindowClosed(false);
     QLoggingCategory::setFilterRules(QStringLiteral("*.debug=false"));
