@@ -100,6 +100,7 @@ void MainWindow::WirePages() {
         FinishEditing();
         m_ui->zoomwidget->RevertLayout();
         OpenEditing(false);
+        m_ui->btnEdit->setFocus(Qt::OtherFocusReason);  // else the next button would have it: apply
     });
     connect(m_ui->btnRemote, &QAbstractButton::clicked, m_ui->zoomwidget, &ZoomWidget::ResetTrim);
     connect(m_ui->zoomwidget, &ZoomWidget::layoutChanged, this, &MainWindow::ShowState);
@@ -110,6 +111,7 @@ void MainWindow::WireTools() {
     m_colorBar->setGeometry(QRect(kColorBarCorner, kColorBarSize));
     m_editBar->hide();
     m_colorBar->hide();
+    m_ui->btnRemote->setFocusPolicy(Qt::TabFocus);  // the keyboard stays with the trim frame
 
     ZoomWidget* editor = m_ui->zoomwidget;
     connect(m_editBar, &EditBar::SendEdit, this, &MainWindow::slotEdit);
@@ -309,6 +311,10 @@ void MainWindow::slotEdit(quint8 iEdit) {
 
 void MainWindow::slotFontColor(quint8 iColor) {
     m_ui->zoomwidget->SetFontColor(iColor);
+    // The strip goes now, and the focus with it, if it was picked by keyboard.
+    if (m_ui->zoomwidget->IsTextEntryOpen()) {
+        m_ui->zoomwidget->slotShowEdt();
+    }
 }
 
 void MainWindow::slotFontSize(quint8 iSize) {
@@ -316,11 +322,15 @@ void MainWindow::slotFontSize(quint8 iSize) {
 }
 
 void MainWindow::slotShowColorbar(quint8 iShow) {
-    m_colorBar->setVisible(iShow != 0);
-    if (iShow != 0) {
-        m_colorBar->raise();
-        m_ui->zoomwidget->slotShowEdt();
+    if (iShow == 0) {
+        m_colorBar->hide();
+        m_ui->zoomwidget->solteditingFinished();
+        return;
     }
+    m_editBar->SetEditPressed(false);  // text cannot be typed over the trim frame
+    m_colorBar->show();
+    m_colorBar->raise();
+    m_ui->zoomwidget->slotShowEdt();
 }
 
 void MainWindow::slotReset() {

@@ -88,6 +88,7 @@ ColorBar::ColorBar(QWidget* parent) : QWidget(parent), m_ground(QStringLiteral("
         button->setGeometry(kFirstButton.translated(color * kStep, 0));
         button->SetPictures(picture, picture, picture, picture);
         button->SetCurIndex(color);
+        button->setFocusPolicy(Qt::TabFocus);  // the mouse leaves the focus with the text
         button->SetCornerRadius(kFirstButton.width() / 2.0);
         const bool hasPicture = !SharpPicture(picture).IsNull();
         // The pictures are the same in every state, so a ring tells them apart.

@@ -71,7 +71,8 @@ public:
     void SetEditing(bool on);
     bool IsEditing() const { return m_editing; }
 
-    // 1: the mouse moves and sizes a frame over the whole picture; 0: back to the layout. Ends text entry.
+    // 1: the mouse moves and sizes a frame over the whole picture; 0: back to the layout. Ends text entry
+    // where that is a change.
     void SetTrimMode(quint8 on);
     bool IsTrimMode() const { return m_trimMode; }
     // Shows the picture of the layout in force untrimmed again.

@@ -18,6 +18,10 @@ constexpr double kWheelNotch = 120;
 }  // namespace
 
 void ZoomWidget::SetTrimMode(quint8 on) {
+    // Every tool lets the trim button go, also the ones that are there for the text being typed.
+    if ((on != 0) == m_trimMode) {
+        return;
+    }
     solteditingFinished();
     EndDrag();
     m_trimMode = on != 0;
