@@ -70,6 +70,7 @@ MainWindow::MainWindow(const Parts& parts)
 }
 
 MainWindow::~MainWindow() {
+    hide();  // ends what is open, while the widgets that show it are there
     m_translator.reset();
     m_ui.reset();
     CloseHelperWindow();

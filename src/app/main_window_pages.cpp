@@ -119,6 +119,7 @@ void MainWindow::WireTools() {
     connect(m_editBar, &EditBar::SendFontSize, this, &MainWindow::slotFontSize);
     connect(m_colorBar, &ColorBar::SendFontColor, m_editBar, &EditBar::ControlLabelColor);
     connect(m_colorBar, &ColorBar::SendFontColor, this, &MainWindow::slotFontColor);
+    connect(m_colorBar, &ColorBar::dismissed, this, &MainWindow::GoOnTyping);
     connect(m_editBar, &EditBar::ShowColorbarSignal, this, &MainWindow::slotShowColorbar);
     connect(m_editBar, &EditBar::SizeClicked, this, &MainWindow::slotSizeClick);
     connect(editor, &ZoomWidget::HideColorWin, this, [this](int show) { slotShowColorbar(quint8(show)); });
@@ -311,7 +312,11 @@ void MainWindow::slotEdit(quint8 iEdit) {
 
 void MainWindow::slotFontColor(quint8 iColor) {
     m_ui->zoomwidget->SetFontColor(iColor);
-    // The strip goes now, and the focus with it, if it was picked by keyboard.
+    GoOnTyping();
+}
+
+// The strip goes, and with it the focus, where it was used by keyboard.
+void MainWindow::GoOnTyping() {
     if (m_ui->zoomwidget->IsTextEntryOpen()) {
         m_ui->zoomwidget->slotShowEdt();
     }

@@ -122,10 +122,12 @@ void ColorBar::btn_clicked() {
 }
 
 void ColorBar::keyPressEvent(QKeyEvent* event) {
-    if (event->key() == Qt::Key_Escape)
-        hide();
-    else
+    if (event->key() != Qt::Key_Escape) {
         QWidget::keyPressEvent(event);
+        return;
+    }
+    Q_EMIT dismissed();
+    hide();
 }
 
 void ColorBar::changeEvent(QEvent* event) {
