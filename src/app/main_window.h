@@ -117,6 +117,7 @@ private:
     void ShowChosenPicture();
     void OpenEditing(bool open);
     void FinishEditing();
+    void GoOnTyping();
     bool IsCustomPage() const;
 
     void PlaceOnScreen();

@@ -104,6 +104,7 @@ void MainWindow::WirePages() {
         FinishEditing();
         m_ui->zoomwidget->RevertLayout();
         OpenEditing(false);
+        m_ui->btnEdit->setFocus(Qt::OtherFocusReason);  // else the next button would have it: apply
     });
     connect(m_ui->btnRemote, &QAbstractButton::clicked, m_ui->zoomwidget, &ZoomWidget::ResetTrim);
     connect(m_ui->zoomwidget, &ZoomWidget::layoutChanged, this, &MainWindow::ShowState);
@@ -123,6 +124,7 @@ void MainWindow::WireTools() {
         }
     }
     setTabOrder(before, m_ui->zoomwidget);
+    m_ui->btnRemote->setFocusPolicy(Qt::TabFocus);  // the keyboard stays with the trim frame
 
     ZoomWidget* editor = m_ui->zoomwidget;
     connect(m_editBar, &EditBar::SendEdit, this, &MainWindow::slotEdit);
@@ -130,6 +132,7 @@ void MainWindow::WireTools() {
     connect(m_editBar, &EditBar::SendFontSize, this, &MainWindow::slotFontSize);
     connect(m_colorBar, &ColorBar::SendFontColor, m_editBar, &EditBar::ControlLabelColor);
     connect(m_colorBar, &ColorBar::SendFontColor, this, &MainWindow::slotFontColor);
+    connect(m_colorBar, &ColorBar::dismissed, this, &MainWindow::GoOnTyping);
     connect(m_editBar, &EditBar::ShowColorbarSignal, this, &MainWindow::slotShowColorbar);
     connect(m_editBar, &EditBar::SizeClicked, this, &MainWindow::slotSizeClick);
     connect(editor, &ZoomWidget::HideColorWin, this, [this](int show) { slotShowColorbar(quint8(show)); });
@@ -347,6 +350,14 @@ void MainWindow::slotEdit(quint8 iEdit) {
 
 void MainWindow::slotFontColor(quint8 iColor) {
     m_ui->zoomwidget->SetFontColor(iColor);
+    GoOnTyping();
+}
+
+// The strip goes, and with it the focus, where it was used by keyboard.
+void MainWindow::GoOnTyping() {
+    if (m_ui->zoomwidget->IsTextEntryOpen()) {
+        m_ui->zoomwidget->slotShowEdt();
+    }
 }
 
 void MainWindow::slotFontSize(quint8 iSize) {
@@ -354,11 +365,15 @@ void MainWindow::slotFontSize(quint8 iSize) {
 }
 
 void MainWindow::slotShowColorbar(quint8 iShow) {
-    m_colorBar->setVisible(iShow != 0);
-    if (iShow != 0) {
-        m_colorBar->raise();
-        m_ui->zoomwidget->slotShowEdt();
+    if (iShow == 0) {
+        m_colorBar->hide();
+        m_ui->zoomwidget->solteditingFinished();
+        return;
     }
+    m_editBar->SetEditPressed(false);  // text cannot be typed over the trim frame
+    m_colorBar->show();
+    m_colorBar->raise();
+    m_ui->zoomwidget->slotShowEdt();
 }
 
 void MainWindow::slotReset() {

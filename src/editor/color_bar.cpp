@@ -88,6 +88,7 @@ ColorBar::ColorBar(QWidget* parent) : QWidget(parent), m_ground(QStringLiteral("
         button->setGeometry(kFirstButton.translated(color * kStep, 0));
         button->SetPictures(picture, picture, picture, picture);
         button->SetCurIndex(color);
+        button->setFocusPolicy(Qt::TabFocus);  // the mouse leaves the focus with the text
         button->SetCornerRadius(kFirstButton.width() / 2.0);
         const bool hasPicture = !SharpPicture(picture).IsNull();
         // The pictures are the same in every state, so a ring tells them apart.
@@ -121,10 +122,12 @@ void ColorBar::btn_clicked() {
 }
 
 void ColorBar::keyPressEvent(QKeyEvent* event) {
-    if (event->key() == Qt::Key_Escape)
-        hide();
-    else
+    if (event->key() != Qt::Key_Escape) {
         QWidget::keyPressEvent(event);
+        return;
+    }
+    Q_EMIT dismissed();
+    hide();
 }
 
 void ColorBar::changeEvent(QEvent* event) {

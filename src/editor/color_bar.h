@@ -33,6 +33,8 @@ public:
 
 Q_SIGNALS:
     void SendFontColor(quint8 color);
+    // Left by keyboard; it hides next, and gives the focus to anybody unless somebody takes it now.
+    void dismissed();
 
 public Q_SLOTS:
     // Of a colour button, its sender.

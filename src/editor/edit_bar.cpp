@@ -85,6 +85,9 @@ EditBar::EditBar(QWidget* parent)
     m_trimButton->SetToggleMode(true);
     m_backButton->setObjectName(QStringLiteral("backButton"));
     SetUpToolButton(m_backButton, kBackButton, QStringLiteral("ret"), QStringLiteral("back"));
+    // The mouse leaves the focus with the text or the trim frame that the tools are there for.
+    for (QWidget* tool : std::initializer_list<QWidget*>{m_sizeBox, m_trimButton, m_backButton})
+        tool->setFocusPolicy(Qt::TabFocus);
     MakeColourChoices();
     Translate();
     ControlLabelColor(0);

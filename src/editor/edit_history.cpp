@@ -9,7 +9,13 @@ namespace {
 constexpr int kMostSteps = 200;
 
 EditStep StepOf(const EditState& state) {
-    return {LayoutInForce(state), state.slotTable[size_t(VariantInForce(state))], state.textRow};
+    const int variant = VariantInForce(state);
+    EditStep step{LayoutInForce(state), state.slotTable[size_t(variant)], state.textRow};
+    if (state.themes.mode != 0) {
+        // A text that is being typed is ticked before there is one; that alone is no step.
+        CustomFlags(step.layout, variant)[OtherText] = !step.layout.freeText.isEmpty();
+    }
+    return step;
 }
 
 bool IsSame(const EditStep& a, const EditStep& b) {
