@@ -9,6 +9,7 @@
 #include "app/main_window.h"
 #include "app/theme_page.h"
 #include "app/two_way_choice.h"
+#include "compose/theme_catalogue.h"
 #include "config/default_profile.h"
 #include "editor/color_bar.h"
 #include "editor/edit_bar.h"
@@ -280,12 +281,7 @@ void MainWindow::itemClickedImage(const QModelIndex& index) {
 }
 
 void MainWindow::slotRightClick() {
-    const int row = m_ui->pictureList->currentRow();
-    if (m_pictures->IsUserPicture(row)) {
-        SlotDeletePix(row);
-    } else {
-        ShowChosenPicture();
-    }
+    SlotDeletePix(m_ui->pictureList->PressedRow());
 }
 
 void MainWindow::SlotDeletePix(int row) {
@@ -295,8 +291,9 @@ void MainWindow::SlotDeletePix(int row) {
             const QString removed = m_pictures->RemoveUserPicture(row);
             m_pictures->SavePictureList();
             const QString after = m_pictures->BackgroundAfterRemoval(before, removed, row);
-            if (after != before) {
-                UsePicture(after);
+            // Nobody has asked for the one that moves up: where it cannot be opened, that is not told.
+            if (after != before && !m_ui->zoomwidget->SetBackground(after)) {
+                m_ui->zoomwidget->SetBackground(BuiltInBackgrounds().constFirst());
             }
         }
     } else if (m_pictures->IsBuiltIn(row)) {
