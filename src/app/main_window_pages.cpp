@@ -1,7 +1,6 @@
 // The window's inside: what is pressed, ticked and picked becomes the editor's state, and that state is shown
 // on every widget.
 
-#include <QCursor>
 #include <QFileDialog>
 #include <QScrollBar>
 #include <QStandardPaths>
@@ -11,6 +10,7 @@
 #include "app/main_window.h"
 #include "app/theme_page.h"
 #include "app/two_way_choice.h"
+#include "compose/theme_catalogue.h"
 #include "config/default_profile.h"
 #include "config/folders.h"
 #include "config/pending_frame.h"
@@ -306,13 +306,7 @@ void MainWindow::itemClickedImage(const QModelIndex& index) {
 }
 
 void MainWindow::slotRightClick() {
-    const MyListWidget* list = m_ui->pictureList;
-    const int row = list->indexAt(list->viewport()->mapFromGlobal(QCursor::pos())).row();
-    if (m_pictures->IsUserPicture(row)) {
-        SlotDeletePix(row);
-    } else {
-        ShowChosenPicture();
-    }
+    SlotDeletePix(m_ui->pictureList->PressedRow());
 }
 
 void MainWindow::SlotDeletePix(int row) {
@@ -322,8 +316,9 @@ void MainWindow::SlotDeletePix(int row) {
             const QString removed = m_pictures->RemoveUserPicture(row);
             m_pictures->SavePictureList();
             const QString after = m_pictures->BackgroundAfterRemoval(before, removed, row);
-            if (after != before) {
-                UsePicture(after);
+            // Nobody has asked for the one that moves up: where it cannot be opened, that is not told.
+            if (after != before && !m_ui->zoomwidget->SetBackground(after)) {
+                m_ui->zoomwidget->SetBackground(BuiltInBackgrounds().constFirst());
             }
         }
     } else if (m_pictures->IsBuiltIn(row)) {

@@ -32,6 +32,7 @@ void MyListWidget::ShowAsGrid(const QSize& pictureSize, const QSize& cellSize) {
 }
 
 void MyListWidget::mousePressEvent(QMouseEvent* event) {
+    m_pressed = indexAt(event->pos());
     QListWidget::mousePressEvent(event);
     if (event->button() == Qt::RightButton)
         Q_EMIT rightClick();

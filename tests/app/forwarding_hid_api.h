@@ -2,7 +2,10 @@
 
 #include <QPoint>
 #include <QSemaphore>
+#include <QVector>
 #include <atomic>
+#include <functional>
+#include <map>
 #include <mutex>
 
 #include "device/hid_api.h"
@@ -68,6 +71,55 @@ private:
     const QPoint m_point;
     std::mutex m_mutex;
     PanelDecoder m_decoder;
+};
+
+// Lies between the program and its panel: remembers what went through, and steps in at a chosen chunk of a
+// frame. Any thread.
+class WireTap final : public ForwardingHidApi {
+public:
+    using ForwardingHidApi::ForwardingHidApi;
+
+    // Runs act on the writing thread before the next chunk of that number is handed on.
+    void BeforeChunk(int number, std::function<void()> act) {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        m_acts[number] = std::move(act);
+    }
+
+    // Everything written so far.
+    QVector<PanelReport> Reports() const {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        return m_reports;
+    }
+    int Write(HidHandle* handle, const quint8* data, std::size_t length) override {
+        if (const std::function<void()> act = Remember(data, length)) {
+            act();
+        }
+        const int written = ForwardingHidApi::Write(handle, data, length);
+        if (written < 0) {
+            const std::lock_guard<std::mutex> lock(m_mutex);
+            m_decoder.AbandonFrame();
+        }
+        return written;
+    }
+
+private:
+    std::function<void()> Remember(const quint8* data, std::size_t length) {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        const PanelReport report = m_decoder.Decode(data, length);
+        m_reports.append(report);
+        std::function<void()> act;
+        const auto found = m_acts.find(report.chunkNumber);
+        if (report.kind == PanelReportKind::Chunk && found != m_acts.end()) {
+            act = std::move(found->second);
+            m_acts.erase(found);
+        }
+        return act;
+    }
+
+    mutable std::mutex m_mutex;
+    PanelDecoder m_decoder;
+    QVector<PanelReport> m_reports;
+    std::map<int, std::function<void()>> m_acts;
 };
 
 }  // namespace kivo::test

@@ -24,6 +24,21 @@ private slots:
         QCOMPARE(rowAtSignal, 1);
     }
 
+    void aPressBesideEveryRowIsOnNone() {
+        MyListWidget list;
+        list.addItems({QStringLiteral("a"), QStringLiteral("b")});
+        list.resize(200, 200);
+        list.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&list));
+        const QPoint second = list.visualItemRect(list.item(1)).center();
+        QCOMPARE(list.PressedRow(), -1);
+        QTest::mousePress(list.viewport(), Qt::RightButton, Qt::NoModifier, second);
+        QCOMPARE(list.PressedRow(), 1);
+        QTest::mousePress(list.viewport(), Qt::RightButton, Qt::NoModifier, QPoint(second.x(), 190));
+        QCOMPARE(list.PressedRow(), -1);
+        QCOMPARE(list.currentRow(), 1);
+    }
+
     void aLeftPressOnlySelects() {
         MyListWidget list;
         list.addItems({QStringLiteral("a"), QStringLiteral("b")});
