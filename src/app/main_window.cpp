@@ -16,12 +16,14 @@
 #include "app/nimb_process_dialog.h"
 #include "app/nimb_process_thread.h"
 #include "app/single_instance.h"
+#include "app/window_looks.h"
 #include "config/first_run_marker.h"
 #include "editor/color_bar.h"
 #include "editor/edit_bar.h"
 #include "pictures/picture_list.h"
 #include "ui_main_window.h"
 #include "widgets/exit_message_box.h"
+#include "widgets/focus_ring.h"
 
 namespace kivo {
 
@@ -56,7 +58,12 @@ MainWindow::MainWindow(const Parts& parts)
     m_session->SetPanelStartsBlank(parts.panelStartsBlank);
 
     m_ui->setupUi(this);
-    SetUpLooks();
+    setWindowFlags(Qt::Window | Qt::FramelessWindowHint | Qt::WindowSystemMenuHint |
+                   Qt::WindowMinimizeButtonHint);
+    DressWindow(*m_ui);
+    m_ui->pushButton->hide();  // until a temperature has been measured
+    new FocusRing(this);
+    PlaceOnScreen();
     WirePages();
     WireTools();
     WirePictures();

@@ -27,7 +27,6 @@ namespace kivo {
 class ColorBar;
 class CustomPage;
 class EditBar;
-class FocusRing;
 class HidApi;
 class PictureList;
 class SingleInstance;
@@ -103,7 +102,6 @@ protected:
 
 private:
     void InstallLanguage(const QLocale& locale);
-    void SetUpLooks();
     void WirePages();
     void WireTools();
     void WirePictures();

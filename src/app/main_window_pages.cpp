@@ -10,6 +10,7 @@
 #include "app/main_window.h"
 #include "app/theme_page.h"
 #include "app/two_way_choice.h"
+#include "app/window_looks.h"
 #include "compose/theme_catalogue.h"
 #include "config/default_profile.h"
 #include "config/folders.h"
@@ -20,7 +21,6 @@
 #include "ui_main_window.h"
 #include "widgets/exit_item_delegate.h"
 #include "widgets/exit_message_box.h"
-#include "widgets/focus_ring.h"
 
 namespace kivo {
 
@@ -29,46 +29,16 @@ namespace {
 constexpr QPoint kEditBarCorner(48, 58);
 constexpr QPoint kColorBarCorner(60, 82);
 constexpr QRect kPictureScrollPlace(914, 292, 6, 228);
-constexpr QSize kOrientationIcon(18, 18);
 constexpr QSize kVariantIcon(18, 12);
 constexpr int kChoicePixels = 13;
 constexpr int kLargeDatePixels = 15;
 constexpr int kSmallDatePixels = 12;
-
-QString Skin(const char* name) {
-    return QStringLiteral(":/skins/%1.png").arg(QLatin1String(name));
-}
 
 QString WindowText(const char* text) {
     return QCoreApplication::translate("MainWindow", text);
 }
 
 }  // namespace
-
-void MainWindow::SetUpLooks() {
-    setWindowFlags(Qt::Window | Qt::FramelessWindowHint | Qt::WindowSystemMenuHint |
-                   Qt::WindowMinimizeButtonHint);
-    m_ui->afterlabel->setPixmap(
-        QIcon(QStringLiteral(":/skins/logo_mark.png")).pixmap(m_ui->afterlabel->size()));
-    m_ui->btnTheme->SetLook(NimbPushButton::Look::Tab);
-    m_ui->btnImage->SetLook(NimbPushButton::Look::Tab);
-    m_ui->btnApply->SetLook(NimbPushButton::Look::Primary);
-    for (NimbPushButton* button : {m_ui->btnEdit, m_ui->btnEdit_cancel}) {
-        button->SetLook(NimbPushButton::Look::Quiet);
-    }
-    for (NimbPushButton* button :
-         {m_ui->choiceFirst, m_ui->choiceSecond, m_ui->btnLandscape, m_ui->btnPortrait}) {
-        button->SetLook(NimbPushButton::Look::Choice);
-    }
-    m_ui->btnLandscape->SetIcons(Skin("orient_h_n"), Skin("orient_h_s"), kOrientationIcon);
-    m_ui->btnPortrait->SetIcons(Skin("orient_v_n"), Skin("orient_v_s"), kOrientationIcon);
-    m_ui->btnExit->SetPictures(Skin("close_n"), Skin("close_h"), Skin("close_s"), Skin("close_n"));
-    m_ui->btnMini->SetPictures(Skin("mini_n"), Skin("mini_h"), Skin("mini_s"), Skin("mini_n"));
-    m_ui->btnRemote->SetPictures(Skin("remote_n"), Skin("remote_h"), Skin("remote_h"), Skin("remote_n"));
-    m_ui->pushButton->setText(QString());
-    new FocusRing(this);
-    PlaceOnScreen();
-}
 
 void MainWindow::WirePages() {
     m_editBar = new EditBar(m_ui->centralwidget);
@@ -116,7 +86,9 @@ void MainWindow::WireTools() {
     m_editBar->hide();
     m_colorBar->hide();
     QWidget* before = m_ui->pictureList;
-    const auto tools = m_editBar->findChildren<QWidget*>() + m_colorBar->findChildren<QWidget*>();
+    // Not what stands in them: the chooser's list is a window of its own.
+    const auto tools = m_editBar->findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly) +
+                       m_colorBar->findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly);
     for (QWidget* tool : tools) {
         if (tool->focusPolicy() != Qt::NoFocus) {
             setTabOrder(before, tool);
@@ -212,8 +184,8 @@ void MainWindow::ShowPageChoice(bool custom, const ThemeState& themes) {
     if (custom) {
         first->setText(WindowText(QT_TRANSLATE_NOOP("MainWindow", "五项")));
         second->setText(WindowText(QT_TRANSLATE_NOOP("MainWindow", "一项")));
-        first->SetIcons(Skin("five_n"), Skin("five_s"), kVariantIcon);
-        second->SetIcons(Skin("one_n"), Skin("one_s"), kVariantIcon);
+        first->SetIcons(SkinPath("five_n"), SkinPath("five_s"), kVariantIcon);
+        second->SetIcons(SkinPath("one_n"), SkinPath("one_s"), kVariantIcon);
         first->setToolTip(WindowText(QT_TRANSLATE_NOOP("MainWindow", "最多五项")));
         second->setToolTip(WindowText(QT_TRANSLATE_NOOP("MainWindow", "只显示一项")));
     } else {
@@ -250,14 +222,10 @@ void MainWindow::ShowChosenPicture() {
 }
 
 void MainWindow::OpenEditing(bool open) {
-    QWidget* const focus = focusWidget();
     m_ui->zoomwidget->SetEditing(open);
     ShowState();
     if (open) {
         m_ui->zoomwidget->setFocus(Qt::OtherFocusReason);
-    } else if (focus == m_ui->btnEdit_cancel) {
-        // Or the focus would go on to apply, and a second press of the key would upload.
-        m_ui->btnEdit->setFocus(Qt::OtherFocusReason);
     }
 }
 
