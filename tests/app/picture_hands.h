@@ -10,8 +10,8 @@
 namespace kivo::test {
 
 // A picture of two by two red pixels; Qt cannot write this format.
-inline const QByteArray kRedGif = QByteArray::fromHex(
-    "47494638396102000200800000ff0000ffffff2c00000000020002000002028451003b");
+inline const QByteArray kRedGif =
+    QByteArray::fromHex("47494638396102000200800000ff0000ffffff2c00000000020002000002028451003b");
 
 inline int StoredCount() {
     return QSettings(ConfigFilePath(), QSettings::IniFormat).value(QStringLiteral("ImageList/Count")).toInt();
@@ -71,10 +71,10 @@ inline void DeleteRow(const Desk& desk, int row, DeleteBy by) {
     }
 }
 
-// How red, green and blue the middle of the preview is.
+// How red, green and blue the preview is on the whole.
 inline QColor PreviewColour(const Desk& desk) {
-    const QImage preview = desk.Editor()->grab().toImage().scaled(1, 1, Qt::IgnoreAspectRatio,
-                                                                  Qt::SmoothTransformation);
+    const QImage preview =
+        desk.Editor()->grab().toImage().scaled(1, 1, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
     return preview.pixelColor(0, 0);
 }
 inline bool IsMostlyRed(const QColor& colour) {
