@@ -118,7 +118,8 @@ void MainWindow::WireTools() {
     QWidget* before = m_ui->pictureList;
     const auto tools = m_editBar->findChildren<QWidget*>() + m_colorBar->findChildren<QWidget*>();
     for (QWidget* tool : tools) {
-        if (tool->focusPolicy() != Qt::NoFocus) {
+        // The drop-down list of the sizes is a window of its own.
+        if (tool->focusPolicy() != Qt::NoFocus && tool->window() == this) {
             setTabOrder(before, tool);
             before = tool;
         }
