@@ -1,6 +1,6 @@
-// A plugin that any Qt program takes in with QT_QPA_GENERIC_PLUGINS=startclock: once the first large window is
-// painted and the program listens to its events, the monotonic time in nanoseconds is written to the file that
-// KIVO_START_CLOCK names. So the real program is measured, not one that measures itself.
+// A plugin that any Qt program takes in with QT_QPA_GENERIC_PLUGINS=startclock: once the first large window
+// is painted and the program listens to its events, the monotonic time in nanoseconds is written to the file
+// that KIVO_START_CLOCK names. So the real program is measured, not one that measures itself.
 
 #include <QCoreApplication>
 #include <QEvent>

@@ -1,6 +1,6 @@
-// From the start of the process to the first report on the wire and to the shown window, offscreen, beside a bare
-// Qt Widgets program that does nothing but show a window of that size. Both are started in turn, with files in the
-// cache, and looked at from outside.
+// From the start of the process to the first report on the wire and to the shown window, offscreen, beside a
+// bare Qt Widgets program that does nothing but show a window of that size. Both are started in turn, with
+// files in the cache, and looked at from outside.
 //   build/bench/bin/start_up [RUNS]   (default 25)
 
 #include <signal.h>
@@ -159,14 +159,15 @@ int main(int argc, char** argv) {
         QDir().mkdir(home);
         Milliseconds times[4];
         {
-            const Started program(Beside("bare_widgets"), {QStringLiteral("60"), QStringLiteral("shown")}, home,
-                                  clock);
+            const Started program(Beside("bare_widgets"), {QStringLiteral("60"), QStringLiteral("shown")},
+                                  home, clock);
             times[0] = program.Shown();
         }
         const auto start = [&](const QString& log) {
             return std::make_unique<Started>(
                 Beside("kivo-screen"),
-                QStringList{QStringLiteral("--virtual-screen"), QStringLiteral("--report-log"), log}, home, clock);
+                QStringList{QStringLiteral("--virtual-screen"), QStringLiteral("--report-log"), log}, home,
+                clock);
         };
         const QString firstLog = folder.filePath(QStringLiteral("first.log"));
         {
