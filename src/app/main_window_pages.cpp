@@ -90,7 +90,8 @@ void MainWindow::WireTools() {
     const auto tools = m_editBar->findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly) +
                        m_colorBar->findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly);
     for (QWidget* tool : tools) {
-        if (tool->focusPolicy() != Qt::NoFocus) {
+        // The drop-down list of the sizes is a window of its own.
+        if (tool->focusPolicy() != Qt::NoFocus && tool->window() == this) {
             setTabOrder(before, tool);
             before = tool;
         }

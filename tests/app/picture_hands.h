@@ -71,7 +71,7 @@ inline void DeleteRow(const Desk& desk, int row, DeleteBy by) {
     }
 }
 
-// How red, green and blue the middle of the preview is.
+// How red, green and blue the preview is on the whole.
 inline QColor PreviewColour(const Desk& desk) {
     const QImage preview =
         desk.Editor()->grab().toImage().scaled(1, 1, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);

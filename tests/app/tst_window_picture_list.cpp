@@ -109,7 +109,10 @@ void TestWindowPictureList::AddedPictureIsShownSelectedAndStored_data() {
     QTest::newRow("jfif") << QStringLiteral("a.jfif") << QByteArray("JPEG");
     QTest::newRow("bmp") << QStringLiteral("a.bmp") << QByteArray("BMP");
     QTest::newRow("gif") << QStringLiteral("a.gif") << QByteArray();
-    QTest::newRow("webp") << QStringLiteral("a.webp") << QByteArray("WEBP");
+    // A plugin of its own, which a machine may lack.
+    if (QImageReader::supportedImageFormats().contains("webp")) {
+        QTest::newRow("webp") << QStringLiteral("a.webp") << QByteArray("WEBP");
+    }
     QTest::newRow("jpeg that calls itself png") << QStringLiteral("b.png") << QByteArray("JPEG");
     QTest::newRow("odd name") << QStringLiteral("Ünter; den=\"背景\" %20,\\x.png") << QByteArray("PNG");
 }
@@ -117,9 +120,6 @@ void TestWindowPictureList::AddedPictureIsShownSelectedAndStored_data() {
 void TestWindowPictureList::AddedPictureIsShownSelectedAndStored() {
     QFETCH(QString, name);
     QFETCH(QByteArray, format);
-    if (!QImageReader::supportedImageFormats().contains(format.isEmpty() ? "gif" : format.toLower())) {
-        QSKIP("Qt has no plugin for this format here.");
-    }
     const QByteArray content =
         format.isEmpty() ? kRedGif : Encoded(Filled(QSize(640, 340), Qt::red), format.constData());
     const QString path = m_folder->Write(name, content);
