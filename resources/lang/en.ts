@@ -68,7 +68,7 @@
     </message>
     <message>
         <source>CPU温度</source>
-        <translation type="unfinished">CPU Temp</translation>
+        <translation>CPU Temp</translation>
     </message>
     <message>
         <source>在屏幕上显示CPU温度</source>
@@ -76,7 +76,7 @@
     </message>
     <message>
         <source>CPU使用率</source>
-        <translation type="unfinished">CPU Load</translation>
+        <translation>CPU Load</translation>
     </message>
     <message>
         <source>在屏幕上显示CPU使用率</source>
@@ -84,7 +84,7 @@
     </message>
     <message>
         <source>内存使用率</source>
-        <translation type="unfinished">Memory</translation>
+        <translation>Memory</translation>
     </message>
     <message>
         <source>在屏幕上显示内存使用率</source>
@@ -92,7 +92,7 @@
     </message>
     <message>
         <source>时间</source>
-        <translation type="unfinished">Time</translation>
+        <translation>Time</translation>
     </message>
     <message>
         <source>在屏幕上显示时间</source>
@@ -100,7 +100,7 @@
     </message>
     <message>
         <source>功耗</source>
-        <translation type="unfinished">Power</translation>
+        <translation>Power</translation>
     </message>
     <message>
         <source>在屏幕上显示功耗</source>
@@ -108,7 +108,7 @@
     </message>
     <message>
         <source>日期</source>
-        <translation type="unfinished">Date</translation>
+        <translation>Date</translation>
     </message>
     <message>
         <source>在屏幕上显示日期</source>
@@ -116,7 +116,7 @@
     </message>
     <message>
         <source>风扇转速</source>
-        <translation type="unfinished">Fan</translation>
+        <translation>Fan</translation>
     </message>
     <message>
         <source>在屏幕上显示风扇转速</source>
@@ -124,7 +124,7 @@
     </message>
     <message>
         <source>其他</source>
-        <translation type="unfinished">Other</translation>
+        <translation>Other</translation>
     </message>
     <message>
         <source>待定</source>
@@ -264,6 +264,14 @@ Exit anyway?</translation>
         <source>退出程序</source>
         <translation>Exit</translation>
     </message>
+    <message>
+        <source>屏幕已就绪。点击此图标可打开设置窗口。</source>
+        <translation>The screen is ready. Click this icon to open the settings window.</translation>
+    </message>
+    <message>
+        <source>图片太多，无法再添加。</source>
+        <translation>There are too many pictures to add another one.</translation>
+    </message>
 </context>
 <context>
     <name>ZoomWidget</name>
@@ -335,7 +343,7 @@ Exit anyway?</translation>
     </message>
     <message>
         <source>中</source>
-        <translation>Medium</translation>
+        <translation>Mid</translation>
     </message>
     <message>
         <source>小</source>
@@ -378,7 +386,7 @@ Exit anyway?</translation>
     </message>
     <message>
         <source>温馨提示</source>
-        <translation>Kivo Screen</translation>
+        <translation>Please note</translation>
     </message>
 </context>
 <context>

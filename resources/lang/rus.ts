@@ -68,7 +68,7 @@
     </message>
     <message>
         <source>CPU温度</source>
-        <translation type="unfinished">Темп. ЦП</translation>
+        <translation>Темп. ЦП</translation>
     </message>
     <message>
         <source>在屏幕上显示CPU温度</source>
@@ -76,7 +76,7 @@
     </message>
     <message>
         <source>CPU使用率</source>
-        <translation type="unfinished">Загр. ЦП</translation>
+        <translation>Загр. ЦП</translation>
     </message>
     <message>
         <source>在屏幕上显示CPU使用率</source>
@@ -84,7 +84,7 @@
     </message>
     <message>
         <source>内存使用率</source>
-        <translation type="unfinished">Память</translation>
+        <translation>Память</translation>
     </message>
     <message>
         <source>在屏幕上显示内存使用率</source>
@@ -92,7 +92,7 @@
     </message>
     <message>
         <source>时间</source>
-        <translation type="unfinished">Время</translation>
+        <translation>Время</translation>
     </message>
     <message>
         <source>在屏幕上显示时间</source>
@@ -100,7 +100,7 @@
     </message>
     <message>
         <source>功耗</source>
-        <translation type="unfinished">Мощн.</translation>
+        <translation>Мощн.</translation>
     </message>
     <message>
         <source>在屏幕上显示功耗</source>
@@ -108,7 +108,7 @@
     </message>
     <message>
         <source>日期</source>
-        <translation type="unfinished">Дата</translation>
+        <translation>Дата</translation>
     </message>
     <message>
         <source>在屏幕上显示日期</source>
@@ -116,7 +116,7 @@
     </message>
     <message>
         <source>风扇转速</source>
-        <translation type="unfinished">Вентил.</translation>
+        <translation>Вентил.</translation>
     </message>
     <message>
         <source>在屏幕上显示风扇转速</source>
@@ -124,7 +124,7 @@
     </message>
     <message>
         <source>其他</source>
-        <translation type="unfinished">Другое</translation>
+        <translation>Другое</translation>
     </message>
     <message>
         <source>待定</source>
@@ -264,6 +264,14 @@
         <source>退出程序</source>
         <translation>Выход</translation>
     </message>
+    <message>
+        <source>屏幕已就绪。点击此图标可打开设置窗口。</source>
+        <translation>Экран готов. Нажмите этот значок, чтобы открыть окно настроек.</translation>
+    </message>
+    <message>
+        <source>图片太多，无法再添加。</source>
+        <translation>Изображений слишком много, добавить ещё одно нельзя.</translation>
+    </message>
 </context>
 <context>
     <name>ZoomWidget</name>
@@ -335,7 +343,7 @@
     </message>
     <message>
         <source>中</source>
-        <translation>Средн.</translation>
+        <translation>Сред.</translation>
     </message>
     <message>
         <source>小</source>
@@ -378,7 +386,7 @@
     </message>
     <message>
         <source>温馨提示</source>
-        <translation>Kivo Screen</translation>
+        <translation>Внимание</translation>
     </message>
 </context>
 <context>

@@ -68,7 +68,7 @@
     </message>
     <message>
         <source>CPU温度</source>
-        <translation type="unfinished">CPU温度</translation>
+        <translation>CPU温度</translation>
     </message>
     <message>
         <source>在屏幕上显示CPU温度</source>
@@ -76,7 +76,7 @@
     </message>
     <message>
         <source>CPU使用率</source>
-        <translation type="unfinished">CPU使用率</translation>
+        <translation>CPU使用率</translation>
     </message>
     <message>
         <source>在屏幕上显示CPU使用率</source>
@@ -84,7 +84,7 @@
     </message>
     <message>
         <source>内存使用率</source>
-        <translation type="unfinished">内存使用率</translation>
+        <translation>内存使用率</translation>
     </message>
     <message>
         <source>在屏幕上显示内存使用率</source>
@@ -92,7 +92,7 @@
     </message>
     <message>
         <source>时间</source>
-        <translation type="unfinished">时间</translation>
+        <translation>时间</translation>
     </message>
     <message>
         <source>在屏幕上显示时间</source>
@@ -100,7 +100,7 @@
     </message>
     <message>
         <source>功耗</source>
-        <translation type="unfinished">功耗</translation>
+        <translation>功耗</translation>
     </message>
     <message>
         <source>在屏幕上显示功耗</source>
@@ -108,7 +108,7 @@
     </message>
     <message>
         <source>日期</source>
-        <translation type="unfinished">日期</translation>
+        <translation>日期</translation>
     </message>
     <message>
         <source>在屏幕上显示日期</source>
@@ -116,7 +116,7 @@
     </message>
     <message>
         <source>风扇转速</source>
-        <translation type="unfinished">风扇转速</translation>
+        <translation>风扇转速</translation>
     </message>
     <message>
         <source>在屏幕上显示风扇转速</source>
@@ -124,7 +124,7 @@
     </message>
     <message>
         <source>其他</source>
-        <translation type="unfinished">其他</translation>
+        <translation>其他</translation>
     </message>
     <message>
         <source>待定</source>
@@ -263,6 +263,14 @@
     <message>
         <source>退出程序</source>
         <translation>退出程序</translation>
+    </message>
+    <message>
+        <source>屏幕已就绪。点击此图标可打开设置窗口。</source>
+        <translation>屏幕已就绪。点击此图标可打开设置窗口。</translation>
+    </message>
+    <message>
+        <source>图片太多，无法再添加。</source>
+        <translation>图片太多，无法再添加。</translation>
     </message>
 </context>
 <context>

@@ -7,6 +7,7 @@
 
 #include "app/nimb_process_thread.h"
 #include "app/refresh_data_thread.h"
+#include "config/pending_frame.h"
 #include "telemetry/local_time.h"
 
 namespace kivo {
@@ -25,7 +26,8 @@ LiveSession::LiveSession(HidApi& hid, InterfaceLanguage language, UploadPauses p
       m_session(hid),
       m_transfers(m_session, [] { return ReadLocalTime().time; }),
       m_snapshot(language),
-      m_screen(m_transfers, m_backgrounds, [this](int item) { return m_snapshot.GetValueText(item); }) {}
+      m_screen(m_transfers, m_backgrounds, [this](int item) { return m_snapshot.GetValueText(item); }),
+      m_isFramePending(IsFramePending()) {}
 
 LiveSession::~LiveSession() {
     if (!Stop()) {
@@ -82,11 +84,16 @@ void LiveSession::RedrawValues() {
 }
 
 NimbProcessThread* LiveSession::StartUpload(const std::function<void(NimbProcessThread&)>& beforeStart) {
-    for (const Upload& upload : m_uploads) {
+    // A silent one that is overtaken need not report: nobody waits for it.
+    for (Upload& upload : m_uploads) {
         if (upload.isSilent) {
             upload.thread->stop();
+            m_retired.push_back(std::move(upload.thread));
         }
     }
+    m_uploads.erase(std::remove_if(m_uploads.begin(), m_uploads.end(),
+                                   [](const Upload& upload) { return !upload.thread; }),
+                    m_uploads.end());
     m_uploadState = m_screen.Chosen();
     return BeginUpload(false, beforeStart);
 }
@@ -112,7 +119,7 @@ NimbProcessThread* LiveSession::BeginUpload(bool isSilent,
         return nullptr;
     }
     ReapRetired();
-    m_isFramePending = true;
+    SetPending(true);
     m_sendAgain = false;
     const int number = ++m_uploadCount;
     m_uploads.push_back(
@@ -120,10 +127,8 @@ NimbProcessThread* LiveSession::BeginUpload(bool isSilent,
          std::make_unique<NimbProcessThread>(NimbProcessThread::Parts{
              m_screen, m_transfers, m_snapshot, isSilent ? m_pauses.silent : m_pauses.behindDialog})});
     NimbProcessThread* const thread = m_uploads.back().thread.get();
-    // Before any receiver of the caller's, so that the outcome is known when that one is called. An upload
-    // that was overtaken before it began does not report, it only ends.
+    // Before any receiver of the caller's, so that the outcome is known when that one is called.
     connect(thread, &NimbProcessThread::DoProcessDlg, this, [this, number] { EndUpload(number); });
-    connect(thread, &QThread::finished, this, [this, number] { EndUpload(number); });
     if (beforeStart) {
         beforeStart(*thread);
     }
@@ -138,7 +143,7 @@ void LiveSession::EndUpload(int number) {
         return;
     }
     if (number == m_uploadCount) {
-        m_isFramePending = !found->thread->Succeeded();
+        SetPending(!found->thread->Succeeded());
     }
     m_retired.push_back(std::move(found->thread));
     m_uploads.erase(found);
@@ -158,6 +163,11 @@ void LiveSession::EndUpload(int number) {
         StartRefresh();
     }
     Q_EMIT uploadDone(!m_isFramePending);
+}
+
+void LiveSession::SetPending(bool isPending) {
+    m_isFramePending = isPending;
+    SetFramePending(isPending);
 }
 
 void LiveSession::ReapRetired() {

@@ -69,9 +69,9 @@ public:
     bool IsUploading() const { return !m_uploads.empty(); }
 
     // A panel without a memory of its own shows nothing of what was loaded: it needs a frame first.
-    void SetPanelStartsBlank(bool isBlank) { m_isFramePending = isBlank; }
+    void SetPanelStartsBlank(bool isBlank) { m_isFramePending = m_isFramePending || isBlank; }
     // Whether the panel still lacks the frame that was uploaded last: it failed, or there was no screen, or
-    // it is on its way.
+    // it is on its way. Remembered over the program's end.
     bool HasPendingFrame() const { return m_isFramePending; }
     // Sends the pending frame once more (as it was chosen then), without a dialog, and refreshes from then
     // on. While an upload runs, that is done in case it fails. To be called when a screen arrives, and at
@@ -107,6 +107,7 @@ private:
     NimbProcessThread* BeginUpload(bool isSilent, const std::function<void(NimbProcessThread&)>& beforeStart);
     void EndUpload(int number);
     void ReapRetired();
+    void SetPending(bool isPending);
 
     const InterfaceLanguage m_language;
     const UploadPauses m_pauses;

@@ -9,6 +9,7 @@
 #include "app/command_line.h"
 #include "app/console.h"
 #include "app/display.h"
+#include "app/helper_window.h"
 #include "app/main_window.h"
 #include "app/quit_signals.h"
 #include "app/single_instance.h"
@@ -122,10 +123,14 @@ int main(int argc, char** argv) {
     font.setPointSize(12);
     QApplication::setFont(font);
 
-    application.setStyleSheet(kivo::WindowStyleSheet());
+    kivo::ApplyWindowStyle(application);
     // The program lives in the tray; it ends when a person has confirmed it, not when a window closes.
     QApplication::setQuitOnLastWindowClosed(false);
     QGuiApplication::setFallbackSessionManagementEnabled(false);
+
+    // Before there is anything to end: a request that comes early is heard when the event loop runs.
+    const kivo::QuitSignals quitSignals;
+    QObject::connect(&quitSignals, &kivo::QuitSignals::quitRequested, &application, &QCoreApplication::quit);
 
     kivo::SingleInstance instance;
     if (!instance.Start()) {
@@ -146,8 +151,6 @@ int main(int argc, char** argv) {
     } else {
         window.PutAway();
     }
-    const kivo::QuitSignals quitSignals;
-    QObject::connect(&quitSignals, &kivo::QuitSignals::quitRequested, &application, &QCoreApplication::quit);
     if (line.options.runSeconds) {
         QTimer::singleShot(std::chrono::milliseconds(qRound64(*line.options.runSeconds * 1000)), &application,
                            &QCoreApplication::quit);
@@ -160,6 +163,7 @@ int main(int argc, char** argv) {
     if (!stopped) {
         // A worker hangs in a write to the screen and uses what lives here: nothing may be destroyed any
         // more.
+        kivo::CloseHelperWindow();
         std::fflush(nullptr);
         std::_Exit(status);
     }

@@ -8,16 +8,18 @@
 #include <QThread>
 #include <QTranslator>
 #include <QWindow>
+#include <algorithm>
+#include <initializer_list>
 
 #include "app/helper_window.h"
 #include "app/language.h"
 #include "app/nimb_process_dialog.h"
 #include "app/nimb_process_thread.h"
 #include "app/single_instance.h"
-#include "config/default_profile.h"
 #include "config/first_run_marker.h"
 #include "editor/color_bar.h"
 #include "editor/edit_bar.h"
+#include "pictures/picture_list.h"
 #include "ui_main_window.h"
 #include "widgets/exit_message_box.h"
 
@@ -29,6 +31,7 @@ constexpr std::chrono::milliseconds kThreadsAfter{500};
 constexpr std::chrono::milliseconds kPollEvery{1000};
 constexpr unsigned long kFirstRunPauseMs = 1000;
 constexpr qint64 kLongestExposeMs = 500;
+constexpr int kHeadHeight = 100;  // what is above the pages, by which the window is dragged
 
 // Blocking pauses must not catch a window that was shown but not yet painted.
 void PaintNow(QWidget& window) {
@@ -70,7 +73,12 @@ MainWindow::MainWindow(const Parts& parts)
 }
 
 MainWindow::~MainWindow() {
-    hide();  // ends what is open, while the widgets that show it are there
+    // Hiding ends what is being typed or dragged, and that is told: not to a window that is half gone.
+    hide();
+    for (QObject* teller : std::initializer_list<QObject*>{m_ui->zoomwidget, m_editBar, m_colorBar,
+                                                           m_ui->pictureList, m_pictures}) {
+        teller->disconnect(this);
+    }
     m_translator.reset();
     m_ui.reset();
     CloseHelperWindow();
@@ -99,6 +107,10 @@ void MainWindow::WireShell() {
 }
 
 void MainWindow::slotCreateThread() {
+    if (m_uploading || QApplication::activeModalWidget() != nullptr) {
+        QTimer::singleShot(kThreadsAfter, this, &MainWindow::slotCreateThread);
+        return;
+    }
     if (!IsFirstRun()) {
         if (configFolderCreated == 0) {
             // A panel without a memory of its own needs the frame as well, quietly.
@@ -115,25 +127,35 @@ void MainWindow::slotCreateThread() {
 }
 
 void MainWindow::FirstRunUpload() {
+    m_uploading = true;
     PaintNow(*this);
     QThread::msleep(kFirstRunPauseMs);
     m_session->SendTimeSync();
-    UploadWithProgress();
+    if (!UploadWithProgress()) {
+        return;
+    }
     MarkInitialized();
     PutAway();
+    if (m_parts.hasTray() && !m_session->HasPendingFrame()) {
+        m_tray.TellWhereItIs();
+    }
     configFolderCreated = 0;
 }
 
-void MainWindow::UploadWithProgress() {
+bool MainWindow::UploadWithProgress() {
     m_uploading = true;
     NimbProcessDialog dialog(this, this);
     const auto connectDialog = [&dialog](NimbProcessThread& thread) {
         connect(&thread, &NimbProcessThread::DoProcessDlg, &dialog, &NimbProcessDialog::slotProcessDlg);
     };
-    if (m_session->StartUpload(connectDialog) != nullptr) {
-        dialog.exec();
-    }
+    const bool isOver =
+        m_session->StartUpload(connectDialog) != nullptr && dialog.exec() == QDialog::Accepted;
     m_uploading = false;
+    AskWantedExit();
+    return isOver;
+}
+
+void MainWindow::AskWantedExit() {
     if (m_exitWanted) {
         m_exitWanted = false;
         QTimer::singleShot(0, this, &MainWindow::slotExit);
@@ -151,18 +173,26 @@ void MainWindow::slotApply() {
     if (IsCustomPage()) {
         editor->CommitLayout();
         OpenEditing(false);
-    } else {
-        // What is being made of the custom layouts is not asked for yet.
-        for (int variant = 0; variant < kVariantCount; ++variant) {
-            const size_t layout = size_t(CustomLayoutIndex(variant));
-            themes.layouts[layout] = m_savedThemes.layouts[layout];
-        }
     }
+    KeepOtherPage(themes);
     SaveThemeState(themes);
     m_savedThemes = themes;
     m_session->SetChosen(editor->Shown());
-    UploadWithProgress();
-    StartRefresh();
+    if (UploadWithProgress()) {
+        StartRefresh();
+    }
+}
+
+// What is being made of the other page's layouts is not asked for yet.
+void MainWindow::KeepOtherPage(ThemeState& themes) const {
+    const bool custom = themes.mode != 0;
+    const int first = custom ? 0 : kFirstCustomLayout;
+    const int end = custom ? kFirstCustomLayout : kLayoutCount;
+    std::copy(m_savedThemes.layouts.begin() + first, m_savedThemes.layouts.begin() + end,
+              themes.layouts.begin() + first);
+    if (custom) {
+        themes.theme = m_savedThemes.theme;
+    }
 }
 
 void MainWindow::StartRefresh() {
@@ -202,10 +232,28 @@ void MainWindow::ShowLiveTexts() {
     }
     m_ui->zoomwidget->SetLiveTexts(texts);
     // A machine without a sensor has no temperature to tell.
-    m_ui->pushButton->setText(m_session->HasTemperature() ? texts[CpuTemperature] : QString());
+    m_ui->pushButton->setText(texts[CpuTemperature]);
+    m_ui->pushButton->setVisible(m_session->HasTemperature());
+}
+
+// In the middle of the screen at first. A low screen cuts the foot of the window off, never its head.
+void MainWindow::PlaceOnScreen() {
+    const QRect room = QGuiApplication::primaryScreen()->availableGeometry();
+    const QPoint corner =
+        room.topLeft() + QPoint((room.width() - width()) / 2, (room.height() - height()) / 2);
+    move(qMax(room.left(), corner.x()), qMax(room.top(), corner.y()));
 }
 
 void MainWindow::BringToFront() {
+    // Its screen may have been unplugged, and a window without a frame cannot be fetched back by hand.
+    const QRect head(pos(), QSize(width(), kHeadHeight));
+    const auto screens = QGuiApplication::screens();
+    if (std::none_of(screens.begin(), screens.end(), [&head](const QScreen* screen) {
+            const QRect seen = screen->availableGeometry() & head;
+            return seen.width() >= kHeadHeight && seen.height() >= kHeadHeight / 2;
+        })) {
+        PlaceOnScreen();
+    }
     showNormal();
     activateWindow();
     raise();
@@ -224,7 +272,8 @@ void MainWindow::iconActivated(QSystemTrayIcon::ActivationReason reason) {
         return;
     }
     if (!isVisible() || isMinimized()) {
-        showNormal();
+        BringToFront();
+        return;
     }
     raise();
     activateWindow();
@@ -236,6 +285,8 @@ void MainWindow::slotExit() {
         return;
     }
     if (QWidget* dialog = QApplication::activeModalWidget()) {
+        m_exitWanted = qobject_cast<ExitMessageBox*>(dialog) == nullptr;
+        BringToFront();
         dialog->raise();
         dialog->activateWindow();
         return;
@@ -272,22 +323,16 @@ void MainWindow::closeEvent(QCloseEvent* event) {
 void MainWindow::showEvent(QShowEvent* event) {
     QMainWindow::showEvent(event);
     ShowLiveTexts();
-    // A low screen cuts the foot of the window off, never its head.
-    const QRect room = screen()->availableGeometry();
-    if (!event->spontaneous() && !room.contains(geometry())) {
-        const int x = qBound(room.left(), pos().x(), qMax(room.left(), room.right() + 1 - width()));
-        const int y = qBound(room.top(), pos().y(), qMax(room.top(), room.bottom() + 1 - height()));
-        move(x, y);
-    }
-}
-
-void MainWindow::hideEvent(QHideEvent* event) {
-    m_ui->zoomwidget->solteditingFinished();
-    QMainWindow::hideEvent(event);
 }
 
 void MainWindow::mousePressEvent(QMouseEvent* event) {
     if (event->button() == Qt::LeftButton) {
+        // Where windows may not place themselves, the desktop moves them.
+        if (QGuiApplication::platformName().startsWith(QLatin1String("wayland")) &&
+            windowHandle() != nullptr) {
+            windowHandle()->startSystemMove();
+            return;
+        }
         m_dragging = true;
         m_dragOffset = event->globalPos() - pos();
     }

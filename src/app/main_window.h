@@ -99,7 +99,7 @@ protected:
     void mouseReleaseEvent(QMouseEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
     void showEvent(QShowEvent* event) override;
-    void hideEvent(QHideEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     void InstallLanguage(const QLocale& locale);
@@ -120,10 +120,14 @@ private:
     void GoOnTyping();
     bool IsCustomPage() const;
 
+    void PlaceOnScreen();
     void PollWakeUp();
     void ShowLiveTexts();
     void FirstRunUpload();
-    void UploadWithProgress();
+    // False when the program ends meanwhile.
+    bool UploadWithProgress();
+    void AskWantedExit();
+    void KeepOtherPage(ThemeState& themes) const;
     void UsePicture(const QString& path);
     QString ChoosePicture();
     void AddPictureByHand();
@@ -147,11 +151,9 @@ private:
 
     ThemeState m_savedThemes;     // as the settings have them
     int m_pageStyle[2] = {0, 0};  // what "style" means on each page, while the other is shown
-    bool m_editing = false;
-    bool m_trimming = false;
-    bool m_live = false;  // workers run, so that there are live texts to show
+    bool m_live = false;          // workers run, so that there are live texts to show
     bool m_uploading = false;
-    bool m_exitWanted = false;  // asked for while an upload ran
+    bool m_exitWanted = false;  // asked for while something else went on
     bool m_exitConfirmed = false;
     bool m_dragging = false;
     QPoint m_dragOffset;

@@ -4,12 +4,16 @@
 #include <QFileDialog>
 #include <QScrollBar>
 #include <QStandardPaths>
+#include <QTimer>
 
 #include "app/custom_page.h"
 #include "app/main_window.h"
 #include "app/theme_page.h"
 #include "app/two_way_choice.h"
+#include "compose/theme_catalogue.h"
 #include "config/default_profile.h"
+#include "config/folders.h"
+#include "config/pending_frame.h"
 #include "editor/color_bar.h"
 #include "editor/edit_bar.h"
 #include "pictures/picture_list.h"
@@ -24,7 +28,6 @@ namespace {
 
 constexpr QPoint kEditBarCorner(48, 58);
 constexpr QPoint kColorBarCorner(60, 82);
-constexpr QSize kColorBarSize(163, 48);
 constexpr QRect kPictureScrollPlace(914, 292, 6, 228);
 constexpr QSize kOrientationIcon(18, 18);
 constexpr QSize kVariantIcon(18, 12);
@@ -64,6 +67,7 @@ void MainWindow::SetUpLooks() {
     m_ui->btnRemote->SetPictures(Skin("remote_n"), Skin("remote_h"), Skin("remote_h"), Skin("remote_n"));
     m_ui->pushButton->setText(QString());
     new FocusRing(this);
+    PlaceOnScreen();
 }
 
 void MainWindow::WirePages() {
@@ -108,9 +112,18 @@ void MainWindow::WirePages() {
 
 void MainWindow::WireTools() {
     m_editBar->move(kEditBarCorner);
-    m_colorBar->setGeometry(QRect(kColorBarCorner, kColorBarSize));
+    m_colorBar->move(kColorBarCorner);
     m_editBar->hide();
     m_colorBar->hide();
+    QWidget* before = m_ui->pictureList;
+    const auto tools = m_editBar->findChildren<QWidget*>() + m_colorBar->findChildren<QWidget*>();
+    for (QWidget* tool : tools) {
+        if (tool->focusPolicy() != Qt::NoFocus) {
+            setTabOrder(before, tool);
+            before = tool;
+        }
+    }
+    setTabOrder(before, m_ui->zoomwidget);
     m_ui->btnRemote->setFocusPolicy(Qt::TabFocus);  // the keyboard stays with the trim frame
 
     ZoomWidget* editor = m_ui->zoomwidget;
@@ -136,6 +149,8 @@ void MainWindow::WirePictures() {
     scrollBar->setObjectName(QStringLiteral("pictureScroll"));
     scrollBar->setGeometry(kPictureScrollPlace);
 
+    m_ui->pictureList->installEventFilter(this);
+    m_ui->pictureList->viewport()->installEventFilter(this);
     connect(m_pictures, &PictureList::picked, this, &MainWindow::itemClickedImage);
     connect(m_ui->pictureList, &MyListWidget::rightClick, this, &MainWindow::slotRightClick);
     connect(m_pictures->Delegate(), &ExitItemDelegate::handleDeleteClick, this, &MainWindow::SlotDeletePix);
@@ -143,17 +158,21 @@ void MainWindow::WirePictures() {
 
 void MainWindow::LoadState() {
     SeedDefaultProfile(m_parts.applicationDir);
+    if (configFolderCreated != 0) {
+        // Should the first run be cut off, the next one sends the frame.
+        SetFramePending(true);
+    }
     m_pictures->LoadPictureList();
     ZoomWidget* editor = m_ui->zoomwidget;
     editor->Load();
     m_savedThemes = editor->Edited().themes;
-    m_pageStyle[0] = m_pageStyle[1] = m_savedThemes.style;
+    m_pageStyle[m_savedThemes.mode != 0] = m_savedThemes.style;
     m_session->SetLoaded(editor->Shown());
     ShowState();
 }
 
 bool MainWindow::IsCustomPage() const {
-    return m_ui->zoomwidget->Shown().custom;
+    return m_ui->zoomwidget->Edited().themes.mode != 0;
 }
 
 void MainWindow::ChangeThemes(const std::function<void(ThemeState&)>& change) {
@@ -179,8 +198,9 @@ void MainWindow::ShowState() {
         m_themePage->Show(themes);
     }
     ShowPageChoice(custom, themes);
-    m_ui->btnEdit->setVisible(custom && !m_editing);
-    m_ui->btnEdit_cancel->setVisible(custom && m_editing);
+    const bool editing = m_ui->zoomwidget->IsEditing();
+    m_ui->btnEdit->setVisible(custom && !editing);
+    m_ui->btnEdit_cancel->setVisible(custom && editing);
     ShowToolBar();
     ShowChosenPicture();
 }
@@ -217,11 +237,11 @@ void MainWindow::ShowPageChoice(bool custom, const ThemeState& themes) {
 }
 
 void MainWindow::ShowToolBar() {
-    m_editBar->setVisible(m_editing && IsCustomPage());
+    m_editBar->setVisible(m_ui->zoomwidget->IsEditing() && IsCustomPage());
     const LayoutRecord layout = m_ui->zoomwidget->Shown().layout;
     m_editBar->slotSetFontSize(layout.sizeIndex);
     m_editBar->ControlLabelColor(quint8(layout.colorIndex));
-    m_ui->btnRemote->setVisible(m_trimming);
+    m_ui->btnRemote->setVisible(m_ui->zoomwidget->IsTrimMode());
 }
 
 void MainWindow::ShowChosenPicture() {
@@ -230,11 +250,14 @@ void MainWindow::ShowChosenPicture() {
 }
 
 void MainWindow::OpenEditing(bool open) {
-    m_editing = open;
+    QWidget* const focus = focusWidget();
     m_ui->zoomwidget->SetEditing(open);
     ShowState();
     if (open) {
         m_ui->zoomwidget->setFocus(Qt::OtherFocusReason);
+    } else if (focus == m_ui->btnEdit_cancel) {
+        // Or the focus would go on to apply, and a second press of the key would upload.
+        m_ui->btnEdit->setFocus(Qt::OtherFocusReason);
     }
 }
 
@@ -257,10 +280,14 @@ QString MainWindow::ChoosePicture() {
 
 void MainWindow::AddPictureByHand() {
     const QString path = m_parts.choosePicture ? m_parts.choosePicture(this) : ChoosePicture();
+    AskWantedExit();
     if (path.isEmpty()) {
         return;
     }
-    m_pictures->InsertUserPicture(path);
+    if (m_pictures->InsertUserPicture(path) <= 0) {
+        ExitMessageBox::Tell(this, WindowText(QT_TRANSLATE_NOOP("MainWindow", "图片太多，无法再添加。")));
+        return;
+    }
     m_pictures->SavePictureList();
     UsePicture(path);
 }
@@ -279,12 +306,7 @@ void MainWindow::itemClickedImage(const QModelIndex& index) {
 }
 
 void MainWindow::slotRightClick() {
-    const int row = m_ui->pictureList->currentRow();
-    if (m_pictures->IsUserPicture(row)) {
-        SlotDeletePix(row);
-    } else {
-        ShowChosenPicture();
-    }
+    SlotDeletePix(m_ui->pictureList->PressedRow());
 }
 
 void MainWindow::SlotDeletePix(int row) {
@@ -294,8 +316,9 @@ void MainWindow::SlotDeletePix(int row) {
             const QString removed = m_pictures->RemoveUserPicture(row);
             m_pictures->SavePictureList();
             const QString after = m_pictures->BackgroundAfterRemoval(before, removed, row);
-            if (after != before) {
-                UsePicture(after);
+            // Nobody has asked for the one that moves up: where it cannot be opened, that is not told.
+            if (after != before && !m_ui->zoomwidget->SetBackground(after)) {
+                m_ui->zoomwidget->SetBackground(BuiltInBackgrounds().constFirst());
             }
         }
     } else if (m_pictures->IsBuiltIn(row)) {
@@ -304,10 +327,20 @@ void MainWindow::SlotDeletePix(int row) {
     ShowChosenPicture();
 }
 
+// The keys, or a press that is let go elsewhere, move the frame without choosing: it goes back in the end.
+bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
+    const bool isLeft = event->type() == QEvent::FocusOut && watched == m_ui->pictureList;
+    const bool isLetGo =
+        event->type() == QEvent::MouseButtonRelease && watched == m_ui->pictureList->viewport();
+    if (isLeft || isLetGo) {
+        QTimer::singleShot(0, this, &MainWindow::ShowChosenPicture);
+    }
+    return QMainWindow::eventFilter(watched, event);
+}
+
 void MainWindow::slotEdit(quint8 iEdit) {
-    m_trimming = iEdit != 0;
     m_ui->zoomwidget->SetTrimMode(iEdit);
-    m_ui->btnRemote->setVisible(m_trimming);
+    m_ui->btnRemote->setVisible(m_ui->zoomwidget->IsTrimMode());
 }
 
 void MainWindow::slotFontColor(quint8 iColor) {
@@ -347,7 +380,7 @@ void MainWindow::slotSizeClick() {
 }
 
 void MainWindow::SetRemoteHide(quint8 iHide) {
-    m_ui->btnRemote->setVisible(iHide == 0 && m_trimming);
+    m_ui->btnRemote->setVisible(iHide == 0 && m_ui->zoomwidget->IsTrimMode());
 }
 
 }  // namespace kivo

@@ -5,6 +5,7 @@
 #include <QCloseEvent>
 #include <QFile>
 #include <QLabel>
+#include <QMovie>
 #include <QThread>
 #include <QTimer>
 
@@ -23,7 +24,7 @@ QString MovieFile(qreal pixelRatio) {
 }  // namespace
 
 NimbProcessDialog::NimbProcessDialog(const QWidget* mainWindow, QWidget* parent)
-    : QDialog(parent), m_label(new QLabel(this)) {
+    : QDialog(parent), m_movie(new QMovie(this)), m_label(new QLabel(this)) {
     setWindowTitle(tr("正在更新屏幕"));
     setFixedSize(kSide, kSide);
     const QPixmap mask(QCoreApplication::applicationDirPath() + QStringLiteral("/skin/process.png"));
@@ -38,18 +39,23 @@ NimbProcessDialog::NimbProcessDialog(const QWidget* mainWindow, QWidget* parent)
     }
     m_label->setGeometry(0, 0, kSide, kSide);
     const qreal pixelRatio = mainWindow != nullptr ? mainWindow->devicePixelRatioF() : devicePixelRatioF();
-    m_movie.setFileName(MovieFile(pixelRatio));
-    connect(&m_movie, &QMovie::frameChanged, this, &NimbProcessDialog::ShowFrame);
-    m_movie.start();
+    m_movie->setFileName(MovieFile(pixelRatio));
+    connect(m_movie, &QMovie::frameChanged, this, &NimbProcessDialog::ShowFrame);
+    m_movie->start();
 }
 
 // By hand: a label that shows a movie takes each of its pixels for a point, whatever the screen.
 void NimbProcessDialog::ShowFrame() {
-    QPixmap frame = m_movie.currentPixmap();
+    QPixmap frame = m_movie->currentPixmap();
     if (frame.isNull()) {
         return;
     }
-    frame.setDevicePixelRatio(qreal(frame.width()) / kSide);
+    const qreal pixelRatio = devicePixelRatioF();
+    const int side = qRound(kSide * pixelRatio);
+    if (frame.width() != side) {
+        frame = frame.scaled(side, side, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    }
+    frame.setDevicePixelRatio(pixelRatio);
     m_label->setPixmap(frame);
 }
 

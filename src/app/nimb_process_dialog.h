@@ -4,9 +4,9 @@
 // upload reports. GUI thread.
 
 #include <QDialog>
-#include <QMovie>
 
 class QLabel;
+class QMovie;
 
 namespace kivo {
 
@@ -35,7 +35,7 @@ protected:
 private:
     void ShowFrame();
 
-    QMovie m_movie;
+    QMovie* m_movie;
     QLabel* m_label;
 };
 

@@ -1,6 +1,7 @@
 #include "app/single_instance.h"
 
 #include <QLoggingCategory>
+#include <QSharedMemory>
 #include <QSystemSemaphore>
 
 #include "app/single_instance_platform.h"
@@ -12,14 +13,12 @@ namespace {
 Q_LOGGING_CATEGORY(instanceLog, "kivo.instance")
 
 constexpr int kMemoryBytes = 1;
-// A copy that leaves may take the memory away just as it is found; the next try sees who has it now.
-constexpr int kTries = 3;
 // The memory's key file is touched about once an hour.
 constexpr int kPollsPerTouch = 3600;
 
 // Deliberate: never destroyed. Qt takes a semaphore away from the system with the object that made it, also
 // from under a copy that holds it, which then goes on with a new one of the wrong count. What stays is one
-// semaphore a user; the system clears it with the next start.
+// semaphore a user, until the system is restarted.
 QSystemSemaphore& Semaphore() {
     static QSystemSemaphore* const semaphore =
         new QSystemSemaphore(SingleInstance::SemaphoreName(), 1, QSystemSemaphore::Open);
@@ -49,8 +48,10 @@ quint8& RequestByte(QSharedMemory& memory) {
 
 // The memory goes by the system's name for it: given Qt's own key it would guard itself with a second
 // semaphore, which a copy killed at the wrong moment leaves locked.
-void SetSystemName(QSharedMemory& memory) {
-    memory.setNativeKey(QSharedMemory(SingleInstance::MemoryName()).nativeKey());
+std::unique_ptr<QSharedMemory> MakeMemory() {
+    auto memory = std::make_unique<QSharedMemory>();
+    memory->setNativeKey(QSharedMemory(SingleInstance::MemoryName()).nativeKey());
+    return memory;
 }
 
 }  // namespace
@@ -63,14 +64,12 @@ QString SingleInstance::MemoryName() {
     return QStringLiteral("Kivo Screen Setting Memory") + InstanceNameSuffix();
 }
 
-SingleInstance::SingleInstance() {
-    SetSystemName(m_memory);
-}
+SingleInstance::SingleInstance() = default;
 
 SingleInstance::~SingleInstance() {
-    if (m_memory.isAttached()) {
+    if (m_memory && m_memory->isAttached()) {
         const SemaphoreHold hold;
-        m_memory.detach();
+        m_memory->detach();
     }
 }
 
@@ -81,31 +80,30 @@ bool SingleInstance::Start() {
             << "Other copies of the program cannot be found:" << Semaphore().errorString();
         return true;
     }
-    for (int k = 0; k < kTries; ++k) {
-        if (AttachToRunningCopy()) {
-            LetRunningCopyComeToFront();
-            RequestByte(m_memory) = 1;
-            m_memory.detach();
-            return false;
-        }
-        if (m_memory.create(kMemoryBytes, QSharedMemory::ReadWrite)) {
-            RequestByte(m_memory) = 0;
-            return true;
-        }
+    m_memory = MakeMemory();
+    if (AttachToRunningCopy()) {
+        LetRunningCopyComeToFront();
+        RequestByte(*m_memory) = 1;
+        m_memory->detach();
+        return false;
+    }
+    if (m_memory->create(kMemoryBytes, QSharedMemory::ReadWrite)) {
+        RequestByte(*m_memory) = 0;
+        return true;
     }
     qCWarning(instanceLog).noquote() << "Other copies of the program will not find this one:"
-                                     << m_memory.errorString();
+                                     << m_memory->errorString();
     return true;
 }
 
 bool SingleInstance::AttachToRunningCopy() {
-    if (!m_memory.attach(QSharedMemory::ReadWrite)) {
+    if (!m_memory->attach(QSharedMemory::ReadWrite)) {
         return false;
     }
     // On Unix the memory of a killed copy stays until somebody who was attached lets go of it as the last
     // one. So whoever is still there after that belongs to a copy that runs.
-    m_memory.detach();
-    return m_memory.attach(QSharedMemory::ReadWrite);
+    m_memory->detach();
+    return m_memory->attach(QSharedMemory::ReadWrite);
 }
 
 bool SingleInstance::TakeWakeUpRequest() {
@@ -113,18 +111,17 @@ bool SingleInstance::TakeWakeUpRequest() {
     if (!hold.IsHeld()) {
         return false;
     }
-    QSharedMemory memory;
-    SetSystemName(memory);
+    const std::unique_ptr<QSharedMemory> memory = MakeMemory();
     if (--m_pollsUntilTouch < 0) {
         m_pollsUntilTouch = kPollsPerTouch;
-        KeepKeyFile(memory.nativeKey());
+        KeepKeyFile(memory->nativeKey());
     }
-    if (!memory.attach(QSharedMemory::ReadWrite)) {
+    if (!memory->attach(QSharedMemory::ReadWrite)) {
         return false;
     }
-    const bool requested = RequestByte(memory) != 0;
-    RequestByte(memory) = 0;
-    memory.detach();
+    const bool requested = RequestByte(*memory) != 0;
+    RequestByte(*memory) = 0;
+    memory->detach();
     return requested;
 }
 

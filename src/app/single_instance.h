@@ -5,8 +5,10 @@
 // shared memory, which is only touched while holding a system-wide semaphore. One object a process, made
 // after the application object, used on one thread.
 
-#include <QSharedMemory>
 #include <QString>
+#include <memory>
+
+class QSharedMemory;
 
 namespace kivo {
 
@@ -34,7 +36,7 @@ public:
 private:
     bool AttachToRunningCopy();
 
-    QSharedMemory m_memory;
+    std::unique_ptr<QSharedMemory> m_memory;
     int m_pollsUntilTouch = 0;
 };
 

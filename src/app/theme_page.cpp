@@ -21,15 +21,7 @@ ThemePage::ThemePage(::Ui::MainWindow& ui, InterfaceLanguage language, QObject* 
     : QObject(parent), m_ui(ui), m_language(language) {
     MyListWidget* list = ui.themeList;
     list->setItemDelegate(new NimbItemDelegate(list));
-    list->setViewMode(QListView::IconMode);
-    list->setMovement(QListView::Static);
-    list->setFlow(QListView::LeftToRight);
-    list->setWrapping(false);
-    list->setUniformItemSizes(true);
-    list->setGridSize(kItemSize);
-    list->setIconSize(kPictureSize);
-    list->setFrameShape(QFrame::NoFrame);
-    list->setMouseTracking(true);
+    list->ShowAsGrid(kPictureSize, kItemSize);
     list->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     list->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     const QStringList names = {QCoreApplication::translate("MainWindow", "默认"),
@@ -38,12 +30,17 @@ ThemePage::ThemePage(::Ui::MainWindow& ui, InterfaceLanguage language, QObject* 
                                QCoreApplication::translate("MainWindow", "时钟")};
     for (const QString& name : names) {
         auto* item = new QListWidgetItem(list);
-        item->setSizeHint(kItemSize);
         item->setToolTip(name);
         item->setData(Qt::AccessibleTextRole, name);
     }
     // The keyboard moves the current row; the mouse clicks one.
     connect(list, &QListWidget::currentRowChanged, this, &ThemePage::ChooseRow);
+    // Not even a click with the control key leaves none chosen.
+    connect(list, &QListWidget::itemSelectionChanged, list, [list] {
+        if (list->selectedItems().isEmpty() && list->currentItem() != nullptr) {
+            list->currentItem()->setSelected(true);
+        }
+    });
 }
 
 void ThemePage::SetVisible(bool visible) {

@@ -1,6 +1,7 @@
 #include "app/tray.h"
 
 #include <QGuiApplication>
+#include <QIcon>
 
 namespace kivo {
 
@@ -21,6 +22,15 @@ void Tray::Show() {
     const QString platform = QGuiApplication::platformName();
     if (platform != QLatin1String("offscreen") && platform != QLatin1String("minimal")) {
         m_icon.setVisible(true);
+    }
+}
+
+void Tray::TellWhereItIs() {
+    if (m_icon.isVisible()) {
+        m_icon.showMessage(
+            QCoreApplication::translate("MainWindow", "Kivo Screen"),
+            QCoreApplication::translate("MainWindow", "屏幕已就绪。点击此图标可打开设置窗口。"),
+            QIcon(QStringLiteral("://skins/logo.ico")));
     }
 }
 

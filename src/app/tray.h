@@ -21,6 +21,9 @@ public:
     // The icon's tool tip and the menu's texts in the language of the translator that is installed.
     void SetTexts();
 
+    // Says, once and for a few seconds, that the program goes on here though its window has gone.
+    void TellWhereItIs();
+
     QMenu& Menu() { return m_menu; }
 
 Q_SIGNALS:

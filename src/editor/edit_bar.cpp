@@ -4,6 +4,7 @@
 #include <QPainter>
 #include <algorithm>
 
+#include "compose/panel_text.h"
 #include "editor/color_bar.h"
 #include "widgets/nimb_push_button.h"
 #include "widgets/press_combobox.h"
@@ -66,7 +67,7 @@ EditBar::EditBar(QWidget* parent)
       m_choiceGround(new QWidget(this)) {
     setFixedSize(kSize);
     QFont textFont = font();
-    textFont.setFamily(QStringLiteral("Microsoft YaHei"));
+    textFont.setFamily(FontFamily());
     textFont.setPixelSize(kTextPixels);
     setFont(textFont);
 
@@ -106,6 +107,7 @@ void EditBar::MakeColourChoices() {
     for (int color = 0; color < kTextColorCount; ++color) {
         const QString picture = ColorButtonPicture(color);
         auto* const choice = new NimbPushButton(this);
+        choice->setObjectName(QStringLiteral("colourChoice"));
         choice->setGeometry(kFirstChoice.translated(color * kChoiceStep, 0));
         choice->SetPictures(picture, picture, picture, picture);
         choice->SetCurIndex(color);

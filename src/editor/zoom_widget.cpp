@@ -13,13 +13,13 @@ namespace kivo {
 ZoomWidget::ZoomWidget(QWidget* parent) : QWidget(parent), m_editText(new SelfPlainTextEdit(this)) {
     m_edited.themes = FactoryThemeState(CurrentInterfaceLanguage());
     m_edited.textRow = LoadCurRectId();
-    LoadCustomShow();
     m_saved = m_edited;
-    m_history.Start(m_edited);
+    LoadCustomShow();
 
     // Not mouse tracking: that belongs to the trim mode.
     setAttribute(Qt::WA_Hover);
     m_editText->hide();
+    m_editText->setTabChangesFocus(true);
     m_editText->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     m_editText->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     m_editText->installEventFilter(this);
@@ -50,6 +50,9 @@ void ZoomWidget::Load() {
 void ZoomWidget::LoadCustomShow() {
     m_edited.slotTable = LoadSlotTable();
     m_saved.slotTable = m_edited.slotTable;
+    for (EditState* state : {&m_edited, &m_saved}) {
+        SettleFlags(*state);
+    }
     m_history.Start(m_edited);
     update();
 }
@@ -144,6 +147,7 @@ void ZoomWidget::SetFontColor(int color) {
     }
     LayoutInForce(m_edited).colorIndex = color;
     StyleTextBox();
+    KeepTyping();
     NoteEdit(By::Caller);
 }
 
@@ -153,6 +157,7 @@ void ZoomWidget::SetFontSize(int size) {
     }
     LayoutInForce(m_edited).sizeIndex = size;
     StyleTextBox();
+    KeepTyping();
     NoteEdit(By::Caller);
 }
 

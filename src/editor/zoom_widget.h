@@ -71,8 +71,8 @@ public:
     void SetEditing(bool on);
     bool IsEditing() const { return m_editing; }
 
-    // 1: the mouse moves and sizes a frame over the whole picture; 0: back to the layout. Ends text entry
-    // where that is a change.
+    // 1: the mouse moves and sizes a frame over the whole picture; 0: back to the layout. Text entry and trim
+    // mode end each other; 0 outside trim mode does nothing.
     void SetTrimMode(quint8 on);
     bool IsTrimMode() const { return m_trimMode; }
     // Shows the picture of the layout in force untrimmed again.
@@ -155,6 +155,7 @@ private:
     // Text entry.
     void SetTextFlag(bool on);
     bool OpenTextEntry();
+    void KeepTyping();            // after a choice in the tool bar
     QRect DrawnTextRect() const;  // widget pixels; empty where there is none
 
     // Dragging in the layout, by mouse and keyboard. The key handlers tell whether the key meant something.
@@ -217,7 +218,7 @@ private:
     QPoint m_pressedAt;
     TrimView m_trimStart;      // when the drag began
     LayoutRecord m_trimDraft;  // what the drag has made of the layout's trim so far
-    double m_wheelRest = 0;    // panel pixels of wheel movement not yet acted on
+    int m_wheelRest = 0;       // wheel movement (eighths of a degree) not yet acted on
 };
 
 }  // namespace kivo

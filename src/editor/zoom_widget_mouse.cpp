@@ -95,6 +95,7 @@ void ZoomWidget::mousePressEvent(QMouseEvent* event) {
     update();
 }
 
+// The press stays with the editor: handed on, it would begin to drag the window as well.
 void ZoomWidget::StartTextDrag(QPoint position) {
     if (!IsTextAt(position)) {
         return;
@@ -170,18 +171,22 @@ void ZoomWidget::MoveSlotTo(int slot) {
 }
 
 void ZoomWidget::EndDrag() {
+    const bool wasMoving = m_drag == Drag::MoveFrame;
     m_drag = Drag::None;
     m_draggedSlot = kEmptySlot;
     m_dropRow = -1;
     unsetCursor();
     update();
+    if (wasMoving) {
+        Q_EMIT HideRemote(0);  // no release will tell it
+    }
 }
 
 void ZoomWidget::mouseDoubleClickEvent(QMouseEvent* event) {
     const QPoint position = WholePosition(event->localPos());
     const QRect zone = TextDoubleClickRect(m_edited.textRow, CurrentOrientation());
-    const bool opens =
-        event->button() == Qt::LeftButton && (zone.contains(position) || DrawnTextRect().contains(position));
+    const bool opens = event->button() == Qt::LeftButton && !IsTrimming() &&
+                       (zone.contains(position) || DrawnTextRect().contains(position));
     if (!opens || !OpenTextEntry()) {
         QWidget::mouseDoubleClickEvent(event);
     }

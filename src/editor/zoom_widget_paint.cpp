@@ -21,6 +21,11 @@ constexpr QColor kScreenEdge = window_colors::kThumb;
 constexpr QMargins kSlotMargins(4, 2, 4, 2);  // canvas pixels
 constexpr int kTextMargin = 4;                // widget pixels
 
+// Behind the text box, so that what is typed can be read over the values it covers; the light one is for
+// black text.
+constexpr QColor kTextBoxGround(0x07, 0x13, 0x26, 225);
+constexpr QColor kLightTextBoxGround(255, 255, 255, 225);
+
 // The nearest point that lies between two pixels of the device, so that pictures are not resampled there.
 QPointF OnDevicePixels(QPointF point, double ratio) {
     return QPointF(qRound(point.x() * ratio) / ratio, qRound(point.y() * ratio) / ratio);
@@ -47,7 +52,9 @@ QRect SlotArea(int slot, const ScreenState& state, const PanelTexts& texts) {
     if (HasCaptionBelow(texts, ItemDrawnIn(state, slot))) {
         area.setBottom(SlotCaptionRect(slot, state.orientation).bottom());
     }
-    return area.marginsAdded(kSlotMargins) & QRect(QPoint(0, 0), CanvasSize(state.orientation));
+    // Off the screen's own edge.
+    return area.marginsAdded(kSlotMargins) &
+           QRect(QPoint(0, 0), CanvasSize(state.orientation)).adjusted(1, 1, -1, -1);
 }
 
 }  // namespace
@@ -97,6 +104,11 @@ void ZoomWidget::PaintScreen(QPainter& painter, const ScreenState& state) {
     }
     DrawPanelTexts(painter, texts, QRect(QPoint(0, 0), canvas.toSize()));
     painter.restore();
+    if (m_textEntryOpen) {
+        const bool isDark = FreeTextColor(state.layout.colorIndex).lightness() == 0;
+        painter.fillRect(TextBoxRect(state.textRow, state.orientation, size()),
+                         isDark ? kLightTextBoxGround : kTextBoxGround);
+    }
 
     painter.setPen(QPen(kScreenEdge, 1));
     painter.setBrush(Qt::NoBrush);

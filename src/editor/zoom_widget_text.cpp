@@ -16,6 +16,7 @@ namespace {
 
 constexpr int kLongestText = 40;  // characters
 constexpr int kLongestWideText = 60;
+constexpr double kPlaceholderStrength = 0.55;
 
 bool EndsEntry(int key) {
     return key == Qt::Key_Return || key == Qt::Key_Enter || key == Qt::Key_Escape;
@@ -30,6 +31,12 @@ void ZoomWidget::StyleTextBox() {
     m_editText->setStyleSheet(QStringLiteral("color:rgba(%1,255);background:transparent;border-width:1px;"
                                              "border-color:rgba(%1,255);border-style:outset")
                                   .arg(rgb));
+    // The style sheet has given the placeholder the full colour, as if somebody had typed it.
+    QPalette palette = m_editText->palette();
+    QColor faint = color;
+    faint.setAlphaF(kPlaceholderStrength);
+    palette.setColor(QPalette::PlaceholderText, faint);
+    m_editText->setPalette(palette);
     QFont font(FontFamily());
     font.setPixelSize(TextBoxPixelSize(Layout().sizeIndex, orientation));
     m_editText->setFont(font);
@@ -38,17 +45,24 @@ void ZoomWidget::StyleTextBox() {
     m_editText->setGeometry(TextBoxRect(m_edited.textRow, orientation, size()));
 }
 
+void ZoomWidget::KeepTyping() {
+    if (m_textEntryOpen) {
+        m_editText->setFocus();
+    }
+}
+
 void ZoomWidget::SetTextFlag(bool on) {
     CustomFlags(LayoutInForce(m_edited), VariantInForce(m_edited))[OtherText] = on;
 }
 
 bool ZoomWidget::OpenTextEntry() {
-    if (!m_editing || m_trimMode || !IsCustom()) {
+    if (!m_editing || !IsCustom()) {
         return false;
     }
     if (!m_textEntryOpen) {
-        m_textEntryOpen = true;
+        SetTrimMode(0);
         EndDrag();
+        m_textEntryOpen = true;
         SetHover(kEmptySlot, false);
         m_editText->setPlainText(Layout().freeText);
         m_editText->moveCursor(QTextCursor::End);

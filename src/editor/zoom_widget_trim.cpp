@@ -11,15 +11,15 @@ namespace kivo {
 namespace {
 
 // Panel pixels of the frame's long side.
-constexpr double kInsetPerNotch = 8;
+constexpr int kInsetPerNotch = 8;
 constexpr double kInsetPerKey = 4;
-constexpr double kWheelNotch = 120;
+constexpr int kAnglePerInset = QWheelEvent::DefaultDeltasPerStep / kInsetPerNotch;
 
 }  // namespace
 
 void ZoomWidget::SetTrimMode(quint8 on) {
-    // Every tool lets the trim button go, also the ones that are there for the text being typed.
-    if ((on != 0) == m_trimMode) {
+    // The tool bar lets its trim button go at every other choice, also right after text entry was opened.
+    if (m_trimMode == (on != 0)) {
         return;
     }
     solteditingFinished();
@@ -106,10 +106,10 @@ void ZoomWidget::wheelEvent(QWheelEvent* event) {
         return;
     }
     // Fine wheels and touch pads send parts of a notch, too small for a whole panel pixel each.
-    m_wheelRest += event->angleDelta().y() / kWheelNotch * kInsetPerNotch;
-    const double inset = double(qint64(m_wheelRest));
+    m_wheelRest += event->angleDelta().y();
+    const int inset = m_wheelRest / kAnglePerInset;
     if (inset != 0) {
-        m_wheelRest -= inset;
+        m_wheelRest -= inset * kAnglePerInset;
         SetTrimFrame(ZoomedFrame(CurrentTrimView(), inset, CurrentOrientation()), EditHistory::Kind::Zoom);
         UpdateTrimZone(WholePosition(event->position()));
     }
@@ -120,7 +120,6 @@ bool ZoomWidget::HandleTrimKey(const QKeyEvent& event) {
     if (m_drag != Drag::None) {
         if (event.key() == Qt::Key_Escape) {
             EndDrag();
-            Q_EMIT HideRemote(0);
         }
         return true;
     }

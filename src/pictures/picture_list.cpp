@@ -287,6 +287,12 @@ bool PictureList::HandleKey(int key) {
         case Qt::Key_Space:
             Q_EMIT picked(current);
             return true;
+        // Taken here: the view hands a key on to its delegate only where the platform gives it a character.
+        case Qt::Key_Delete:
+            if (IsUserPicture(current.row())) {
+                Q_EMIT m_delegate->handleDeleteClick(current.row());
+            }
+            return true;
         default:
             return false;
     }
@@ -301,6 +307,10 @@ void PictureList::HandleRelease(QPoint at) {
 }
 
 bool PictureList::eventFilter(QObject* watched, QEvent* event) {
+    // A list that has the focus loses it when it is destroyed, and is none any more by then.
+    if (watched == m_view && qobject_cast<MyListWidget*>(watched) == nullptr) {
+        return false;
+    }
     switch (event->type()) {
         case QEvent::Paint:
             if (!m_wantIcons->isActive()) {

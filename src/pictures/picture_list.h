@@ -36,8 +36,8 @@ public:
     static constexpr int kPathRole = Qt::UserRole;
 
     // Gives the view its look (for a size of 390 x 240: four columns, three whole rows), its keys and its
-    // delegate. The list is empty until it is loaded. The view outlives this object; so does what maker
-    // holds.
+    // delegate. The list is empty until it is loaded. Both have one owner, who may let either go first; no
+    // event comes between. What maker holds outlives this object.
     explicit PictureList(MyListWidget* view, QObject* parent = nullptr);
     PictureList(MyListWidget* view, Thumbnails::Maker maker, QObject* parent = nullptr);
 

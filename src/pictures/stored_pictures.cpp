@@ -44,9 +44,9 @@ QStringList ReadStoredPictures(const QString& settingsFile) {
     const int count = CountToRead(reader);
     QStringList paths;
     for (int n = 0; n < count; ++n) {
-        QString path = reader.Text(ImageKey(n));
+        const QString path = reader.Text(ImageKey(n));
         if (!path.isEmpty()) {
-            paths.append(std::move(path));
+            paths.append(path);
         }
     }
     return paths;

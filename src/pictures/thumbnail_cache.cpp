@@ -22,7 +22,7 @@ const QByteArray& Magic() {
 }
 
 constexpr auto kDigest = QCryptographicHash::Sha1;
-constexpr qint64 kLargestFile = 1024 * 1024;  // one thumbnail; what is larger is none of ours
+constexpr qint64 kLargestFile = qint64{1024} * 1024;  // one thumbnail; what is larger is none of ours
 
 // The time of a file's last use is its time of change, set anew at most so often.
 constexpr int kTouchAfterDays = 1;

@@ -14,6 +14,9 @@ constexpr int kGap = 2;
 constexpr int kWidth = 2;
 constexpr qreal kUsualRadius = 6;
 
+// Of all windows: a dialog has to know whether a key or a click brought it up. The GUI thread's.
+bool lastInputWasKey = false;
+
 bool IsKeyboardReason(Qt::FocusReason reason) {
     return reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason ||
            reason == Qt::ShortcutFocusReason;
@@ -34,10 +37,10 @@ FocusRing::FocusRing(QWidget* window) : QWidget(window) {
 bool FocusRing::eventFilter(QObject* watched, QEvent* event) {
     switch (event->type()) {
         case QEvent::KeyPress:
-            m_lastInputWasMouse = false;
+            lastInputWasKey = true;
             break;
         case QEvent::MouseButtonPress:
-            m_lastInputWasMouse = true;
+            lastInputWasKey = false;
             break;
         case QEvent::FocusIn:
             if (auto* const widget = qobject_cast<QWidget*>(watched))
@@ -69,10 +72,11 @@ void FocusRing::OnFocusIn(QWidget* widget, Qt::FocusReason reason) {
     const bool hadRing = m_target != nullptr;
     bool getsRing = false;
     if (IsKeyboardReason(reason))
-        // Hiding a widget passes its focus on as the tab key would, also when it was the mouse that hid it.
-        getsRing = !m_lastInputWasMouse;
+        // Qt gives the tab key as the reason too when the focus widget hides and when a dialog opens, which
+        // the mouse may have brought about.
+        getsRing = lastInputWasKey;
     else if (reason != Qt::MouseFocusReason)
-        getsRing = hadRing && !m_lastInputWasMouse;
+        getsRing = hadRing && lastInputWasKey;
     if (widget->property("noFocusRing").toBool())
         getsRing = false;
     m_target = getsRing ? widget : nullptr;

@@ -28,8 +28,7 @@ private:
     bool IsInWindow(QWidget* widget) const;
     void Follow();
 
-    QPointer<QWidget> m_target;
-    bool m_lastInputWasMouse = false;
+    QPointer<QWidget> m_target;  // kept while another window has the keyboard
 };
 
 }  // namespace kivo

@@ -1,6 +1,8 @@
 #include "widgets/my_list_widget.h"
 
+#include <QKeyEvent>
 #include <QMouseEvent>
+#include <QScrollBar>
 
 namespace kivo {
 
@@ -10,6 +12,9 @@ MyListWidget::MyListWidget(QWidget* parent) : QListWidget(parent) {
     setMouseTracking(true);
     viewport()->setAttribute(Qt::WA_Hover);
     viewport()->setAutoFillBackground(false);
+    // As far from the ends as the pictures are. Its own sheet: a bar takes in the program's while this is
+    // still being constructed, and then knows no list above it.
+    verticalScrollBar()->setStyleSheet(QStringLiteral("QScrollBar:vertical { margin: 6px 0 6px 0; }"));
 }
 
 void MyListWidget::ShowAsGrid(const QSize& pictureSize, const QSize& cellSize) {
@@ -27,9 +32,17 @@ void MyListWidget::ShowAsGrid(const QSize& pictureSize, const QSize& cellSize) {
 }
 
 void MyListWidget::mousePressEvent(QMouseEvent* event) {
+    m_pressed = indexAt(event->pos());
     QListWidget::mousePressEvent(event);
     if (event->button() == Qt::RightButton)
         Q_EMIT rightClick();
+}
+
+// The base class shows its delegate printing keys only, and this one asks the delegate to delete.
+void MyListWidget::keyPressEvent(QKeyEvent* event) {
+    if (event->key() == Qt::Key_Delete && edit(currentIndex(), QAbstractItemView::NoEditTriggers, event))
+        return;
+    QListWidget::keyPressEvent(event);
 }
 
 }  // namespace kivo

@@ -191,7 +191,8 @@ void NimbPushButton::enterEvent(QEvent* event) {
     Q_EMIT OverSignal(this, true);
     if (!m_toggleMode && m_enabledFlag)
         m_paintState = Hover;
-    update();
+    if (m_enabledFlag)
+        update();
     QPushButton::enterEvent(event);
 }
 
@@ -203,7 +204,8 @@ void NimbPushButton::leaveEvent(QEvent* event) {
         m_paintState = m_checked ? Pressed : Normal;
     else if (m_enabledFlag)
         m_paintState = Normal;
-    update();
+    if (m_toggleMode || m_enabledFlag)
+        update();
     QPushButton::leaveEvent(event);
 }
 
@@ -286,7 +288,9 @@ QColor NimbPushButton::TextColor(State state) const {
         case Look::Primary:
             return PrimaryColors(state).text;
         case Look::Choice:
-            return ChoiceColor(state, colors::kTextMid, colors::kTextHigh, colors::kTextHigh);
+            // The accent marks what is chosen: the icon, or the text where there is none.
+            return ChoiceColor(state, colors::kTextMid, colors::kTextHigh,
+                               m_iconSize.isEmpty() ? colors::kAccentBright : colors::kTextHigh);
         case Look::Tab:
         case Look::Bare:
             break;

@@ -22,7 +22,12 @@ constexpr qreal kPictureRadius = 6;
 constexpr int kFrameWidth = 3;
 
 // As a brush and not by a clip, whose edges would be ragged.
-void DrawRoundedPicture(QPainter& painter, const QRectF& target, const QIcon& icon) {
+void DrawRoundedPicture(QPainter& painter, const QRectF& place, const QIcon& icon) {
+    // On whole pixels of the screen, or at one and a half times the size it would be blurred.
+    const QTransform toDevice = painter.deviceTransform();
+    const QRectF device = toDevice.mapRect(place);
+    const QRectF target =
+        toDevice.inverted().mapRect(QRectF(device.topLeft().toPoint(), device.size().toSize()));
     const qreal ratio = painter.device()->devicePixelRatioF();
     QPixmap pixmap = icon.pixmap((target.size() * ratio).toSize());
     if (pixmap.isNull())

@@ -29,7 +29,10 @@ QString ScrollBarStyle() {
 QString ToolTipStyle() {
     return QStringLiteral(
                "QToolTip { background: %1; color: %2; border: 1px solid %3; border-radius: 6px;"
-               " padding: 6px 12px; font-size: 12px; }")
+               " padding: 6px 12px; font-size: 12px; }"
+               // A message of the tray icon is drawn on a light ground of Qt's own where the desktop has
+               // none.
+               "QBalloonTip QLabel { color: #0C1116; }")
         .arg(colors::kToolTip.name(), colors::kTextHigh.name(), colors::kToolTipEdge.name());
 }
 
@@ -101,7 +104,7 @@ QPalette WindowPalette() {
 }
 
 void ApplyWindowStyle(QApplication& application) {
-    application.setPalette(WindowPalette());
+    QApplication::setPalette(WindowPalette());
     application.setStyleSheet(WindowStyleSheet());
     QToolTip::setPalette(WindowPalette());
     application.installEventFilter(new CornerRounder(&application));

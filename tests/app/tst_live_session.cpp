@@ -1,9 +1,9 @@
-#include <QSemaphore>
 #include <QtTest>
 
 #include "app/live_session.h"
 #include "compose/panel_text.h"
 #include "config/folders.h"
+#include "forwarding_hid_api.h"
 #include "resources/resources.h"
 #include "session_start.h"
 #include "virtualscreen/virtual_hid_api.h"
@@ -36,36 +36,6 @@ bool WriteFile(const QString& path, const QByteArray& bytes) {
     QFile file(path);
     return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
 }
-
-// A screen whose writes hang once that is asked for.
-class HangingHidApi final : public HidApi {
-public:
-    explicit HangingHidApi(HidApi& inner) : m_inner(inner) {}
-    int Init() override { return m_inner.Init(); }
-    std::vector<HidDeviceInfo> Enumerate(quint16 vendor, quint16 product) override {
-        return m_inner.Enumerate(vendor, product);
-    }
-    HidHandle* OpenPath(const QByteArray& path) override { return m_inner.OpenPath(path); }
-    int Write(HidHandle* handle, const quint8* data, std::size_t length) override {
-        if (hang) {
-            entered.release();
-            letGo.acquire();
-        }
-        return m_inner.Write(handle, data, length);
-    }
-    int SendFeatureReport(HidHandle* handle, const quint8* data, std::size_t length) override {
-        return m_inner.SendFeatureReport(handle, data, length);
-    }
-    void Close(HidHandle* handle) override { m_inner.Close(handle); }
-    int Exit() override { return m_inner.Exit(); }
-
-    std::atomic<bool> hang{false};
-    QSemaphore entered;
-    QSemaphore letGo;
-
-private:
-    HidApi& m_inner;
-};
 
 int PixelsThatDiffer(const QImage& a, const QImage& b) {
     int count = 0;

@@ -20,6 +20,7 @@
 #include "config/first_run_marker.h"
 #include "config/folders.h"
 #include "editor/zoom_widget.h"
+#include "forwarding_hid_api.h"
 #include "resources/resources.h"
 #include "virtualscreen/virtual_hid_api.h"
 #include "widgets/window_style.h"
@@ -32,7 +33,10 @@ inline const QString kBin = QStringLiteral(KIVO_BIN_DIR);
 inline void PrepareApplication() {
     InitResources();
     InstallFontSubstitutes();
-    qApp->setStyleSheet(WindowStyleSheet());
+    QFont font(FontFamily());
+    font.setPointSize(12);
+    QApplication::setFont(font);
+    ApplyWindowStyle(*qApp);
     QApplication::setQuitOnLastWindowClosed(false);
     QLoggingCategory::setFilterRules(QStringLiteral("*.debug=false"));
 }
@@ -57,9 +61,13 @@ inline void SetUpProfile() {
 
 struct Desk {
     explicit Desk(const QLocale& locale = QLocale(QStringLiteral("en_US")), bool hasTray = true)
-        : window(std::make_unique<MainWindow>(
-              MainWindow::Parts{panel, nullptr, kBin, false, locale, [hasTray] { return hasTray; },
-                                [this](QWidget*) { return pictureToChoose; }})) {}
+        : startWindow([this, locale, hasTray] {
+              window = std::make_unique<MainWindow>(
+                  MainWindow::Parts{wire, nullptr, kBin, false, locale, [hasTray] { return hasTray; },
+                                    [this](QWidget*) { return pictureToChoose; }});
+          }) {
+        startWindow();
+    }
     ~Desk() { Close(); }
 
     void Close() {
@@ -67,6 +75,12 @@ struct Desk {
             QVERIFY(window->Stop());
             window.reset();
         }
+    }
+
+    // The program ends and is started again; the panel goes on showing what it has.
+    void Restart() {
+        Close();
+        startWindow();
     }
 
     // Up and running, and seen.
@@ -101,7 +115,9 @@ struct Desk {
     void Apply() const { Click("btnApply"); }
 
     VirtualHidApi panel;
+    WireTap wire{panel};
     QString pictureToChoose;
+    std::function<void()> startWindow;
     std::unique_ptr<MainWindow> window;
 };
 

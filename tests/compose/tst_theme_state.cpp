@@ -354,6 +354,7 @@ private slots:
         state.orientation = orientation;
         const SlotTable table = FactorySlotTable();
         const ScreenState screen = MakeScreenState(state, table, 1, InterfaceLanguage::English);
+        QCOMPARE(screen.layout, state.layouts[size_t(LayoutIndexInForce(state))]);
         QCOMPARE(screen.custom, custom);
         QCOMPARE(screen.orientation, orientation);
         QCOMPARE(screen.language, InterfaceLanguage::English);

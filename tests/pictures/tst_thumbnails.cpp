@@ -97,7 +97,7 @@ private slots:
         bool onOwnThread = true;
         connect(
             &thumbnails, &Thumbnails::ready, this,
-            [&onOwnThread] { onOwnThread &= QThread::currentThread() == qApp->thread(); },
+            [this, &onOwnThread] { onOwnThread &= QThread::currentThread() == thread(); },
             Qt::DirectConnection);
         thumbnails.Want(Paths(20), kPixels);
         QTRY_COMPARE(ready.count(), 20);

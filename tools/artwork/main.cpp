@@ -1,4 +1,3 @@
-#include "overview.h"
 #include "progress.h"
 #include "scenes.h"
 #include "sheet.h"
@@ -81,32 +80,14 @@ bool SaveLayers(const QDir& folder, Theme theme, Orientation orientation, const 
            save("_frame", layers.frame) && save("_icons", layers.icons);
 }
 
-// The overview carries no words yet, so its English form is the same picture; the scene theme has none.
-bool SaveOverview(const QDir& folder, Theme theme, Orientation orientation, const QImage& overview) {
-    const QString stem =
-        NameOf(theme) +
-        QLatin1String(orientation == Orientation::Landscape ? "_background_all" : "_background_all3");
-    return Save(folder, stem + QLatin1String(".png"), overview) &&
-           (theme == Theme::Scene || Save(folder, stem + QLatin1String("_en.png"), overview));
-}
-
 bool SaveSkins(const QDir& folder) {
-    const QImage background(folder.filePath(QStringLiteral("2.jpg")));
-    if (background.isNull()) {
-        QTextStream(stderr) << "the overview pictures need " << folder.filePath(QStringLiteral("2.jpg"))
-                            << '\n';
-        return false;
-    }
     for (const Theme theme : kThemes) {
         const QImage icon = DrawThemeIcon(theme);
         if (!icon.isNull() && !Save(folder, NameOf(theme) + QLatin1String("_icon.png"), icon)) {
             return false;
         }
         for (const Orientation orientation : {Orientation::Landscape, Orientation::Portrait}) {
-            const SkinLayers layers = DrawSkin(theme, orientation);
-            const QImage panel = ComposePanel(theme, orientation, layers, icon, background);
-            if (!SaveLayers(folder, theme, orientation, layers) ||
-                !SaveOverview(folder, theme, orientation, DrawOverview(theme, orientation, panel))) {
+            if (!SaveLayers(folder, theme, orientation, DrawSkin(theme, orientation))) {
                 return false;
             }
         }

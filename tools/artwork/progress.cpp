@@ -7,6 +7,7 @@
 #include <QPolygonF>
 
 #include <array>
+#include <cmath>
 
 namespace kivo::artwork {
 
@@ -15,6 +16,7 @@ namespace {
 using namespace window;
 
 constexpr int kSide = 128;
+constexpr double kMiddle = kSide / 2.0;
 constexpr int kTicks = 24;
 constexpr std::array<QRgb, 6> kComet = {kAccent, 0xFF46BFA7, 0xFF3D9E8D, 0xFF327C74, 0xFF2C5A5B, kCardEdge};
 
@@ -33,6 +35,24 @@ void DrawScreenWithArrow(QPainter& painter) {
     painter.drawPolyline(QPolygonF({QPointF(-4.5, -1.5), QPointF(0, -6), QPointF(4.5, -1.5)}));
 }
 
+// Below 32 there is no room for a plate; the screen's own inside is dark then, so that the mark holds on a
+// light task bar too.
+Mark LogoMark(int side) {
+    const QColor dark = QColor::fromRgb(kGroundTop);
+    switch (side) {
+        case 16:
+            return {QRectF(0, 1, 16, 11), 3.2, 1.5, 13.5, 6, 2, 4, 9, 5, 3, dark};
+        case 20:
+            return {QRectF(0, 2, 20, 13), 4, 1.6, 17, 8, 2, 4, 12, 7, 4, dark};
+        case 24:
+            return {QRectF(0, 2, 24, 16), 5, 2, 20, 8, 2, 5, 14, 8, 5, dark};
+        case 32:
+            return {QRectF(6, 7, 20, 14), 4, 2, 23, 8, 2, 4, 17, 6, 4};
+        default:
+            return {QRectF(9, 11, 30, 20), 6.5, 3, 34, 12, 4, 7, 26, 11, 7};
+    }
+}
+
 }  // namespace
 
 std::vector<QImage> DrawProgress(int scale) {
@@ -43,7 +63,7 @@ std::vector<QImage> DrawProgress(int scale) {
         QPainter painter(&image);
         painter.setRenderHint(QPainter::Antialiasing);
         painter.scale(scale, scale);
-        painter.translate(kSide / 2, kSide / 2);
+        painter.translate(kMiddle, kMiddle);
         painter.setPen(QPen(QColor::fromRgb(kCardEdge), 2));
         painter.drawEllipse(QPointF(0, 0), 62, 62);
         for (int tick = 0; tick < kTicks; ++tick) {
@@ -81,30 +101,34 @@ QImage DrawProgressMask() {
     constexpr double kRadius = 63;
     QImage mask(kSide, kSide, QImage::Format_ARGB32);
     mask.fill(Qt::transparent);
-    QPainter painter(&mask);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(QColor::fromRgb(kTrack));
-    painter.drawEllipse(QPointF(kSide / 2, kSide / 2), kRadius, kRadius);
+    // By hand: an ellipse without antialiasing would lie half a pixel aside.
+    for (int y = 0; y < kSide; ++y) {
+        for (int x = 0; x < kSide; ++x) {
+            if (std::hypot(x + 0.5 - kMiddle, y + 0.5 - kMiddle) <= kRadius) {
+                mask.setPixel(x, y, kTrack);
+            }
+        }
+    }
     return mask;
 }
 
 QImage DrawLogo(int side) {
-    constexpr int kSmallestPlate = 32;
+    constexpr int kLargestDrawn = 48;
     QImage image(side, side, QImage::Format_ARGB32_Premultiplied);
     image.fill(Qt::transparent);
     QPainter painter(&image);
     painter.setRenderHint(QPainter::Antialiasing);
-    if (side >= kSmallestPlate) {
+    if (side > kLargestDrawn) {
+        painter.scale(side / double(kLargestDrawn), side / double(kLargestDrawn));
+    }
+    const int drawn = qMin(side, kLargestDrawn);
+    const Mark mark = LogoMark(drawn);
+    if (mark.fill.alpha() == 0) {
         painter.setPen(Qt::NoPen);
         painter.setBrush(QColor::fromRgb(kGroundTop));
-        painter.drawRoundedRect(QRectF(0, 0, side, side), side * 0.22, side * 0.22);
-        const double width = side * 0.64;
-        const QRectF rect((side - width) / 2, (side - width * 19 / 21) / 2, width, width * 19 / 21);
-        DrawMark(painter, rect, qMax(1.8, side / 18.0), Qt::transparent);
-    } else {
-        // No room for a plate; the screen's own inside is dark, so that the mark holds on a light task bar.
-        DrawMark(painter, QRectF(0, side / 16.0, side, side * 19 / 21.0), 1.6, QColor::fromRgb(kGroundTop));
+        painter.drawRoundedRect(QRectF(0, 0, drawn, drawn), drawn * 0.22, drawn * 0.22);
     }
+    DrawMark(painter, mark);
     painter.end();
     return image;
 }

@@ -70,25 +70,26 @@ void DrawCross(QPainter& painter, QPointF centre, double extent, const QPen& pen
     painter.drawLine(centre - QPointF(half, -half), centre + QPointF(half, -half));
 }
 
-void DrawMark(QPainter& painter, const QRectF& rect, double stroke, const QColor& fill) {
+void DrawMark(QPainter& painter, const Mark& mark) {
     using namespace window;
-    const double unit = rect.width() / 21;
-    const QRectF screen(rect.x(), rect.y(), rect.width(), 15 * unit);
     QPainterPath inside;
-    inside.addRoundedRect(screen.adjusted(stroke / 2, stroke / 2, -stroke / 2, -stroke / 2), 3 * unit,
-                          3 * unit);
-    painter.fillPath(inside, fill);
-    DrawOutline(painter, screen, 4.2 * unit, QColor::fromRgb(kTextHigh), stroke);
-    const double footY = rect.y() + 19 * unit - stroke / 2;
-    painter.setPen(RoundPen(kTextHigh, stroke));
-    painter.drawLine(QPointF(rect.center().x() - 3.6 * unit, footY),
-                     QPointF(rect.center().x() + 3.6 * unit, footY));
-    painter.setPen(RoundPen(kAccent, 1.9 * unit));
+    const double inset = mark.stroke / 2;
+    inside.addRoundedRect(mark.screen.adjusted(inset, inset, -inset, -inset), mark.radius, mark.radius);
+    painter.fillPath(inside, mark.fill);
+    DrawOutline(painter, mark.screen, mark.radius, QColor::fromRgb(kTextHigh), mark.stroke);
+    const auto fillRounded = [&](const QRectF& rect, QRgb colour) {
+        const double radius = qMin(rect.width(), rect.height()) / 2;
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(QColor::fromRgb(colour));
+        painter.drawRoundedRect(rect, radius, radius);
+    };
+    const double middle = mark.screen.center().x();
+    fillRounded(QRectF(middle - mark.footWidth / 2, mark.footTop, mark.footWidth, mark.stroke), kTextHigh);
     for (const int side : {-1, 0, 1}) {
-        const double half = (side == 0 ? 2.3 : 1.1) * unit;
-        const double foot = screen.center().y() + 2.3 * unit;
-        const double x = screen.center().x() + 3.7 * unit * side;
-        painter.drawLine(QPointF(x, foot - 2 * half), QPointF(x, foot));
+        const double height = side == 0 ? mark.middleTick : mark.sideTick;
+        fillRounded(QRectF(middle + side * mark.tickStep - mark.tickWidth / 2, mark.tickFoot - height,
+                           mark.tickWidth, height),
+                    kAccent);
     }
 }
 
@@ -116,14 +117,15 @@ void DrawHandCursor(QPainter& painter) {
     for (const int turn : {0, 90, 180, 270}) {
         shape = shape.united(ArrowHead(centre, 15, turn));
     }
-    QPainterPath hand = Bar(QPointF(12.2, 14), QPointF(12.2, 18), 2.6);
-    hand = hand.united(Bar(QPointF(15, 11.8), QPointF(15, 18), 2.6));
-    hand = hand.united(Bar(QPointF(17.8, 11.8), QPointF(17.8, 18), 2.6));
-    hand = hand.united(Bar(QPointF(20.4, 13.6), QPointF(20.4, 18), 2.6));
-    hand = hand.united(Bar(QPointF(9.6, 16.6), QPointF(12.4, 20), 2.6));
-    QPainterPath palm;
-    palm.addRoundedRect(QRectF(11, 16, 10.7, 6), 2.6, 2.6);
-    DrawInked(painter, shape.united(hand.united(palm)));
+    // An open hand; the fingers stand a pixel apart, so that ink shows between them.
+    QPainterPath hand;
+    hand.addRoundedRect(QRectF(11.7, 15.4, 11.6, 7.4), 3.4, 3.4);
+    hand = hand.united(Bar(QPointF(12.9, 12), QPointF(12.9, 17), 2.2));
+    hand = hand.united(Bar(QPointF(16, 10.2), QPointF(16, 17), 2.2));
+    hand = hand.united(Bar(QPointF(19.1, 10.4), QPointF(19.1, 17), 2.2));
+    hand = hand.united(Bar(QPointF(22.2, 12.4), QPointF(22.2, 18), 2.2));
+    hand = hand.united(Bar(QPointF(9.3, 16.6), QPointF(13.5, 20.6), 2.4));
+    DrawInked(painter, shape.united(hand));
 }
 
 void DrawBeamCursor(QPainter& painter) {

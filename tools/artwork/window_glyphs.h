@@ -21,9 +21,22 @@ void DrawOutline(QPainter& painter, const QRectF& rect, double radius, const QCo
 // Two strokes of equal length, crossed at the centre; extent is the width and height of their middle lines.
 void DrawCross(QPainter& painter, QPointF centre, double extent, const QPen& pen);
 
-// The program's mark: a screen on its foot with three ticks inside, filling rect in width, 19 by 21 parts.
-// stroke is the outline's width; fill the screen's inside or Qt::transparent.
-void DrawMark(QPainter& painter, const QRectF& rect, double stroke, const QColor& fill);
+// The program's mark: a screen on its foot with three ticks inside. Small ones do not scale, so each size has
+// its own numbers, on whole pixels.
+struct Mark {
+    QRectF screen;
+    double radius;
+    double stroke;  // of the outline; the foot is as thick
+    double footTop;
+    double footWidth;
+    double tickWidth;
+    double tickStep;
+    double tickFoot;    // y the three stand on
+    double middleTick;  // heights
+    double sideTick;
+    QColor fill = Qt::transparent;
+};
+void DrawMark(QPainter& painter, const Mark& mark);
 
 // 16 x 16 at the origin.
 void DrawTrimIcon(QPainter& painter, QRgb colour);

@@ -58,8 +58,8 @@ void DrawScale(QPainter& painter) {
     for (int i = -kSide; i <= kSide; ++i) {
         const bool major = i % 7 == 0;
         const double height = i == 0 ? 10 : major ? 7 : 4;
-        const double fade = 1 - std::abs(i) / (kSide + 1.0);
-        painter.setBrush(i == 0 ? QColor::fromRgb(kAccent) : White((major ? 0.20 : 0.115) * fade));
+        const double fade = 1 - std::pow(std::abs(i) / (kSide + 1.0), 1.5);
+        painter.setBrush(i == 0 ? QColor::fromRgb(kAccent) : White((major ? 0.22 : 0.13) * fade));
         painter.drawRoundedRect(QRectF(479 + 8 * i, 557 - height, 2, height), 1, 1);
     }
 }

@@ -2,7 +2,7 @@
 #include "window_glyphs.h"
 #include "window_picture.h"
 
-#include <QLinearGradient>
+#include <QLineF>
 #include <QPainterPath>
 #include <QPolygonF>
 
@@ -113,8 +113,8 @@ void DrawAddCell(QPainter& painter) {
     painter.setBrush(Qt::NoBrush);
     painter.drawPath(path);
     painter.setPen(RoundPen(kAccent, 2));
-    painter.drawLine(QPointF(30, 27), QPointF(47, 27));
-    painter.drawLine(QPointF(38.5, 18.5), QPointF(38.5, 35.5));
+    painter.drawLine(QPointF(30, 27), QPointF(46, 27));
+    painter.drawLine(QPointF(38, 19), QPointF(38, 35));
 }
 
 void DrawDeleteBadge(QPainter& painter) {
@@ -124,23 +124,40 @@ void DrawDeleteBadge(QPainter& painter) {
     DrawCross(painter, QPointF(9, 9), 6, RoundPen(0xFFFFFFFF, 1.6));
 }
 
+// A closed polygon whose corners are cut by that length on both sides and rounded.
+QPainterPath RoundedPolygon(const QPolygonF& corners, double cut) {
+    QPainterPath path;
+    for (int i = 0; i < corners.size(); ++i) {
+        const QPointF corner = corners[i];
+        const QPointF before = corners[(i + corners.size() - 1) % corners.size()];
+        const QPointF after = corners[(i + 1) % corners.size()];
+        const QPointF from = QLineF(corner, before).pointAt(cut / QLineF(corner, before).length());
+        if (i == 0) {
+            path.moveTo(from);
+        } else {
+            path.lineTo(from);
+        }
+        path.quadTo(corner, QLineF(corner, after).pointAt(cut / QLineF(corner, after).length()));
+    }
+    path.closeSubpath();
+    return path;
+}
+
 void DrawWarning(QPainter& painter) {
-    const QPolygonF triangle({QPointF(20, 5), QPointF(37, 34.5), QPointF(3, 34.5)});
-    QPen pen = RoundPen(kWarning, 2);
-    painter.setPen(pen);
+    painter.setPen(RoundPen(kWarning, 2));
     painter.setBrush(WithAlpha(kWarning, 0.14));
-    painter.drawPolygon(triangle);
-    painter.drawLine(QPointF(20, 15), QPointF(20, 23.5));
-    DrawDot(painter, QPointF(20, 28.8), 1.5, kWarning);
+    painter.drawPath(RoundedPolygon(QPolygonF({QPointF(20, 3), QPointF(38.5, 35), QPointF(1.5, 35)}), 3.5));
+    painter.drawLine(QPointF(20, 14), QPointF(20, 23));
+    DrawDot(painter, QPointF(20, 29), 1.5, kWarning);
 }
 
 // A large and a small T on one base line.
 void DrawTypeIcon(QPainter& painter) {
     const QColor colour = QColor::fromRgb(kTextHigh);
-    painter.fillRect(QRectF(1, 3, 11, 2.5), colour);
-    painter.fillRect(QRectF(5.25, 3, 2.5, 13), colour);
-    painter.fillRect(QRectF(12, 9, 7, 2), colour);
-    painter.fillRect(QRectF(14.5, 9, 2, 7), colour);
+    painter.fillRect(QRectF(1, 3, 11, 2), colour);
+    painter.fillRect(QRectF(5, 3, 3, 13), colour);
+    painter.fillRect(QRectF(13, 9, 6, 2), colour);
+    painter.fillRect(QRectF(15, 9, 2, 7), colour);
 }
 
 Draw ScreenOutline(const QRectF& rect, QRgb colour) {
@@ -176,11 +193,6 @@ Draw FrameButton(QRgb colour) {
     };
 }
 
-void DrawChevron(QPainter& painter) {
-    painter.setPen(RoundPen(kTextMid, 1.6));
-    painter.drawPolyline(QPolygonF({QPointF(1, 1), QPointF(5, 5), QPointF(9, 1)}));
-}
-
 void AddColours(std::vector<WindowPicture>& pictures) {
     struct Colour {
         const char* button;
@@ -202,7 +214,9 @@ void AddColours(std::vector<WindowPicture>& pictures) {
 std::vector<WindowPicture> WindowPictures() {
     std::vector<WindowPicture> pictures = {
         {"logo_mark", QSize(21, 21),
-         [](QPainter& painter) { DrawMark(painter, QRectF(0, 2, 21, 19), 1.6, Qt::transparent); }},
+         [](QPainter& painter) {
+             DrawMark(painter, {QRectF(0, 2, 20, 14), 4.2, 1.6, 18, 8, 2, 4, 12, 6, 3.5});
+         }},
         {"close_n", QSize(16, 16), CloseButton(kTextMid)},
         {"close_h", QSize(16, 16), CloseButton(kDelete)},
         {"close_s", QSize(16, 16), CloseButton(0xFFD0483C)},
@@ -237,7 +251,6 @@ std::vector<WindowPicture> WindowPictures() {
         {"one_s", QSize(18, 12), VariantIcon(1, kAccent)},
         {"remote_n", QSize(24, 24), FrameButton(0xFFFFFFFF)},
         {"remote_h", QSize(24, 24), FrameButton(kAccent)},
-        {"chevron", QSize(10, 6), DrawChevron},
     };
     AddColours(pictures);
     return pictures;

@@ -143,7 +143,7 @@ int main(int argc, char** argv) {
     QFont font(kivo::FontFamily());
     font.setPointSize(12);
     QApplication::setFont(font);
-    application.setStyleSheet(kivo::WindowStyleSheet());
+    kivo::ApplyWindowStyle(application);
     const QString folder = QString::fromLocal8Bit(argv[1]);
     QDir().mkpath(folder);
 
