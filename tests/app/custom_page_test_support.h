@@ -1,7 +1,7 @@
 #pragma once
 
-// A person at the page of the custom layouts. Mouse and keys come from the window system and find their widget
-// by themselves, so that what lies over it, or does not have the focus, counts.
+// A person at the page of the custom layouts. Mouse and keys come from the window system and find their
+// widget by themselves, so that what lies over it, or does not have the focus, counts.
 
 #include <QAbstractItemView>
 #include <QSettings>
@@ -185,8 +185,9 @@ struct CustomDesk : Desk {
 private:
     static void Mouse(QTest::MouseAction action, const QWidget* widget, QPoint at) {
         const QWidget* window = widget->window();
-        QTest::mouseEvent(action, window->windowHandle(), action == QTest::MouseMove ? Qt::NoButton : Qt::LeftButton,
-                          Qt::NoModifier, widget->mapTo(window, at));
+        QTest::mouseEvent(action, window->windowHandle(),
+                          action == QTest::MouseMove ? Qt::NoButton : Qt::LeftButton, Qt::NoModifier,
+                          widget->mapTo(window, at));
     }
 
     QImage m_background;
@@ -220,9 +221,8 @@ inline void CheckEverything(const CustomDesk& desk, int variant) {
     QVERIFY(!layout.picture.isEmpty());
     QCOMPARE(desk.Editor()->Edited().textRow, 0);
     QCOMPARE(desk.Boxes(), variant == 0 ? (QVector<int>{1, 2, 3, 4, 5, 6, 8}) : (QVector<int>{6, 8}));
-    QCOMPARE(desk.Slots(), variant == 0
-                               ? (SlotRow{{MemoryUsage, CpuUsage, Time, CpuTemperature, CpuPower}})
-                               : (SlotRow{{kEmptySlot, kEmptySlot, Date, kEmptySlot, kEmptySlot}}));
+    QCOMPARE(desk.Slots(), variant == 0 ? (SlotRow{{MemoryUsage, CpuUsage, Time, CpuTemperature, CpuPower}})
+                                        : (SlotRow{{kEmptySlot, kEmptySlot, Date, kEmptySlot, kEmptySlot}}));
 }
 
 // The slot table as the settings file has it, by key.

@@ -65,9 +65,7 @@ void TestWindowCustom::TicksFillTheSlots_data() {
     QTest::addColumn<SlotRow>("slotItems");
     QTest::addColumn<QVector<int>>("ticked");
     const auto row = [](const char* name, const QVector<int>& clicks, const SlotRow& slotItems,
-                        const QVector<int>& ticked) {
-        QTest::newRow(name) << clicks << slotItems << ticked;
-    };
+                        const QVector<int>& ticked) { QTest::newRow(name) << clicks << slotItems << ticked; };
     row("first empty slot", {3}, {MemoryUsage, kNone, kNone, kNone, kNone}, {3});
     row("a gap first", {1, 2, 1, 3}, {MemoryUsage, CpuUsage, kNone, kNone, kNone}, {2, 3});
     row("date", {6}, {Date, kNone, kNone, kNone, kNone}, {6});
@@ -84,8 +82,8 @@ void TestWindowCustom::TicksFillTheSlots_data() {
         {FanSpeed, CpuUsage, MemoryUsage, Time, CpuPower}, {2, 3, 4, 5, 7});
     row("date and time count as one", {1, 2, 3, 4, 5, 6, 7},
         {CpuTemperature, CpuUsage, MemoryUsage, Time, CpuPower}, {1, 2, 3, 4, 5, 6, 7});
-    row("date beside full slots", {1, 2, 3, 5, 7, 6}, {CpuTemperature, CpuUsage, MemoryUsage, CpuPower, FanSpeed},
-        {1, 2, 3, 5, 6, 7});
+    row("date beside full slots", {1, 2, 3, 5, 7, 6},
+        {CpuTemperature, CpuUsage, MemoryUsage, CpuPower, FanSpeed}, {1, 2, 3, 5, 6, 7});
 }
 
 void TestWindowCustom::TicksFillTheSlots() {

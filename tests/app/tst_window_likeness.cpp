@@ -121,19 +121,18 @@ void TestWindowLikeness::TextsStandWhereThePanelHasThem() {
         // A pixel of the panel, and what antialiasing takes.
         const double tolerance = 1.5 * map.scale + 1;
         const QRectF expected(map.Mapped(QPointF(onPanel.topLeft())), QSizeF(onPanel.size()) * map.scale);
-        const QByteArray told =
-            QStringLiteral("place %1,%2: expected %3,%4 to %5,%6, shown %7,%8 to %9,%10")
-                .arg(place.x())
-                .arg(place.y())
-                .arg(expected.left())
-                .arg(expected.top())
-                .arg(expected.right())
-                .arg(expected.bottom())
-                .arg(inEditor.left())
-                .arg(inEditor.top())
-                .arg(inEditor.right() + 1)
-                .arg(inEditor.bottom() + 1)
-                .toUtf8();
+        const QByteArray told = QStringLiteral("place %1,%2: expected %3,%4 to %5,%6, shown %7,%8 to %9,%10")
+                                    .arg(place.x())
+                                    .arg(place.y())
+                                    .arg(expected.left())
+                                    .arg(expected.top())
+                                    .arg(expected.right())
+                                    .arg(expected.bottom())
+                                    .arg(inEditor.left())
+                                    .arg(inEditor.top())
+                                    .arg(inEditor.right() + 1)
+                                    .arg(inEditor.bottom() + 1)
+                                    .toUtf8();
         QVERIFY2(qAbs(expected.left() - inEditor.left()) <= tolerance, told.constData());
         QVERIFY2(qAbs(expected.top() - inEditor.top()) <= tolerance, told.constData());
         QVERIFY2(qAbs(expected.right() - (inEditor.right() + 1)) <= tolerance, told.constData());

@@ -1,8 +1,8 @@
 #include <QMenu>
 #include <QRandomGenerator>
 
-#include "custom_page_test_support.h"
 #include "compose/theme_catalogue.h"
+#include "custom_page_test_support.h"
 #include "widgets/exit_message_box.h"
 
 using KeyMap = QMap<QString, QString>;
@@ -46,10 +46,12 @@ void TestWindowNoise::NonsenseInTheKeys_data() {
                       {QStringLiteral("CUSTOM0/Size"), QStringLiteral("-1")},
                       {QStringLiteral("CUSTOM0/YPt"), QStringLiteral("-65535")},
                       {QStringLiteral("Config/Style"), QStringLiteral("-5")}});
-    row("twice in a row, and free texts in slots",
-        {{QStringLiteral("CustomShow/0-0"), QStringLiteral("3")}, {QStringLiteral("CustomShow/0-1"), QStringLiteral("7")}, {QStringLiteral("CustomShow/0-3"), QStringLiteral("8")}});
+    row("twice in a row, and free texts in slots", {{QStringLiteral("CustomShow/0-0"), QStringLiteral("3")},
+                                                    {QStringLiteral("CustomShow/0-1"), QStringLiteral("7")},
+                                                    {QStringLiteral("CustomShow/0-3"), QStringLiteral("8")}});
     row("no such picture, and signs that turn the text",
-        {{QStringLiteral("CUSTOM0/StringPixmap"), QStringLiteral("/no/such/picture.png")}, {QStringLiteral("CUSTOM0/StringD1"), QStringLiteral("\u202E\t\u0001 back")}});
+        {{QStringLiteral("CUSTOM0/StringPixmap"), QStringLiteral("/no/such/picture.png")},
+         {QStringLiteral("CUSTOM0/StringD1"), QStringLiteral("\u202E\t\u0001 back")}});
 }
 
 void TestWindowNoise::NonsenseInTheKeys() {
@@ -83,8 +85,8 @@ void TestWindowNoise::FolderThatTakesNoFilesCrashesNothing() {
     int logged = 0;
     static int* counter = nullptr;
     counter = &logged;
-    const QtMessageHandler former = qInstallMessageHandler(
-        [](QtMsgType type, const QMessageLogContext&, const QString& line) {
+    const QtMessageHandler former =
+        qInstallMessageHandler([](QtMsgType type, const QMessageLogContext&, const QString& line) {
             *counter += type == QtWarningMsg && line.contains(QLatin1String("Config.ini")) ? 1 : 0;
         });
     desk.Tap("btnApply");
@@ -111,8 +113,8 @@ QPoint AnyPlace(const CustomDesk& desk, QRandomGenerator& dice) {
                         widget->objectName() == QLatin1String("btnApply") ||
                         widget->objectName() == QLatin1String("btnExit");
     if (isDull) {
-        return desk.Editor()->mapTo(window, QPoint(dice.bounded(desk.Editor()->width()),
-                                                   dice.bounded(desk.Editor()->height())));
+        return desk.Editor()->mapTo(
+            window, QPoint(dice.bounded(desk.Editor()->width()), dice.bounded(desk.Editor()->height())));
     }
     return widget->mapTo(window, QPoint(dice.bounded(widget->width()), dice.bounded(widget->height())));
 }
@@ -133,16 +135,17 @@ void AnyMouse(const CustomDesk& desk, QRandomGenerator& dice) {
 }
 
 void AnyKey(const CustomDesk& desk, QRandomGenerator& dice) {
-    constexpr Qt::Key kKeys[] = {Qt::Key_Return, Qt::Key_Escape,    Qt::Key_Tab,  Qt::Key_Backtab, Qt::Key_Space,
-                                 Qt::Key_Left,   Qt::Key_Right,     Qt::Key_Up,   Qt::Key_Down,    Qt::Key_PageUp,
-                                 Qt::Key_Plus,   Qt::Key_Minus,     Qt::Key_F2,   Qt::Key_F4,      Qt::Key_Delete,
-                                 Qt::Key_Home,   Qt::Key_Backspace, Qt::Key_Enter};
+    constexpr Qt::Key kKeys[] = {
+        Qt::Key_Return, Qt::Key_Escape, Qt::Key_Tab,    Qt::Key_Backtab, Qt::Key_Space,     Qt::Key_Left,
+        Qt::Key_Right,  Qt::Key_Up,     Qt::Key_Down,   Qt::Key_PageUp,  Qt::Key_Plus,      Qt::Key_Minus,
+        Qt::Key_F2,     Qt::Key_F4,     Qt::Key_Delete, Qt::Key_Home,    Qt::Key_Backspace, Qt::Key_Enter};
     switch (dice.bounded(4)) {
         case 0:
             desk.Key(dice.bounded(2) == 0 ? Qt::Key_Z : Qt::Key_A, Qt::ControlModifier);
             break;
         case 1:
-            desk.Type(QString(QChar(dice.bounded(2) == 0 ? dice.bounded(32, 127) : dice.bounded(0x4E00, 0x9F00))));
+            desk.Type(
+                QString(QChar(dice.bounded(2) == 0 ? dice.bounded(32, 127) : dice.bounded(0x4E00, 0x9F00))));
             break;
         default:
             desk.Key(kKeys[dice.bounded(18)], dice.bounded(4) == 0 ? Qt::ShiftModifier : Qt::NoModifier);
@@ -174,7 +177,8 @@ void CheckSense(const CustomDesk& desk) {
         const SlotRow& row = edited.slotTable[size_t(variant)];
         for (int item : row) {
             QVERIFY(item >= kEmptySlot && item <= FanSpeed);
-            QVERIFY(item == kEmptySlot || (flags[size_t(item)] && std::count(row.begin(), row.end(), item) == 1));
+            QVERIFY(item == kEmptySlot ||
+                    (flags[size_t(item)] && std::count(row.begin(), row.end(), item) == 1));
         }
     }
     if (custom) {
