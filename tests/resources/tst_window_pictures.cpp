@@ -217,10 +217,13 @@ private Q_SLOTS:
         QCOMPARE(movie.frameCount(), 24);
         QCOMPARE(movie.loopCount(), -1);
         movie.setCacheMode(QMovie::CacheAll);
+        // The movie itself takes from a frame's time what decoding it cost.
+        QImageReader timing(path);
         QVector<QImage> frames;
         for (int i = 0; i < 24; ++i) {
             QVERIFY(movie.jumpToFrame(i));
-            QCOMPARE(movie.nextFrameDelay(), 40);
+            timing.read();
+            QCOMPARE(timing.nextImageDelay(), 40);
             frames << movie.currentImage().convertToFormat(QImage::Format_RGB32);
             QCOMPARE(frames.last().size(), size);
             // The mask cuts the corners off; whatever it leaves of them looks like the disc.
