@@ -62,7 +62,6 @@ MainWindow::MainWindow(const Parts& parts)
                    Qt::WindowMinimizeButtonHint);
     DressWindow(*m_ui);
     m_ui->pushButton->hide();  // until a temperature has been measured
-    new FocusRing(this);
     PlaceOnScreen();
     WirePages();
     WireTools();
@@ -329,6 +328,10 @@ void MainWindow::closeEvent(QCloseEvent* event) {
 
 void MainWindow::showEvent(QShowEvent* event) {
     QMainWindow::showEvent(event);
+    if (m_focusRing == nullptr) {
+        // Not before: it would have the style decode the window's ground, and most starts end in the tray.
+        m_focusRing = new FocusRing(this);
+    }
     ShowLiveTexts();
 }
 

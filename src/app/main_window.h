@@ -27,6 +27,7 @@ namespace kivo {
 class ColorBar;
 class CustomPage;
 class EditBar;
+class FocusRing;
 class HidApi;
 class PictureList;
 class SingleInstance;
@@ -144,6 +145,7 @@ private:
     TwoWayChoice* m_orientation = nullptr;
     TwoWayChoice* m_pageChoice = nullptr;
     PictureList* m_pictures = nullptr;
+    FocusRing* m_focusRing = nullptr;
     Tray m_tray;
     QTimer m_poll;
 
