@@ -6,6 +6,7 @@
 
 #include "compose/background_picture.h"
 #include "pictures/thumbnail_cache.h"
+#include "widgets/sharp_picture.h"
 
 namespace kivo {
 
@@ -25,18 +26,12 @@ private:
     const std::atomic<bool>& m_stop;
 };
 
-bool IsResource(const QString& path) {
-    return path.startsWith(QLatin1Char(':'));
-}
-
 // The artwork comes in two sizes; files of the user's do not.
 QString SharpestSource(const QString& path, QSize pixels) {
     if (!IsResource(path) || pixels.width() <= kThumbnailSize.width()) {
         return path;
     }
-    const QFileInfo info(path);
-    QString twice =
-        info.path() + QLatin1Char('/') + info.completeBaseName() + QStringLiteral("@2x.") + info.suffix();
+    QString twice = DoublePicturePath(path);
     return QFile::exists(twice) ? twice : path;
 }
 
@@ -70,6 +65,10 @@ QImage ThumbnailOf(QFile& file, QSize pixels) {
 }
 
 }  // namespace
+
+bool IsResource(const QString& path) {
+    return path.startsWith(QLatin1Char(':'));
+}
 
 QImage MakeThumbnail(const QString& path, QSize pixels, const std::atomic<bool>& stop) {
     // Looked at before it is opened: a pipe would never give an end.

@@ -15,6 +15,9 @@ class ThumbnailCache;
 // The list's icon, in window points; what is asked for in device pixels has this shape.
 inline constexpr QSize kThumbnailSize{77, 54};
 
+// Whether a path names a part of the program and no file.
+bool IsResource(const QString& path);
+
 // The picture at path (a file or a resource) squeezed to exactly `pixels` (device pixels) whatever its shape,
 // turned upright by its own orientation mark. Decoded at reduced size where the format can. Of a resource
 // picture its "@2x" variant is taken where that is the sharper one. Null for what is no picture, cannot be
