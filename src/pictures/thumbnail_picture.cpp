@@ -2,9 +2,8 @@
 
 #include <QFile>
 #include <QFileInfo>
-#include <QImageReader>
 
-#include "compose/background_picture.h"
+#include "compose/picture_decoder.h"
 #include "pictures/thumbnail_cache.h"
 #include "widgets/sharp_picture.h"
 
@@ -35,28 +34,8 @@ QString SharpestSource(const QString& path, QSize pixels) {
     return QFile::exists(twice) ? twice : path;
 }
 
-QImage Decoded(QFile& file, QSize pixels) {
-    QImageReader reader(&file);
-    reader.setDecideFormatFromContent(true);
-    reader.setAutoTransform(true);
-    const QSize size = reader.size();
-    // Only JPEG really decodes fewer pixels; others say they can and scale what they have decoded in full.
-    const bool canScale = reader.format() == "jpeg";
-    if (size.isValid()) {
-        if (!IsReasonablePictureSize(size, canScale)) {
-            return QImage();
-        }
-        if (canScale) {
-            // It is turned after it has been scaled.
-            const bool onItsSide = reader.transformation() & QImageIOHandler::TransformationRotate90;
-            reader.setScaledSize(onItsSide ? pixels.transposed() : pixels);
-        }
-    }
-    return reader.read();
-}
-
 QImage ThumbnailOf(QFile& file, QSize pixels) {
-    const QImage picture = Decoded(file, pixels);
+    const QImage picture = DecodePicture(file, [pixels](QSize) { return pixels; }).image;
     if (picture.isNull() || pixels.isEmpty()) {
         return QImage();
     }
