@@ -123,9 +123,9 @@ DecodedPicture DecodePicture(QIODevice& device, const std::function<QSize(QSize)
     // A format that does not tell its size in the header (size is then invalid) is read as it is.
     if (size.isValid()) {
         if (!IsReasonablePictureSize(size, isJpeg && IsLineByLineJpeg(device))) {
-            return {QImage(), QStringLiteral("is too large to be shown (%1 x %2)")
-                                  .arg(size.width())
-                                  .arg(size.height())};
+            return {
+                QImage(),
+                QStringLiteral("is too large to be shown (%1 x %2)").arg(size.width()).arg(size.height())};
         }
         if (isJpeg) {
             // It is turned after it has been scaled.

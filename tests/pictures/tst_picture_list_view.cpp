@@ -25,12 +25,12 @@ namespace {
 class Asked {
 public:
     Thumbnails::Maker Maker() {
-        return [this](const QString& path, QSize pixels, const std::atomic<bool>& stop) {
+        return [this](const QString& path, QSize pixels, const ThumbnailWork& work) {
             {
                 const std::lock_guard lock(m_mutex);
                 m_paths.append(path);
             }
-            while (m_isHeld && !stop) {
+            while (m_isHeld && !work.IsStopped()) {
                 QThread::msleep(1);
             }
             return Filled(pixels, Qt::red);
@@ -433,9 +433,9 @@ private slots:
             folder.Path(QStringLiteral("missing.png")),
             folder.Write(QStringLiteral("good.png"), Encoded(Striped(QSize(300, 200)), "PNG")),
         };
-        ListInWindow made(0, [cacheFolder](const QString& path, QSize pixels, const std::atomic<bool>& stop) {
+        ListInWindow made(0, [cacheFolder](const QString& path, QSize pixels, const ThumbnailWork& work) {
             ThumbnailCache cache(cacheFolder);
-            return CachedThumbnail(cache, path, pixels, stop);
+            return CachedThumbnail(cache, path, pixels, work);
         });
         WriteStoredPictures(paths);
         made.List().LoadPictureList();
@@ -455,7 +455,7 @@ private slots:
 
     // Something stands there all the same: a hole could not be clicked.
     void ARowWithoutAPictureIsStillSeen() {
-        ListInWindow made(1, [](const QString&, QSize, const std::atomic<bool>&) { return QImage(); });
+        ListInWindow made(1, [](const QString&, QSize, const ThumbnailWork&) { return QImage(); });
         Show(made);
         const QImage drawn = made.View().viewport()->grab().toImage();
         const QRect item = made.View().visualItemRect(made.View().item(1));
