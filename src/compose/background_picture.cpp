@@ -1,19 +1,16 @@
 #include "compose/background_picture.h"
 
+#include <QFile>
 #include <QFileInfo>
-#include <QImageReader>
 #include <QLoggingCategory>
+
+#include "compose/picture_decoder.h"
 
 namespace kivo {
 
 namespace {
 
 Q_LOGGING_CATEGORY(pictureLog, "kivo.picture")
-
-// Nothing a camera or a screenshot makes is larger; what claims to be would only eat the memory.
-constexpr int kLongestSide = 32767;
-constexpr qint64 kMostPixels = 60LL * 1000 * 1000;
-constexpr qint64 kMostPixelsWhenScaled = 260LL * 1000 * 1000;
 
 // Pictures are decoded to about this many pixels on the shorter side: several times the panel's, so that a
 // trim frame still finds detail.
@@ -42,45 +39,23 @@ QRect WholePixels(const QRectF& part, QSize picture) {
 
 // Every way to have no picture: one line that names it, and null.
 QImage Refuse(const QString& path, const QString& why) {
-    qCWarning(pictureLog).noquote() << "The picture" << path
-                                    << why + QLatin1String("; the background stays black.");
+    qCWarning(pictureLog).noquote() << "The picture" << path << why + QLatin1Char('.');
     return QImage();
 }
 
 }  // namespace
 
-bool IsReasonablePictureSize(QSize size, bool canScaleWhileDecoding) {
-    if (size.isEmpty() || size.width() > kLongestSide || size.height() > kLongestSide) {
-        return false;
-    }
-    const qint64 pixels = qint64(size.width()) * size.height();
-    return pixels <= (canScaleWhileDecoding ? kMostPixelsWhenScaled : kMostPixels);
-}
-
 QImage LoadPicture(const QString& path) {
+    // Looked at before it is opened: a pipe would never give an end.
     if (!QFileInfo(path).isFile()) {
         return Refuse(path, QStringLiteral("is not a file"));
     }
-    QImageReader reader(path);
-    reader.setDecideFormatFromContent(true);
-    reader.setAutoTransform(true);
-    const QSize size = reader.size();
-    // Only JPEG really decodes fewer pixels; others say they can and scale what they have decoded in full.
-    const bool canScale = reader.format() == "jpeg";
-    // A format that does not tell its size in the header (size is then invalid) is read as it is.
-    if (size.isValid()) {
-        if (!IsReasonablePictureSize(size, canScale)) {
-            return Refuse(
-                path,
-                QStringLiteral("is too large to be shown (%1 x %2)").arg(size.width()).arg(size.height()));
-        }
-        if (canScale) {
-            reader.setScaledSize(UsefulSize(size));
-        }
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly)) {
+        return Refuse(path, QStringLiteral("cannot be read (%1)").arg(file.errorString()));
     }
-    QImage picture = reader.read();
-    return picture.isNull() ? Refuse(path, QStringLiteral("cannot be read (%1)").arg(reader.errorString()))
-                            : picture;
+    const DecodedPicture decoded = DecodePicture(file, UsefulSize);
+    return decoded.image.isNull() ? Refuse(path, decoded.refusal) : decoded.image;
 }
 
 QRectF ShownPart(QSize picture, Orientation orientation, const LayoutRecord& layout) {

@@ -18,9 +18,6 @@ namespace kivo {
 // picture, cannot be read or is absurdly large by its header (decided before any pixel is decoded).
 QImage LoadPicture(const QString& path);
 
-// Whether a picture of that size by its header is decoded at all.
-bool IsReasonablePictureSize(QSize size, bool canScaleWhileDecoding);
-
 // The part of a picture (in its own pixels) that fills the panel: as much as covers it, centred, or the trim
 // frame of the layout. The trim frame has the panel's shape and stays inside the picture.
 QRectF ShownPart(QSize picture, Orientation orientation, const LayoutRecord& layout);

@@ -44,6 +44,8 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
     void changeEvent(QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
+    // Empty, so that a press beside the buttons ends here: the window below would be dragged by it.
+    void mousePressEvent(QMouseEvent* /*event*/) override {}
 
 private:
     void Translate();

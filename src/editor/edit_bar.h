@@ -58,6 +58,8 @@ protected:
     bool event(QEvent* event) override;
     void changeEvent(QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
+    // Empty, so that a press beside the buttons ends here: the window below would be dragged by it.
+    void mousePressEvent(QMouseEvent* /*event*/) override {}
 
 private:
     void MakeColourChoices();

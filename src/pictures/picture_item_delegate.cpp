@@ -7,6 +7,7 @@
 #include <QToolTip>
 
 #include "pictures/picture_list.h"
+#include "pictures/thumbnail_picture.h"
 #include "widgets/picture_item.h"
 #include "widgets/window_colors.h"
 
@@ -14,16 +15,13 @@ namespace kivo {
 
 namespace {
 
-constexpr int kMargin = 6;
-constexpr double kRadius = 6;
-
 // Stands for a picture that is on its way, or that cannot be shown: without it such a row would be a hole.
 void DrawPlaceholder(QPainter* painter, const QRectF& place) {
     painter->save();
     painter->setRenderHint(QPainter::Antialiasing);
     painter->setPen(window_colors::kCardEdge);
     painter->setBrush(window_colors::kWell);
-    painter->drawRoundedRect(place.adjusted(0.5, 0.5, -0.5, -0.5), kRadius, kRadius);
+    painter->drawRoundedRect(place.adjusted(0.5, 0.5, -0.5, -0.5), kPictureRadius, kPictureRadius);
     painter->restore();
 }
 
@@ -36,8 +34,7 @@ QSize PictureItemDelegate::sizeHint(const QStyleOptionViewItem& option, const QM
 void PictureItemDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
                                 const QModelIndex& index) const {
     if (index.data(Qt::DecorationRole).isNull()) {
-        DrawPlaceholder(painter,
-                        QRect(option.rect.topLeft() + QPoint(kMargin, kMargin), option.decorationSize));
+        DrawPlaceholder(painter, PicturePlace(option.rect, option.decorationSize));
     }
     ExitItemDelegate::paint(painter, option, index);
 }
@@ -45,7 +42,7 @@ void PictureItemDelegate::paint(QPainter* painter, const QStyleOptionViewItem& o
 bool PictureItemDelegate::helpEvent(QHelpEvent* event, QAbstractItemView* view,
                                     const QStyleOptionViewItem& option, const QModelIndex& index) {
     const QString path = index.data(PictureList::kPathRole).toString();
-    if (event->type() != QEvent::ToolTip || path.isEmpty() || path.startsWith(QLatin1Char(':'))) {
+    if (event->type() != QEvent::ToolTip || path.isEmpty() || IsResource(path)) {
         return ExitItemDelegate::helpEvent(event, view, option, index);
     }
     QToolTip::showText(event->globalPos(), QDir::toNativeSeparators(path), view);

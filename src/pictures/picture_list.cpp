@@ -4,7 +4,6 @@
 #include <QDir>
 #include <QIcon>
 #include <QKeyEvent>
-#include <QMouseEvent>
 #include <QPixmap>
 #include <QScrollBar>
 #include <QTimer>
@@ -22,7 +21,6 @@ namespace kivo {
 namespace {
 
 constexpr int kAddRow = 0;
-constexpr int kBuiltInCount = 11;
 
 // Four columns of them in 390, three whole rows in 240.
 constexpr QSize kCellSize{97, 80};
@@ -41,10 +39,6 @@ QString Plain(const QString& path) {
 
 bool IsSamePicture(const QString& a, const QString& b) {
     return a == b || Plain(a) == Plain(b);
-}
-
-bool IsResource(const QString& path) {
-    return path.startsWith(QLatin1Char(':'));
 }
 
 bool IsBuiltInPath(const QString& path) {
@@ -137,7 +131,10 @@ void PictureList::LoadPictureList() {
     m_known.clear();
     AddPictureItem(AddEntryPath());
     for (const QString& path : ReadStoredPictures()) {
-        AddPictureItem(path);
+        // Settings written by hand: it would be a picture that cannot be told from the add entry.
+        if (!IsSamePicture(path, AddEntryPath())) {
+            AddPictureItem(path);
+        }
     }
     for (const QString& path : BuiltInBackgrounds()) {
         AddPictureItem(path);
@@ -211,24 +208,25 @@ int PictureList::RowOf(const QString& path) const {
 }
 
 int PictureList::UserPictureCount() const {
-    return qMax(0, m_view->count() - kBuiltInCount - 1);
+    return qMax(0, m_view->count() - ExitItemDelegate::kFixedRows);
 }
 
 bool PictureList::IsUserPicture(int row) const {
-    return row > kAddRow && row <= UserPictureCount();
+    return ExitItemDelegate::CanDelete(row, m_view->count());
 }
 
 bool PictureList::IsBuiltIn(int row) const {
-    return row > UserPictureCount() && row < m_view->count();
+    return row > kAddRow && row < m_view->count() && !IsUserPicture(row);
 }
 
 void PictureList::SelectPicture(const QString& path, const QString& secondPath) {
+    // Deliberate: where no row has it none is selected. A frame round another picture would say that this one
+    // is shown.
     const int row = RowOf(path.isEmpty() ? secondPath : path);
-    if (row >= 0) {
-        m_view->setCurrentRow(row);
-    } else {
-        LeaveAddEntry();
+    if (row < 0) {
+        m_lastPicture = QPersistentModelIndex();
     }
+    m_view->setCurrentRow(row);
 }
 
 QString PictureList::BackgroundAfterRemoval(const QString& background, const QString& removed,
@@ -243,13 +241,6 @@ QString PictureList::BackgroundAfterRemoval(const QString& background, const QSt
 
 QString PictureList::PictureFileFilter() {
     return QStringLiteral("*.webp *.jfif *.gif *.bmp *.jpg *.jpeg *.png;;") + tr("All Files(*)");
-}
-
-void PictureList::ReloadTexts() {
-    for (int row = 0; row < m_view->count(); ++row) {
-        m_view->item(row)->setText(RowText(PathAt(row)));
-    }
-    m_view->setAccessibleName(tr("背景图片"));
 }
 
 // The selection has to tell which picture is shown, and the add entry is none. With the keys it can be stood
@@ -273,7 +264,7 @@ void PictureList::RememberPicture(int row) {
 
 void PictureList::HandleClick(const QModelIndex& index) {
     // The view reports a click on the delete cross, too.
-    if (!m_releasedOnCross) {
+    if (!m_delegate->IsClickOnCross()) {
         Q_EMIT picked(index);
     }
     LeaveAddEntry();
@@ -287,23 +278,15 @@ bool PictureList::HandleKey(int key) {
         case Qt::Key_Space:
             Q_EMIT picked(current);
             return true;
-        // Taken here: the view hands a key on to its delegate only where the platform gives it a character.
+        // A built-in picture has no cross, but whoever wants to delete it is told why it stays.
         case Qt::Key_Delete:
-            if (IsUserPicture(current.row())) {
+            if (current.row() > kAddRow) {
                 Q_EMIT m_delegate->handleDeleteClick(current.row());
             }
             return true;
         default:
             return false;
     }
-}
-
-void PictureList::HandleRelease(QPoint at) {
-    const QModelIndex index = m_view->indexAt(at);
-    m_releasedOnCross =
-        IsUserPicture(index.row()) && ExitItemDelegate::CrossRect(m_view->visualRect(index)).contains(at);
-    // A press that was let go elsewhere is no click, but has made its row the current one.
-    QTimer::singleShot(0, this, &PictureList::LeaveAddEntry);
 }
 
 bool PictureList::eventFilter(QObject* watched, QEvent* event) {
@@ -324,8 +307,9 @@ bool PictureList::eventFilter(QObject* watched, QEvent* event) {
             LeaveAddEntry();
             break;
         case QEvent::MouseButtonRelease:
+            // A press that was let go elsewhere is no click, but has made its row the current one.
             if (watched == m_view->viewport()) {
-                HandleRelease(static_cast<QMouseEvent*>(event)->pos());
+                QTimer::singleShot(0, this, &PictureList::LeaveAddEntry);
             }
             break;
         case QEvent::KeyPress:

@@ -10,7 +10,6 @@
 #include <QModelIndex>
 #include <QObject>
 #include <QPersistentModelIndex>
-#include <QPoint>
 #include <QSize>
 #include <QString>
 #include <QStringList>
@@ -41,7 +40,8 @@ public:
     explicit PictureList(MyListWidget* view, QObject* parent = nullptr);
     PictureList(MyListWidget* view, Thumbnails::Maker maker, QObject* parent = nullptr);
 
-    // Clears the list and fills it from the settings. Selects nothing.
+    // Clears the list and fills it from the settings; the add entry's path is no picture there. Selects
+    // nothing.
     void LoadPictureList();
     // True when the user's pictures are on disk.
     bool SavePictureList();
@@ -64,7 +64,7 @@ public:
     bool IsBuiltIn(int row) const;
 
     // Selects the row of a layout's picture path or, where that is empty, of its second one. Where no row has
-    // it the selection stays, but not on the add entry.
+    // it none is selected and none is the current one.
     void SelectPicture(const QString& path, const QString& secondPath);
 
     // What stands behind the texts after the picture `removed` has been taken out of `row`: `background` as
@@ -75,10 +75,8 @@ public:
     // For the file dialog, in Qt's form.
     static QString PictureFileFilter();
 
-    // Names the rows anew after a change of the language.
-    void ReloadTexts();
-
-    // Emits handleDeleteClick(row) for a click on a delete cross, and for the delete key.
+    // Emits handleDeleteClick(row) for a click on a delete cross, and for the delete key on any picture: also
+    // on a built-in one, which stays.
     ExitItemDelegate* Delegate() const;
 
     // A scroll bar that does what the view's own would do, for a place outside of it; the view itself shows
@@ -104,7 +102,6 @@ private:
 
     bool HandleKey(int key);
     void HandleClick(const QModelIndex& index);
-    void HandleRelease(QPoint at);
     void RememberPicture(int row);
     void LeaveAddEntry();
 
@@ -123,7 +120,6 @@ private:
     QHash<QString, Known> m_known;
     int m_round = 0;
     QPersistentModelIndex m_lastPicture;
-    bool m_releasedOnCross = false;
 };
 
 }  // namespace kivo

@@ -27,6 +27,9 @@ constexpr qint64 kLargestFile = qint64{1024} * 1024;  // one thumbnail; what is 
 // The time of a file's last use is its time of change, set anew at most so often.
 constexpr int kTouchAfterDays = 1;
 
+// No thumbnail takes so long to be written: whoever began it is gone.
+constexpr int kLeftoverAfterDays = 1;
+
 QString Suffix() {
     return QStringLiteral(".thumb");
 }
@@ -122,7 +125,30 @@ void ThumbnailCache::Store(const QString& key, const QImage& thumbnail) {
     }
 }
 
+// A program that ends while it writes leaves its temporary file behind.
+void ThumbnailCache::RemoveLeftovers() const {
+    const QDateTime longAgo = QDateTime::currentDateTimeUtc().addDays(-kLeftoverAfterDays);
+    const QFileInfoList files = QDir(m_folder).entryInfoList(
+        {QLatin1Char('*') + Suffix() + QLatin1String(".*")}, QDir::Files | QDir::NoSymLinks | QDir::Hidden);
+    for (const QFileInfo& file : files) {
+        if (file.lastModified() < longAgo) {
+            QFile::remove(file.absoluteFilePath());
+        }
+    }
+}
+
+bool ThumbnailCache::IsKnownAsBroken(const QString& key) const {
+    const std::lock_guard lock(m_brokenMutex);
+    return m_broken.contains(key);
+}
+
+void ThumbnailCache::RememberAsBroken(const QString& key) {
+    const std::lock_guard lock(m_brokenMutex);
+    m_broken.insert(key);
+}
+
 void ThumbnailCache::Prune() const {
+    RemoveLeftovers();
     // Newest first. Only our own files, whatever else somebody may have put there.
     const QFileInfoList files = QDir(m_folder).entryInfoList({QLatin1Char('*') + Suffix()},
                                                              QDir::Files | QDir::NoSymLinks, QDir::Time);

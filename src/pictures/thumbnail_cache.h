@@ -5,10 +5,12 @@
 
 #include <QFileInfo>
 #include <QImage>
+#include <QSet>
 #include <QSize>
 #include <QString>
 
 #include <atomic>
+#include <mutex>
 
 namespace kivo {
 
@@ -32,15 +34,23 @@ public:
     // In one step: a thumbnail is there as a whole or not at all. A failure is silent, it only costs time.
     // From time to time throws the longest unused ones away.
     void Store(const QString& key, const QImage& thumbnail);
-    // Throws away the longest unused ones when all together are larger than they may be.
+    // Throws away what was left half written long ago, and the longest unused ones when all together are
+    // larger than they may be.
     void Prune() const;
+
+    // Pictures that were found to be none, for as long as this object lives.
+    bool IsKnownAsBroken(const QString& key) const;
+    void RememberAsBroken(const QString& key);
 
 private:
     QString FilePath(const QString& key) const;
+    void RemoveLeftovers() const;
 
     const QString m_folder;
     const qint64 m_mostBytes;
     std::atomic<qint64> m_storedSincePrune;
+    mutable std::mutex m_brokenMutex;
+    QSet<QString> m_broken;
 };
 
 }  // namespace kivo

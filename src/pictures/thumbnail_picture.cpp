@@ -2,107 +2,109 @@
 
 #include <QFile>
 #include <QFileInfo>
-#include <QImageReader>
 
-#include "compose/background_picture.h"
+#include "compose/picture_decoder.h"
 #include "pictures/thumbnail_cache.h"
+#include "pictures/thumbnail_work.h"
+#include "widgets/sharp_picture.h"
 
 namespace kivo {
 
 namespace {
 
-// Stops giving data as soon as it is told to, so that a long decode ends with the program.
-class StoppableFile final : public QFile {
+// Tells while it is being read.
+class WatchedFile final : public QFile {
 public:
-    StoppableFile(const QString& path, const std::atomic<bool>& stop) : QFile(path), m_stop(stop) {}
+    WatchedFile(const QString& path, const ThumbnailWork& work) : QFile(path), m_work(work) {}
 
 protected:
     qint64 readData(char* data, qint64 length) override {
-        return m_stop ? -1 : QFile::readData(data, length);
+        const ThumbnailWork::FileAccess access(m_work);
+        return QFile::readData(data, length);
     }
 
 private:
-    const std::atomic<bool>& m_stop;
+    const ThumbnailWork& m_work;
 };
 
-bool IsResource(const QString& path) {
-    return path.startsWith(QLatin1Char(':'));
-}
+struct Made {
+    QImage thumbnail;
+    bool isBroken = false;  // the file was read as it is, and there is no picture in it
+};
 
 // The artwork comes in two sizes; files of the user's do not.
 QString SharpestSource(const QString& path, QSize pixels) {
     if (!IsResource(path) || pixels.width() <= kThumbnailSize.width()) {
         return path;
     }
-    const QFileInfo info(path);
-    QString twice =
-        info.path() + QLatin1Char('/') + info.completeBaseName() + QStringLiteral("@2x.") + info.suffix();
+    QString twice = DoublePicturePath(path);
     return QFile::exists(twice) ? twice : path;
 }
 
-QImage Decoded(QFile& file, QSize pixels) {
-    QImageReader reader(&file);
-    reader.setDecideFormatFromContent(true);
-    reader.setAutoTransform(true);
-    const QSize size = reader.size();
-    // Only JPEG really decodes fewer pixels; others say they can and scale what they have decoded in full.
-    const bool canScale = reader.format() == "jpeg";
-    if (size.isValid()) {
-        if (!IsReasonablePictureSize(size, canScale)) {
-            return QImage();
-        }
-        if (canScale) {
-            // It is turned after it has been scaled.
-            const bool onItsSide = reader.transformation() & QImageIOHandler::TransformationRotate90;
-            reader.setScaledSize(onItsSide ? pixels.transposed() : pixels);
-        }
-    }
-    return reader.read();
+bool Open(QFile& file, const QString& path, const ThumbnailWork& work) {
+    const ThumbnailWork::FileAccess access(work);
+    // Looked at before it is opened: a pipe would never give an end.
+    return QFileInfo(path).isFile() && file.open(QIODevice::ReadOnly);
 }
 
-QImage ThumbnailOf(QFile& file, QSize pixels) {
-    const QImage picture = Decoded(file, pixels);
-    if (picture.isNull() || pixels.isEmpty()) {
-        return QImage();
+// A file is never cut short, not even at the end of the program: decoders would call it damaged in the log.
+Made Make(const QString& path, QSize pixels, const ThumbnailWork& work) {
+    WatchedFile file(SharpestSource(path, pixels), work);
+    if (work.IsStopped() || pixels.isEmpty() || !Open(file, path, work)) {
+        return {};
     }
-    return picture.scaled(pixels, Qt::IgnoreAspectRatio, Qt::SmoothTransformation)
-        .convertToFormat(QImage::Format_ARGB32_Premultiplied);
+    const QImage picture = DecodePicture(file, [pixels](QSize) { return pixels; }).image;
+    // A picture whose reading failed may have been decoded in part. Nothing is scaled any more once the end
+    // has come: that may need what the program has put away by then.
+    if (work.IsStopped() || file.error() != QFileDevice::NoError) {
+        return {};
+    }
+    if (picture.isNull()) {
+        return {QImage(), true};
+    }
+    return {picture.scaled(pixels, Qt::IgnoreAspectRatio, Qt::SmoothTransformation)
+                .convertToFormat(QImage::Format_ARGB32_Premultiplied),
+            false};
+}
+
+QString KeyOf(const QString& path, QSize pixels, const ThumbnailWork& work) {
+    const ThumbnailWork::FileAccess access(work);
+    return ThumbnailCache::Key(QFileInfo(path), pixels);
 }
 
 }  // namespace
 
-QImage MakeThumbnail(const QString& path, QSize pixels, const std::atomic<bool>& stop) {
-    // Looked at before it is opened: a pipe would never give an end.
-    if (!QFileInfo(path).isFile()) {
-        return QImage();
-    }
-    StoppableFile file(SharpestSource(path, pixels), stop);
-    if (stop || !file.open(QIODevice::ReadOnly)) {
-        return QImage();
-    }
-    QImage thumbnail = ThumbnailOf(file, pixels);
-    // A picture whose reading was cut short may have been decoded in part.
-    return stop || file.error() != QFileDevice::NoError ? QImage() : thumbnail;
+bool IsResource(const QString& path) {
+    return path.startsWith(QLatin1Char(':'));
 }
 
-QImage CachedThumbnail(ThumbnailCache& cache, const QString& path, QSize pixels,
-                       const std::atomic<bool>& stop) {
+QImage MakeThumbnail(const QString& path, QSize pixels, const ThumbnailWork& work) {
+    return Make(path, pixels, work).thumbnail;
+}
+
+QImage CachedThumbnail(ThumbnailCache& cache, const QString& path, QSize pixels, const ThumbnailWork& work) {
     // What is part of the program changes with it and is quickly decoded.
     if (IsResource(path)) {
-        return MakeThumbnail(path, pixels, stop);
+        return MakeThumbnail(path, pixels, work);
     }
-    const QString key = ThumbnailCache::Key(QFileInfo(path), pixels);
-    if (key.isEmpty() || stop) {
+    const QString key = KeyOf(path, pixels, work);
+    if (key.isEmpty() || work.IsStopped() || cache.IsKnownAsBroken(key)) {
         return QImage();
     }
     QImage thumbnail = cache.Load(key, pixels);
-    if (thumbnail.isNull()) {
-        thumbnail = MakeThumbnail(path, pixels, stop);
-        if (!thumbnail.isNull()) {
-            cache.Store(key, thumbnail);
-        }
+    if (!thumbnail.isNull()) {
+        return thumbnail;
     }
-    return thumbnail;
+    Made made = Make(path, pixels, work);
+    if (work.IsStopped()) {
+        return QImage();
+    }
+    if (made.isBroken) {
+        cache.RememberAsBroken(key);
+    } else if (!made.thumbnail.isNull()) {
+        cache.Store(key, made.thumbnail);
+    }
+    return made.thumbnail;
 }
 
 }  // namespace kivo

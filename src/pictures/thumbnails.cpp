@@ -3,17 +3,20 @@
 #include <QTimerEvent>
 
 #include <algorithm>
+#include <atomic>
 #include <chrono>
 #include <condition_variable>
 #include <deque>
 #include <list>
 #include <mutex>
+#include <optional>
 #include <thread>
 #include <utility>
 #include <vector>
 
 #include "pictures/thumbnail_cache.h"
 #include "pictures/thumbnail_picture.h"
+#include "pictures/thumbnail_work.h"
 
 namespace kivo {
 
@@ -22,13 +25,16 @@ namespace {
 using Clock = std::chrono::steady_clock;
 
 // Two keep a screenful ahead of the eye and leave the window its share of a small machine.
-constexpr std::size_t kUsualWorkers = 2;
-// A thread that hangs in a file for so long is replaced by another one, up to so many.
+constexpr std::size_t kAtWork = 2;
+// A thread that hangs in a file for so long is replaced by another one, up to so many. When its file lets it
+// go it waits for its turn.
 constexpr std::chrono::seconds kHangsAfter{2};
 constexpr std::size_t kMostWorkers = 8;
 constexpr int kWatchIntervalMs = 500;
 // The end waits for a decode under way no longer than this.
 constexpr std::chrono::milliseconds kEndPatience{300};
+
+std::atomic<bool> leftThreadBehind{false};
 
 struct Job {
     QString path;
@@ -47,9 +53,11 @@ struct Result {
 struct Worker {
     std::thread thread;
     bool busy = false;
+    bool hangs = false;  // until its file lets it go
+    bool waits = false;  // for its turn, after it hung
     bool ended = false;
-    Job job;  // while busy
-    Clock::time_point busySince;
+    Job job;                                  // while busy
+    std::optional<Clock::time_point> inFile;  // since when
 };
 
 }  // namespace
@@ -71,19 +79,20 @@ struct Thumbnails::Shared {
     void Work(Worker& self) {
         std::unique_lock lock(mutex);
         while (true) {
-            wake.wait(lock, [this] { return stop || !queue.empty(); });
+            wake.wait(lock, [this] { return stop || (!queue.empty() && HasPlace()); });
             if (stop) {
                 break;
             }
             self.job = std::move(queue.front());
             queue.pop_front();
             self.busy = true;
-            self.busySince = Clock::now();
             Result result{self.job, QImage()};
             lock.unlock();
-            result.thumbnail = maker(result.job.path, result.job.pixels, stop);
+            const ThumbnailWork work(stop, [this, &self](bool inFile) { Follow(self, inFile); });
+            result.thumbnail = maker(result.job.path, result.job.pixels, work);
             lock.lock();
             self.busy = false;
+            wake.notify_all();
             Report(std::move(result));
         }
         self.ended = true;
@@ -106,11 +115,41 @@ struct Thumbnails::Shared {
                            [&job](const Worker& worker) { return worker.busy && worker.job == job; });
     }
 
-    bool EveryWorkerHangs() const {
+    // On the worker's own thread, without the lock.
+    void Follow(Worker& self, bool inFile) {
+        std::unique_lock lock(mutex);
+        if (inFile) {
+            self.inFile = Clock::now();
+            return;
+        }
+        self.inFile.reset();
+        if (!self.hangs) {
+            return;
+        }
+        self.hangs = false;
+        self.waits = true;
+        wake.wait(lock, [this] { return stop || Count(&IsAtWork) < kAtWork; });
+        self.waits = false;
+    }
+
+    static bool IsAtWork(const Worker& worker) { return worker.busy && !worker.hangs && !worker.waits; }
+    static bool IsIdle(const Worker& worker) { return !worker.busy; }
+
+    std::size_t Count(bool (*matches)(const Worker&)) const {
+        return static_cast<std::size_t>(std::count_if(workers.begin(), workers.end(), matches));
+    }
+
+    // For one more job. Whoever waits for its turn goes first.
+    bool HasPlace() const {
+        return Count([](const Worker& worker) { return worker.busy && !worker.hangs; }) < kAtWork;
+    }
+
+    void FindHanging() {
         const Clock::time_point longAgo = Clock::now() - kHangsAfter;
-        return std::all_of(workers.begin(), workers.end(), [longAgo](const Worker& worker) {
-            return worker.busy && worker.busySince < longAgo;
-        });
+        for (Worker& worker : workers) {
+            worker.hangs = worker.hangs || (worker.inFile && *worker.inFile < longAgo);
+        }
+        wake.notify_all();
     }
 
     bool HasEnded() const {
@@ -120,8 +159,8 @@ struct Thumbnails::Shared {
 
 Thumbnails::Maker Thumbnails::CachedMaker() {
     auto cache = std::make_shared<ThumbnailCache>();
-    return [cache](const QString& path, QSize pixels, const std::atomic<bool>& stop) {
-        return CachedThumbnail(*cache, path, pixels, stop);
+    return [cache](const QString& path, QSize pixels, const ThumbnailWork& work) {
+        return CachedThumbnail(*cache, path, pixels, work);
     };
 }
 
@@ -140,6 +179,7 @@ Thumbnails::~Thumbnails() {
             if (worker.ended) {
                 toJoin.push_back(std::move(worker.thread));
             } else {
+                leftThreadBehind = true;
                 worker.thread.detach();
             }
         }
@@ -149,6 +189,11 @@ Thumbnails::~Thumbnails() {
     }
 }
 
+bool Thumbnails::EverythingEnded() {
+    return !leftThreadBehind;
+}
+
+// Under the lock.
 void Thumbnails::StartWorker() {
     Worker& worker = m_shared->workers.emplace_back();
     worker.thread = std::thread([shared = m_shared, &worker] { shared->Work(worker); });
@@ -166,7 +211,7 @@ void Thumbnails::Want(const QStringList& paths, QSize pixels) {
     if (m_shared->queue.empty()) {
         return;
     }
-    while (m_shared->workers.size() < kUsualWorkers) {
+    while (m_shared->workers.size() < kAtWork) {
         StartWorker();
     }
     m_shared->wake.notify_all();
@@ -184,7 +229,11 @@ void Thumbnails::timerEvent(QTimerEvent* event) {
     if (m_shared->queue.empty()) {
         killTimer(m_watchTimer);
         m_watchTimer = 0;
-    } else if (m_shared->workers.size() < kMostWorkers && m_shared->EveryWorkerHangs()) {
+        return;
+    }
+    m_shared->FindHanging();
+    while (m_shared->workers.size() < kMostWorkers && m_shared->HasPlace() &&
+           m_shared->Count(&Shared::IsIdle) == 0) {
         StartWorker();
     }
 }

@@ -1,6 +1,5 @@
 #include "widgets/exit_item_delegate.h"
 
-#include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
 
@@ -63,46 +62,33 @@ QSize ExitItemDelegate::sizeHint(const QStyleOptionViewItem& option, const QMode
 
 bool ExitItemDelegate::editorEvent(QEvent* event, QAbstractItemModel* model,
                                    const QStyleOptionViewItem& option, const QModelIndex& index) {
-    const bool canDelete = CanDelete(index.row(), model->rowCount());
     switch (event->type()) {
         case QEvent::MouseButtonPress:
         case QEvent::MouseButtonDblClick:
         case QEvent::MouseButtonRelease: {
             auto* const mouse = static_cast<QMouseEvent*>(event);
             const QPoint position(qRound(mouse->localPos().x()), qRound(mouse->localPos().y()));
-            const bool isHit = canDelete && CrossRect(option.rect).contains(position);
-            if (mouse->button() == Qt::LeftButton && TakeLeftButton(mouse, isHit, index.row()))
+            const bool isHit =
+                CanDelete(index.row(), model->rowCount()) && CrossRect(option.rect).contains(position);
+            if (mouse->button() == Qt::LeftButton && TakeLeftButton(event->type(), isHit, index.row()))
                 return true;
             break;
         }
-        case QEvent::KeyPress:
-            if (canDelete && static_cast<QKeyEvent*>(event)->key() == Qt::Key_Delete) {
-                Q_EMIT handleDeleteClick(index.row());
-                return true;
-            }
-            break;
         default:
             break;
     }
     return QStyledItemDelegate::editorEvent(event, model, option, index);
 }
 
-// A click asks once, though its press, its release and the second press of a double click all arrive here. A
-// press elsewhere that is let go over the cross is no click on it.
-bool ExitItemDelegate::TakeLeftButton(QMouseEvent* event, bool isHit, int row) {
-    const Press before = m_press;
-    bool asks = isHit;
-    if (event->type() == QEvent::MouseButtonRelease) {
-        m_press = Press::None;
-        if (before == Press::Elsewhere)
-            return false;
-        asks = isHit && before == Press::None;
-        isHit = isHit || before == Press::OnCross;
-    } else {
-        m_press = isHit ? Press::OnCross : Press::Elsewhere;
-        asks = isHit && event->type() == QEvent::MouseButtonPress;
-    }
-    if (asks)
+// A click asks once, though its press, its release and the second press of a double click all arrive here. It
+// belongs to the place of its press, wherever it is let go.
+bool ExitItemDelegate::TakeLeftButton(QEvent::Type type, bool isHit, int row) {
+    const bool endsPress = type == QEvent::MouseButtonRelease && m_isPressed;
+    m_isPressed = type != QEvent::MouseButtonRelease;
+    if (endsPress)
+        return m_isClickOnCross;
+    m_isClickOnCross = isHit;
+    if (isHit && type != QEvent::MouseButtonDblClick)
         Q_EMIT handleDeleteClick(row);
     return isHit;
 }

@@ -3,6 +3,7 @@
 #include <QGuiApplication>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QPainterPath>
 #include <QPointer>
 #include <QScreen>
 #include <QTextLayout>
@@ -18,6 +19,8 @@ namespace colors = window_colors;
 namespace {
 
 constexpr QSize kPanel(380, 200);
+constexpr int kWidestPanel = 600;
+constexpr int kWideningStep = 20;
 constexpr qreal kPanelRadius = 16;
 constexpr int kShadow = 14;
 constexpr int kMargin = 24;
@@ -38,21 +41,37 @@ QFont SizedFont(const QFont& base, int pixels, int weight) {
     return font;
 }
 
-// Breaks the text into lines of the panel's width and gives the height of all of them.
-int LayOutText(QTextLayout& layout) {
+// Breaks the text into lines of that width and gives the height of all of them.
+int LayOutText(QTextLayout& layout, int width) {
     QTextOption option;
     option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
     layout.setTextOption(option);
     layout.beginLayout();
     int lines = 0;
     for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
-        line.setLineWidth(kPanel.width() - kTextLeft - kMargin);
+        line.setLineWidth(width);
         const qreal above = (kLineHeight - line.height()) / 2;
         line.setPosition(QPointF(0, lines * kLineHeight + above));
         ++lines;
     }
     layout.endLayout();
     return lines * kLineHeight;
+}
+
+int TextWidth(int panelWidth) {
+    return panelWidth - kTextLeft - kMargin;
+}
+
+// The text without what does not fit so many lines; the last one then ends in dots.
+QString ShortenedText(const QString& text, const QFont& font, int width, int mostLines) {
+    QTextLayout layout(text, font);
+    LayOutText(layout, width);
+    if (layout.lineCount() <= mostLines)
+        return text;
+    const int lastLine = layout.lineAt(mostLines - 1).textStart();
+    QString rest = text.mid(lastLine);
+    rest.replace(QChar::LineSeparator, QLatin1Char(' '));
+    return text.left(lastLine) + QFontMetrics(font).elidedText(rest, Qt::ElideRight, width);
 }
 
 void DrawShadow(QPainter& painter, const QRectF& panel) {
@@ -117,6 +136,7 @@ ExitMessageBox::ExitMessageBox(const QString& text, QWidget* window)
     new FocusRing(this);
     if (m_window != nullptr)
         m_window->installEventFilter(this);
+    m_overWindow = IsWindowSeen();
     Place();
 }
 
@@ -133,30 +153,62 @@ void ExitMessageBox::Tell(QWidget* window, const QString& text) {
     Run(text, window, true);
 }
 
-bool ExitMessageBox::HasWindowBelow() const {
+bool ExitMessageBox::IsWindowSeen() const {
     return m_window != nullptr && m_window->isVisible() && !m_window->isMinimized();
 }
 
+// Once the window has been seen the box belongs to it, also while it is away again.
+void ExitMessageBox::LookBelow() {
+    if (!IsWindowSeen())
+        return;
+    m_overWindow = true;
+    // A picture of the window under the veil, so that nothing depends on a desktop that can blend windows.
+    m_below = m_window->grab();
+}
+
 void ExitMessageBox::Place() {
-    if (HasWindowBelow()) {
-        setGeometry(m_window->geometry());
+    LayOutPanel();
+    if (m_overWindow) {
+        clearMask();
+        if (IsWindowSeen())
+            setGeometry(m_window->geometry());
     } else {
-        QRect place(QPoint(0, 0), PanelSize() + QSize(2 * kShadow, 2 * kShadow));
+        QRect place(QPoint(0, 0), m_panelSize);
         place.moveCenter(QGuiApplication::primaryScreen()->availableGeometry().center());
         setGeometry(place);
+        // A shadow would be a black frame where the desktop does not blend windows.
+        QPainterPath panel;
+        panel.addRoundedRect(QRectF(QPointF(0, 0), QSizeF(m_panelSize)), kPanelRadius, kPanelRadius);
+        setMask(QRegion(panel.toFillPolygon().toPolygon()));
     }
     PlaceButtons();
 }
 
-QSize ExitMessageBox::PanelSize() const {
-    QTextLayout layout(LineText(), SizedFont(font(), kTextPixels, QFont::Normal));
-    const int needed = kIcon.top() + LayOutText(layout) + kMargin + kButton.height() + kButtonFoot;
-    return {kPanel.width(), qMax(kPanel.height(), needed)};
+// As wide as usual unless the text would make it a tower, and no larger than the place it stands in.
+void ExitMessageBox::LayOutPanel() {
+    QString text = m_text;
+    text.replace(QLatin1Char('\n'), QChar::LineSeparator);
+    const QFont textFont = SizedFont(font(), kTextPixels, QFont::Normal);
+    const QSize room = (m_overWindow ? m_window->size() : QGuiApplication::primaryScreen()->availableSize()) -
+                       QSize(2 * kShadow, 2 * kShadow);
+    const int around = kIcon.top() + kMargin + kButton.height() + kButtonFoot;
+    const int widest = qMax(kPanel.width(), qMin(kWidestPanel, room.width()));
+    int width = kPanel.width();
+    int textHeight = 0;
+    for (;; width = qMin(width + kWideningStep, widest)) {
+        QTextLayout layout(text, textFont);
+        textHeight = LayOutText(layout, TextWidth(width));
+        if (width == widest || around + textHeight <= width * 2 / 3)
+            break;
+    }
+    const int mostLines = qMax(1, (room.height() - around) / kLineHeight);
+    m_shownText = ShortenedText(text, textFont, TextWidth(width), mostLines);
+    textHeight = qMin(textHeight, mostLines * kLineHeight);
+    m_panelSize = QSize(width, qMax(kPanel.height(), around + textHeight));
 }
 
 QRect ExitMessageBox::PanelRect() const {
-    const QSize size = PanelSize();
-    return {QPoint((width() - size.width()) / 2, (height() - size.height()) / 2), size};
+    return {QPoint((width() - m_panelSize.width()) / 2, (height() - m_panelSize.height()) / 2), m_panelSize};
 }
 
 // From the right: OK, and Cancel where there is one. A long word makes its button wider.
@@ -172,19 +224,28 @@ void ExitMessageBox::PlaceButtons() {
 }
 
 bool ExitMessageBox::eventFilter(QObject* watched, QEvent* event) {
-    const bool movesBox = event->type() == QEvent::Move || event->type() == QEvent::Resize ||
-                          event->type() == QEvent::WindowStateChange;
-    if (watched == m_window && movesBox && HasWindowBelow()) {
-        if (event->type() != QEvent::Move)
-            m_below = m_window->grab();
-        Place();
+    if (watched == m_window && IsWindowSeen()) {
+        switch (event->type()) {
+            case QEvent::Show:
+            case QEvent::Resize:
+            case QEvent::WindowStateChange:
+                LookBelow();
+                Place();
+                raise();
+                update();
+                break;
+            case QEvent::Move:
+                setGeometry(m_window->geometry());
+                break;
+            default:
+                break;
+        }
     }
     return QDialog::eventFilter(watched, event);
 }
 
 void ExitMessageBox::showEvent(QShowEvent* event) {
-    // A picture of the window under the veil, so that nothing depends on a desktop that can blend windows.
-    m_below = HasWindowBelow() ? m_window->grab() : QPixmap();
+    LookBelow();
     Place();
     QDialog::showEvent(event);
 }
@@ -195,16 +256,19 @@ void ExitMessageBox::resizeEvent(QResizeEvent* event) {
 }
 
 // The box covers the window, so the window is dragged by it.
+QWidget& ExitMessageBox::DraggedWidget() {
+    return IsWindowSeen() ? *m_window : *this;
+}
+
 void ExitMessageBox::mousePressEvent(QMouseEvent* event) {
     m_dragging = event->button() == Qt::LeftButton;
-    m_dragOffset = event->globalPos() - (HasWindowBelow() ? m_window->pos() : pos());
+    m_dragOffset = event->globalPos() - DraggedWidget().pos();
 }
 
 void ExitMessageBox::mouseMoveEvent(QMouseEvent* event) {
     if (!m_dragging || event->buttons() == Qt::NoButton)
         return;
-    QWidget* const moved = HasWindowBelow() ? m_window : this;
-    moved->move(event->globalPos() - m_dragOffset);
+    DraggedWidget().move(event->globalPos() - m_dragOffset);
 }
 
 void ExitMessageBox::mouseReleaseEvent(QMouseEvent* /*event*/) {
@@ -214,16 +278,16 @@ void ExitMessageBox::mouseReleaseEvent(QMouseEvent* /*event*/) {
 void ExitMessageBox::paintEvent(QPaintEvent* /*event*/) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    if (HasWindowBelow()) {
+    if (m_overWindow) {
         painter.drawPixmap(rect(), m_below);
         painter.fillRect(rect(), colors::kScrim);
+        DrawShadow(painter, PanelRect());
     }
     DrawPanel(painter);
 }
 
 void ExitMessageBox::DrawPanel(QPainter& painter) const {
     const QRect panel = PanelRect();
-    DrawShadow(painter, panel);
     painter.setPen(QPen(colors::kRaisedEdge, 1));
     painter.setBrush(colors::kMessagePanel);
     painter.drawRoundedRect(QRectF(panel).adjusted(.5, .5, -.5, -.5), kPanelRadius - .5, kPanelRadius - .5);
@@ -231,10 +295,11 @@ void ExitMessageBox::DrawPanel(QPainter& painter) const {
     painter.translate(panel.topLeft());
     painter.setPen(colors::kTextHigh);
     painter.setFont(SizedFont(font(), kTitlePixels, QFont::Medium));
-    painter.drawText(kTitle, Qt::AlignLeft | Qt::AlignVCenter, windowTitle());
+    painter.drawText(kTitle.adjusted(0, 0, panel.width() - kPanel.width(), 0),
+                     Qt::AlignLeft | Qt::AlignVCenter, windowTitle());
 
-    QTextLayout layout(LineText(), SizedFont(font(), kTextPixels, QFont::Normal));
-    const int textHeight = LayOutText(layout);
+    QTextLayout layout(m_shownText, SizedFont(font(), kTextPixels, QFont::Normal));
+    const int textHeight = LayOutText(layout, TextWidth(panel.width()));
     // One line stands beside the icon's middle, more of them begin at its top.
     const int lift = qMax(0, (kIcon.height() - textHeight) / 2);
     painter.setPen(colors::kTextBody);
@@ -244,11 +309,6 @@ void ExitMessageBox::DrawPanel(QPainter& painter) const {
         DrawPlainWarning(painter, kIcon);
     else
         m_warning.Draw(painter, kIcon);
-}
-
-QString ExitMessageBox::LineText() const {
-    QString text = m_text;
-    return text.replace(QLatin1Char('\n'), QChar::LineSeparator);
 }
 
 }  // namespace kivo

@@ -17,8 +17,9 @@ class ExitMessageBox : public QDialog {
     Q_OBJECT
 
 public:
-    // `window` may be null or hidden: then the panel stands alone in the middle of the screen. The text may
-    // hold line breaks; it is wrapped, and the panel grows with it.
+    // `window` may be null or hidden: then the panel stands alone in the middle of the screen, until that
+    // window is seen. The text may hold line breaks; it is wrapped, and the panel grows with it as far as the
+    // window or the screen allows. What does not fit is left out and ends in dots.
     explicit ExitMessageBox(const QString& text, QWidget* window = nullptr);
 
     // A notice: nothing to cancel.
@@ -44,11 +45,12 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
-    bool HasWindowBelow() const;
+    bool IsWindowSeen() const;
+    void LookBelow();
     void Place();
+    void LayOutPanel();
     void PlaceButtons();
-    QSize PanelSize() const;
-    QString LineText() const;
+    QWidget& DraggedWidget();
     void DrawPanel(QPainter& painter) const;
 
     QString m_text;
@@ -56,7 +58,10 @@ private:
     NimbPushButton* m_okButton;
     NimbPushButton* m_cancelButton;
     SharpPicture m_warning;
-    QPixmap m_below;  // what the window looked like when the box came up
+    bool m_overWindow = false;
+    QPixmap m_below;      // what the window looks like under the box
+    QString m_shownText;  // as much of the text as fits
+    QSize m_panelSize;
     QPoint m_dragOffset;
     bool m_dragging = false;
 };

@@ -1,6 +1,5 @@
 #include "widgets/my_list_widget.h"
 
-#include <QKeyEvent>
 #include <QMouseEvent>
 #include <QScrollBar>
 
@@ -36,13 +35,6 @@ void MyListWidget::mousePressEvent(QMouseEvent* event) {
     QListWidget::mousePressEvent(event);
     if (event->button() == Qt::RightButton)
         Q_EMIT rightClick();
-}
-
-// The base class shows its delegate printing keys only, and this one asks the delegate to delete.
-void MyListWidget::keyPressEvent(QKeyEvent* event) {
-    if (event->key() == Qt::Key_Delete && edit(currentIndex(), QAbstractItemView::NoEditTriggers, event))
-        return;
-    QListWidget::keyPressEvent(event);
 }
 
 }  // namespace kivo

@@ -93,6 +93,7 @@ NimbPushButton::NimbPushButton(QWidget* parent)
     // Presses that do not come from the mouse (space, a shortcut, click(), assistive programs) count as well.
     connect(this, &QPushButton::pressed, this, &NimbPushButton::TakePressWithoutMouse);
     connect(this, &QPushButton::released, this, &NimbPushButton::LetGoWithoutMouse);
+    connect(this, &QPushButton::toggled, this, &NimbPushButton::TakeToggle);
 }
 
 NimbPushButton::NimbPushButton(const QString& text, QWidget* parent) : NimbPushButton(parent) {
@@ -106,12 +107,14 @@ void NimbPushButton::SetLook(Look look) {
 
 void NimbPushButton::SetToggleMode(bool on) {
     m_toggleMode = on;
+    TellChecked();
     update();
 }
 
 void NimbPushButton::SetPressed(bool pressed) {
     m_checked = pressed;
     m_paintState = pressed ? Pressed : Normal;
+    TellChecked();
     update();
 }
 
@@ -188,7 +191,10 @@ void NimbPushButton::SetCornerRadius(qreal radius) {
 }
 
 void NimbPushButton::enterEvent(QEvent* event) {
+    const QPointer<NimbPushButton> guard(this);
     Q_EMIT OverSignal(this, true);
+    if (!guard)
+        return;
     if (!m_toggleMode && m_enabledFlag)
         m_paintState = Hover;
     if (m_enabledFlag)
@@ -197,8 +203,11 @@ void NimbPushButton::enterEvent(QEvent* event) {
 }
 
 void NimbPushButton::leaveEvent(QEvent* event) {
+    const QPointer<NimbPushButton> guard(this);
     if (m_leftSincePress)
         Q_EMIT OverSignal(this, false);
+    if (!guard)
+        return;
     m_leftSincePress = true;
     if (m_toggleMode)
         m_paintState = m_checked ? Pressed : Normal;
@@ -209,13 +218,39 @@ void NimbPushButton::leaveEvent(QEvent* event) {
     QPushButton::leaveEvent(event);
 }
 
-void NimbPushButton::TakePress(QMouseEvent* event) {
+// False when whoever was told has deleted the button.
+bool NimbPushButton::TakePress(QMouseEvent* event) {
+    const QPointer<NimbPushButton> guard(this);
     Q_EMIT mousePressSignal(event);
+    if (!guard)
+        return false;
     m_checked = !m_checked;
     m_paintState = m_toggleMode && !m_checked ? Normal : Pressed;
+    TellChecked();
     update();
     Q_EMIT EnterSignal(this);
+    if (!guard)
+        return false;
     m_leftSincePress = false;
+    return true;
+}
+
+// The base class's own checked state is what assistive programs are told. It says the same as m_checked, and
+// nobody is to take it for a change of its own.
+void NimbPushButton::TellChecked() {
+    const QSignalBlocker blocker(this);
+    setCheckable(m_toggleMode);
+    setChecked(m_checked);
+}
+
+// Somebody has changed the base class's state without a press, as assistive programs do: that is a click.
+void NimbPushButton::TakeToggle(bool checked) {
+    if (checked == m_checked)
+        return;
+    const QPointer<NimbPushButton> guard(this);
+    click();
+    if (guard)
+        TellChecked();
 }
 
 void NimbPushButton::mousePressEvent(QMouseEvent* event) {
@@ -224,8 +259,8 @@ void NimbPushButton::mousePressEvent(QMouseEvent* event) {
         return;
     }
     const ByMouse byMouse(this);
-    if (event->button() == Qt::LeftButton)
-        TakePress(event);
+    if (event->button() == Qt::LeftButton && !TakePress(event))
+        return;
     QPushButton::mousePressEvent(event);
 }
 

@@ -41,11 +41,10 @@ public:
 
     // Bare at first. A picture of the state takes the place of the plate in every look.
     void SetLook(Look look);
-    Look CurrentLook() const { return m_look; }
 
-    // In toggle mode a press turns the button on, the next one off.
+    // In toggle mode a press turns the button on, the next one off; assistive programs know it as a check
+    // box.
     void SetToggleMode(bool on);
-    bool IsToggleMode() const { return m_toggleMode; }
 
     // Puts the button on or off without any signal.
     void SetPressed(bool pressed);
@@ -53,7 +52,6 @@ public:
 
     // A button that is off ignores the mouse. Use this in place of setEnabled.
     void SetButtonEnabled(bool enabled);
-    bool IsButtonEnabled() const { return m_enabledFlag; }
 
     // A State. What is drawn may differ: a toggle that is off is lit under the mouse, and outside Bare a
     // button that cannot be used always looks so.
@@ -110,11 +108,15 @@ protected:
     void mouseReleaseEvent(QMouseEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
+    // Empty: what is on is decided at the press.
+    void nextCheckState() override {}
 
 private:
     class ByMouse;
 
-    void TakePress(QMouseEvent* event);
+    bool TakePress(QMouseEvent* event);
+    void TellChecked();
+    void TakeToggle(bool checked);
     void TakePressWithoutMouse();
     void LetGoWithoutMouse();
     State DrawnState() const;

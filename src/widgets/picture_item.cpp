@@ -18,7 +18,6 @@ constexpr int kNameLine = 14;      // what a name adds to the height of an item
 constexpr int kNameBaseLine = 13;  // below the picture
 constexpr int kNameSide = 2;
 constexpr int kNamePixels = 11;
-constexpr qreal kPictureRadius = 6;
 constexpr int kFrameWidth = 3;
 
 // As a brush and not by a clip, whose edges would be ragged.
@@ -56,10 +55,14 @@ QSize PictureItemSize(const QSize& pictureSize, bool hasName) {
     return pictureSize + QSize(2 * kMargin, 2 * kMargin + (hasName ? kNameLine : 0));
 }
 
+QRect PicturePlace(const QRect& itemRect, const QSize& pictureSize) {
+    return {itemRect.topLeft() + QPoint(kMargin, kMargin), pictureSize};
+}
+
 void DrawPictureItem(QPainter& painter, const QStyleOptionViewItem& option, const QModelIndex& index,
                      bool isAction) {
     painter.save();
-    const QRectF picture(option.rect.topLeft() + QPoint(kMargin, kMargin), option.decorationSize);
+    const QRectF picture = PicturePlace(option.rect, option.decorationSize);
     const QVariant decoration = index.data(Qt::DecorationRole);
     if (decoration.canConvert<QIcon>())
         DrawRoundedPicture(painter, picture, decoration.value<QIcon>());

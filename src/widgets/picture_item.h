@@ -15,7 +15,12 @@ namespace kivo {
 // The size of an item: the picture, 6 pixels round it, and a line for the name where it has one.
 QSize PictureItemSize(const QSize& pictureSize, bool hasName);
 
-// The picture at 6, 6 of the item, as large as option.decorationSize, with round corners; below it the name.
+// Where the picture stands in its item, and the radius of its corners.
+QRect PicturePlace(const QRect& itemRect, const QSize& pictureSize);
+inline constexpr qreal kPictureRadius = 6;
+
+// The picture in its place of the item, as large as option.decorationSize, with round corners; below it the
+// name.
 void DrawPictureItem(QPainter& painter, const QStyleOptionViewItem& option, const QModelIndex& index,
                      bool isAction);
 

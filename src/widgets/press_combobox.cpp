@@ -4,6 +4,7 @@
 #include <QListView>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QScopedValueRollback>
 #include <QStyledItemDelegate>
 
 #include "widgets/window_colors.h"
@@ -62,12 +63,15 @@ void PressCombobox::mousePressEvent(QMouseEvent* event) {
 }
 
 void PressCombobox::keyPressEvent(QKeyEvent* event) {
-    const bool withAlt = (event->modifiers() & Qt::AltModifier) != 0;
-    const bool opens = event->key() == Qt::Key_Space || event->key() == Qt::Key_F4 ||
-                       (withAlt && (event->key() == Qt::Key_Down || event->key() == Qt::Key_Up));
-    if (opens && !event->isAutoRepeat())
-        Q_EMIT clicked();
+    const QScopedValueRollback<bool> atKey(m_atKey, true);
     QComboBox::keyPressEvent(event);
+}
+
+// Which keys open the list is the base class's business: here it has decided.
+void PressCombobox::showPopup() {
+    if (m_atKey && count() > 0)
+        Q_EMIT clicked();
+    QComboBox::showPopup();
 }
 
 void PressCombobox::enterEvent(QEvent* event) {

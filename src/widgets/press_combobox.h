@@ -13,6 +13,8 @@ class PressCombobox : public QComboBox {
 public:
     explicit PressCombobox(QWidget* parent = nullptr);
 
+    void showPopup() override;
+
 Q_SIGNALS:
     // A left press, or a key that opens the list; the list opens afterwards.
     void clicked();
@@ -23,6 +25,9 @@ protected:
     void enterEvent(QEvent* event) override;
     void leaveEvent(QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
+
+private:
+    bool m_atKey = false;  // the base class is at work on a key
 };
 
 }  // namespace kivo

@@ -32,4 +32,20 @@ void SelfPlainTextEdit::inputMethodEvent(QInputMethodEvent* event) {
         EnforceMaxLength();
 }
 
+// Not every input method tells that it has given up.
+void SelfPlainTextEdit::EndComposition() {
+    m_composing = false;
+    EnforceMaxLength();
+}
+
+void SelfPlainTextEdit::focusOutEvent(QFocusEvent* event) {
+    QPlainTextEdit::focusOutEvent(event);
+    EndComposition();
+}
+
+void SelfPlainTextEdit::hideEvent(QHideEvent* event) {
+    QPlainTextEdit::hideEvent(event);
+    EndComposition();
+}
+
 }  // namespace kivo

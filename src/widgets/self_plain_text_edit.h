@@ -22,9 +22,12 @@ public:
 
 protected:
     void inputMethodEvent(QInputMethodEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
 
 private:
     void OnTextChanged();
+    void EndComposition();
 
     int m_maxLength = 40;
     bool m_composing = false;  // an input method shows text that is not yet part of the box

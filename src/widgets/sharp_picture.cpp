@@ -11,11 +11,6 @@ namespace {
 // sharper than growing.
 constexpr qreal kDoubleFrom = 1.1;
 
-QString DoublePath(const QString& path) {
-    const int dot = path.lastIndexOf(QLatin1Char('.'));
-    return dot < 0 ? QString() : path.left(dot) + QLatin1String("@2x") + path.mid(dot);
-}
-
 QPixmap Load(const QString& path) {
     if (path.isEmpty() || !QFileInfo::exists(path))
         return {};
@@ -26,7 +21,13 @@ QPixmap Load(const QString& path) {
 
 }  // namespace
 
-SharpPicture::SharpPicture(const QString& path) : m_single(Load(path)), m_double(Load(DoublePath(path))) {}
+QString DoublePicturePath(const QString& path) {
+    const int dot = path.lastIndexOf(QLatin1Char('.'));
+    return dot < 0 ? QString() : path.left(dot) + QLatin1String("@2x") + path.mid(dot);
+}
+
+SharpPicture::SharpPicture(const QString& path)
+    : m_single(Load(path)), m_double(Load(DoublePicturePath(path))) {}
 
 void SharpPicture::Draw(QPainter& painter, const QRectF& target) const {
     if (IsNull())

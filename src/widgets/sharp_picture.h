@@ -11,6 +11,10 @@ class QPainter;
 
 namespace kivo {
 
+// Where the double form of a picture lies if there is one: "name@2x.png" for "name.png". Empty for a name
+// without a dot. Any thread.
+QString DoublePicturePath(const QString& path);
+
 class SharpPicture {
 public:
     SharpPicture() = default;

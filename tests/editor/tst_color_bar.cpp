@@ -1,4 +1,5 @@
 #include <QSignalSpy>
+#include <QWindow>
 #include <QtTest>
 
 #include "editor/color_bar.h"
@@ -6,6 +7,19 @@
 #include "widgets/nimb_push_button.h"
 
 using namespace kivo;
+
+namespace {
+
+// Stands for the window, which would be dragged by what reaches it.
+class PressCounter : public QWidget {
+public:
+    int count = 0;
+
+protected:
+    void mousePressEvent(QMouseEvent* /*event*/) override { ++count; }
+};
+
+}  // namespace
 
 class TestColorBar : public QObject {
     Q_OBJECT
@@ -36,6 +50,17 @@ private slots:
         QCOMPARE(sent.count(), 1);
         QCOMPARE(sent.first().first().toInt(), color);
         QVERIFY(bar.isHidden());
+    }
+
+    void aPressBesideTheButtonsEndsHere() {
+        PressCounter window;
+        ColorBar bar(&window);
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        QTest::mouseClick(window.windowHandle(), Qt::LeftButton, Qt::NoModifier, QPoint(5, 40));
+        QCOMPARE(window.childAt(5, 40), &bar);
+        QTest::mouseDClick(window.windowHandle(), Qt::LeftButton, Qt::NoModifier, QPoint(5, 40));
+        QCOMPARE(window.count, 0);
     }
 
     void aPickShowsInTheToolBar() {

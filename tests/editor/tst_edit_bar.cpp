@@ -1,5 +1,6 @@
 #include <QAbstractItemView>
 #include <QSignalSpy>
+#include <QWindow>
 #include <QtTest>
 #include <memory>
 
@@ -9,6 +10,19 @@
 #include "widgets/press_label.h"
 
 using namespace kivo;
+
+namespace {
+
+// Stands for the window, which would be dragged by what reaches it.
+class PressCounter : public QWidget {
+public:
+    int count = 0;
+
+protected:
+    void mousePressEvent(QMouseEvent* /*event*/) override { ++count; }
+};
+
+}  // namespace
 
 class TestEditBar : public QObject {
     Q_OBJECT
@@ -197,6 +211,23 @@ private slots:
         m_bar->label_clicked();
         m_bar->combo_clicked();
         QCOMPARE(m_log, QStringList());
+    }
+
+    void aPressBesideTheToolsEndsHere_data() {
+        QTest::addColumn<QPoint>("place");
+        QTest::newRow("ground") << QPoint(200, 35);
+        QTest::newRow("colour dot") << QPoint(130, 20);
+        QTest::newRow("tool that is off") << QPoint(290, 20);
+    }
+    void aPressBesideTheToolsEndsHere() {
+        QFETCH(QPoint, place);
+        PressCounter window;
+        auto* const bar = new EditBar(&window);
+        bar->findChild<NimbPushButton*>(QStringLiteral("trimButton"))->SetButtonEnabled(false);
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        QTest::mouseClick(window.windowHandle(), Qt::LeftButton, Qt::NoModifier, place);
+        QCOMPARE(window.count, 0);
     }
 
 private:

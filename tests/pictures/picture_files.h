@@ -62,9 +62,12 @@ inline QByteArray BitmapThatClaims(qint32 width, qint32 height) {
 }
 
 // A JPEG whose header claims another size.
-inline QByteArray JpegThatClaims(quint16 width, quint16 height) {
+inline QByteArray JpegThatClaims(quint16 width, quint16 height, bool progressive = false) {
     QByteArray jpeg = Encoded(Filled(QSize(8, 8), Qt::red), "JPEG");
     const int frame = jpeg.indexOf(QByteArray("\xFF\xC0", 2));
+    if (progressive) {
+        jpeg[frame + 1] = char(0xC2);
+    }
     qToBigEndian(height, jpeg.data() + frame + 5);
     qToBigEndian(width, jpeg.data() + frame + 7);
     return jpeg;

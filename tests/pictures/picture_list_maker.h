@@ -11,6 +11,7 @@
 #include "picture_files.h"
 #include "pictures/picture_list.h"
 #include "pictures/stored_pictures.h"
+#include "pictures/thumbnail_work.h"
 #include "widgets/exit_item_delegate.h"
 #include "widgets/my_list_widget.h"
 
@@ -50,7 +51,7 @@ public:
     }
 
     static Thumbnails::Maker RedMaker() {
-        return [](const QString&, QSize pixels, const std::atomic<bool>&) { return Filled(pixels, Qt::red); };
+        return [](const QString&, QSize pixels, const ThumbnailWork&) { return Filled(pixels, Qt::red); };
     }
 
     QWidget& Window() { return m_window; }

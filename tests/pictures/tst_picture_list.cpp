@@ -1,7 +1,7 @@
 #include <QSignalSpy>
 #include <QTest>
-#include <QTranslator>
 
+#include "compose/theme_catalogue.h"
 #include "config/setting_keys.h"
 #include "config/settings_file.h"
 #include "picture_list_maker.h"
@@ -21,15 +21,6 @@ QStringList AllPaths(const PictureList& list, int rows) {
     }
     return paths;
 }
-
-// Stands for another language: whatever is asked for comes back between brackets.
-class Brackets : public QTranslator {
-public:
-    bool isEmpty() const override { return false; }
-    QString translate(const char*, const char* text, const char*, int) const override {
-        return QLatin1Char('[') + QString::fromUtf8(text) + QLatin1Char(']');
-    }
-};
 
 }  // namespace
 
@@ -87,18 +78,6 @@ private slots:
         QCOMPARE(made.View().item(made.View().count() - 1)->text(), QString());
     }
 
-    void AnotherLanguageNamesTheRowsAnew() {
-        ListInWindow made(1);
-        Brackets brackets;
-        QCoreApplication::installTranslator(&brackets);
-        made.List().ReloadTexts();
-        QCOMPARE(made.View().item(0)->text(), QStringLiteral("[选择图片文件夹]"));
-        QCOMPARE(made.View().item(1)->text(), QString());
-        QCOMPARE(made.View().item(12)->text(), QStringLiteral("[默认图片]"));
-        QCOMPARE(made.View().accessibleName(), QStringLiteral("[背景图片]"));
-        QCoreApplication::removeTranslator(&brackets);
-    }
-
     void EveryRowCanBeReadAloud() {
         ListInWindow made(1);
         QCOMPARE(made.View().item(1)->data(Qt::AccessibleTextRole).toString(), QStringLiteral("user 0.jpg"));
@@ -123,6 +102,7 @@ private slots:
             // The cross that deletes stands on the same ones.
             QCOMPARE(ExitItemDelegate::CanDelete(row, count), list.IsUserPicture(row));
         }
+        QCOMPARE(ExitItemDelegate::kFixedRows, 1 + BuiltInBackgrounds().size());
     }
 
     void APictureThatIsAddedGoesInBeforeTheBuiltInOnes() {
@@ -157,6 +137,23 @@ private slots:
         QCOMPARE(made.List().InsertUserPicture(QStringLiteral("://skins/add.png")), -1);
         QCOMPARE(made.List().InsertUserPicture(QStringLiteral(":/skins/add.png")), -1);
         QCOMPARE(made.View().count(), 13);
+    }
+
+    void TheAddEntrysPathInTheSettingsIsNoPicture_data() {
+        QTest::addColumn<QString>("path");
+        QTest::newRow("as it is") << QStringLiteral("://skins/add.png");
+        QTest::newRow("written with one slash") << QStringLiteral(":/skins/add.png");
+        QTest::newRow("written with a detour") << QStringLiteral(":/skins/../skins/add.png");
+    }
+    void TheAddEntrysPathInTheSettingsIsNoPicture() {
+        QFETCH(QString, path);
+        ListInWindow made(0);
+        WriteStoredPictures({path, UserPaths(1).constFirst()});
+        made.List().LoadPictureList();
+        QCOMPARE(made.View().count(), 13);
+        QCOMPARE(made.List().PathAt(1), UserPaths(1).constFirst());
+        QVERIFY(made.List().SavePictureList());
+        QCOMPARE(ReadStoredPictures(), UserPaths(1));
     }
 
     // It could not be read again, and nothing of the list would be left at the next start.
@@ -250,9 +247,9 @@ private slots:
         QTest::newRow("built in, written with one slash")
             << QStringLiteral(":/background/1.jpg") << QString() << 3;
         QTest::newRow("none: the second path") << QString() << SecondBuiltIn() << 4;
-        QTest::newRow("unknown: the selection stays") << QStringLiteral("/gone.png") << SecondBuiltIn() << 6;
-        QTest::newRow("neither: the selection stays") << QString() << QString() << 6;
-        QTest::newRow("the add entry is no picture") << QStringLiteral("://skins/add.png") << QString() << 6;
+        QTest::newRow("unknown: none") << QStringLiteral("/gone.png") << SecondBuiltIn() << -1;
+        QTest::newRow("neither: none") << QString() << QString() << -1;
+        QTest::newRow("the add entry is no picture") << QStringLiteral("://skins/add.png") << QString() << -1;
     }
     void TheRowOfTheLayoutsPictureIsSelected() {
         QFETCH(QString, first);
@@ -262,8 +259,10 @@ private slots:
         made.View().setCurrentRow(6);
         made.List().SelectPicture(first, second);
         QCOMPARE(made.View().currentRow(), row);
-        QCOMPARE(made.View().selectedItems().size(), 1);
-        QVERIFY(made.View().item(row)->isSelected());
+        QCOMPARE(made.View().selectedItems().size(), row < 0 ? 0 : 1);
+        if (row >= 0) {
+            QVERIFY(made.View().item(row)->isSelected());
+        }
     }
 
     void TheAddEntryNeverStaysTheCurrentRow() {
@@ -271,8 +270,8 @@ private slots:
         made.View().setCurrentRow(5);
         made.View().setCurrentRow(0);
         made.List().SelectPicture(QStringLiteral("/gone.png"), QString());
-        QCOMPARE(made.View().currentRow(), 5);
-        QVERIFY(!made.View().item(0)->isSelected());
+        QCOMPARE(made.View().currentRow(), -1);
+        QVERIFY(made.View().selectedItems().isEmpty());
         QCOMPARE(made.List().RowOf(QStringLiteral("://skins/add.png")), -1);
     }
 
@@ -282,19 +281,6 @@ private slots:
         made.List().SelectPicture(QString(), QString());
         QCOMPARE(made.View().currentRow(), -1);
         QVERIFY(made.View().selectedItems().isEmpty());
-    }
-
-    void TheSelectionThatIsGoneBackToMayHaveMovedOrGone() {
-        ListInWindow made(3);
-        made.View().setCurrentRow(3);
-        made.View().setCurrentRow(0);
-        made.List().RemoveUserPicture(1);
-        made.List().SelectPicture(QString(), QString());
-        QCOMPARE(made.View().currentRow(), 2);
-        made.View().setCurrentRow(0);
-        made.List().RemoveUserPicture(2);
-        made.List().SelectPicture(QString(), QString());
-        QVERIFY(made.View().currentRow() != 0);
     }
 
     void LoadingAgainClearsFirst() {

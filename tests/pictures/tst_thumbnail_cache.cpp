@@ -6,6 +6,7 @@
 #include "picture_files.h"
 #include "pictures/thumbnail_cache.h"
 #include "pictures/thumbnail_picture.h"
+#include "pictures/thumbnail_work.h"
 
 using namespace kivo;
 using namespace kivo::test;
@@ -27,7 +28,7 @@ private:
 
     QImage Thumbnail(ThumbnailCache& cache, QSize pixels = kPixels) const {
         const std::atomic<bool> stop{false};
-        return CachedThumbnail(cache, m_picture, pixels, stop);
+        return CachedThumbnail(cache, m_picture, pixels, ThumbnailWork(stop));
     }
 
     QImage Thumbnail() const {
@@ -169,17 +170,70 @@ private slots:
         QVERIFY(CachedFiles().isEmpty());
     }
 
+    // In one run, and until it changes: what its decoder says about it would fill the log.
+    void ABrokenPictureIsReadOnce() {
+        m_picture = m_folder->Write(QStringLiteral("broken.jpg"),
+                                    Encoded(Striped(QSize(400, 300)), "JPEG").left(100));
+        ThumbnailCache cache(m_cacheFolder);
+        const std::atomic<bool> stop{false};
+        int accesses = 0;
+        const ThumbnailWork work(stop, [&accesses](bool inFile) { accesses += inFile ? 1 : 0; });
+        QVERIFY(CachedThumbnail(cache, m_picture, kPixels, work).isNull());
+        QVERIFY(accesses > 1);
+        accesses = 0;
+        QVERIFY(CachedThumbnail(cache, m_picture, kPixels, work).isNull());
+        QCOMPARE(accesses, 1);  // whether it has changed
+        m_folder->Write(QStringLiteral("broken.jpg"), Encoded(Filled(QSize(300, 200), Qt::red), "JPEG"));
+        QVERIFY(!CachedThumbnail(cache, m_picture, kPixels, work).isNull());
+    }
+
+    void WhatCouldNotBeReadIsTriedAgain() {
+        ThumbnailCache cache(m_cacheFolder);
+        std::atomic<bool> stop{false};
+        const ThumbnailWork stopped(stop, [&stop](bool) { stop = true; });
+        QVERIFY(CachedThumbnail(cache, m_picture, kPixels, stopped).isNull());
+        QVERIFY(IsFromPicture(Thumbnail(cache)));
+        const QString source = m_picture;
+        m_picture = m_folder->Path(QStringLiteral("later.png"));
+        QVERIFY(Thumbnail(cache).isNull());
+        QVERIFY(QFile::copy(source, m_picture));
+        QVERIFY(IsFromPicture(Thumbnail(cache)));
+    }
+
+    // The end of the program in the middle of writing.
+    void WhatWasLeftHalfWrittenGoesAfterADay() {
+        Thumbnail();
+        const auto leftover = [this](const QString& name, int hoursOld) {
+            const QString path = m_cacheFolder + QLatin1Char('/') + name;
+            QFile file(path);
+            if (!file.open(QIODevice::WriteOnly) || file.write("half") != 4 || !file.flush() ||
+                !file.setFileTime(QDateTime::currentDateTime().addSecs(-3600LL * hoursOld),
+                                  QFileDevice::FileModificationTime)) {
+                qFatal("The test cannot write its file.");
+            }
+            return path;
+        };
+        const QString old = leftover(QStringLiteral("0123.thumb.aBcDeF"), 30);
+        const QString young = leftover(QStringLiteral("4567.thumb.gHiJkL"), 1);
+        const QString foreign = leftover(QStringLiteral("notes.txt"), 3000);
+        ThumbnailCache(m_cacheFolder).Prune();
+        QVERIFY(!QFileInfo::exists(old));
+        QVERIFY(QFileInfo::exists(young));
+        QVERIFY(QFileInfo::exists(foreign));
+        QCOMPARE(CachedFiles().size(), 3);
+    }
+
     void AStoppedDecodeIsNotKept() {
         ThumbnailCache cache(m_cacheFolder);
         const std::atomic<bool> stop{true};
-        QVERIFY(CachedThumbnail(cache, m_picture, kPixels, stop).isNull());
+        QVERIFY(CachedThumbnail(cache, m_picture, kPixels, ThumbnailWork(stop)).isNull());
         QVERIFY(CachedFiles().isEmpty());
     }
 
     void TheProgramsOwnPicturesAreNotKept() {
         ThumbnailCache cache(m_cacheFolder);
         const std::atomic<bool> stop{false};
-        CachedThumbnail(cache, QStringLiteral("://background/1.jpg"), kPixels, stop);
+        CachedThumbnail(cache, QStringLiteral("://background/1.jpg"), kPixels, ThumbnailWork(stop));
         QVERIFY(CachedFiles().isEmpty());
     }
 

@@ -1,10 +1,11 @@
 #include <QImageReader>
 #include <QTest>
 
+#include "../config/log_catcher.h"
 #include "compose/theme_catalogue.h"
 #include "picture_files.h"
-#include "pictures/thumbnail_cache.h"
 #include "pictures/thumbnail_picture.h"
+#include "pictures/thumbnail_work.h"
 #include "resources/resources.h"
 
 using namespace kivo;
@@ -16,7 +17,7 @@ constexpr QSize kPixels = kThumbnailSize;
 
 QImage Thumbnail(const QString& path, QSize pixels = kPixels) {
     const std::atomic<bool> stop{false};
-    return MakeThumbnail(path, pixels, stop);
+    return MakeThumbnail(path, pixels, ThumbnailWork(stop));
 }
 
 }  // namespace
@@ -153,17 +154,66 @@ private slots:
             << m_folder.Write(QStringLiteral("most.bmp"), BitmapThatClaims(0x7FFFFFFF, 0x7FFFFFFF));
         QTest::newRow("JPEG of 65,000 x 65,000")
             << m_folder.Write(QStringLiteral("huge.jpg"), JpegThatClaims(65000, 65000));
+        QTest::newRow("progressive JPEG of 16,000 x 16,000")
+            << m_folder.Write(QStringLiteral("progressive.jpg"), JpegThatClaims(16000, 16000, true));
     }
     void WhatCannotBeShownIsNull() {
         QFETCH(QString, path);
         QVERIFY(Thumbnail(path).isNull());
     }
 
-    void ADecodeEndsWhenItIsToldTo() {
+    void NothingIsBegunAfterTheEnd() {
         const QString path =
             m_folder.Write(QStringLiteral("stop.png"), Encoded(Striped(QSize(400, 300)), "PNG"));
         const std::atomic<bool> stop{true};
-        QVERIFY(MakeThumbnail(path, kPixels, stop).isNull());
+        int accesses = 0;
+        const ThumbnailWork work(stop, [&accesses](bool) { ++accesses; });
+        QVERIFY(MakeThumbnail(path, kPixels, work).isNull());
+        QCOMPARE(accesses, 0);
+    }
+
+    // A decoder whose file ends too early calls it damaged, and it is not.
+    void AnEndInTheMiddleLeavesTheFileWhole_data() {
+        QTest::addColumn<QByteArray>("format");
+        QTest::newRow("JPEG") << QByteArray("JPEG");
+        QTest::newRow("PNG") << QByteArray("PNG");
+        QTest::newRow("BMP") << QByteArray("BMP");
+    }
+    void AnEndInTheMiddleLeavesTheFileWhole() {
+        QFETCH(QByteArray, format);
+        QImage noise(700, 500, QImage::Format_RGB32);
+        for (int y = 0; y < noise.height(); ++y) {
+            for (int x = 0; x < noise.width(); ++x) {
+                noise.setPixel(x, y, qRgb(x * y, x + 3 * y, x ^ y));
+            }
+        }
+        const QString path = m_folder.Write(QStringLiteral("large"), Encoded(noise, format.constData()));
+        std::atomic<bool> stop{false};
+        int accesses = 0;
+        // After the file's look-up and its first piece.
+        const ThumbnailWork work(stop, [&](bool inFile) { stop = inFile ? ++accesses > 2 : stop.load(); });
+        const LogCatcher log;
+        QVERIFY(MakeThumbnail(path, kPixels, work).isNull());
+        QVERIFY(accesses > 3);
+        QCOMPARE(log.lines(), QStringList());
+    }
+
+    void WhatIsInAFileIsTold() {
+        const QString path =
+            m_folder.Write(QStringLiteral("told.png"), Encoded(Striped(QSize(400, 300)), "PNG"));
+        const std::atomic<bool> stop{false};
+        int depth = 0;
+        int deepest = 0;
+        int accesses = 0;
+        const ThumbnailWork work(stop, [&](bool inFile) {
+            depth += inFile ? 1 : -1;
+            deepest = qMax(deepest, depth);
+            accesses += inFile ? 1 : 0;
+        });
+        QVERIFY(!MakeThumbnail(path, kPixels, work).isNull());
+        QVERIFY(accesses >= 2);
+        QCOMPARE(depth, 0);
+        QCOMPARE(deepest, 1);
     }
 
     void BuiltInBackgroundsHaveThumbnails() {

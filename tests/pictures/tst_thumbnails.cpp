@@ -8,6 +8,7 @@
 #include <mutex>
 
 #include "picture_files.h"
+#include "pictures/thumbnail_work.h"
 #include "pictures/thumbnails.h"
 
 using namespace kivo;
@@ -20,12 +21,17 @@ constexpr QSize kPixels(77, 54);
 // A maker that answers when it is let, and remembers what it was asked for.
 class SlowMaker {
 public:
-    QImage operator()(const QString& path) {
+    QImage operator()(const QString& path, const ThumbnailWork& work) {
+        Begin(path);
+        {
+            const ThumbnailWork::FileAccess access(work);
+            std::unique_lock lock(m_mutex);
+            m_change.wait(lock, [this, &path] { return !m_hanging.contains(path); });
+        }
         std::unique_lock lock(m_mutex);
-        m_asked.append(path);
-        ++m_inside;
-        m_change.notify_all();
-        m_change.wait(lock, [this, &path] { return m_open && !m_hanging.contains(path); });
+        m_mostDecoding = qMax(m_mostDecoding, ++m_decoding);
+        m_change.wait(lock, [this] { return m_open; });
+        --m_decoding;
         --m_inside;
         m_change.notify_all();
         return Filled(kPixels, Qt::red);
@@ -38,6 +44,10 @@ public:
         Change([this, &paths] { m_hanging = paths; });
     }
 
+    int MostDecoding() const {
+        const std::lock_guard lock(m_mutex);
+        return m_mostDecoding;
+    }
     QStringList Asked() const {
         const std::lock_guard lock(m_mutex);
         return m_asked;
@@ -48,6 +58,13 @@ public:
     }
 
 private:
+    void Begin(const QString& path) {
+        Change([this, &path] {
+            m_asked.append(path);
+            ++m_inside;
+        });
+    }
+
     template <typename Action>
     void Change(Action action) {
         const std::lock_guard lock(m_mutex);
@@ -60,11 +77,13 @@ private:
     QStringList m_asked;
     QStringList m_hanging;
     int m_inside = 0;
+    int m_decoding = 0;
+    int m_mostDecoding = 0;
     bool m_open = false;
 };
 
 Thumbnails::Maker MakerOf(const std::shared_ptr<SlowMaker>& maker) {
-    return [maker](const QString& path, QSize, const std::atomic<bool>&) { return (*maker)(path); };
+    return [maker](const QString& path, QSize, const ThumbnailWork& work) { return (*maker)(path, work); };
 }
 
 QStringList Paths(int count) {
@@ -169,28 +188,43 @@ private slots:
         QCOMPARE(maker->Asked().size(), 8);
         maker->Hang({});
         QTRY_COMPARE(ready.count(), 8);
+        QVERIFY(maker->MostDecoding() <= 2);
     }
 
-    void TheEndDoesNotWaitForAFileThatHangs() {
+    // However many files hung before: each of them would take the memory of a picture.
+    void FilesThatAreLetGoAreDecodedTwoAtATime() {
         auto maker = std::make_shared<SlowMaker>();
-        {
-            Thumbnails thumbnails(MakerOf(maker));
-            thumbnails.Want(Paths(10), kPixels);
-            maker->WaitForInside(2);
-        }
-        // Gone, though both threads are still inside. What they bring now is nobody's any more.
+        maker->Hang(Paths(4));
+        Thumbnails thumbnails(MakerOf(maker));
+        QSignalSpy ready(&thumbnails, &Thumbnails::ready);
+        thumbnails.Want(Paths(8), kPixels);
+        // Four hang, two decode in their place.
+        QTRY_COMPARE_WITH_TIMEOUT(maker->Asked().size(), 6, 60000);
+        maker->Hang({});
+        maker->Open();
+        QTRY_COMPARE(ready.count(), 8);
+        QCOMPARE(maker->MostDecoding(), 2);
+    }
+
+    // Longer than a file may hang before its thread is replaced.
+    void ASlowDecodeIsNotTakenForAFileThatHangs() {
+        auto maker = std::make_shared<SlowMaker>();
+        Thumbnails thumbnails(MakerOf(maker));
+        QSignalSpy ready(&thumbnails, &Thumbnails::ready);
+        thumbnails.Want(Paths(5), kPixels);
+        QTest::qWait(3500);
         QCOMPARE(maker->Asked().size(), 2);
         maker->Open();
-        maker->WaitForInside(0);
+        QTRY_COMPARE(ready.count(), 5);
     }
 
     void TheEndStopsADecodeUnderWay() {
         std::atomic<int> stopped{0};
         std::atomic<int> begun{0};
         {
-            Thumbnails thumbnails([&](const QString&, QSize, const std::atomic<bool>& stop) {
+            Thumbnails thumbnails([&](const QString&, QSize, const ThumbnailWork& work) {
                 ++begun;
-                while (!stop) {
+                while (!work.IsStopped()) {
                     QThread::msleep(1);
                 }
                 ++stopped;
@@ -226,6 +260,22 @@ private slots:
             thumbnails.Want({}, kPixels);
         }
         QVERIFY(maker->Asked().isEmpty());
+    }
+
+    // The last one: what has been left behind stays so.
+    void TheEndDoesNotWaitForAFileThatHangs() {
+        auto maker = std::make_shared<SlowMaker>();
+        QVERIFY(Thumbnails::EverythingEnded());
+        {
+            Thumbnails thumbnails(MakerOf(maker));
+            thumbnails.Want(Paths(10), kPixels);
+            maker->WaitForInside(2);
+        }
+        // Gone, though both threads are still inside. What they bring now is nobody's any more.
+        QCOMPARE(maker->Asked().size(), 2);
+        QVERIFY(!Thumbnails::EverythingEnded());
+        maker->Open();
+        maker->WaitForInside(0);
     }
 };
 

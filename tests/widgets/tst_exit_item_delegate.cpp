@@ -129,21 +129,17 @@ private slots:
         QCOMPARE(m_list->count(), 13);
     }
 
-    void theDeleteKeyAsksForRowsWithACross_data() {
-        QTest::addColumn<int>("row");
-        QTest::addColumn<int>("count");
-        QTest::newRow("own picture") << 2 << 1;
-        QTest::newRow("add entry") << 0 << 0;
-        QTest::newRow("built-in picture") << 3 << 0;
-    }
-    void theDeleteKeyAsksForRowsWithACross() {
-        QFETCH(int, row);
-        QFETCH(int, count);
-        QSignalSpy asked(m_delegate, &ExitItemDelegate::handleDeleteClick);
-        m_list->setCurrentRow(row);
-        QKeyEvent key(QEvent::KeyPress, Qt::Key_Delete, Qt::NoModifier, QStringLiteral("\x7f"));
-        QApplication::sendEvent(m_list.get(), &key);
-        QCOMPARE(asked.count(), count);
+    void aClickBelongsToThePlaceOfItsPress() {
+        const QRect item = m_list->visualItemRect(m_list->item(2));
+        const QPoint cross = ExitItemDelegate::CrossRect(item).center();
+        QTest::mouseClick(m_list->viewport(), Qt::LeftButton, Qt::NoModifier, item.center());
+        QVERIFY(!m_delegate->IsClickOnCross());
+        QTest::mousePress(m_list->viewport(), Qt::LeftButton, Qt::NoModifier, cross);
+        QTest::mouseRelease(m_list->viewport(), Qt::LeftButton, Qt::NoModifier, item.center());
+        QVERIFY(m_delegate->IsClickOnCross());
+        QTest::mousePress(m_list->viewport(), Qt::LeftButton, Qt::NoModifier, item.center());
+        QTest::mouseRelease(m_list->viewport(), Qt::LeftButton, Qt::NoModifier, cross);
+        QVERIFY(!m_delegate->IsClickOnCross());
     }
 
     void theChosenRowHasTheFrame() {

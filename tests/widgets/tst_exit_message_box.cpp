@@ -1,3 +1,4 @@
+#include <QScreen>
 #include <QSignalSpy>
 #include <QTimer>
 #include <QtTest>
@@ -176,6 +177,77 @@ private slots:
             QCOMPARE(image.pixelColor(panel.right() - 20, y), ground);
         for (int x = panel.left() + 24; x < panel.right() - 24; ++x)
             QCOMPARE(image.pixelColor(x, OkOf(box)->geometry().top() - 6), ground);
+    }
+
+    // Wider first, then as high as there is room, and the rest is left out: the buttons are always there.
+    void aVeryLongTextStaysInTheWindow_data() {
+        QTest::addColumn<bool>("hasWindow");
+        QTest::addColumn<QString>("text");
+        const QString sentence = QStringLiteral("Сведения о компьютере перестанут обновляться. ");
+        QTest::newRow("over a window") << true << sentence.repeated(200);
+        QTest::newRow("line by line") << true << (sentence + QLatin1Char('\n')).repeated(200);
+        QTest::newRow("one word") << true << QString(9000, QLatin1Char('W'));
+        QTest::newRow("alone") << false << sentence.repeated(2000);
+    }
+    void aVeryLongTextStaysInTheWindow() {
+        QFETCH(bool, hasWindow);
+        QFETCH(QString, text);
+        m_window->setVisible(hasWindow);
+        ExitMessageBox box(text, m_window.get());
+        box.show();
+        const QRect room = hasWindow ? m_window->geometry() : QGuiApplication::primaryScreen()->geometry();
+        const QRect panel = box.PanelRect().translated(box.pos());
+        QCOMPARE(panel.width(), 600);
+        QVERIFY(room.contains(panel));
+        for (const NimbPushButton* button : {OkOf(box), CancelOf(box)}) {
+            QVERIFY(button->isVisible());
+            QVERIFY(box.PanelRect().contains(button->geometry()));
+        }
+        const QImage image = box.grab().toImage();
+        const int line = OkOf(box)->geometry().top() - 6;
+        const QColor ground = image.pixelColor(box.PanelRect().left() + 10, line);
+        for (int x = box.PanelRect().left() + 24; x < box.PanelRect().right() - 24; ++x)
+            QCOMPARE(image.pixelColor(x, line), ground);
+        QCOMPARE(box.accessibleDescription(), text);
+    }
+
+    void aWindowThatAppearsLaterIsCovered_data() {
+        QTest::addColumn<bool>("isMinimized");
+        QTest::newRow("hidden at first") << false;
+        QTest::newRow("minimized at first") << true;
+    }
+    void aWindowThatAppearsLaterIsCovered() {
+        QFETCH(bool, isMinimized);
+        m_window->setStyleSheet(QStringLiteral("background: white"));
+        if (isMinimized)
+            m_window->showMinimized();
+        else
+            m_window->hide();
+        ExitMessageBox box(kQuestion, m_window.get());
+        box.show();
+        QVERIFY(box.width() < 500);
+        m_window->showNormal();
+        QTRY_COMPARE(box.geometry(), m_window->geometry());
+        QVERIFY(box.mask().isEmpty());
+        const QColor veiled = box.grab().toImage().pixelColor(10, 10);
+        QVERIFY2(qAbs(veiled.red() - 101) <= 2, qPrintable(veiled.name()));
+        // And stays what it is when the window goes again.
+        m_window->hide();
+        QCOMPARE(box.size(), QSize(960, 588));
+        QCOMPARE(box.PanelRect(), QRect(290, 194, 380, 200));
+        QCOMPARE(box.grab().toImage().pixelColor(10, 10), veiled);
+    }
+
+    // Where the desktop does not blend windows, everything outside of the panel would be black.
+    void nothingIsThereButThePanelWhereItStandsAlone() {
+        ExitMessageBox box(kQuestion, nullptr);
+        box.show();
+        QCOMPARE(box.size(), box.PanelRect().size());
+        QVERIFY(!box.mask().isEmpty());
+        QVERIFY(!box.mask().contains(QPoint(1, 1)));
+        QVERIFY(!box.mask().contains(QPoint(378, 198)));
+        QVERIFY(box.mask().contains(QPoint(190, 1)));
+        QVERIFY(box.mask().contains(QPoint(1, 100)));
     }
 
     void theWindowMayGoWhileItAsks() {

@@ -1,3 +1,4 @@
+#include <QAccessible>
 #include <QSignalSpy>
 #include <QtTest>
 #include <memory>
@@ -56,8 +57,8 @@ private slots:
         QCOMPARE(m_button->PaintState(), 0);
         QCOMPARE(m_button->TextPixelSize(), 15);
         QVERIFY(!m_button->IsPressed());
-        QVERIFY(!m_button->IsToggleMode());
-        QVERIFY(m_button->IsButtonEnabled());
+        QVERIFY(!m_button->isCheckable());
+        QVERIFY(m_button->isEnabled());
     }
 
     void aPressTellsInOrderAndReachesTheBaseClass() {
@@ -237,6 +238,84 @@ private slots:
                             Qt::NoModifier);
         QApplication::sendEvent(m_button.get(), &release);
         QVERIFY(m_button == nullptr);
+    }
+
+    void theButtonMayGoWheneverItTells_data() {
+        QTest::addColumn<QString>("when");
+        QTest::addColumn<bool>("byKey");
+        for (const char* when : {"mousePressSignal", "EnterSignal", "pressed"}) {
+            QTest::addRow("%s, mouse", when) << QString::fromLatin1(when) << false;
+            QTest::addRow("%s, key", when) << QString::fromLatin1(when) << true;
+        }
+        QTest::newRow("OverSignal, come") << QStringLiteral("come") << false;
+        QTest::newRow("OverSignal, go") << QStringLiteral("go") << false;
+    }
+    void theButtonMayGoWheneverItTells() {
+        QFETCH(QString, when);
+        QFETCH(bool, byKey);
+        const auto go = [this] { m_button.reset(); };
+        if (when == QLatin1String("mousePressSignal"))
+            connect(m_button.get(), &NimbPushButton::mousePressSignal, this, go);
+        else if (when == QLatin1String("EnterSignal"))
+            connect(m_button.get(), &NimbPushButton::EnterSignal, this, go);
+        else if (when == QLatin1String("pressed"))
+            connect(m_button.get(), &QPushButton::pressed, this, go);
+        else
+            connect(m_button.get(), &NimbPushButton::OverSignal, this,
+                    [this, when](NimbPushButton*, bool over) {
+                        if (over == (when == QLatin1String("come")))
+                            m_button.reset();
+                    });
+        if (when == QLatin1String("come") || when == QLatin1String("go")) {
+            Come(*m_button);
+            if (m_button)
+                Go(*m_button);
+        } else if (byKey) {
+            QKeyEvent press(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier);
+            QApplication::sendEvent(m_button.get(), &press);
+        } else {
+            QMouseEvent press(QEvent::MouseButtonPress, QPointF(5, 5), Qt::LeftButton, Qt::LeftButton,
+                              Qt::NoModifier);
+            QApplication::sendEvent(m_button.get(), &press);
+        }
+        QVERIFY(m_button == nullptr);
+    }
+
+    void assistiveProgramsAreToldWhetherAToggleIsOn() {
+        QAccessibleInterface* const told = QAccessible::queryAccessibleInterface(m_button.get());
+        QVERIFY(told != nullptr);
+        QTest::mouseClick(m_button.get(), Qt::LeftButton);
+        QVERIFY(!told->state().checkable && !told->state().checked);  // a plain button is never on
+        m_button->SetPressed(false);
+        m_button->SetToggleMode(true);
+        QVERIFY(told->state().checkable && !told->state().checked);
+        QSignalSpy toggled(m_button.get(), &QPushButton::toggled);
+        for (const bool on : {true, false}) {
+            QTest::mouseClick(m_button.get(), Qt::LeftButton);
+            QCOMPARE(bool(told->state().checked), on);
+            m_button->SetPressed(!on);
+            QCOMPARE(bool(told->state().checked), !on);
+            m_button->SetPressed(on);
+        }
+        QCOMPARE(toggled.count(), 0);
+    }
+
+    void assistiveProgramsTurnAToggleLikeAClick() {
+        m_button->SetToggleMode(true);
+        QAccessibleActionInterface* const actions =
+            QAccessible::queryAccessibleInterface(m_button.get())->actionInterface();
+        actions->doAction(QAccessibleActionInterface::toggleAction());
+        QVERIFY(m_button->IsPressed() && m_button->isChecked());
+        QCOMPARE(m_log, Words("press,enter 1,base press,click"));
+        m_log.clear();
+        actions->doAction(QAccessibleActionInterface::toggleAction());
+        QVERIFY(!m_button->IsPressed() && !m_button->isChecked());
+        QCOMPARE(m_log.last(), QStringLiteral("click"));
+        m_log.clear();
+        m_button->SetButtonEnabled(false);
+        m_button->toggle();
+        QVERIFY(!m_button->IsPressed() && !m_button->isChecked());
+        QCOMPARE(m_log, QStringList());
     }
 
     void curIndexIsAProperty() {

@@ -45,6 +45,9 @@ private slots:
         QTest::newRow("space") << int(Qt::Key_Space) << int(Qt::NoModifier) << 1;
         QTest::newRow("F4") << int(Qt::Key_F4) << int(Qt::NoModifier) << 1;
         QTest::newRow("alt and down") << int(Qt::Key_Down) << int(Qt::AltModifier) << 1;
+        QTest::newRow("F4 with shift") << int(Qt::Key_F4) << int(Qt::ShiftModifier) << 0;
+        QTest::newRow("alt and F4") << int(Qt::Key_F4) << int(Qt::AltModifier) << 0;
+        QTest::newRow("alt and up") << int(Qt::Key_Up) << int(Qt::AltModifier) << 0;
         QTest::newRow("down") << int(Qt::Key_Down) << int(Qt::NoModifier) << 0;
     }
     void keysThatOpenTheListTellToo() {
@@ -55,6 +58,26 @@ private slots:
         QTest::keyClick(m_box.get(), Qt::Key(key), Qt::KeyboardModifiers(modifier));
         QCOMPARE(clicked.count(), count);
         QCOMPARE(m_box->view()->isVisible(), count == 1);
+    }
+
+    void aKeyTellsBeforeTheListOpens() {
+        bool wasOpen = true;
+        connect(m_box.get(), &PressCombobox::clicked, this, [&] { wasOpen = m_box->view()->isVisible(); });
+        QTest::keyClick(m_box.get(), Qt::Key_Space);
+        QVERIFY(!wasOpen);
+    }
+
+    void anEmptyListDoesNotOpenByKey() {
+        m_box->clear();
+        QSignalSpy clicked(m_box.get(), &PressCombobox::clicked);
+        QTest::keyClick(m_box.get(), Qt::Key_Space);
+        QCOMPARE(clicked.count(), 0);
+    }
+
+    void openingFromTheProgramTellsNothing() {
+        QSignalSpy clicked(m_box.get(), &PressCombobox::clicked);
+        m_box->showPopup();
+        QCOMPARE(clicked.count(), 0);
     }
 
     void theListHasRowsOfThirty() {

@@ -77,6 +77,33 @@ private slots:
         QApplication::sendEvent(&box, &last);
         QCOMPARE(box.toPlainText(), QStringLiteral("ab"));
     }
+
+    void aCompositionEndsWithTheFocusOrTheBox_data() {
+        QTest::addColumn<bool>("hides");
+        QTest::newRow("focus") << false;
+        QTest::newRow("box") << true;
+    }
+    void aCompositionEndsWithTheFocusOrTheBox() {
+        QFETCH(bool, hides);
+        SelfPlainTextEdit box;
+        box.SetMaxLength(2);
+        box.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&box));
+        QInputMethodEvent commitAndGoOn(QStringLiteral("ni"), {});
+        commitAndGoOn.setCommitString(QStringLiteral("一二三"));
+        QApplication::sendEvent(&box, &commitAndGoOn);
+        QCOMPARE(box.toPlainText(), QStringLiteral("一二三"));
+        if (hides) {
+            box.hide();
+        } else {
+            QFocusEvent out(QEvent::FocusOut);
+            QApplication::sendEvent(&box, &out);
+        }
+        QCOMPARE(box.toPlainText(), QStringLiteral("一二"));
+        // The limit holds from now on, though nobody told of the composition's end.
+        box.setPlainText(QStringLiteral("abc"));
+        QCOMPARE(box.toPlainText(), QStringLiteral("ab"));
+    }
 };
 
 QTEST_MAIN(TestSelfPlainTextEdit)
