@@ -130,13 +130,15 @@ void PictureList::LoadPictureList() {
     m_view->clear();
     m_known.clear();
     AddPictureItem(AddEntryPath());
-    for (const QString& path : ReadStoredPictures()) {
+    const QStringList stored = ReadStoredPictures();
+    for (const QString& path : stored) {
         // Settings written by hand: it would be a picture that cannot be told from the add entry.
         if (!IsSamePicture(path, AddEntryPath())) {
             AddPictureItem(path);
         }
     }
-    for (const QString& path : BuiltInBackgrounds()) {
+    const QStringList builtIn = BuiltInBackgrounds();
+    for (const QString& path : builtIn) {
         AddPictureItem(path);
     }
 }

@@ -128,6 +128,13 @@ void NimbPushButton::SetButtonEnabled(bool enabled) {
     update();
 }
 
+void NimbPushButton::SetCurIndex(int index) {
+    if (index != m_curIndex) {
+        m_curIndex = index;
+        Q_EMIT curIndexChanged(index);
+    }
+}
+
 void NimbPushButton::SetTextPixelSize(int pixels) {
     m_textPixelSize = pixels;
     updateGeometry();

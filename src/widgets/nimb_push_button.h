@@ -17,7 +17,7 @@ namespace kivo {
 
 class NimbPushButton : public QPushButton {
     Q_OBJECT
-    Q_PROPERTY(int curIndex READ CurIndex WRITE SetCurIndex)
+    Q_PROPERTY(int curIndex READ CurIndex WRITE SetCurIndex NOTIFY curIndexChanged)
 
 public:
     enum class Look {
@@ -59,7 +59,7 @@ public:
 
     // A number for the owner's use.
     int CurIndex() const { return m_curIndex; }
-    void SetCurIndex(int index) { m_curIndex = index; }
+    void SetCurIndex(int index);
 
     // 15 at first. A text that is too wide is drawn smaller, and at last elided.
     void SetTextPixelSize(int pixels);
@@ -93,6 +93,7 @@ public:
     QSize sizeHint() const override;
 
 Q_SIGNALS:
+    void curIndexChanged(int index);
     // A left press, before anything changes. The event lives as long as the call.
     void mousePressSignal(QMouseEvent* event);
     // After the press has been taken in: IsPressed() tells the new state.
