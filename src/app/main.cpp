@@ -18,6 +18,7 @@
 #include "config/first_run_marker.h"
 #include "device/hid_api_hidapi.h"
 #include "device/report_log.h"
+#include "pictures/thumbnails.h"
 #include "resources/resources.h"
 #include "virtualscreen/panel_image_writer.h"
 #include "virtualscreen/virtual_hid_api.h"
@@ -139,31 +140,37 @@ int main(int argc, char** argv) {
     }
 
     Screen screen(line.options, hasDisplay);
-    kivo::MainWindow window(
-        {screen.Hid(), &instance, QCoreApplication::applicationDirPath(), line.options.virtualScreen});
+    auto window = std::make_unique<kivo::MainWindow>(kivo::MainWindow::Parts{
+        screen.Hid(), &instance, QCoreApplication::applicationDirPath(), line.options.virtualScreen});
     screen.ShowWindow();
-    if (window.Session().Screen().controlHandle() == nullptr) {
+    if (window->Session().Screen().controlHandle() == nullptr) {
         Say(stderr, QStringLiteral("kivo-screen: no screen found. --virtual-screen shows a software panel "
                                    "instead.\n"));
     }
     if (kivo::IsFirstRun()) {
-        window.show();
+        window->show();
     } else {
-        window.PutAway();
+        window->PutAway();
     }
     if (line.options.runSeconds) {
         QTimer::singleShot(std::chrono::milliseconds(qRound64(*line.options.runSeconds * 1000)), &application,
                            &QCoreApplication::quit);
     }
     const int status = QApplication::exec();
-    const bool stopped = window.Stop();
+    const bool stopped = window->Stop();
     if (line.options.runSeconds) {
-        Say(stdout, ValuesLine(window.Session().ShownTexts()));
+        Say(stdout, ValuesLine(window->Session().ShownTexts()));
     }
     if (!stopped) {
         // A worker hangs in a write to the screen and uses what lives here: nothing may be destroyed any
         // more.
         kivo::CloseHelperWindow();
+        std::fflush(nullptr);
+        std::_Exit(status);
+    }
+    window.reset();
+    if (!kivo::Thumbnails::EverythingEnded()) {
+        // One hangs in a picture's file; it may wake up while Qt is being taken down.
         std::fflush(nullptr);
         std::_Exit(status);
     }
