@@ -85,10 +85,6 @@ void ClearTrim(LayoutRecord& layout) {
     layout.yZoom = 0;
 }
 
-bool IsTrimmed(const LayoutRecord& layout) {
-    return layout.xPt != 0 || layout.yPt != 0 || layout.xZoom != 0 || layout.yZoom != 0;
-}
-
 TrimZone TrimZoneAt(const QRectF& frame, QPointF position) {
     if (Near(frame.topLeft(), position)) {
         return TrimZone::TopLeft;

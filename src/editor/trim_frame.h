@@ -32,7 +32,6 @@ TrimView MakeTrimView(QSize picture, Orientation orientation, const LayoutRecord
 // Writes a frame into the layout, in whole panel pixels.
 void StoreTrim(const QRectF& frame, Orientation orientation, LayoutRecord& layout);
 void ClearTrim(LayoutRecord& layout);
-bool IsTrimmed(const LayoutRecord& layout);
 
 // What the mouse has hold of.
 enum class TrimZone {

@@ -37,6 +37,11 @@ public:
     const EditState& Edited() const { return m_edited; }
     ScreenState Shown() const;
 
+    // What the settings hold as far as the editor knows: as loaded, committed or told by SetSavedThemes.
+    const EditState& Saved() const { return m_saved; }
+    // Tells which themes have been written to the settings; RevertLayout goes back to their custom layouts.
+    void SetSavedThemes(const ThemeState& themes) { m_saved.themes = themes; }
+
     // Reads everything from the settings file; edited and saved are the same then, and the way back begins.
     void Load();
 
@@ -56,6 +61,11 @@ public:
     // Gives the layout in force that picture and clears its trim. False when it cannot be loaded; nothing
     // changes then.
     bool SetBackground(const QString& path);
+
+    // For a picture that is no more: whatever layout has it as its own, edited, saved or on the way back,
+    // gets the other one, untrimmed. Not whether that can be loaded. Steps of the way back do not bring it
+    // again.
+    void ReplacePicture(const QString& old, const QString& by);
 
     // Ticks or unticks an item of the custom layout in force (kind 0..8). The caller asks MayTick before.
     void SetItemEnabled(int kind, bool on);
@@ -82,12 +92,14 @@ public:
     // loaded it does nothing.
     void Undo();
 
-    // Makes the edited layouts, table and text row the saved ones and writes table and row. The layouts
-    // themselves are saved by whoever applies them. False when the file could not be written.
+    // Makes the edited custom layouts, table and text row the saved ones, with page, style and orientation,
+    // and writes table and row. The layouts themselves are written by whoever applies them, who then calls
+    // SetSavedThemes. False when the file could not be written.
     bool CommitLayout();
 
     // Puts both custom layouts, the table and the text row back to the saved ones. Page, theme, style and
-    // orientation stay.
+    // orientation stay, and so does a layout's picture, which is chosen outside of editing; with a picture
+    // other than the saved one its trim stays too.
     void RevertLayout();
 
     // Gives the text box the look and place of the current colour, size, row and orientation.
@@ -137,7 +149,7 @@ private:
     enum class Drag { None, Slot, Text, MoveFrame, SizeFrame };
 
     Orientation CurrentOrientation() const { return m_edited.themes.orientation; }
-    bool IsCustom() const { return m_edited.themes.mode != 0; }
+    bool ShowsCustom() const { return IsCustom(m_edited.themes); }
     bool CanDragSlots() const;
     bool IsTrimming() const { return m_editing && m_trimMode; }
     SlotRow& Slots() { return m_edited.slotTable[size_t(VariantInForce(m_edited))]; }
@@ -148,12 +160,9 @@ private:
     // for the edit, tells.
     enum class By { Caller, Person };
     void NoteEdit(By by, EditHistory::Kind kind = EditHistory::Kind::Single);
-    // After another layout may have come into force: its way back begins here.
-    void RememberShownLayout();
     void RetranslateTexts();
 
     // Text entry.
-    void SetTextFlag(bool on);
     bool OpenTextEntry();
     void KeepTyping();            // after a choice in the tool bar
     QRect DrawnTextRect() const;  // widget pixels; empty where there is none

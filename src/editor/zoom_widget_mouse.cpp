@@ -39,7 +39,7 @@ int SlotIn(Zone zone, Orientation orientation, QSize widget, QPoint position) {
 }  // namespace
 
 bool ZoomWidget::CanDragSlots() const {
-    return m_editing && !m_trimMode && IsCustom() && VariantInForce(m_edited) == 0;
+    return m_editing && !m_trimMode && ShowsCustom() && VariantInForce(m_edited) == 0;
 }
 
 int ZoomWidget::PressedSlot(QPoint position) const {
@@ -56,7 +56,7 @@ int ZoomWidget::PressedSlot(QPoint position) const {
 }
 
 bool ZoomWidget::IsTextAt(QPoint position) const {
-    if (!m_editing || !IsCustom() || Layout().freeText.isEmpty() || !IsShown(Shown(), OtherText)) {
+    if (!m_editing || !ShowsCustom() || Layout().freeText.isEmpty() || !IsShown(Shown(), OtherText)) {
         return false;
     }
     return TextPressRect(m_edited.textRow, CurrentOrientation(), size()).contains(position) ||
@@ -276,7 +276,7 @@ bool ZoomWidget::HandleLayoutKey(const QKeyEvent& event) {
 }
 
 bool ZoomWidget::MoveTextByKey(int by) {
-    if (Layout().freeText.isEmpty() || !IsCustom()) {
+    if (Layout().freeText.isEmpty() || !ShowsCustom()) {
         return false;
     }
     MoveTextTo(qBound(0, m_edited.textRow + by, kTextRowCount - 1));

@@ -51,12 +51,8 @@ void ZoomWidget::KeepTyping() {
     }
 }
 
-void ZoomWidget::SetTextFlag(bool on) {
-    CustomFlags(LayoutInForce(m_edited), VariantInForce(m_edited))[OtherText] = on;
-}
-
 bool ZoomWidget::OpenTextEntry() {
-    if (!m_editing || !IsCustom()) {
+    if (!m_editing || !ShowsCustom()) {
         return false;
     }
     if (!m_textEntryOpen) {
@@ -66,7 +62,7 @@ bool ZoomWidget::OpenTextEntry() {
         SetHover(kEmptySlot, false);
         m_editText->setPlainText(Layout().freeText);
         m_editText->moveCursor(QTextCursor::End);
-        SetTextFlag(true);
+        CustomFlags(LayoutInForce(m_edited), VariantInForce(m_edited))[OtherText] = true;
         Q_EMIT layoutChanged();
     }
     StyleTextBox();
@@ -92,10 +88,14 @@ void ZoomWidget::solteditingFinished() {
     if (hadFocus && m_editing) {
         setFocus();
     }
-    const QString text = m_editText->toPlainText();
-    const bool isEmpty = text.trimmed().isEmpty();
-    LayoutInForce(m_edited).freeText = isEmpty ? QString() : text;
-    SetTextFlag(!isEmpty);
+    QString text = m_editText->toPlainText();
+    // Blanks and line breaks at its end would only push it out of its place.
+    while (!text.isEmpty() && text.at(text.size() - 1).isSpace()) {
+        text.chop(1);
+    }
+    LayoutRecord& layout = LayoutInForce(m_edited);
+    layout.freeText = text;
+    SettleTextFlag(layout, VariantInForce(m_edited));
     NoteEdit(By::Person);
     Q_EMIT HideColorWin(0);
 }

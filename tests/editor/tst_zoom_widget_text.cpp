@@ -60,6 +60,15 @@ private slots:
         QCOMPARE(hide[0][0].toInt(), 0);
     }
 
+    void BlanksAndLinesAtTheEndAreNotKept() {
+        Editor editor;
+        editor.GiveText(QStringLiteral("  one\ntwo \n\n\t "));
+        QCOMPARE(editor.Layout().freeText, QStringLiteral("  one\ntwo"));
+        editor.GiveText(QStringLiteral(" \n "));
+        QVERIFY(editor.Layout().freeText.isEmpty());
+        QVERIFY(!editor.Layout().shown[OtherText]);
+    }
+
     void WithoutAnOpenEntryItsEndIsNothing() {
         Editor editor;
         editor.GiveText(Words());
