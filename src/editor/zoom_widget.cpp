@@ -33,7 +33,9 @@ ZoomWidget::ZoomWidget(QWidget* parent) : QWidget(parent), m_editText(new SelfPl
     m_editText->setTabChangesFocus(true);
     m_editText->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     m_editText->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    m_editText->document()->setDocumentMargin(0);
     m_editText->installEventFilter(this);
+    connect(m_editText, &QPlainTextEdit::textChanged, this, &ZoomWidget::PlaceTextBox);
     RetranslateTexts();
     StyleTextBox();
 }
@@ -54,6 +56,7 @@ void ZoomWidget::Load() {
     m_saved = m_edited;
     m_loaded = true;
     m_history.Start(m_edited);
+    RetranslateTexts();
     StyleTextBox();
     update();
 }
@@ -95,6 +98,7 @@ void ZoomWidget::ShowTheme(const ThemeState& state, bool reloadPictures) {
     if (reloadPictures) {
         m_background.Recheck();
     }
+    RetranslateTexts();
     StyleTextBox();
     update();
 }
@@ -286,6 +290,8 @@ void ZoomWidget::RetranslateTexts() {
     setAccessibleName(text(QT_TRANSLATE_NOOP("ZoomWidget", "屏幕预览")));
     if (IsTrimming()) {
         setToolTip(text(QT_TRANSLATE_NOOP("ZoomWidget", "拖动边框修剪图片，滚轮缩放")));
+    } else if (m_editing && VariantInForce(m_edited) != 0) {
+        setToolTip(text(QT_TRANSLATE_NOOP("ZoomWidget", "双击可输入文字，文字可拖动")));
     } else if (m_editing) {
         setToolTip(text(QT_TRANSLATE_NOOP("ZoomWidget", "拖动可交换位置，双击可输入文字")));
     } else {

@@ -19,6 +19,7 @@
 
 namespace kivo {
 
+struct PanelTexts;
 class SelfPlainTextEdit;
 
 // Not 0: a free text may be longer in landscape, 60 characters instead of 40. Nothing sets it yet.
@@ -164,14 +165,29 @@ private:
 
     // Text entry.
     bool OpenTextEntry();
-    void KeepTyping();            // after a choice in the tool bar
-    QRect DrawnTextRect() const;  // widget pixels; empty where there is none
+    void KeepTyping();  // after a choice in the tool bar
+    void PlaceTextBox();
+
+    // Where the free text is drawn, or would be in that row; widget pixels, empty where there is none.
+    QRect DrawnTextRect(int row) const;
+    QRect DrawnTextRect() const { return DrawnTextRect(m_edited.textRow); }
 
     // Dragging in the layout, by mouse and keyboard. The key handlers tell whether the key meant something.
     int PressedSlot(QPoint position) const;
-    int RowAt(QPoint position) const;  // that takes the text when it is dropped there
-    bool IsTextAt(QPoint position) const;
-    void StartTextDrag(QPoint position);
+    bool CanDragText() const;
+    // What a press there takes hold of; a contested one passes the turn on.
+    struct Hold {
+        int slot = kEmptySlot;
+        bool text = false;
+        bool contested = false;
+    };
+    Hold HoldAt(QPoint position) const;
+    // Whether a release there ends a drag and not a click.
+    bool IsDrop(QPoint position) const;
+    int SlotAt(QPoint position) const;  // that takes the slot when it is dropped there; kEmptySlot for none
+    int RowAt(QPoint position) const;   // that takes the text when it is dropped there
+    int RowDraggedTo(QPoint position) const;
+    void StartTextDrag();
     void MoveTextTo(int row);
     void MoveSlotTo(int slot);
     void EndDrag();
@@ -195,8 +211,9 @@ private:
 
     // Painting.
     ItemTexts PreviewTexts() const;
-    void PaintScreen(QPainter& painter, const ScreenState& state);
-    void PaintLayoutMarks(QPainter& painter, const ScreenState& state) const;
+    void PaintScreen(QPainter& painter, const ScreenState& state, const PanelTexts& texts);
+    void PaintLayoutMarks(QPainter& painter, const ScreenState& state, const PanelTexts& texts) const;
+    void PaintRowMarks(QPainter& painter) const;
     void PaintTrim(QPainter& painter, const ScreenState& state);
 
     EditState m_edited;
@@ -213,9 +230,11 @@ private:
     bool m_trimMode = false;
 
     Drag m_drag = Drag::None;
+    QPoint m_pressedAt;  // where it began
     int m_draggedSlot = kEmptySlot;
     int m_dropRow = -1;  // under the mouse while the text is dragged
-    // The centre slot and the middle text row lie over each other: presses there take turns between the two.
+    // The centre slot and a text in the middle row lie over each other: presses where both are take turns
+    // between the two.
     bool m_textHasTurn = false;
     int m_hoverSlot = kEmptySlot;
     bool m_hoverText = false;
@@ -224,7 +243,6 @@ private:
     bool m_focusByKeyboard = false;
 
     TrimZone m_trimZone = TrimZone::None;
-    QPoint m_pressedAt;
     TrimView m_trimStart;      // when the drag began
     LayoutRecord m_trimDraft;  // what the drag has made of the layout's trim so far
     int m_wheelRest = 0;       // wheel movement (eighths of a degree) not yet acted on

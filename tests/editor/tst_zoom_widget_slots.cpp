@@ -74,6 +74,24 @@ private slots:
         QCOMPARE(editor.Row(), (SlotRow{{E, CpuUsage, E, E, E}}));
     }
 
+    // The zones of two slots meet in portrait; a hand that trembles there drops nothing.
+    void AClickIsNoDrop() {
+        for (const Orientation orientation : kOrientations) {
+            const QRect widget(QPoint(0, 0), EditorSize(orientation));
+            Editor editor(CustomThemes(orientation));
+            for (int slot = 0; slot < kSlotCount; ++slot) {
+                const QRect zone = SlotPressRect(slot, orientation, widget.size()) & widget;
+                for (const QPoint& at :
+                     {zone.topLeft(), zone.topRight(), zone.bottomLeft(), zone.bottomRight()}) {
+                    for (const QPoint& by : {QPoint(0, 0), QPoint(4, 4), QPoint(-4, -4), QPoint(4, -4)}) {
+                        editor.Drag(at, at + by);
+                        QCOMPARE(editor.Row(), kFactoryRow);
+                    }
+                }
+            }
+        }
+    }
+
     void DroppingOutsideEverySlotChangesNothing() {
         Editor editor;
         editor.Drag(SlotPoint(0), QPoint(217, 20));
@@ -262,6 +280,15 @@ private slots:
         editor.SetTrimMode(1);
         QVERIFY(!editor.toolTip().isEmpty());
         QVERIFY(editor.toolTip() != whileEditing);
+        editor.SetTrimMode(0);
+        QCOMPARE(editor.toolTip(), whileEditing);
+        // Of one item there is nothing to exchange.
+        ThemeState themes = editor.Edited().themes;
+        themes.style = 1;
+        editor.ShowTheme(themes, false);
+        QVERIFY(!editor.toolTip().isEmpty());
+        QVERIFY(editor.toolTip() != whileEditing);
+        QCOMPARE(editor.accessibleDescription(), editor.toolTip());
     }
 };
 
