@@ -47,7 +47,8 @@ enum class TrimZone {
     Bottom = 8,
 };
 
-// frame and position in widget pixels. Corners are tested first, then edges.
+// frame and position in widget pixels. Corners are tested first, then edges. The middle third of the frame is
+// always Inside, however small the frame.
 TrimZone TrimZoneAt(const QRectF& frame, QPointF position);
 Qt::CursorShape TrimCursor(TrimZone zone);
 

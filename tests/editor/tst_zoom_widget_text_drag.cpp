@@ -143,12 +143,12 @@ private slots:
             const QRect drawn = DrawnIn(editor, row);
             const QPoint by = DrawnIn(editor, to).center() - drawn.center();
             // The rows have not the same room for lines, so that only the middles correspond.
-            const QVector<QPoint> grabs = text == Words() ? QVector<QPoint>{drawn.topLeft(), drawn.center(),
-                                                                            drawn.bottomRight()}
-                                                          : QVector<QPoint>{drawn.center()};
+            const QVector<QPoint> grabs =
+                text == Words() ? QVector<QPoint>{drawn.topLeft(), drawn.center(), drawn.bottomRight()}
+                                : QVector<QPoint>{drawn.center()};
             for (const QPoint& from : grabs) {
                 editor.Drag(from, from + by);
-QCOMPARE(editor.Edited().textRow, to);
+                QCOMPARE(editor.Edited().textRow, to);
                 if (to != row) {
                     editor.Undo();
                 }
