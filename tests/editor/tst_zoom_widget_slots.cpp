@@ -74,22 +74,27 @@ private slots:
         QCOMPARE(editor.Row(), (SlotRow{{E, CpuUsage, E, E, E}}));
     }
 
-    // The zones of two slots meet in portrait; a hand that trembles there drops nothing.
+    // Who wants a longer way before a press becomes a drag reaches the next zone with less.
     void AClickIsNoDrop() {
-        for (const Orientation orientation : kOrientations) {
-            const QRect widget(QPoint(0, 0), EditorSize(orientation));
-            Editor editor(CustomThemes(orientation));
-            for (int slot = 0; slot < kSlotCount; ++slot) {
-                const QRect zone = SlotPressRect(slot, orientation, widget.size()) & widget;
-                for (const QPoint& at :
-                     {zone.topLeft(), zone.topRight(), zone.bottomLeft(), zone.bottomRight()}) {
-                    for (const QPoint& by : {QPoint(0, 0), QPoint(4, 4), QPoint(-4, -4), QPoint(4, -4)}) {
-                        editor.Drag(at, at + by);
-                        QCOMPARE(editor.Row(), kFactoryRow);
-                    }
-                }
-            }
-        }
+        const int usual = QApplication::startDragDistance();
+        QApplication::setStartDragDistance(40);
+        Editor editor;
+        const QPoint besideTheCentre(135, 130);
+        editor.Drag(besideTheCentre, besideTheCentre + QPoint(20, 0));
+        const SlotRow afterAClick = editor.Row();
+        QApplication::setStartDragDistance(usual);
+        editor.Drag(besideTheCentre, besideTheCentre + QPoint(20, 0));
+        QCOMPARE(afterAClick, kFactoryRow);
+        QCOMPARE(editor.Row(), Swapped(kFactoryRow, 0, 2));
+    }
+
+    void AFreeTextHoldsNoSlotOnceLoaded() {
+        SlotTable table = EmptySlotTable();
+        table[0] = {{OtherText, CpuUsage, OtherText2, E, E}};
+        Editor editor(CustomThemes(), table);
+        QCOMPARE(editor.Row(), (SlotRow{{E, CpuUsage, E, E, E}}));
+        QVERIFY(!editor.Layout().shown[OtherText]);
+        QVERIFY(!editor.Layout().shown[OtherText2]);
     }
 
     void DroppingOutsideEverySlotChangesNothing() {

@@ -254,15 +254,6 @@ private slots:
         QCOMPARE(editor.Saved(), editor.Edited());
     }
 
-    void AFreeTextHoldsNoSlotOnceLoaded() {
-        SlotTable table = EmptySlotTable();
-        table[0] = {{OtherText, CpuUsage, OtherText2, E, E}};
-        Editor editor(CustomThemes(), table);
-        QCOMPARE(editor.Row(), (SlotRow{{E, CpuUsage, E, E, E}}));
-        QVERIFY(!editor.Layout().shown[OtherText]);
-        QVERIFY(!editor.Layout().shown[OtherText2]);
-    }
-
     void CancellingAnOpenEntryForgetsItsText() {
         Editor editor;
         editor.slotShowEdt();
