@@ -327,6 +327,10 @@ Exit anyway?</translation>
         <source>自由文字</source>
         <translation>Free text</translation>
     </message>
+    <message>
+        <source>双击可输入文字，文字可拖动</source>
+        <translation>Double-click to type text, drag to move it</translation>
+    </message>
 </context>
 <context>
     <name>kivo::ColorBar</name>

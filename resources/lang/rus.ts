@@ -327,6 +327,10 @@
         <source>自由文字</source>
         <translation>Свободный текст</translation>
     </message>
+    <message>
+        <source>双击可输入文字，文字可拖动</source>
+        <translation>Двойной щелчок — ввод текста, перетаскивание — перемещение</translation>
+    </message>
 </context>
 <context>
     <name>kivo::ColorBar</name>

@@ -327,6 +327,10 @@
         <source>自由文字</source>
         <translation>自由文字</translation>
     </message>
+    <message>
+        <source>双击可输入文字，文字可拖动</source>
+        <translation>双击可输入文字，文字可拖动</translation>
+    </message>
 </context>
 <context>
     <name>kivo::ColorBar</name>

@@ -176,13 +176,14 @@ void MainWindow::slotApply() {
     StopRefresh();
     ZoomWidget* editor = m_ui->zoomwidget;
     ThemeState themes = editor->Edited().themes;
+    KeepOtherPage(themes, editor->Saved().themes);
     if (IsCustomPage()) {
         editor->CommitLayout();
         OpenEditing(false);
     }
-    KeepOtherPage(themes);
-    SaveThemeState(themes);
-    m_savedThemes = themes;
+    if (SaveThemeState(themes)) {
+        editor->SetSavedThemes(themes);
+    }
     m_session->SetChosen(editor->Shown());
     if (UploadWithProgress()) {
         StartRefresh();
@@ -190,14 +191,13 @@ void MainWindow::slotApply() {
 }
 
 // What is being made of the other page's layouts is not asked for yet.
-void MainWindow::KeepOtherPage(ThemeState& themes) const {
+void MainWindow::KeepOtherPage(ThemeState& themes, const ThemeState& saved) {
     const bool custom = themes.mode != 0;
     const int first = custom ? 0 : kFirstCustomLayout;
     const int end = custom ? kFirstCustomLayout : kLayoutCount;
-    std::copy(m_savedThemes.layouts.begin() + first, m_savedThemes.layouts.begin() + end,
-              themes.layouts.begin() + first);
+    std::copy(saved.layouts.begin() + first, saved.layouts.begin() + end, themes.layouts.begin() + first);
     if (custom) {
-        themes.theme = m_savedThemes.theme;
+        themes.theme = saved.theme;
     }
 }
 

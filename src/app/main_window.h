@@ -126,8 +126,9 @@ private:
     // False when the program ends meanwhile.
     bool UploadWithProgress();
     void AskWantedExit();
-    void KeepOtherPage(ThemeState& themes) const;
+    static void KeepOtherPage(ThemeState& themes, const ThemeState& saved);
     void UsePicture(const QString& path);
+    void TakePictureOut(const QString& removed, int row);
     QString ChoosePicture();
     void AddPictureByHand();
 
@@ -149,7 +150,6 @@ private:
     Tray m_tray;
     QTimer m_poll;
 
-    ThemeState m_savedThemes;     // as the settings have them
     int m_pageStyle[2] = {0, 0};  // what "style" means on each page, while the other is shown
     bool m_live = false;          // workers run, so that there are live texts to show
     bool m_uploading = false;

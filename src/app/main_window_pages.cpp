@@ -138,8 +138,8 @@ void MainWindow::LoadState() {
     m_pictures->LoadPictureList();
     ZoomWidget* editor = m_ui->zoomwidget;
     editor->Load();
-    m_savedThemes = editor->Edited().themes;
-    m_pageStyle[m_savedThemes.mode != 0] = m_savedThemes.style;
+    const ThemeState& themes = editor->Saved().themes;
+    m_pageStyle[themes.mode != 0] = themes.style;
     m_session->SetLoaded(editor->Shown());
     ShowState();
 }
@@ -281,19 +281,25 @@ void MainWindow::slotRightClick() {
 void MainWindow::SlotDeletePix(int row) {
     if (m_pictures->IsUserPicture(row)) {
         if (ExitMessageBox::Ask(this, WindowText(QT_TRANSLATE_NOOP("MainWindow", "是否删除此图片？")))) {
-            const QString before = PicturePath(m_ui->zoomwidget->Shown());
             const QString removed = m_pictures->RemoveUserPicture(row);
             m_pictures->SavePictureList();
-            const QString after = m_pictures->BackgroundAfterRemoval(before, removed, row);
-            // Nobody has asked for the one that moves up: where it cannot be opened, that is not told.
-            if (after != before && !m_ui->zoomwidget->SetBackground(after)) {
-                m_ui->zoomwidget->SetBackground(BuiltInBackgrounds().constFirst());
-            }
+            TakePictureOut(removed, row);
         }
     } else if (m_pictures->IsBuiltIn(row)) {
         ExitMessageBox::Tell(this, WindowText(QT_TRANSLATE_NOOP("MainWindow", "默认图片不能删除。")));
     }
     ShowChosenPicture();
+}
+
+// Nobody has asked for the picture that moves up: where it cannot be opened, that is not told.
+void MainWindow::TakePictureOut(const QString& removed, int row) {
+    ZoomWidget* editor = m_ui->zoomwidget;
+    QString next = m_pictures->BackgroundAfterRemoval(removed, removed, row);
+    if (PicturePath(editor->Shown()) == removed && next != removed && !editor->SetBackground(next)) {
+        next = BuiltInBackgrounds().constFirst();
+        editor->SetBackground(next);
+    }
+    editor->ReplacePicture(removed, next);
 }
 
 // The keys, or a press that is let go elsewhere, move the frame without choosing: it goes back in the end.

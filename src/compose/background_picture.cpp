@@ -3,6 +3,8 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QLoggingCategory>
+#include <QPainter>
+#include <cmath>
 
 #include "compose/picture_decoder.h"
 
@@ -24,17 +26,42 @@ QSize UsefulSize(QSize size) {
     return size.scaled(kUsefulShortSide, kUsefulShortSide, Qt::KeepAspectRatioByExpanding);
 }
 
-// The pixels of that part, at least one each way: of a very small or narrow picture the part may be less than
-// a pixel.
-QRect WholePixels(const QRectF& part, QSize picture) {
-    if (part.isEmpty()) {
-        return QRect();
+// A picture that has not been decoded at reduced size: no larger than one that has.
+QImage Reduced(const QImage& picture) {
+    const QSize size = UsefulSize(picture.size());
+    return size == picture.size() ? picture
+                                  : picture.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+}
+
+bool IsWhole(double number) {
+    constexpr double kRounding = 1e-3;
+    return qAbs(number - std::round(number)) < kRounding;
+}
+
+// That part of the picture, to be enlarged: a pixel of the picture becomes many, so that the part must not be
+// rounded to whole ones. It may even be less than one.
+QImage Enlarged(const QImage& picture, const QRectF& part, QSize size) {
+    const QRect around = part.toAlignedRect() & picture.rect();
+    QImage enlarged(size, QImage::Format_ARGB32_Premultiplied);
+    enlarged.fill(Qt::transparent);
+    QPainter painter(&enlarged);
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    painter.setCompositionMode(QPainter::CompositionMode_Source);
+    painter.drawImage(QRectF(QPointF(0, 0), QSizeF(size)),
+                      picture.copy(around).convertToFormat(QImage::Format_ARGB32_Premultiplied),
+                      part.translated(-around.topLeft()));
+    return enlarged;
+}
+
+QImage Scaled(const QImage& picture, const QRectF& part, QSize size) {
+    const bool whole =
+        IsWhole(part.left()) && IsWhole(part.top()) && IsWhole(part.width()) && IsWhole(part.height());
+    if (!whole && part.width() < size.width()) {
+        return Enlarged(picture, part, size);
     }
-    QRect pixels = part.toRect();
-    pixels.setSize(pixels.size().expandedTo(QSize(1, 1)));
-    pixels.moveLeft(qBound(0, pixels.left(), picture.width() - 1));
-    pixels.moveTop(qBound(0, pixels.top(), picture.height() - 1));
-    return pixels & QRect(QPoint(0, 0), picture);
+    const QRect pixels = part.toRect() & picture.rect();
+    const QImage shown = pixels == picture.rect() ? picture : picture.copy(pixels);
+    return shown.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
 }
 
 // Every way to have no picture: one line that names it, and null.
@@ -55,7 +82,7 @@ QImage LoadPicture(const QString& path) {
         return Refuse(path, QStringLiteral("cannot be read (%1)").arg(file.errorString()));
     }
     const DecodedPicture decoded = DecodePicture(file, UsefulSize);
-    return decoded.image.isNull() ? Refuse(path, decoded.refusal) : decoded.image;
+    return decoded.image.isNull() ? Refuse(path, decoded.refusal) : Reduced(decoded.image);
 }
 
 QRectF ShownPart(QSize picture, Orientation orientation, const LayoutRecord& layout) {
@@ -77,14 +104,13 @@ QRectF ShownPart(QSize picture, Orientation orientation, const LayoutRecord& lay
 }
 
 QImage PlacedPicture(const QImage& picture, QSize size, Orientation orientation, const LayoutRecord& layout) {
-    const QRect part = WholePixels(ShownPart(picture.size(), orientation, layout), picture.size());
+    const QRectF part = ShownPart(picture.size(), orientation, layout);
     if (part.isEmpty()) {
         QImage black(size, QImage::Format_RGB32);
         black.fill(Qt::black);
         return black;
     }
-    const QImage shown = part == picture.rect() ? picture : picture.copy(part);
-    const QImage scaled = shown.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    const QImage scaled = Scaled(picture, part, size);
     if (!scaled.hasAlphaChannel()) {
         return scaled.convertToFormat(QImage::Format_RGB32);
     }

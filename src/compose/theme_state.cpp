@@ -83,10 +83,6 @@ Orientation OrientationOf(int layout) {
                                                                 : Orientation::Landscape;
 }
 
-int VariantOf(const ThemeState& state) {
-    return state.style == 0 ? 0 : 1;
-}
-
 Theme ThemeOf(const ThemeState& state) {
     return Theme(qBound(0, state.theme, kThemeCount - 1));
 }
@@ -97,8 +93,16 @@ auto Tied(const ThemeState& s) {
 
 }  // namespace
 
+bool IsCustom(const ThemeState& state) {
+    return state.mode != 0;
+}
+
+int VariantOf(const ThemeState& state) {
+    return state.style == 0 ? 0 : 1;
+}
+
 int LayoutIndexInForce(const ThemeState& state) {
-    return state.mode != 0 ? CustomLayoutIndex(VariantOf(state))
+    return IsCustom(state) ? CustomLayoutIndex(VariantOf(state))
                            : ThemeLayoutIndex(ThemeOf(state), state.orientation);
 }
 
@@ -154,7 +158,7 @@ bool SaveThemeState(const ThemeState& state, const QString& filePath) {
 ScreenState MakeScreenState(const ThemeState& state, const SlotTable& slotTable, int textRow,
                             InterfaceLanguage language) {
     ScreenState screen;
-    screen.custom = state.mode != 0;
+    screen.custom = IsCustom(state);
     screen.theme = ThemeOf(state);
     screen.style = state.style;
     screen.variant = VariantOf(state);
@@ -168,14 +172,15 @@ ScreenState MakeScreenState(const ThemeState& state, const SlotTable& slotTable,
 }
 
 void TickPlacedItems(ThemeState& state, const SlotTable& slotTable) {
-    for (int variant = 0; variant < kVariantCount; ++variant) {
-        LayoutRecord& record = state.layouts[size_t(CustomLayoutIndex(variant))];
-        for (const int item : slotTable[size_t(variant)]) {
-            if (item >= 0 && item < kLiveValueCount) {
-                (variant == 0 ? record.shown : record.selected)[size_t(item)] = true;
-            }
+    const auto tick = [](std::array<bool, kLiveValueCount>& flags, int item) {
+        if (item >= CpuTemperature && item <= FanSpeed) {
+            flags[size_t(item)] = true;
         }
+    };
+    for (const int item : slotTable[0]) {
+        tick(state.layouts[size_t(CustomLayoutIndex(0))].shown, item);
     }
+    tick(state.layouts[size_t(CustomLayoutIndex(1))].selected, slotTable[1][kCentreSlot]);
 }
 
 }  // namespace kivo

@@ -1,10 +1,11 @@
 #pragma once
 
-// The way back through the edits of one layout. The first entry is the state that was loaded; there is no way
-// back behind it.
+// The ways back through the edits of the layouts, each its own. A way's first entry is the state that was
+// loaded; there is no way back behind it.
 
+#include <QString>
 #include <QVector>
-#include <optional>
+#include <array>
 
 #include "editor/edit_state.h"
 
@@ -19,28 +20,38 @@ struct EditStep {
 
 class EditHistory {
 public:
-    // What a step did. Steps of one kind that follow each other closely, as the notches of a wheel do, go
-    // back as one.
+    // What a step did. Steps of one kind with nothing else between them, as the notches of a wheel are, go
+    // back as one, however much time lies between.
     enum class Kind { Single, Zoom, Move };
 
-    // Forgets everything; state is where the way back ends.
+    // Forgets everything; state is where the ways back end.
     void Start(const EditState& state);
 
-    // Remembers the state after an edit of the layout in force. One that changed nothing is not remembered.
+    // Remembers the state after an edit of the layout in force, or after that has come into force. One that
+    // changed nothing is not remembered; of a layout that was not in force since Start it is the first entry.
     void Append(const EditState& state, Kind kind = Kind::Single);
 
-    // Puts state, whose layout in force is the one that was edited, one step back. False at the first entry.
+    // Puts the layout in force one step back, with its slots and the text row. False at its first entry.
     bool StepBack(EditState& state);
 
-    bool CanStepBack() const { return m_steps.size() > 1; }
+    // Whether there is a way back for the layout in force.
+    bool CanStepBack(const EditState& state) const { return WayOf(state).steps.size() > 1; }
 
-    // The layout (index in ThemeState::layouts) whose edits are remembered; -1 before Start.
-    int LayoutIndex() const { return m_layoutIndex; }
+    // Puts another picture, untrimmed, wherever a layout had that one. Steps that do not differ any more are
+    // one from then on.
+    void ReplacePicture(const QString& old, const QString& by);
 
 private:
-    int m_layoutIndex = -1;
-    Kind m_lastKind = Kind::Single;
-    QVector<EditStep> m_steps;
+    struct Way {
+        Kind lastKind = Kind::Single;
+        QVector<EditStep> steps;
+    };
+    Way& WayOf(const EditState& state) { return m_ways[size_t(LayoutIndexInForce(state.themes))]; }
+    const Way& WayOf(const EditState& state) const {
+        return m_ways[size_t(LayoutIndexInForce(state.themes))];
+    }
+
+    std::array<Way, kLayoutCount> m_ways;
 };
 
 }  // namespace kivo

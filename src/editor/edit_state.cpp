@@ -3,6 +3,7 @@
 #include <tuple>
 
 #include "config/settings_file.h"
+#include "editor/trim_frame.h"
 
 namespace kivo {
 
@@ -17,10 +18,14 @@ EditState LoadEditState(InterfaceLanguage language) {
 }
 
 void SettleFlags(EditState& state) {
+    for (int& item : state.slotTable[0]) {
+        if (item == OtherText || item == OtherText2) {
+            item = kEmptySlot;
+        }
+    }
     TickPlacedItems(state.themes, state.slotTable);
     for (int variant = 0; variant < kVariantCount; ++variant) {
-        LayoutRecord& layout = state.themes.layouts[size_t(CustomLayoutIndex(variant))];
-        CustomFlags(layout, variant)[OtherText] = !layout.freeText.isEmpty();
+        SettleTextFlag(state.themes.layouts[size_t(CustomLayoutIndex(variant))], variant);
     }
 }
 
@@ -37,11 +42,22 @@ const LayoutRecord& LayoutInForce(const EditState& state) {
 }
 
 int VariantInForce(const EditState& state) {
-    return state.themes.style == 0 ? 0 : 1;
+    return VariantOf(state.themes);
 }
 
 std::array<bool, kLiveValueCount>& CustomFlags(LayoutRecord& layout, int variant) {
     return variant == 0 ? layout.shown : layout.selected;
+}
+
+void ReplacePicture(LayoutRecord& layout, const QString& old, const QString& by) {
+    if (layout.picture == old) {
+        layout.picture = by;
+        ClearTrim(layout);
+    }
+}
+
+void SettleTextFlag(LayoutRecord& layout, int variant) {
+    CustomFlags(layout, variant)[OtherText] = !layout.freeText.isEmpty();
 }
 
 }  // namespace kivo

@@ -24,8 +24,9 @@ inline bool operator!=(const EditState& a, const EditState& b) {
 // What the settings file holds, settled (below). Never fails.
 EditState LoadEditState(InterfaceLanguage language);
 
-// Brings flags in line with what they stand for: a kind that stands in a slot is ticked, and the free text is
-// ticked exactly where there is one. For what was just loaded.
+// Brings slots and flags in line with what they stand for: no free text holds one of the five slots, which it
+// does not need; a kind that stands in a slot is ticked, and the free text is ticked exactly where there is
+// one. For what was just loaded.
 void SettleFlags(EditState& state);
 
 // The picture that the state asks for.
@@ -40,5 +41,11 @@ int VariantInForce(const EditState& state);
 
 // The flags that decide in a custom layout: "ticked" in variant 0, "chosen" in variant 1.
 std::array<bool, kLiveValueCount>& CustomFlags(LayoutRecord& layout, int variant);
+
+// Gives a layout that has that picture of its own another one, untrimmed.
+void ReplacePicture(LayoutRecord& layout, const QString& old, const QString& by);
+
+// Ticks the free text of a custom layout exactly where there is one.
+void SettleTextFlag(LayoutRecord& layout, int variant);
 
 }  // namespace kivo

@@ -24,6 +24,10 @@ constexpr double kTextPressAbove = 6.75;
 
 constexpr int kTextBoxExtra = 4;  // canvas pixels that the text box is higher than its row
 
+QRect TextBoxRow(int row, Orientation orientation) {
+    return TextRowRect(row, orientation).adjusted(0, 0, 0, kTextBoxExtra);
+}
+
 QRect Truncated(double left, double top, double width, double height) {
     return QRect(int(left), int(top), int(width), int(height));
 }
@@ -81,12 +85,11 @@ QRect TextDropRect(int row, Orientation orientation, QSize widget) {
 
 QRect TextDoubleClickRect(int row, Orientation orientation) {
     const ScreenMapping atCorner{AreaScale(orientation), 0, 0};
-    return atCorner.Mapped(TextRowRect(row, orientation).adjusted(0, 0, 0, kTextBoxExtra));
+    return atCorner.Mapped(TextBoxRow(row, orientation));
 }
 
 QRect TextBoxRect(int row, Orientation orientation, QSize widget) {
-    return MappingFor(orientation, widget)
-        .Mapped(TextRowRect(row, orientation).adjusted(0, 0, 0, kTextBoxExtra));
+    return MappingFor(orientation, widget).Mapped(TextBoxRow(row, orientation));
 }
 
 int TextBoxPixelSize(int sizeIndex, Orientation orientation) {

@@ -10,6 +10,12 @@ namespace {
 // than what is drawn, for the mouse's sake.
 constexpr double kCornerReach = 8;
 constexpr double kEdgeReach = 5;
+// Of a small frame no handle reaches further in than that, so that there is always a middle to move it by.
+constexpr double kMostReach = 0.25;  // share of the frame's side
+
+QSizeF Reach(const QRectF& frame, double reach) {
+    return QSizeF(qMin(reach, frame.width() * kMostReach), qMin(reach, frame.height() * kMostReach));
+}
 
 QSizeF Panel(Orientation orientation) {
     return QSizeF(CanvasSize(orientation));
@@ -47,8 +53,9 @@ QRectF SizedAbout(const QRectF& frame, const QSizeF& size, double shareX, double
     return QRectF(kept - QPointF(size.width() * shareX, size.height() * shareY), size);
 }
 
-bool Near(const QPointF& corner, const QPointF& position) {
-    return qAbs(corner.x() - position.x()) <= kCornerReach && qAbs(corner.y() - position.y()) <= kCornerReach;
+bool IsNear(const QPointF& corner, const QPointF& position, const QSizeF& reach) {
+    return qAbs(corner.x() - position.x()) <= reach.width() &&
+           qAbs(corner.y() - position.y()) <= reach.height();
 }
 
 }  // namespace
@@ -85,35 +92,33 @@ void ClearTrim(LayoutRecord& layout) {
     layout.yZoom = 0;
 }
 
-bool IsTrimmed(const LayoutRecord& layout) {
-    return layout.xPt != 0 || layout.yPt != 0 || layout.xZoom != 0 || layout.yZoom != 0;
-}
-
 TrimZone TrimZoneAt(const QRectF& frame, QPointF position) {
-    if (Near(frame.topLeft(), position)) {
+    const QSizeF corner = Reach(frame, kCornerReach);
+    const QSizeF edge = Reach(frame, kEdgeReach);
+    if (IsNear(frame.topLeft(), position, corner)) {
         return TrimZone::TopLeft;
     }
-    if (Near(frame.topRight(), position)) {
+    if (IsNear(frame.topRight(), position, corner)) {
         return TrimZone::TopRight;
     }
-    if (Near(frame.bottomLeft(), position)) {
+    if (IsNear(frame.bottomLeft(), position, corner)) {
         return TrimZone::BottomLeft;
     }
-    if (Near(frame.bottomRight(), position)) {
+    if (IsNear(frame.bottomRight(), position, corner)) {
         return TrimZone::BottomRight;
     }
     const bool besideX = position.x() >= frame.left() && position.x() <= frame.right();
     const bool besideY = position.y() >= frame.top() && position.y() <= frame.bottom();
-    if (besideY && qAbs(position.x() - frame.left()) <= kEdgeReach) {
+    if (besideY && qAbs(position.x() - frame.left()) <= edge.width()) {
         return TrimZone::Left;
     }
-    if (besideY && qAbs(position.x() - frame.right()) <= kEdgeReach) {
+    if (besideY && qAbs(position.x() - frame.right()) <= edge.width()) {
         return TrimZone::Right;
     }
-    if (besideX && qAbs(position.y() - frame.top()) <= kEdgeReach) {
+    if (besideX && qAbs(position.y() - frame.top()) <= edge.height()) {
         return TrimZone::Top;
     }
-    if (besideX && qAbs(position.y() - frame.bottom()) <= kEdgeReach) {
+    if (besideX && qAbs(position.y() - frame.bottom()) <= edge.height()) {
         return TrimZone::Bottom;
     }
     return besideX && besideY ? TrimZone::Inside : TrimZone::None;

@@ -32,7 +32,6 @@ TrimView MakeTrimView(QSize picture, Orientation orientation, const LayoutRecord
 // Writes a frame into the layout, in whole panel pixels.
 void StoreTrim(const QRectF& frame, Orientation orientation, LayoutRecord& layout);
 void ClearTrim(LayoutRecord& layout);
-bool IsTrimmed(const LayoutRecord& layout);
 
 // What the mouse has hold of.
 enum class TrimZone {
@@ -48,7 +47,8 @@ enum class TrimZone {
     Bottom = 8,
 };
 
-// frame and position in widget pixels. Corners are tested first, then edges.
+// frame and position in widget pixels. Corners are tested first, then edges. The middle third of the frame is
+// always Inside, however small the frame.
 TrimZone TrimZoneAt(const QRectF& frame, QPointF position);
 Qt::CursorShape TrimCursor(TrimZone zone);
 

@@ -2,6 +2,7 @@
 
 #include <QCoreApplication>
 #include <QEvent>
+#include <algorithm>
 
 #include "config/settings_file.h"
 #include "editor/custom_layout_rules.h"
@@ -9,6 +10,16 @@
 #include "widgets/self_plain_text_edit.h"
 
 namespace kivo {
+
+namespace {
+
+QString PictureOf(const LayoutRecord& layout) {
+    ScreenState state;
+    state.layout = layout;
+    return PicturePath(state);
+}
+
+}  // namespace
 
 ZoomWidget::ZoomWidget(QWidget* parent) : QWidget(parent), m_editText(new SelfPlainTextEdit(this)) {
     m_edited.themes = FactoryThemeState(CurrentInterfaceLanguage());
@@ -22,7 +33,9 @@ ZoomWidget::ZoomWidget(QWidget* parent) : QWidget(parent), m_editText(new SelfPl
     m_editText->setTabChangesFocus(true);
     m_editText->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     m_editText->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    m_editText->document()->setDocumentMargin(0);
     m_editText->installEventFilter(this);
+    connect(m_editText, &QPlainTextEdit::textChanged, this, &ZoomWidget::PlaceTextBox);
     RetranslateTexts();
     StyleTextBox();
 }
@@ -43,6 +56,7 @@ void ZoomWidget::Load() {
     m_saved = m_edited;
     m_loaded = true;
     m_history.Start(m_edited);
+    RetranslateTexts();
     StyleTextBox();
     update();
 }
@@ -80,10 +94,11 @@ void ZoomWidget::ShowTheme(const ThemeState& state, bool reloadPictures) {
         m_saved = m_edited;
         m_history.Start(m_edited);
     }
-    RememberShownLayout();
+    m_history.Append(m_edited);
     if (reloadPictures) {
         m_background.Recheck();
     }
+    RetranslateTexts();
     StyleTextBox();
     update();
 }
@@ -92,20 +107,12 @@ void ZoomWidget::SetOrientation(int orientation) {
     solteditingFinished();
     EndDrag();
     m_edited.themes.orientation = orientation == 0 ? Orientation::Landscape : Orientation::Portrait;
-    RememberShownLayout();
+    m_history.Append(m_edited);
     StyleTextBox();
     if (CurrentOrientation() == Orientation::Portrait) {
         m_editText->EnforceMaxLength();
     }
     update();
-}
-
-void ZoomWidget::RememberShownLayout() {
-    if (m_history.LayoutIndex() == LayoutIndexInForce(m_edited.themes)) {
-        m_history.Append(m_edited);
-    } else {
-        m_history.Start(m_edited);
-    }
 }
 
 bool ZoomWidget::SetBackground(const QString& path) {
@@ -122,6 +129,17 @@ bool ZoomWidget::SetBackground(const QString& path) {
     return true;
 }
 
+void ZoomWidget::ReplacePicture(const QString& old, const QString& by) {
+    EndDrag();
+    for (EditState* state : {&m_edited, &m_saved}) {
+        for (LayoutRecord& layout : state->themes.layouts) {
+            kivo::ReplacePicture(layout, old, by);
+        }
+    }
+    m_history.ReplacePicture(old, by);
+    update();
+}
+
 void ZoomWidget::SetItemEnabled(int kind, bool on) {
     const int variant = VariantInForce(m_edited);
     LayoutRecord& layout = m_edited.themes.layouts[size_t(CustomLayoutIndex(variant))];
@@ -135,14 +153,14 @@ void ZoomWidget::SetItemEnabled(int kind, bool on) {
         }
         // The free text stands beside the single item and is no choice against it.
         if (kind != OtherText) {
-            flags[OtherText] = !layout.freeText.isEmpty();
+            SettleTextFlag(layout, variant);
         }
     }
     NoteEdit(By::Caller);
 }
 
 void ZoomWidget::SetFontColor(int color) {
-    if (!IsCustom() || color < 0 || color >= kTextColorCount) {
+    if (!ShowsCustom() || color < 0 || color >= kTextColorCount) {
         return;
     }
     LayoutInForce(m_edited).colorIndex = color;
@@ -152,7 +170,7 @@ void ZoomWidget::SetFontColor(int color) {
 }
 
 void ZoomWidget::SetFontSize(int size) {
-    if (!IsCustom() || size < 0 || size >= kTextSizeCount) {
+    if (!ShowsCustom() || size < 0 || size >= kTextSizeCount) {
         return;
     }
     LayoutInForce(m_edited).sizeIndex = size;
@@ -215,7 +233,11 @@ void ZoomWidget::Undo() {
 bool ZoomWidget::CommitLayout() {
     solteditingFinished();
     EndDrag();
+    const ThemeState before = m_saved.themes;
     m_saved = m_edited;
+    // What is made of the theme page's layouts is not asked for here.
+    m_saved.themes.theme = before.theme;
+    std::copy_n(before.layouts.begin(), kFirstCustomLayout, m_saved.themes.layouts.begin());
     const bool saved = SaveCustomShow();
     SaveCurRectId(m_edited.textRow);
     return saved;
@@ -228,7 +250,16 @@ void ZoomWidget::RevertLayout() {
     m_edited.textRow = m_saved.textRow;
     for (int variant = 0; variant < kVariantCount; ++variant) {
         const auto index = size_t(CustomLayoutIndex(variant));
-        m_edited.themes.layouts[index] = m_saved.themes.layouts[index];
+        const LayoutRecord before = m_edited.themes.layouts[index];
+        LayoutRecord& layout = m_edited.themes.layouts[index];
+        layout = m_saved.themes.layouts[index];
+        layout.picture = before.picture;
+        if (PictureOf(layout) != PictureOf(m_saved.themes.layouts[index])) {
+            layout.xPt = before.xPt;
+            layout.yPt = before.yPt;
+            layout.xZoom = before.xZoom;
+            layout.yZoom = before.yZoom;
+        }
     }
     m_history.Start(m_edited);
     StyleTextBox();
@@ -259,6 +290,8 @@ void ZoomWidget::RetranslateTexts() {
     setAccessibleName(text(QT_TRANSLATE_NOOP("ZoomWidget", "屏幕预览")));
     if (IsTrimming()) {
         setToolTip(text(QT_TRANSLATE_NOOP("ZoomWidget", "拖动边框修剪图片，滚轮缩放")));
+    } else if (m_editing && VariantInForce(m_edited) != 0) {
+        setToolTip(text(QT_TRANSLATE_NOOP("ZoomWidget", "双击可输入文字，文字可拖动")));
     } else if (m_editing) {
         setToolTip(text(QT_TRANSLATE_NOOP("ZoomWidget", "拖动可交换位置，双击可输入文字")));
     } else {

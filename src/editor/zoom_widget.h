@@ -19,6 +19,7 @@
 
 namespace kivo {
 
+struct PanelTexts;
 class SelfPlainTextEdit;
 
 // Not 0: a free text may be longer in landscape, 60 characters instead of 40. Nothing sets it yet.
@@ -36,6 +37,11 @@ public:
     // What is edited, and the picture that it asks for in the interface language.
     const EditState& Edited() const { return m_edited; }
     ScreenState Shown() const;
+
+    // What the settings hold as far as the editor knows: as loaded, committed or told by SetSavedThemes.
+    const EditState& Saved() const { return m_saved; }
+    // Tells which themes have been written to the settings; RevertLayout goes back to their custom layouts.
+    void SetSavedThemes(const ThemeState& themes) { m_saved.themes = themes; }
 
     // Reads everything from the settings file; edited and saved are the same then, and the way back begins.
     void Load();
@@ -56,6 +62,11 @@ public:
     // Gives the layout in force that picture and clears its trim. False when it cannot be loaded; nothing
     // changes then.
     bool SetBackground(const QString& path);
+
+    // For a picture that is no more: whatever layout has it as its own, edited, saved or on the way back,
+    // gets the other one, untrimmed. Not whether that can be loaded. Steps of the way back do not bring it
+    // again.
+    void ReplacePicture(const QString& old, const QString& by);
 
     // Ticks or unticks an item of the custom layout in force (kind 0..8). The caller asks MayTick before.
     void SetItemEnabled(int kind, bool on);
@@ -82,12 +93,14 @@ public:
     // loaded it does nothing.
     void Undo();
 
-    // Makes the edited layouts, table and text row the saved ones and writes table and row. The layouts
-    // themselves are saved by whoever applies them. False when the file could not be written.
+    // Makes the edited custom layouts, table and text row the saved ones, with page, style and orientation,
+    // and writes table and row. The layouts themselves are written by whoever applies them, who then calls
+    // SetSavedThemes. False when the file could not be written.
     bool CommitLayout();
 
     // Puts both custom layouts, the table and the text row back to the saved ones. Page, theme, style and
-    // orientation stay.
+    // orientation stay, and so does a layout's picture, which is chosen outside of editing; with a picture
+    // other than the saved one its trim stays too.
     void RevertLayout();
 
     // Gives the text box the look and place of the current colour, size, row and orientation.
@@ -137,7 +150,7 @@ private:
     enum class Drag { None, Slot, Text, MoveFrame, SizeFrame };
 
     Orientation CurrentOrientation() const { return m_edited.themes.orientation; }
-    bool IsCustom() const { return m_edited.themes.mode != 0; }
+    bool ShowsCustom() const { return IsCustom(m_edited.themes); }
     bool CanDragSlots() const;
     bool IsTrimming() const { return m_editing && m_trimMode; }
     SlotRow& Slots() { return m_edited.slotTable[size_t(VariantInForce(m_edited))]; }
@@ -148,21 +161,33 @@ private:
     // for the edit, tells.
     enum class By { Caller, Person };
     void NoteEdit(By by, EditHistory::Kind kind = EditHistory::Kind::Single);
-    // After another layout may have come into force: its way back begins here.
-    void RememberShownLayout();
     void RetranslateTexts();
 
     // Text entry.
-    void SetTextFlag(bool on);
     bool OpenTextEntry();
-    void KeepTyping();            // after a choice in the tool bar
-    QRect DrawnTextRect() const;  // widget pixels; empty where there is none
+    void KeepTyping();  // after a choice in the tool bar
+    void PlaceTextBox();
+
+    // Where the free text is drawn, or would be in that row; widget pixels, empty where there is none.
+    QRect DrawnTextRect(int row) const;
+    QRect DrawnTextRect() const { return DrawnTextRect(m_edited.textRow); }
 
     // Dragging in the layout, by mouse and keyboard. The key handlers tell whether the key meant something.
     int PressedSlot(QPoint position) const;
-    int RowAt(QPoint position) const;  // that takes the text when it is dropped there
-    bool IsTextAt(QPoint position) const;
-    void StartTextDrag(QPoint position);
+    bool CanDragText() const;
+    // What a press there takes hold of; a contested one passes the turn on.
+    struct Hold {
+        int slot = kEmptySlot;
+        bool text = false;
+        bool contested = false;
+    };
+    Hold HoldAt(QPoint position) const;
+    // Whether a release there ends a drag and not a click.
+    bool IsDrop(QPoint position) const;
+    int SlotAt(QPoint position) const;  // that takes the slot when it is dropped there; kEmptySlot for none
+    int RowAt(QPoint position) const;   // that takes the text when it is dropped there
+    int RowDraggedTo(QPoint position) const;
+    void StartTextDrag();
     void MoveTextTo(int row);
     void MoveSlotTo(int slot);
     void EndDrag();
@@ -186,8 +211,9 @@ private:
 
     // Painting.
     ItemTexts PreviewTexts() const;
-    void PaintScreen(QPainter& painter, const ScreenState& state);
-    void PaintLayoutMarks(QPainter& painter, const ScreenState& state) const;
+    void PaintScreen(QPainter& painter, const ScreenState& state, const PanelTexts& texts);
+    void PaintLayoutMarks(QPainter& painter, const ScreenState& state, const PanelTexts& texts) const;
+    void PaintRowMarks(QPainter& painter) const;
     void PaintTrim(QPainter& painter, const ScreenState& state);
 
     EditState m_edited;
@@ -204,9 +230,11 @@ private:
     bool m_trimMode = false;
 
     Drag m_drag = Drag::None;
+    QPoint m_pressedAt;  // where it began
     int m_draggedSlot = kEmptySlot;
     int m_dropRow = -1;  // under the mouse while the text is dragged
-    // The centre slot and the middle text row lie over each other: presses there take turns between the two.
+    // The centre slot and a text in the middle row lie over each other: presses where both are take turns
+    // between the two.
     bool m_textHasTurn = false;
     int m_hoverSlot = kEmptySlot;
     bool m_hoverText = false;
@@ -215,7 +243,6 @@ private:
     bool m_focusByKeyboard = false;
 
     TrimZone m_trimZone = TrimZone::None;
-    QPoint m_pressedAt;
     TrimView m_trimStart;      // when the drag began
     LayoutRecord m_trimDraft;  // what the drag has made of the layout's trim so far
     int m_wheelRest = 0;       // wheel movement (eighths of a degree) not yet acted on

@@ -1,5 +1,6 @@
 // ZoomWidget's mouse and keyboard in the layout: dragging items and the free text.
 
+#include <QApplication>
 #include <QHoverEvent>
 #include <QIcon>
 #include <QKeyEvent>
@@ -18,6 +19,8 @@ namespace {
 constexpr std::array<std::array<int, 4>, kSlotCount> kNeighbours{
     {{0, 2, 0, 1}, {1, 2, 0, 1}, {0, 4, 0, 3}, {2, 3, 4, 3}, {2, 4, 4, 3}}};
 
+constexpr int kNoRow = -1;
+
 QCursor DragCursor(const QWidget& widget, const QString& picture, Qt::CursorShape fallback) {
     constexpr QSize kSize(32, 32);
     QWindow* window = widget.window()->windowHandle();
@@ -26,20 +29,10 @@ QCursor DragCursor(const QWidget& widget, const QString& picture, Qt::CursorShap
     return pixmap.isNull() ? QCursor(fallback) : QCursor(pixmap, kSize.width() / 2, kSize.height() / 2);
 }
 
-template <typename Zone>
-int SlotIn(Zone zone, Orientation orientation, QSize widget, QPoint position) {
-    for (int slot = 0; slot < kSlotCount; ++slot) {
-        if (zone(slot, orientation, widget).contains(position)) {
-            return slot;
-        }
-    }
-    return kEmptySlot;
-}
-
 }  // namespace
 
 bool ZoomWidget::CanDragSlots() const {
-    return m_editing && !m_trimMode && IsCustom() && VariantInForce(m_edited) == 0;
+    return m_editing && !m_trimMode && ShowsCustom() && VariantInForce(m_edited) == 0;
 }
 
 int ZoomWidget::PressedSlot(QPoint position) const {
@@ -55,12 +48,29 @@ int ZoomWidget::PressedSlot(QPoint position) const {
     return kEmptySlot;
 }
 
-bool ZoomWidget::IsTextAt(QPoint position) const {
-    if (!m_editing || !IsCustom() || Layout().freeText.isEmpty() || !IsShown(Shown(), OtherText)) {
-        return false;
+bool ZoomWidget::CanDragText() const {
+    return m_editing && ShowsCustom() && !Layout().freeText.isEmpty() && IsShown(Shown(), OtherText);
+}
+
+ZoomWidget::Hold ZoomWidget::HoldAt(QPoint position) const {
+    const int slot = PressedSlot(position);
+    const bool onText = CanDragText() && DrawnTextRect().contains(position);
+    if (slot == kEmptySlot) {
+        const bool inTextZone =
+            CanDragText() && TextPressRect(m_edited.textRow, CurrentOrientation(), size()).contains(position);
+        return {kEmptySlot, onText || inTextZone, false};
     }
-    return TextPressRect(m_edited.textRow, CurrentOrientation(), size()).contains(position) ||
-           DrawnTextRect().contains(position);
+    if (!onText) {
+        return {slot, false, false};
+    }
+    constexpr int kMiddleRow = 1;
+    if (slot == kCentreSlot && m_edited.textRow == kMiddleRow) {
+        return {m_textHasTurn ? kEmptySlot : slot, m_textHasTurn, true};
+    }
+    // The zone of a slot is larger than what is seen of it.
+    const QRect seen = SlotRect(slot, CurrentOrientation()) | SlotCaptionRect(slot, CurrentOrientation());
+    const bool onSlot = MappingFor(CurrentOrientation(), size()).Mapped(seen).contains(position);
+    return {onSlot ? slot : kEmptySlot, !onSlot, false};
 }
 
 void ZoomWidget::mousePressEvent(QMouseEvent* event) {
@@ -74,32 +84,24 @@ void ZoomWidget::mousePressEvent(QMouseEvent* event) {
         TrimPress(position);
         return;
     }
-    const int slot = PressedSlot(position);
-    if (slot == kEmptySlot) {
-        StartTextDrag(position);
-        return;
-    }
-    constexpr int kMiddleRow = 1;
-    if (slot == kCentreSlot && m_edited.textRow == kMiddleRow && !Layout().freeText.isEmpty()) {
-        const bool textHadTurn = m_textHasTurn;
+    const Hold hold = HoldAt(position);
+    if (hold.contested) {
         m_textHasTurn = !m_textHasTurn;
-        if (textHadTurn) {
-            StartTextDrag(position);
-            return;
-        }
     }
-    m_drag = Drag::Slot;
-    m_draggedSlot = slot;
-    SetHover(slot, false);
-    setCursor(DragCursor(*this, QStringLiteral("://skins/drag.png"), Qt::ClosedHandCursor));
-    update();
+    m_pressedAt = position;
+    if (hold.text) {
+        StartTextDrag();
+    } else if (hold.slot != kEmptySlot) {
+        m_drag = Drag::Slot;
+        m_draggedSlot = hold.slot;
+        SetHover(hold.slot, false);
+        setCursor(DragCursor(*this, QStringLiteral("://skins/drag.png"), Qt::ClosedHandCursor));
+        update();
+    }
 }
 
 // The press stays with the editor: handed on, it would begin to drag the window as well.
-void ZoomWidget::StartTextDrag(QPoint position) {
-    if (!IsTextAt(position)) {
-        return;
-    }
+void ZoomWidget::StartTextDrag() {
     m_drag = Drag::Text;
     SetHover(kEmptySlot, true);
     setCursor(DragCursor(*this, QStringLiteral("://skins/drag2.png"), Qt::SizeVerCursor));
@@ -114,7 +116,7 @@ void ZoomWidget::mouseMoveEvent(QMouseEvent* event) {
     }
     switch (m_drag) {
         case Drag::Slot:
-            SetHover(SlotIn(SlotDropRect, CurrentOrientation(), size(), position), false);
+            SetHover(SlotAt(position), false);
             break;
         case Drag::Text:
             SetDropRow(RowAt(position));
@@ -137,20 +139,66 @@ void ZoomWidget::mouseReleaseEvent(QMouseEvent* event) {
     if (m_drag == Drag::Text) {
         MoveTextTo(RowAt(position));
     } else if (m_drag == Drag::Slot) {
-        MoveSlotTo(SlotIn(SlotDropRect, CurrentOrientation(), size(), position));
+        MoveSlotTo(SlotAt(position));
     }
     EndDrag();
     Hover(position);
     Q_EMIT HideRemote(0);
 }
 
-int ZoomWidget::RowAt(QPoint position) const {
-    for (int row = 0; row < kTextRowCount; ++row) {
-        if (TextDropRect(row, CurrentOrientation(), size()).contains(position)) {
-            return row;
+bool ZoomWidget::IsDrop(QPoint position) const {
+    return (position - m_pressedAt).manhattanLength() >= QApplication::startDragDistance();
+}
+
+int ZoomWidget::SlotAt(QPoint position) const {
+    if (!IsDrop(position)) {
+        return m_draggedSlot;
+    }
+    for (int slot = 0; slot < kSlotCount; ++slot) {
+        if (SlotDropRect(slot, CurrentOrientation(), size()).contains(position)) {
+            return slot;
         }
     }
-    return m_edited.textRow;
+    return kEmptySlot;
+}
+
+int ZoomWidget::RowAt(QPoint position) const {
+    const QRect canvas(QPoint(0, 0), CanvasSize(CurrentOrientation()));
+    const int slack = QApplication::startDragDistance();
+    const QRect screen =
+        MappingFor(CurrentOrientation(), size()).Mapped(canvas).adjusted(-slack, -slack, slack, slack);
+    if (!IsDrop(position) || !screen.contains(position)) {
+        return m_edited.textRow;
+    }
+    const auto zone = [this](int row) { return TextDropRect(row, CurrentOrientation(), size()); };
+    int meant = kNoRow;
+    for (int row = 0; row < kTextRowCount; ++row) {
+        if (!zone(row).contains(position) && !DrawnTextRect(row).contains(position)) {
+            continue;
+        }
+        if (meant != kNoRow) {
+            return RowDraggedTo(position);
+        }
+        meant = row;
+    }
+    if (!zone(m_edited.textRow).contains(m_pressedAt)) {
+        return RowDraggedTo(position);
+    }
+    return meant == kNoRow ? m_edited.textRow : meant;
+}
+
+// A text is drawn by its lines, partly outside of its row, so it may be taken hold of or let go over another
+// one. Then it is not the mouse but the text that tells the row: the one whose text would stand nearest.
+int ZoomWidget::RowDraggedTo(QPoint position) const {
+    const int wanted = DrawnTextRect().center().y() + position.y() - m_pressedAt.y();
+    const auto distance = [&](int row) { return qAbs(DrawnTextRect(row).center().y() - wanted); };
+    int nearest = m_edited.textRow;
+    for (int row = 0; row < kTextRowCount; ++row) {
+        if (distance(row) < distance(nearest)) {
+            nearest = row;
+        }
+    }
+    return nearest;
 }
 
 void ZoomWidget::MoveTextTo(int row) {
@@ -185,8 +233,11 @@ void ZoomWidget::EndDrag() {
 void ZoomWidget::mouseDoubleClickEvent(QMouseEvent* event) {
     const QPoint position = WholePosition(event->localPos());
     const QRect zone = TextDoubleClickRect(m_edited.textRow, CurrentOrientation());
-    const bool opens = event->button() == Qt::LeftButton && !IsTrimming() &&
-                       (zone.contains(position) || DrawnTextRect().contains(position));
+    // That zone is not where the row is seen.
+    const QRect row = TextDropRect(m_edited.textRow, CurrentOrientation(), size());
+    const bool opens =
+        event->button() == Qt::LeftButton && !IsTrimming() &&
+        (zone.contains(position) || row.contains(position) || DrawnTextRect().contains(position));
     if (!opens || !OpenTextEntry()) {
         QWidget::mouseDoubleClickEvent(event);
     }
@@ -213,8 +264,8 @@ void ZoomWidget::Hover(QPoint position) {
     if (m_drag != Drag::None || m_textEntryOpen || IsTrimming()) {
         return;
     }
-    const int slot = PressedSlot(position);
-    SetHover(slot, slot == kEmptySlot && IsTextAt(position));
+    const Hold hold = HoldAt(position);
+    SetHover(hold.slot, hold.text);
 }
 
 void ZoomWidget::SetHover(int slot, bool text) {
@@ -276,7 +327,7 @@ bool ZoomWidget::HandleLayoutKey(const QKeyEvent& event) {
 }
 
 bool ZoomWidget::MoveTextByKey(int by) {
-    if (Layout().freeText.isEmpty() || !IsCustom()) {
+    if (Layout().freeText.isEmpty() || !ShowsCustom()) {
         return false;
     }
     MoveTextTo(qBound(0, m_edited.textRow + by, kTextRowCount - 1));

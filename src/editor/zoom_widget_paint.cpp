@@ -7,6 +7,7 @@
 #include "compose/item_drawing.h"
 #include "editor/editor_marks.h"
 #include "editor/zoom_widget.h"
+#include "widgets/self_plain_text_edit.h"
 #include "widgets/window_colors.h"
 
 namespace kivo {
@@ -19,7 +20,7 @@ constexpr QColor kScreenEdge = window_colors::kThumb;
 
 // Outlines keep a little away from what they hold.
 constexpr QMargins kSlotMargins(4, 2, 4, 2);  // canvas pixels
-constexpr int kTextMargin = 4;                // widget pixels
+constexpr QMargins kTextMargins(4, 4, 4, 4);  // widget pixels
 
 // Behind the text box, so that what is typed can be read over the values it covers; the light one is for
 // black text.
@@ -71,9 +72,15 @@ void ZoomWidget::paintEvent(QPaintEvent* /*event*/) {
     if (IsTrimming()) {
         PaintTrim(painter, state);
     } else {
-        PaintScreen(painter, state);
-        if (m_editing && state.custom && !m_textEntryOpen) {
-            PaintLayoutMarks(painter, state);
+        PanelTexts texts = LayOutPanelTexts(state, PreviewTexts());
+        if (m_textEntryOpen) {
+            texts.freeText = FreeTextBlock();
+        }
+        PaintScreen(painter, state, texts);
+        if (m_drag == Drag::Text) {
+            PaintRowMarks(painter);
+        } else if (m_editing && state.custom && !m_textEntryOpen) {
+            PaintLayoutMarks(painter, state, texts);
         }
     }
     if (hasFocus() && m_focusByKeyboard) {
@@ -81,7 +88,7 @@ void ZoomWidget::paintEvent(QPaintEvent* /*event*/) {
     }
 }
 
-void ZoomWidget::PaintScreen(QPainter& painter, const ScreenState& state) {
+void ZoomWidget::PaintScreen(QPainter& painter, const ScreenState& state, const PanelTexts& texts) {
     const ScreenMapping map = MappingFor(state.orientation, size());
     const double ratio = devicePixelRatioF();
     const QSizeF canvas = CanvasSize(state.orientation);
@@ -98,16 +105,11 @@ void ZoomWidget::PaintScreen(QPainter& painter, const ScreenState& state) {
     // The panel's own drawing, magnified: every text stands where the panel has it.
     painter.translate(origin);
     painter.scale(map.scale, map.scale);
-    PanelTexts texts = LayOutPanelTexts(state, PreviewTexts());
-    if (m_textEntryOpen) {
-        texts.freeText = FreeTextBlock();
-    }
     DrawPanelTexts(painter, texts, QRect(QPoint(0, 0), canvas.toSize()));
     painter.restore();
     if (m_textEntryOpen) {
         const bool isDark = FreeTextColor(state.layout.colorIndex).lightness() == 0;
-        painter.fillRect(TextBoxRect(state.textRow, state.orientation, size()),
-                         isDark ? kLightTextBoxGround : kTextBoxGround);
+        painter.fillRect(m_editText->geometry(), isDark ? kLightTextBoxGround : kTextBoxGround);
     }
 
     painter.setPen(QPen(kScreenEdge, 1));
@@ -115,19 +117,23 @@ void ZoomWidget::PaintScreen(QPainter& painter, const ScreenState& state) {
     painter.drawRoundedRect(area.adjusted(0.5, 0.5, -0.5, -0.5), kScreenRadius, kScreenRadius);
 }
 
-void ZoomWidget::PaintLayoutMarks(QPainter& painter, const ScreenState& state) const {
+// Where the text would stand in each row. The one that takes it is drawn over its neighbours.
+void ZoomWidget::PaintRowMarks(QPainter& painter) const {
+    for (const Mark mark : {Mark::Idle, Mark::Active}) {
+        for (int row = 0; row < kTextRowCount; ++row) {
+            if ((row == m_dropRow) == (mark == Mark::Active)) {
+                DrawOutline(painter, QRectF(DrawnTextRect(row)).marginsAdded(kTextMargins), mark);
+            }
+        }
+    }
+}
+
+void ZoomWidget::PaintLayoutMarks(QPainter& painter, const ScreenState& state,
+                                  const PanelTexts& texts) const {
     const ScreenMapping map = MappingFor(state.orientation, size());
     const auto mapped = [&map](const QRect& rect) {
         return QRectF(map.Mapped(QPointF(rect.topLeft())), QSizeF(rect.size()) * map.scale);
     };
-    if (m_drag == Drag::Text) {
-        for (int row = 0; row < kTextRowCount; ++row) {
-            DrawOutline(painter, mapped(TextRowRect(row, state.orientation)),
-                        row == m_dropRow ? Mark::Active : Mark::Idle);
-        }
-        return;
-    }
-    const PanelTexts texts = LayOutPanelTexts(state, PreviewTexts());
     if (CanDragSlots()) {
         for (int slot = 0; slot < kSlotCount; ++slot) {
             const bool byKey = m_focusByKeyboard && (slot == m_keySlot || slot == m_pickedSlot);
@@ -136,8 +142,7 @@ void ZoomWidget::PaintLayoutMarks(QPainter& painter, const ScreenState& state) c
         }
     }
     if (!texts.freeText.lines.isEmpty()) {
-        const QMargins margins(kTextMargin, kTextMargin, kTextMargin, kTextMargin);
-        DrawOutline(painter, mapped(texts.freeText.bounds).marginsAdded(margins),
+        DrawOutline(painter, mapped(texts.freeText.bounds).marginsAdded(kTextMargins),
                     m_hoverText ? Mark::Active : Mark::Idle);
     }
 }

@@ -1,6 +1,8 @@
 // ZoomWidget's text entry: the box that lies over the free text's row while it is typed.
 
 #include <QKeyEvent>
+#include <QTextBlock>
+#include <QtMath>
 #include <atomic>
 
 #include "compose/free_text.h"
@@ -42,7 +44,32 @@ void ZoomWidget::StyleTextBox() {
     m_editText->setFont(font);
     const bool wide = wideFreeText != 0 && orientation == Orientation::Landscape;
     m_editText->SetMaxLength(wide ? kLongestWideText : kLongestText);
-    m_editText->setGeometry(TextBoxRect(m_edited.textRow, orientation, size()));
+    PlaceTextBox();
+}
+
+// The row, and more where the lines that are typed need more; that is moved up where it would leave the
+// screen.
+void ZoomWidget::PlaceTextBox() {
+    const Orientation orientation = CurrentOrientation();
+    QRect box = TextBoxRect(m_edited.textRow, orientation, size());
+    if (m_textEntryOpen) {
+        m_editText->resize(box.width(), m_editText->height());
+        const auto* layout =
+            qobject_cast<QPlainTextDocumentLayout*>(m_editText->document()->documentLayout());
+        double lines = 0;
+        for (QTextBlock block = m_editText->document()->begin(); block.isValid(); block = block.next()) {
+            lines += layout->blockBoundingRect(block).height();
+        }
+        const int frame = m_editText->height() - m_editText->viewport()->height();
+        const QRect canvas(QPoint(0, 0), CanvasSize(orientation));
+        const QRect screen = MappingFor(orientation, size()).Mapped(canvas);
+        box.setHeight(qBound(box.height(), qCeil(lines) + frame, screen.height()));
+        box.moveTop(qMin(box.top(), screen.bottom() + 1 - box.height()));
+    }
+    if (box != m_editText->geometry()) {
+        m_editText->setGeometry(box);
+        update();
+    }
 }
 
 void ZoomWidget::KeepTyping() {
@@ -51,12 +78,8 @@ void ZoomWidget::KeepTyping() {
     }
 }
 
-void ZoomWidget::SetTextFlag(bool on) {
-    CustomFlags(LayoutInForce(m_edited), VariantInForce(m_edited))[OtherText] = on;
-}
-
 bool ZoomWidget::OpenTextEntry() {
-    if (!m_editing || !IsCustom()) {
+    if (!m_editing || !ShowsCustom()) {
         return false;
     }
     if (!m_textEntryOpen) {
@@ -66,12 +89,13 @@ bool ZoomWidget::OpenTextEntry() {
         SetHover(kEmptySlot, false);
         m_editText->setPlainText(Layout().freeText);
         m_editText->moveCursor(QTextCursor::End);
-        SetTextFlag(true);
+        CustomFlags(LayoutInForce(m_edited), VariantInForce(m_edited))[OtherText] = true;
         Q_EMIT layoutChanged();
     }
     StyleTextBox();
     m_editText->EnforceMaxLength();
     m_editText->show();
+    PlaceTextBox();  // lines are laid out only now
     m_editText->setFocus();
     update();
     return true;
@@ -92,10 +116,14 @@ void ZoomWidget::solteditingFinished() {
     if (hadFocus && m_editing) {
         setFocus();
     }
-    const QString text = m_editText->toPlainText();
-    const bool isEmpty = text.trimmed().isEmpty();
-    LayoutInForce(m_edited).freeText = isEmpty ? QString() : text;
-    SetTextFlag(!isEmpty);
+    QString text = m_editText->toPlainText();
+    // Blanks and line breaks at its end would only push it out of its place.
+    while (!text.isEmpty() && text.at(text.size() - 1).isSpace()) {
+        text.chop(1);
+    }
+    LayoutRecord& layout = LayoutInForce(m_edited);
+    layout.freeText = text;
+    SettleTextFlag(layout, VariantInForce(m_edited));
     NoteEdit(By::Person);
     Q_EMIT HideColorWin(0);
 }
@@ -109,8 +137,10 @@ bool ZoomWidget::eventFilter(QObject* watched, QEvent* event) {
     return QWidget::eventFilter(watched, event);
 }
 
-QRect ZoomWidget::DrawnTextRect() const {
-    const QRect bounds = LayOutFreeText(Shown()).bounds;
+QRect ZoomWidget::DrawnTextRect(int row) const {
+    ScreenState state = Shown();
+    state.textRow = row;
+    const QRect bounds = LayOutFreeText(state).bounds;
     return bounds.isEmpty() ? QRect() : MappingFor(CurrentOrientation(), size()).Mapped(bounds);
 }
 

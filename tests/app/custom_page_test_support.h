@@ -6,6 +6,7 @@
 #include <QAbstractItemView>
 #include <QSettings>
 
+#include "compose/free_text.h"
 #include "config/settings_file.h"
 #include "editor/color_bar.h"
 #include "editor/edit_bar.h"
@@ -17,6 +18,10 @@
 #include "window_test_support.h"
 
 namespace kivo::test {
+
+inline bool IsTrimmed(const LayoutRecord& layout) {
+    return layout.xPt != 0 || layout.yPt != 0 || layout.xZoom != 0 || layout.yZoom != 0;
+}
 
 inline constexpr SlotRow kNoItems{{kEmptySlot, kEmptySlot, kEmptySlot, kEmptySlot, kEmptySlot}};
 
@@ -134,6 +139,12 @@ struct CustomDesk : Desk {
     Orientation Lying() const { return Editor()->Edited().themes.orientation; }
     QPoint SlotPlace(int slot) const { return SlotPressRect(slot, Lying(), Editor()->size()).center(); }
     QRect TextZone() const { return TextDoubleClickRect(Editor()->Edited().textRow, Lying()); }
+    // Where the free text is drawn.
+    QPoint TextPlace() const {
+        const ScreenState state = Editor()->Shown();
+        const QRect drawn = LayOutFreeText(state).bounds;
+        return MappingFor(state.orientation, Editor()->size()).Mapped(drawn).center();
+    }
     QPoint RowPlace(int row) const { return TextDropRect(row, Lying(), Editor()->size()).center(); }
     QRectF TrimPlace() const {
         const ScreenState state = Editor()->Shown();

@@ -230,6 +230,19 @@ private slots:
         QVERIFY(IsColor(picture, QPoint(20, picture.height() / 2), Qt::red));
     }
 
+    // Whatever format it has: the window keeps it, and composes with it at every step of a trim.
+    void ALargePictureIsMadeSmaller() {
+        for (const char* format : {"PNG", "BMP"}) {
+            const QImage picture =
+                LoadPicture(Written("large.bin", Encoded(Striped(QSize(3000, 1500), false), format)));
+            QCOMPARE(picture.size(), QSize(2160, 1080));
+            QVERIFY(IsColor(picture, QPoint(20, 540), Qt::red));
+            QVERIFY(IsColor(picture, QPoint(2140, 540), Qt::blue));
+        }
+        QCOMPARE(LoadPicture(Written("thin.png", Encoded(Striped(QSize(5000, 40), false), "PNG"))).size(),
+                 QSize(5000, 40));
+    }
+
     void AsMuchAsCoversThePanel_data() {
         QTest::addColumn<QSize>("picture");
         QTest::addColumn<Orientation>("orientation");
@@ -323,6 +336,27 @@ private slots:
                     QVERIFY(IsColor(placed, at, color));
                 }
             }
+        }
+    }
+
+    // Eight pixels across the panel: rounded to whole ones, a trim would show up to half of 40 panel pixels
+    // beside what is framed.
+    void ATrimOfATinyPictureIsExact() {
+        QImage picture(8, 17, QImage::Format_RGB32);
+        picture.fill(Qt::black);
+        for (int y = 0; y < picture.height(); ++y) {
+            for (int x = 4; x < picture.width(); ++x) {
+                picture.setPixel(x, y, qRgb(255, 255, 255));
+            }
+        }
+        for (const int left : {40, 50, 60, 70, 80}) {
+            const QImage placed = PlacedPicture(picture, QSize(320, 170), kLying, Trimmed(left, 0, 160));
+            int edge = 0;
+            while (edge < 320 && qGray(placed.pixel(edge, 85)) < 128) {
+                ++edge;
+            }
+            // The picture's middle stands at 160 of the untrimmed view, which is seen at twice its size.
+            QVERIFY2(qAbs(edge - (160 - left) * 2) <= 2, QByteArray::number(edge));
         }
     }
 

@@ -37,6 +37,10 @@ inline QSize EditorSize(Orientation orientation) {
     return orientation == Orientation::Landscape ? QSize(435, 312) : QSize(425, 322);
 }
 
+inline bool IsTrimmed(const LayoutRecord& layout) {
+    return layout.xPt != 0 || layout.yPt != 0 || layout.xZoom != 0 || layout.yZoom != 0;
+}
+
 // The middle of a slot and of a text row, in widget pixels.
 inline QPoint SlotPoint(int slot, Orientation orientation = Orientation::Landscape) {
     return MappingFor(orientation, EditorSize(orientation)).Mapped(SlotRect(slot, orientation)).center();

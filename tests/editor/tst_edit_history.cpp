@@ -23,7 +23,7 @@ private slots:
         EditHistory history;
         history.Start(state);
         const EditState loaded = state;
-        QVERIFY(!history.CanStepBack());
+        QVERIFY(!history.CanStepBack(state));
         QVERIFY(!history.StepBack(state));
 
         LayoutInForce(state).colorIndex = 3;
@@ -60,7 +60,7 @@ private slots:
         EditHistory history;
         history.Start(state);
         history.Append(state);
-        QVERIFY(!history.CanStepBack());
+        QVERIFY(!history.CanStepBack(state));
     }
 
     void NotchesOfTheWheelGoBackAsOne() {
@@ -77,7 +77,7 @@ private slots:
         QCOMPARE(LayoutInForce(state).xZoom, 24);
         QVERIFY(history.StepBack(state));
         QCOMPARE(LayoutInForce(state).xZoom, 0);
-        QVERIFY(!history.CanStepBack());
+        QVERIFY(!history.CanStepBack(state));
     }
 
     void ThereAndBackAgainIsNoStep() {
@@ -88,7 +88,68 @@ private slots:
         history.Append(state, EditHistory::Kind::Zoom);
         LayoutInForce(state).xZoom = 0;
         history.Append(state, EditHistory::Kind::Zoom);
-        QVERIFY(!history.CanStepBack());
+        QVERIFY(!history.CanStepBack(state));
+    }
+
+    // Scrolling there and back behind a colour must not make the next notch part of the colour's step.
+    void ThereAndBackAgainLeavesTheStepBeforeAlone() {
+        EditState state = CustomState();
+        EditHistory history;
+        history.Start(state);
+        LayoutInForce(state).colorIndex = 3;
+        history.Append(state);
+        for (const int inset : {8, 0, 8}) {
+            LayoutInForce(state).xZoom = inset;
+            history.Append(state, EditHistory::Kind::Zoom);
+        }
+        QVERIFY(history.StepBack(state));
+        QCOMPARE(LayoutInForce(state).xZoom, 0);
+        QCOMPARE(LayoutInForce(state).colorIndex, 3);
+        QVERIFY(history.StepBack(state));
+        QCOMPARE(LayoutInForce(state).colorIndex, 0);
+        QVERIFY(!history.CanStepBack(state));
+    }
+
+    void EveryLayoutKeepsItsWayBack() {
+        EditState state = CustomState();
+        EditHistory history;
+        history.Start(state);
+        LayoutInForce(state).colorIndex = 3;
+        history.Append(state);
+        state.themes.style = 1;
+        history.Append(state);
+        QVERIFY(!history.CanStepBack(state));
+        LayoutInForce(state).sizeIndex = 2;
+        history.Append(state);
+        state.themes.style = 0;
+        history.Append(state);
+        QVERIFY(history.StepBack(state));
+        QCOMPARE(LayoutInForce(state).colorIndex, 0);
+        QVERIFY(!history.StepBack(state));
+        state.themes.style = 1;
+        QCOMPARE(LayoutInForce(state).sizeIndex, 2);
+        QVERIFY(history.StepBack(state));
+        QCOMPARE(LayoutInForce(state).sizeIndex, 0);
+    }
+
+    void AReplacedPictureDoesNotComeBack() {
+        EditState state = CustomState();
+        EditHistory history;
+        history.Start(state);
+        const QString gone = QStringLiteral("gone.png");
+        const QString other = QStringLiteral("other.png");
+        LayoutInForce(state).picture = gone;
+        history.Append(state);
+        LayoutInForce(state).xZoom = 40;  // a step of the picture that goes
+        history.Append(state);
+        LayoutInForce(state).picture = other;
+        LayoutInForce(state).xZoom = 0;
+        history.Append(state);
+        history.ReplacePicture(gone, other);
+        // All that was left of the steps is the choice of a picture.
+        QVERIFY(history.StepBack(state));
+        QVERIFY(LayoutInForce(state).picture.isEmpty());
+        QVERIFY(!history.CanStepBack(state));
     }
 
     void ThePageAndTheOrientationStay() {

@@ -74,6 +74,29 @@ private slots:
         QCOMPARE(editor.Row(), (SlotRow{{E, CpuUsage, E, E, E}}));
     }
 
+    // Who wants a longer way before a press becomes a drag reaches the next zone with less.
+    void AClickIsNoDrop() {
+        const int usual = QApplication::startDragDistance();
+        QApplication::setStartDragDistance(40);
+        Editor editor;
+        const QPoint besideTheCentre(135, 130);
+        editor.Drag(besideTheCentre, besideTheCentre + QPoint(20, 0));
+        const SlotRow afterAClick = editor.Row();
+        QApplication::setStartDragDistance(usual);
+        editor.Drag(besideTheCentre, besideTheCentre + QPoint(20, 0));
+        QCOMPARE(afterAClick, kFactoryRow);
+        QCOMPARE(editor.Row(), Swapped(kFactoryRow, 0, 2));
+    }
+
+    void AFreeTextHoldsNoSlotOnceLoaded() {
+        SlotTable table = EmptySlotTable();
+        table[0] = {{OtherText, CpuUsage, OtherText2, E, E}};
+        Editor editor(CustomThemes(), table);
+        QCOMPARE(editor.Row(), (SlotRow{{E, CpuUsage, E, E, E}}));
+        QVERIFY(!editor.Layout().shown[OtherText]);
+        QVERIFY(!editor.Layout().shown[OtherText2]);
+    }
+
     void DroppingOutsideEverySlotChangesNothing() {
         Editor editor;
         editor.Drag(SlotPoint(0), QPoint(217, 20));
@@ -262,6 +285,15 @@ private slots:
         editor.SetTrimMode(1);
         QVERIFY(!editor.toolTip().isEmpty());
         QVERIFY(editor.toolTip() != whileEditing);
+        editor.SetTrimMode(0);
+        QCOMPARE(editor.toolTip(), whileEditing);
+        // Of one item there is nothing to exchange.
+        ThemeState themes = editor.Edited().themes;
+        themes.style = 1;
+        editor.ShowTheme(themes, false);
+        QVERIFY(!editor.toolTip().isEmpty());
+        QVERIFY(editor.toolTip() != whileEditing);
+        QCOMPARE(editor.accessibleDescription(), editor.toolTip());
     }
 };
 

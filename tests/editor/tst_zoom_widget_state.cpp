@@ -174,13 +174,84 @@ private slots:
         editor.GiveText(Words());
         editor.Drag(RowPoint(2), RowPoint(0));
         editor.SetFontColor(2);
-        editor.SetBackground(Other());
         changed.clear();
         editor.RevertLayout();
         QCOMPARE(editor.Edited(), saved);
         QCOMPARE(changed.size(), 1);
         editor.Undo();
         QCOMPARE(editor.Edited(), saved);
+    }
+
+    // Pictures are chosen outside of editing as well; trimming is part of it.
+    void CancellingKeepsThePictureAndItsTrim() {
+        Editor editor;
+        const LayoutRecord saved = editor.Layout();
+        const auto trim = [&editor] {
+            editor.SetTrimMode(1);
+            editor.Wheel(120, QPoint(217, 155));
+            editor.SetTrimMode(0);
+            return editor.Layout().xZoom;
+        };
+        QVERIFY(trim() > 0);
+        editor.RevertLayout();
+        QCOMPARE(editor.Layout(), saved);
+
+        editor.SetBackground(Other());
+        const int inset = trim();
+        editor.SetFontColor(2);
+        editor.RevertLayout();
+        QCOMPARE(editor.Layout().picture, Other());
+        QCOMPARE(editor.Layout().xZoom, inset);
+        QCOMPARE(editor.Layout().colorIndex, 0);
+
+        // The same picture, once as the default one and once by its name.
+        editor.SetBackground(DefaultBackground());
+        QVERIFY(trim() > 0);
+        editor.RevertLayout();
+        QCOMPARE(editor.Layout().picture, DefaultBackground());
+        QCOMPARE(editor.Layout().xZoom, 0);
+    }
+
+    void AReplacedPictureIsGoneEverywhere() {
+        ThemeState themes = CustomThemes();
+        for (LayoutRecord& layout : themes.layouts) {
+            layout.picture = QStringLiteral("gone.png");
+            layout.xZoom = 40;
+        }
+        themes.layouts[2].picture = DefaultBackground();
+        const LogLines quiet;
+        Editor editor(themes);
+        editor.SetBackground(Other());
+        QSignalSpy changed(&editor, &ZoomWidget::layoutChanged);
+        editor.ReplacePicture(QStringLiteral("gone.png"), Other());
+        QCOMPARE(changed.size(), 0);
+        for (const EditState* state : {&editor.Edited(), &editor.Saved()}) {
+            for (int n = 0; n < kLayoutCount; ++n) {
+                const LayoutRecord& layout = state->themes.layouts[size_t(n)];
+                QCOMPARE(layout.picture, n == 2 ? DefaultBackground() : Other());
+                QCOMPARE(layout.xZoom, n == 2 ? 40 : 0);
+            }
+        }
+        editor.Undo();
+        QCOMPARE(editor.Layout().picture, Other());
+    }
+
+    void WhatIsSavedIsKnown() {
+        Editor editor;
+        QCOMPARE(editor.Saved(), editor.Edited());
+        editor.GiveText(Words());
+        ThemeState theme = editor.Edited().themes;
+        theme.layouts[0].picture = Other();
+        theme.theme = 2;
+        editor.ShowTheme(theme, false);
+        QVERIFY(editor.Saved().themes.layouts[8].freeText.isEmpty());
+        editor.CommitLayout();
+        QCOMPARE(editor.Saved().themes.layouts[8].freeText, Words());
+        // The theme page's own are not committed with the custom layout.
+        QVERIFY(editor.Saved().themes.layouts[0].picture.isEmpty());
+        QCOMPARE(editor.Saved().themes.theme, 0);
+        editor.SetSavedThemes(editor.Edited().themes);
+        QCOMPARE(editor.Saved(), editor.Edited());
     }
 
     void CancellingAnOpenEntryForgetsItsText() {

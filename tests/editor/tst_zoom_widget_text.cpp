@@ -13,10 +13,38 @@ QString Words() {
     return QStringLiteral("Hello");
 }
 
-// Where the free text is drawn, widget pixels.
+// Where the free text is drawn, or would be in that row; widget pixels.
+QRect DrawnIn(const Editor& editor, int row) {
+    ScreenState state = editor.Shown();
+    state.textRow = row;
+    return MappingFor(state.orientation, editor.size()).Mapped(LayOutFreeText(state).bounds);
+}
 QPoint DrawnText(const Editor& editor) {
-    const ScreenState state = editor.Shown();
-    return MappingFor(state.orientation, editor.size()).Mapped(LayOutFreeText(state).bounds).center();
+    return DrawnIn(editor, editor.Edited().textRow).center();
+}
+
+// By the keyboard, from any row below it.
+void MoveUpTo(Editor& editor, int row) {
+    while (editor.Edited().textRow > row) {
+        QTest::keyClick(&editor, Qt::Key_PageUp);
+    }
+}
+
+QString ThreeLines() {
+    return QStringLiteral("one\ntwo and more\nthree");
+}
+
+void AddRowsAndTexts() {
+    QTest::addColumn<Orientation>("orientation");
+    QTest::addColumn<int>("row");
+    QTest::addColumn<QString>("text");
+    for (const Orientation orientation : kOrientations) {
+        for (int row = 0; row < kTextRowCount; ++row) {
+            const QByteArray name = NameOf(orientation) + ", row " + QByteArray::number(row);
+            QTest::newRow(name) << orientation << row << Words();
+            QTest::newRow(name + ", three lines") << orientation << row << ThreeLines();
+        }
+    }
 }
 
 SlotTable Nothing() {
@@ -58,6 +86,15 @@ private slots:
         QVERIFY(editor.Layout().shown[OtherText]);
         QCOMPARE(hide.size(), 1);
         QCOMPARE(hide[0][0].toInt(), 0);
+    }
+
+    void BlanksAndLinesAtTheEndAreNotKept() {
+        Editor editor;
+        editor.GiveText(QStringLiteral("  one\ntwo \n\n\t "));
+        QCOMPARE(editor.Layout().freeText, QStringLiteral("  one\ntwo"));
+        editor.GiveText(QStringLiteral(" \n "));
+        QVERIFY(editor.Layout().freeText.isEmpty());
+        QVERIFY(!editor.Layout().shown[OtherText]);
     }
 
     void WithoutAnOpenEntryItsEndIsNothing() {
@@ -206,7 +243,7 @@ private slots:
         }
     }
 
-    // The zone is scaled but not moved, so it lies above and left of where the row is seen.
+    // The zone is scaled but not moved, so it lies above and left of where the row is seen; that counts too.
     void ADoubleClickInTheGivenZoneOpensEntry_data() {
         QTest::addColumn<Orientation>("orientation");
         QTest::addColumn<QPoint>("at");
@@ -214,10 +251,12 @@ private slots:
         QTest::newRow("landscape, first pixel") << kLying << QPoint(13, 155) << true;
         QTest::newRow("landscape, last pixel") << kLying << QPoint(417, 213) << true;
         QTest::newRow("landscape, above") << kLying << QPoint(13, 154) << false;
-        QTest::newRow("landscape, in the row but below the zone") << kLying << QPoint(200, 230) << false;
+        QTest::newRow("landscape, in the row but below the zone") << kLying << QPoint(200, 230) << true;
+        QTest::newRow("landscape, below the row") << kLying << QPoint(200, 252) << false;
         QTest::newRow("portrait, in the zone") << kStanding << QPoint(12, 230) << true;
         QTest::newRow("portrait, where the row is seen, right of the zone")
-            << kStanding << QPoint(200, 240) << false;
+            << kStanding << QPoint(200, 240) << true;
+        QTest::newRow("portrait, right of the row") << kStanding << QPoint(300, 240) << false;
     }
     void ADoubleClickInTheGivenZoneOpensEntry() {
         QFETCH(Orientation, orientation);
@@ -257,83 +296,6 @@ private slots:
         }
     }
 
-    void DraggingTheTextChangesItsRow_data() {
-        QTest::addColumn<Orientation>("orientation");
-        QTest::addColumn<int>("row");
-        for (const Orientation orientation : kOrientations) {
-            for (int row = 0; row < kTextRowCount; ++row) {
-                QTest::newRow(NameOf(orientation) + ", to row " + QByteArray::number(row))
-                    << orientation << row;
-            }
-        }
-    }
-    void DraggingTheTextChangesItsRow() {
-        QFETCH(Orientation, orientation);
-        QFETCH(int, row);
-        Editor editor(CustomThemes(orientation), Nothing());
-        editor.GiveText(Words());
-        QSignalSpy remote(&editor, &ZoomWidget::HideRemote);
-        // Grabbed in its zone and, on the way back, by the letters themselves.
-        editor.Drag(RowPoint(2, orientation), RowPoint(row, orientation));
-        QCOMPARE(editor.Edited().textRow, row);
-        QCOMPARE(remote.size(), 1);
-        editor.Drag(DrawnText(editor), RowPoint(1, orientation));
-        QCOMPARE(editor.Edited().textRow, 1);
-    }
-
-    void DroppingTheTextOutsideTheRowsLeavesIt() {
-        Editor editor(CustomThemes(), Nothing());
-        editor.GiveText(Words());
-        editor.Drag(RowPoint(2), QPoint(200, 5));
-        QCOMPARE(editor.Edited().textRow, 2);
-    }
-
-    void OnlyATickedTextThatIsThereIsDragged_data() {
-        QTest::addColumn<bool>("hasText");
-        QTest::addColumn<bool>("ticked");
-        QTest::newRow("no text") << false << true;
-        QTest::newRow("not ticked") << true << false;
-    }
-    void OnlyATickedTextThatIsThereIsDragged() {
-        QFETCH(bool, hasText);
-        QFETCH(bool, ticked);
-        Editor editor(CustomThemes(), Nothing());
-        editor.GiveText(hasText ? Words() : QString());
-        editor.SetItemEnabled(OtherText, ticked);
-        editor.Drag(RowPoint(2), RowPoint(0));
-        QCOMPARE(editor.Edited().textRow, 2);
-    }
-
-    void InTheMiddleRowPressesTakeTurnsBetweenSlotAndText() {
-        Editor editor;
-        editor.GiveText(Words());
-        QTest::keyClick(&editor, Qt::Key_PageUp);
-        QCOMPARE(editor.Edited().textRow, 1);
-        const QPoint at = SlotPoint(kCentreSlot);
-        const QPoint outside(217, 20);
-        SlotRow row = editor.Row();
-        for (int turn = 0; turn < 2; ++turn) {
-            editor.Drag(at, SlotPoint(0));
-            std::swap(row[kCentreSlot], row[0]);
-            QCOMPARE(editor.Row(), row);
-            QCOMPARE(editor.Edited().textRow, 1);
-            // Were it the slot's turn again, the slots would change; the text goes where it is dropped.
-            editor.Drag(at, turn == 0 ? outside : RowPoint(2));
-            QCOMPARE(editor.Row(), row);
-        }
-        QCOMPARE(editor.Edited().textRow, 2);
-    }
-
-    void InOtherRowsThePressesTakeNoTurns() {
-        Editor editor;
-        editor.GiveText(Words());
-        for (int k = 0; k < 3; ++k) {
-            const SlotRow before = editor.Row();
-            editor.Drag(SlotPoint(kCentreSlot), SlotPoint(0));
-            QVERIFY(editor.Row() != before);
-        }
-    }
-
     void TheBoxLooksLikeTheText_data() {
         QTest::addColumn<Orientation>("orientation");
         QTest::addColumn<int>("size");
@@ -360,6 +322,43 @@ private slots:
         QVERIFY(!editor.TextBox().placeholderText().isEmpty());
         // Fainter than what is typed.
         QVERIFY(editor.TextBox().palette().color(QPalette::PlaceholderText).alpha() < 200);
+    }
+
+    void TheBoxGrowsWithItsLines_data() { AddRowsAndTexts(); }
+    void TheBoxGrowsWithItsLines() {
+        QFETCH(Orientation, orientation);
+        QFETCH(int, row);
+        QFETCH(QString, text);
+        Editor editor(CustomThemes(orientation), Nothing());
+        editor.GiveText(Words());
+        MoveUpTo(editor, row);
+        const QRect least = TextBoxRect(row, orientation, editor.size());
+        editor.slotShowEdt();
+        QCOMPARE(editor.TextBox().geometry(), least);
+        editor.TextBox().setPlainText(text);
+        const QRect box = editor.TextBox().geometry();
+        QCOMPARE(box.left(), least.left());
+        QCOMPARE(box.width(), least.width());
+        QVERIFY(box.height() >= least.height());
+        QVERIFY(box.bottom() <= editor.height() - MappingFor(orientation, editor.size()).top);
+        // All of it is seen, from its first line to its last.
+        QTextCursor cursor(editor.TextBox().document());
+        QVERIFY(editor.TextBox().viewport()->rect().contains(editor.TextBox().cursorRect(cursor)));
+        cursor.movePosition(QTextCursor::End);
+        QVERIFY(editor.TextBox().viewport()->rect().contains(editor.TextBox().cursorRect(cursor)));
+        editor.TextBox().setPlainText(Words());
+        QCOMPARE(editor.TextBox().geometry(), least);
+    }
+
+    void ABoxNeverLeavesTheScreen() {
+        for (const Orientation orientation : kOrientations) {
+            Editor editor(CustomThemes(orientation), Nothing());
+            editor.slotShowEdt();
+            editor.TextBox().setPlainText(QString(40, QLatin1Char('\n')));
+            const QRect canvas(QPoint(0, 0), CanvasSize(orientation));
+            const QRect screen = MappingFor(orientation, editor.size()).Mapped(canvas);
+            QVERIFY(screen.contains(editor.TextBox().geometry()));
+        }
     }
 
     void TheTextIsLimited_data() {
