@@ -36,6 +36,9 @@ if [ -z "${DISPLAY:-}" ] && [ -z "${WAYLAND_DISPLAY:-}" ]; then
     [ -z "$picture" ] || arguments+=(--panel-image "$picture")
 fi
 [ -z "$picture" ] || rm -f "$picture"
+if [ -n "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ]; then
+    echo "The program lives in the tray: click its icon, or run this once more, to see its window."
+fi
 status=0
 build/release/bin/kivo-screen "${arguments[@]}" "$@" || status=$?
 if [ -n "$picture" ] && [ -e "$picture" ]; then

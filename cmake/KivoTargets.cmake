@@ -43,7 +43,8 @@ function(kivo_add_program name)
 endfunction()
 
 # kivo_add_test(<folder> <unit> LINK ...): tests/<folder>/tst_<unit>.cpp, run on Qt's offscreen platform in a home
-# of its own, so that no test ever sees the settings of the person who runs it.
+# of its own, so that no test ever sees the settings of the person who runs it. Its folder for temporary files is
+# its own too: running copies of the program find each other through it.
 function(kivo_add_test folder unit)
     cmake_parse_arguments(arg "" "TIMEOUT" "SOURCES;LINK" ${ARGN})
     if(NOT arg_TIMEOUT)
@@ -57,7 +58,9 @@ function(kivo_add_test folder unit)
     set(home ${CMAKE_BINARY_DIR}/test-home/${name})
     file(MAKE_DIRECTORY ${home})
     file(CHMOD ${home} PERMISSIONS OWNER_READ OWNER_WRITE OWNER_EXECUTE)  # it is the runtime folder too
+    set(temporary ${CMAKE_BINARY_DIR}/test-tmp/${name})
+    file(MAKE_DIRECTORY ${temporary})
     set_tests_properties(${folder}/${unit} PROPERTIES
         TIMEOUT ${arg_TIMEOUT} LABELS ${folder}
-        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;HOME=${home};XDG_CONFIG_HOME=${home}/.config;XDG_DATA_HOME=${home}/.local/share;XDG_CACHE_HOME=${home}/.cache;XDG_RUNTIME_DIR=${home};LC_ALL=C.UTF-8")
+        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;HOME=${home};TMPDIR=${temporary};XDG_CONFIG_HOME=${home}/.config;XDG_DATA_HOME=${home}/.local/share;XDG_CACHE_HOME=${home}/.cache;XDG_RUNTIME_DIR=${home};LC_ALL=C.UTF-8")
 endfunction()

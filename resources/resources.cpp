@@ -3,14 +3,15 @@
 #include <QtGlobal>
 
 // The macro declares a function of the global namespace, so it cannot stand inside ours.
-static void InitBackground() {
+static void InitAll() {
     Q_INIT_RESOURCE(background);
+    Q_INIT_RESOURCE(skins);
 }
 
 namespace kivo {
 
 void InitResources() {
-    InitBackground();
+    InitAll();
 }
 
 }  // namespace kivo

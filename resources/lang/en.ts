@@ -2,6 +2,278 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="en_US" sourcelanguage="zh_CN">
 <context>
+    <name>ColorBar</name>
+    <message>
+        <source>白色</source>
+        <translation>White</translation>
+    </message>
+    <message>
+        <source>黑色</source>
+        <translation>Black</translation>
+    </message>
+    <message>
+        <source>橙色</source>
+        <translation>Orange</translation>
+    </message>
+    <message>
+        <source>黄色</source>
+        <translation>Yellow</translation>
+    </message>
+    <message>
+        <source>蓝色</source>
+        <translation>Blue</translation>
+    </message>
+    <message>
+        <source>绿色</source>
+        <translation>Green</translation>
+    </message>
+</context>
+<context>
+    <name>MainWindow</name>
+    <message>
+        <source>显示设计</source>
+        <translation>Display</translation>
+    </message>
+    <message>
+        <source>背景选择</source>
+        <translation>Background</translation>
+    </message>
+    <message>
+        <source>选择文件夹:</source>
+        <translation>Choose folder:</translation>
+    </message>
+    <message>
+        <source>默认主题</source>
+        <translation>Themes</translation>
+    </message>
+    <message>
+        <source>四个现成的主题</source>
+        <translation>Four ready-made themes</translation>
+    </message>
+    <message>
+        <source>自定义主题</source>
+        <translation>My layout</translation>
+    </message>
+    <message>
+        <source>自己排列的画面</source>
+        <translation>A screen of your own design</translation>
+    </message>
+    <message>
+        <source>选择主题</source>
+        <translation>Choose a theme</translation>
+    </message>
+    <message>
+        <source>主题</source>
+        <translation>Themes</translation>
+    </message>
+    <message>
+        <source>CPU温度</source>
+        <translation>CPU Temp</translation>
+    </message>
+    <message>
+        <source>在屏幕上显示CPU温度</source>
+        <translation>Show the CPU temperature on the screen</translation>
+    </message>
+    <message>
+        <source>CPU使用率</source>
+        <translation>CPU Load</translation>
+    </message>
+    <message>
+        <source>在屏幕上显示CPU使用率</source>
+        <translation>Show the CPU load on the screen</translation>
+    </message>
+    <message>
+        <source>内存使用率</source>
+        <translation>Memory</translation>
+    </message>
+    <message>
+        <source>在屏幕上显示内存使用率</source>
+        <translation>Show the memory in use on the screen</translation>
+    </message>
+    <message>
+        <source>时间</source>
+        <translation>Time</translation>
+    </message>
+    <message>
+        <source>在屏幕上显示时间</source>
+        <translation>Show the time on the screen</translation>
+    </message>
+    <message>
+        <source>功耗</source>
+        <translation>Power</translation>
+    </message>
+    <message>
+        <source>在屏幕上显示功耗</source>
+        <translation>Show the CPU power on the screen</translation>
+    </message>
+    <message>
+        <source>日期</source>
+        <translation>Date</translation>
+    </message>
+    <message>
+        <source>在屏幕上显示日期</source>
+        <translation>Show the date on the screen</translation>
+    </message>
+    <message>
+        <source>风扇转速</source>
+        <translation>Fan</translation>
+    </message>
+    <message>
+        <source>在屏幕上显示风扇转速</source>
+        <translation>Show the fan speed on the screen</translation>
+    </message>
+    <message>
+        <source>其他</source>
+        <translation>Other</translation>
+    </message>
+    <message>
+        <source>待定</source>
+        <translation>Reserved</translation>
+    </message>
+    <message>
+        <source>选择背景图片；按 Delete 删除自己添加的图片</source>
+        <translation>Choose a background; Delete removes a picture you added</translation>
+    </message>
+    <message>
+        <source>背景图片</source>
+        <translation>Background pictures</translation>
+    </message>
+    <message>
+        <source>屏幕预览</source>
+        <translation>Screen preview</translation>
+    </message>
+    <message>
+        <source>显示整张图片</source>
+        <translation>Show the whole picture</translation>
+    </message>
+    <message>
+        <source>横屏</source>
+        <translation>Landscape</translation>
+    </message>
+    <message>
+        <source>竖屏</source>
+        <translation>Portrait</translation>
+    </message>
+    <message>
+        <source>编辑</source>
+        <translation>Edit</translation>
+    </message>
+    <message>
+        <source>移动项目，输入文字，修剪图片</source>
+        <translation>Move items, type text, trim the picture</translation>
+    </message>
+    <message>
+        <source>取消</source>
+        <translation>Cancel</translation>
+    </message>
+    <message>
+        <source>放弃修改</source>
+        <translation>Discard the changes</translation>
+    </message>
+    <message>
+        <source>确认</source>
+        <translation>Apply</translation>
+    </message>
+    <message>
+        <source>把画面发送到屏幕</source>
+        <translation>Send this to the screen</translation>
+    </message>
+    <message>
+        <source>最小化</source>
+        <translation>Minimise</translation>
+    </message>
+    <message>
+        <source>退出</source>
+        <translation>Exit</translation>
+    </message>
+    <message>
+        <source>Kivo Screen</source>
+        <translation>Kivo Screen</translation>
+    </message>
+    <message>
+        <source>退出软件PC端屏幕内容显示信息将不准，
+确定退出？</source>
+        <translation>After exit the values on the screen will no longer be current.
+Exit anyway?</translation>
+    </message>
+    <message>
+        <source>五项</source>
+        <translation>Five</translation>
+    </message>
+    <message>
+        <source>一项</source>
+        <translation>One</translation>
+    </message>
+    <message>
+        <source>最多五项</source>
+        <translation>Up to five items</translation>
+    </message>
+    <message>
+        <source>只显示一项</source>
+        <translation>One item only</translation>
+    </message>
+    <message>
+        <source>日期：大</source>
+        <translation>Date: large</translation>
+    </message>
+    <message>
+        <source>日期：小</source>
+        <translation>Date: small</translation>
+    </message>
+    <message>
+        <source>无法打开此图片。</source>
+        <translation>This picture cannot be opened.</translation>
+    </message>
+    <message>
+        <source>打开图片</source>
+        <translation>Open picture</translation>
+    </message>
+    <message>
+        <source>是否删除此图片？</source>
+        <translation>Delete this picture?</translation>
+    </message>
+    <message>
+        <source>默认图片不能删除。</source>
+        <translation>Built-in pictures cannot be deleted.</translation>
+    </message>
+    <message>
+        <source>默认</source>
+        <translation>Cards</translation>
+    </message>
+    <message>
+        <source>场景</source>
+        <translation>Scene</translation>
+    </message>
+    <message>
+        <source>功耗表</source>
+        <translation>Power dial</translation>
+    </message>
+    <message>
+        <source>时钟</source>
+        <translation>Clock</translation>
+    </message>
+    <message>
+        <source>副屏设置</source>
+        <translation>Kivo Screen settings</translation>
+    </message>
+    <message>
+        <source>显示窗口</source>
+        <translation>Show window</translation>
+    </message>
+    <message>
+        <source>退出程序</source>
+        <translation>Exit</translation>
+    </message>
+    <message>
+        <source>屏幕已就绪。点击此图标可打开设置窗口。</source>
+        <translation>The screen is ready. Click this icon to open the settings window.</translation>
+    </message>
+    <message>
+        <source>图片太多，无法再添加。</source>
+        <translation>There are too many pictures to add another one.</translation>
+    </message>
+</context>
+<context>
     <name>ZoomWidget</name>
     <message>
         <source>CPU温度</source>
@@ -34,6 +306,117 @@
     <message>
         <source>其他</source>
         <translation>Other</translation>
+    </message>
+    <message>
+        <source>屏幕预览</source>
+        <translation>Screen preview</translation>
+    </message>
+    <message>
+        <source>拖动边框修剪图片，滚轮缩放</source>
+        <translation>Drag the frame to trim, turn the wheel to zoom</translation>
+    </message>
+    <message>
+        <source>拖动可交换位置，双击可输入文字</source>
+        <translation>Drag to swap places, double-click to type</translation>
+    </message>
+    <message>
+        <source>双击进行输入</source>
+        <translation>Double-click to type</translation>
+    </message>
+    <message>
+        <source>自由文字</source>
+        <translation>Free text</translation>
+    </message>
+    <message>
+        <source>双击可输入文字，文字可拖动</source>
+        <translation>Double-click to type text, drag to move it</translation>
+    </message>
+</context>
+<context>
+    <name>kivo::ColorBar</name>
+    <message>
+        <source>文字颜色</source>
+        <translation>Text colour</translation>
+    </message>
+</context>
+<context>
+    <name>kivo::EditBar</name>
+    <message>
+        <source>大</source>
+        <translation>Big</translation>
+    </message>
+    <message>
+        <source>中</source>
+        <translation>Mid</translation>
+    </message>
+    <message>
+        <source>小</source>
+        <translation>Small</translation>
+    </message>
+    <message>
+        <source>文字大小</source>
+        <translation>Text size</translation>
+    </message>
+    <message>
+        <source>文字颜色</source>
+        <translation>Text colour</translation>
+    </message>
+    <message>
+        <source>修剪</source>
+        <translation>Trim</translation>
+    </message>
+    <message>
+        <source>选取图片的显示区域</source>
+        <translation>Choose the part of the picture to show</translation>
+    </message>
+    <message>
+        <source>返回</source>
+        <translation>Back</translation>
+    </message>
+    <message>
+        <source>撤销上一步</source>
+        <translation>Undo the last step</translation>
+    </message>
+</context>
+<context>
+    <name>kivo::ExitMessageBox</name>
+    <message>
+        <source>确定</source>
+        <translation>OK</translation>
+    </message>
+    <message>
+        <source>取消</source>
+        <translation>Cancel</translation>
+    </message>
+    <message>
+        <source>温馨提示</source>
+        <translation>Please note</translation>
+    </message>
+</context>
+<context>
+    <name>kivo::NimbProcessDialog</name>
+    <message>
+        <source>正在更新屏幕</source>
+        <translation>Updating the screen</translation>
+    </message>
+</context>
+<context>
+    <name>kivo::PictureList</name>
+    <message>
+        <source>选择图片文件夹</source>
+        <translation>Add picture</translation>
+    </message>
+    <message>
+        <source>默认图片</source>
+        <translation>Built-in</translation>
+    </message>
+    <message>
+        <source>背景图片</source>
+        <translation>Background pictures</translation>
+    </message>
+    <message>
+        <source>All Files(*)</source>
+        <translation>All files (*)</translation>
     </message>
 </context>
 <context>

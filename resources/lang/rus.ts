@@ -2,6 +2,278 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="ru_RU" sourcelanguage="zh_CN">
 <context>
+    <name>ColorBar</name>
+    <message>
+        <source>白色</source>
+        <translation>Белый</translation>
+    </message>
+    <message>
+        <source>黑色</source>
+        <translation>Чёрный</translation>
+    </message>
+    <message>
+        <source>橙色</source>
+        <translation>Оранжевый</translation>
+    </message>
+    <message>
+        <source>黄色</source>
+        <translation>Жёлтый</translation>
+    </message>
+    <message>
+        <source>蓝色</source>
+        <translation>Синий</translation>
+    </message>
+    <message>
+        <source>绿色</source>
+        <translation>Зелёный</translation>
+    </message>
+</context>
+<context>
+    <name>MainWindow</name>
+    <message>
+        <source>显示设计</source>
+        <translation>Оформление</translation>
+    </message>
+    <message>
+        <source>背景选择</source>
+        <translation>Фон</translation>
+    </message>
+    <message>
+        <source>选择文件夹:</source>
+        <translation>Выбрать папку:</translation>
+    </message>
+    <message>
+        <source>默认主题</source>
+        <translation>Темы</translation>
+    </message>
+    <message>
+        <source>四个现成的主题</source>
+        <translation>Четыре готовые темы</translation>
+    </message>
+    <message>
+        <source>自定义主题</source>
+        <translation>Свой экран</translation>
+    </message>
+    <message>
+        <source>自己排列的画面</source>
+        <translation>Экран по вашему вкусу</translation>
+    </message>
+    <message>
+        <source>选择主题</source>
+        <translation>Выберите тему</translation>
+    </message>
+    <message>
+        <source>主题</source>
+        <translation>Темы</translation>
+    </message>
+    <message>
+        <source>CPU温度</source>
+        <translation>Темп. ЦП</translation>
+    </message>
+    <message>
+        <source>在屏幕上显示CPU温度</source>
+        <translation>Показывать на экране температуру процессора</translation>
+    </message>
+    <message>
+        <source>CPU使用率</source>
+        <translation>Загр. ЦП</translation>
+    </message>
+    <message>
+        <source>在屏幕上显示CPU使用率</source>
+        <translation>Показывать на экране загрузку процессора</translation>
+    </message>
+    <message>
+        <source>内存使用率</source>
+        <translation>Память</translation>
+    </message>
+    <message>
+        <source>在屏幕上显示内存使用率</source>
+        <translation>Показывать на экране занятую память</translation>
+    </message>
+    <message>
+        <source>时间</source>
+        <translation>Время</translation>
+    </message>
+    <message>
+        <source>在屏幕上显示时间</source>
+        <translation>Показывать на экране время</translation>
+    </message>
+    <message>
+        <source>功耗</source>
+        <translation>Мощн.</translation>
+    </message>
+    <message>
+        <source>在屏幕上显示功耗</source>
+        <translation>Показывать на экране мощность процессора</translation>
+    </message>
+    <message>
+        <source>日期</source>
+        <translation>Дата</translation>
+    </message>
+    <message>
+        <source>在屏幕上显示日期</source>
+        <translation>Показывать на экране дату</translation>
+    </message>
+    <message>
+        <source>风扇转速</source>
+        <translation>Вентил.</translation>
+    </message>
+    <message>
+        <source>在屏幕上显示风扇转速</source>
+        <translation>Показывать на экране обороты вентилятора</translation>
+    </message>
+    <message>
+        <source>其他</source>
+        <translation>Другое</translation>
+    </message>
+    <message>
+        <source>待定</source>
+        <translation>Резерв</translation>
+    </message>
+    <message>
+        <source>选择背景图片；按 Delete 删除自己添加的图片</source>
+        <translation>Выберите фон; Delete удаляет добавленное изображение</translation>
+    </message>
+    <message>
+        <source>背景图片</source>
+        <translation>Фоновые изображения</translation>
+    </message>
+    <message>
+        <source>屏幕预览</source>
+        <translation>Предпросмотр экрана</translation>
+    </message>
+    <message>
+        <source>显示整张图片</source>
+        <translation>Показать изображение целиком</translation>
+    </message>
+    <message>
+        <source>横屏</source>
+        <translation>Горизонтально</translation>
+    </message>
+    <message>
+        <source>竖屏</source>
+        <translation>Вертикально</translation>
+    </message>
+    <message>
+        <source>编辑</source>
+        <translation>Правка</translation>
+    </message>
+    <message>
+        <source>移动项目，输入文字，修剪图片</source>
+        <translation>Переместить элементы, ввести текст, кадрировать фон</translation>
+    </message>
+    <message>
+        <source>取消</source>
+        <translation>Отмена</translation>
+    </message>
+    <message>
+        <source>放弃修改</source>
+        <translation>Отменить изменения</translation>
+    </message>
+    <message>
+        <source>确认</source>
+        <translation>Применить</translation>
+    </message>
+    <message>
+        <source>把画面发送到屏幕</source>
+        <translation>Отправить на экран</translation>
+    </message>
+    <message>
+        <source>最小化</source>
+        <translation>Свернуть</translation>
+    </message>
+    <message>
+        <source>退出</source>
+        <translation>Выход</translation>
+    </message>
+    <message>
+        <source>Kivo Screen</source>
+        <translation>Kivo Screen</translation>
+    </message>
+    <message>
+        <source>退出软件PC端屏幕内容显示信息将不准，
+确定退出？</source>
+        <translation>После выхода данные на экране перестанут обновляться.
+Всё равно выйти?</translation>
+    </message>
+    <message>
+        <source>五项</source>
+        <translation>Пять</translation>
+    </message>
+    <message>
+        <source>一项</source>
+        <translation>Один</translation>
+    </message>
+    <message>
+        <source>最多五项</source>
+        <translation>До пяти элементов</translation>
+    </message>
+    <message>
+        <source>只显示一项</source>
+        <translation>Только один элемент</translation>
+    </message>
+    <message>
+        <source>日期：大</source>
+        <translation>Дата: крупно</translation>
+    </message>
+    <message>
+        <source>日期：小</source>
+        <translation>Дата: мелко</translation>
+    </message>
+    <message>
+        <source>无法打开此图片。</source>
+        <translation>Не удалось открыть изображение.</translation>
+    </message>
+    <message>
+        <source>打开图片</source>
+        <translation>Открыть изображение</translation>
+    </message>
+    <message>
+        <source>是否删除此图片？</source>
+        <translation>Удалить это изображение?</translation>
+    </message>
+    <message>
+        <source>默认图片不能删除。</source>
+        <translation>Встроенные изображения удалить нельзя.</translation>
+    </message>
+    <message>
+        <source>默认</source>
+        <translation>Карточки</translation>
+    </message>
+    <message>
+        <source>场景</source>
+        <translation>Пейзаж</translation>
+    </message>
+    <message>
+        <source>功耗表</source>
+        <translation>Мощность</translation>
+    </message>
+    <message>
+        <source>时钟</source>
+        <translation>Часы</translation>
+    </message>
+    <message>
+        <source>副屏设置</source>
+        <translation>Настройки экрана Kivo</translation>
+    </message>
+    <message>
+        <source>显示窗口</source>
+        <translation>Показать окно</translation>
+    </message>
+    <message>
+        <source>退出程序</source>
+        <translation>Выход</translation>
+    </message>
+    <message>
+        <source>屏幕已就绪。点击此图标可打开设置窗口。</source>
+        <translation>Экран готов. Нажмите этот значок, чтобы открыть окно настроек.</translation>
+    </message>
+    <message>
+        <source>图片太多，无法再添加。</source>
+        <translation>Изображений слишком много, добавить ещё одно нельзя.</translation>
+    </message>
+</context>
+<context>
     <name>ZoomWidget</name>
     <message>
         <source>CPU温度</source>
@@ -34,6 +306,117 @@
     <message>
         <source>其他</source>
         <translation>Другое</translation>
+    </message>
+    <message>
+        <source>屏幕预览</source>
+        <translation>Предпросмотр экрана</translation>
+    </message>
+    <message>
+        <source>拖动边框修剪图片，滚轮缩放</source>
+        <translation>Тяните рамку, чтобы кадрировать; колесо — масштаб</translation>
+    </message>
+    <message>
+        <source>拖动可交换位置，双击可输入文字</source>
+        <translation>Перетащите, чтобы поменять местами; двойной щелчок — ввод текста</translation>
+    </message>
+    <message>
+        <source>双击进行输入</source>
+        <translation>Двойной щелчок для ввода</translation>
+    </message>
+    <message>
+        <source>自由文字</source>
+        <translation>Свободный текст</translation>
+    </message>
+    <message>
+        <source>双击可输入文字，文字可拖动</source>
+        <translation>Двойной щелчок — ввод текста, перетаскивание — перемещение</translation>
+    </message>
+</context>
+<context>
+    <name>kivo::ColorBar</name>
+    <message>
+        <source>文字颜色</source>
+        <translation>Цвет текста</translation>
+    </message>
+</context>
+<context>
+    <name>kivo::EditBar</name>
+    <message>
+        <source>大</source>
+        <translation>Круп.</translation>
+    </message>
+    <message>
+        <source>中</source>
+        <translation>Сред.</translation>
+    </message>
+    <message>
+        <source>小</source>
+        <translation>Мелк.</translation>
+    </message>
+    <message>
+        <source>文字大小</source>
+        <translation>Размер текста</translation>
+    </message>
+    <message>
+        <source>文字颜色</source>
+        <translation>Цвет текста</translation>
+    </message>
+    <message>
+        <source>修剪</source>
+        <translation>Кадр</translation>
+    </message>
+    <message>
+        <source>选取图片的显示区域</source>
+        <translation>Выбрать видимую часть изображения</translation>
+    </message>
+    <message>
+        <source>返回</source>
+        <translation>Назад</translation>
+    </message>
+    <message>
+        <source>撤销上一步</source>
+        <translation>Отменить последний шаг</translation>
+    </message>
+</context>
+<context>
+    <name>kivo::ExitMessageBox</name>
+    <message>
+        <source>确定</source>
+        <translation>ОК</translation>
+    </message>
+    <message>
+        <source>取消</source>
+        <translation>Отмена</translation>
+    </message>
+    <message>
+        <source>温馨提示</source>
+        <translation>Внимание</translation>
+    </message>
+</context>
+<context>
+    <name>kivo::NimbProcessDialog</name>
+    <message>
+        <source>正在更新屏幕</source>
+        <translation>Обновление экрана</translation>
+    </message>
+</context>
+<context>
+    <name>kivo::PictureList</name>
+    <message>
+        <source>选择图片文件夹</source>
+        <translation>Добавить</translation>
+    </message>
+    <message>
+        <source>默认图片</source>
+        <translation>Встроенный</translation>
+    </message>
+    <message>
+        <source>背景图片</source>
+        <translation>Фоновые изображения</translation>
+    </message>
+    <message>
+        <source>All Files(*)</source>
+        <translation>Все файлы (*)</translation>
     </message>
 </context>
 <context>

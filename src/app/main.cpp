@@ -1,9 +1,7 @@
 #include <QApplication>
 #include <QFont>
-#include <QLocale>
 #include <QTextStream>
 #include <QTimer>
-#include <QTranslator>
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
@@ -11,17 +9,21 @@
 #include "app/command_line.h"
 #include "app/console.h"
 #include "app/display.h"
-#include "app/language.h"
-#include "app/live_session.h"
+#include "app/helper_window.h"
+#include "app/main_window.h"
 #include "app/quit_signals.h"
+#include "app/single_instance.h"
 #include "compose/panel_text.h"
 #include "compose/screen_state.h"
+#include "config/first_run_marker.h"
 #include "device/hid_api_hidapi.h"
 #include "device/report_log.h"
+#include "pictures/thumbnails.h"
 #include "resources/resources.h"
 #include "virtualscreen/panel_image_writer.h"
 #include "virtualscreen/virtual_hid_api.h"
 #include "virtualscreen/virtual_screen_window.h"
+#include "widgets/window_style.h"
 
 namespace {
 
@@ -48,8 +50,7 @@ public:
                 m_imageWriter = std::make_unique<kivo::PanelImageWriter>(*panel, options.panelImage);
             }
             if (hasDisplay) {
-                m_window = std::make_unique<kivo::VirtualScreenWindow>(*panel);
-                m_window->show();
+                m_panel = panel.get();
             }
             m_hid = std::move(panel);
         } else {
@@ -60,11 +61,20 @@ public:
         }
     }
 
+    // The software panel's window, where there is one. After the translation has been installed.
+    void ShowWindow() {
+        if (m_panel != nullptr) {
+            m_window = std::make_unique<kivo::VirtualScreenWindow>(*m_panel);
+            m_window->show();
+        }
+    }
+
     kivo::HidApi& Hid() { return m_log ? *m_log : *m_hid; }
 
 private:
     // Window and writer look at the panel, so they go first.
     std::unique_ptr<kivo::HidApi> m_hid;
+    kivo::VirtualHidApi* m_panel = nullptr;  // m_hid, if it gets a window
     std::unique_ptr<kivo::HidApi> m_log;
     std::unique_ptr<kivo::PanelImageWriter> m_imageWriter;
     std::unique_ptr<kivo::VirtualScreenWindow> m_window;
@@ -114,38 +124,53 @@ int main(int argc, char** argv) {
     font.setPointSize(12);
     QApplication::setFont(font);
 
-    const kivo::InterfaceLanguage language = kivo::LanguageForLocale(QLocale::system());
-    kivo::SetInterfaceLanguage(language);
-    QTranslator translator;
-    if (!kivo::InstallTranslation(translator, language, QCoreApplication::applicationDirPath())) {
-        qWarning("The translations in %s/lang cannot be read; texts stay Chinese.",
-                 qUtf8Printable(QCoreApplication::applicationDirPath()));
+    kivo::ApplyWindowStyle(application);
+    // The program lives in the tray; it ends when a person has confirmed it, not when a window closes.
+    QApplication::setQuitOnLastWindowClosed(false);
+    QGuiApplication::setFallbackSessionManagementEnabled(false);
+
+    // Before there is anything to end: a request that comes early is heard when the event loop runs.
+    const kivo::QuitSignals quitSignals;
+    QObject::connect(&quitSignals, &kivo::QuitSignals::quitRequested, &application, &QCoreApplication::quit);
+
+    kivo::SingleInstance instance;
+    if (!instance.Start()) {
+        Say(stderr, QStringLiteral("kivo-screen: already running; its window comes to the front.\n"));
+        return 0;
     }
 
     Screen screen(line.options, hasDisplay);
-    kivo::LiveSession session(screen.Hid(), language, QCoreApplication::applicationDirPath());
-    const kivo::QuitSignals quitSignals;
-    QObject::connect(&quitSignals, &kivo::QuitSignals::quitRequested, &application, &QCoreApplication::quit);
-    QObject::connect(&session, &kivo::LiveSession::firstFrameDone, &application, [](bool success) {
-        if (!success) {
-            Say(stderr, QStringLiteral(
-                            "kivo-screen: no screen took the first frame. --virtual-screen shows a software "
-                            "panel instead.\n"));
-        }
-    });
+    auto window = std::make_unique<kivo::MainWindow>(kivo::MainWindow::Parts{
+        screen.Hid(), &instance, QCoreApplication::applicationDirPath(), line.options.virtualScreen});
+    screen.ShowWindow();
+    if (window->Session().Screen().controlHandle() == nullptr) {
+        Say(stderr, QStringLiteral("kivo-screen: no screen found. --virtual-screen shows a software panel "
+                                   "instead.\n"));
+    }
+    if (kivo::IsFirstRun()) {
+        window->show();
+    } else {
+        window->PutAway();
+    }
     if (line.options.runSeconds) {
         QTimer::singleShot(std::chrono::milliseconds(qRound64(*line.options.runSeconds * 1000)), &application,
                            &QCoreApplication::quit);
     }
-    session.Start();
     const int status = QApplication::exec();
-    const bool stopped = session.Stop();
+    const bool stopped = window->Stop();
     if (line.options.runSeconds) {
-        Say(stdout, ValuesLine(session.ShownTexts()));
+        Say(stdout, ValuesLine(window->Session().ShownTexts()));
     }
     if (!stopped) {
         // A worker hangs in a write to the screen and uses what lives here: nothing may be destroyed any
         // more.
+        kivo::CloseHelperWindow();
+        std::fflush(nullptr);
+        std::_Exit(status);
+    }
+    window.reset();
+    if (!kivo::Thumbnails::EverythingEnded()) {
+        // One hangs in a picture's file; it may wake up while Qt is being taken down.
         std::fflush(nullptr);
         std::_Exit(status);
     }

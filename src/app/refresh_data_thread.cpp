@@ -20,11 +20,7 @@ RefreshDataThread::~RefreshDataThread() {
 }
 
 void RefreshDataThread::stop() {
-    {
-        const std::lock_guard<std::mutex> lock(m_pauseMutex);
-        isStop = 1;
-    }
-    m_stopped.notify_all();
+    m_pause.Stop();
     quit();
 }
 
@@ -34,6 +30,9 @@ void RefreshDataThread::ForgetSentTexts() {
 
 void RefreshDataThread::run() {
     const ThreadEndMarker marker(m_end);
+    if (m_parts.prepare && isStop == 0) {
+        m_parts.prepare();
+    }
     CpuUsageSampler sampler(m_parts.makeCpuCounter);
     sampler.SetMode(0);
     while (isStop == 0) {
@@ -48,7 +47,7 @@ void RefreshDataThread::run() {
             RefreshValue(index);
         }
         m_firstRound = false;
-        Pause(m_parts.pauses.afterRound);
+        m_pause.Sleep(m_parts.pauses.afterRound);
     }
     qDebug("isStop.\n");
 }
@@ -84,12 +83,7 @@ void RefreshDataThread::RefreshValue(int index) {
         // Deliberate: lets this thread's own events in, the timers and deletions of whatever drew.
         QCoreApplication::processEvents();
     }
-    Pause(m_parts.pauses.afterValue);
-}
-
-void RefreshDataThread::Pause(std::chrono::milliseconds time) {
-    std::unique_lock<std::mutex> lock(m_pauseMutex);
-    m_stopped.wait_for(lock, time, [this] { return isStop != 0; });
+    m_pause.Sleep(m_parts.pauses.afterValue);
 }
 
 }  // namespace kivo

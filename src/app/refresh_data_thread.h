@@ -9,9 +9,9 @@
 #include <array>
 #include <atomic>
 #include <chrono>
-#include <condition_variable>
-#include <mutex>
+#include <functional>
 
+#include "app/stop_pause.h"
 #include "app/thread_end.h"
 #include "compose/live_item_renderer.h"
 #include "telemetry/cpu_counter.h"
@@ -40,6 +40,8 @@ public:
         InterfaceLanguage language = InterfaceLanguage::Chinese;
         CpuCounterFactory makeCpuCounter = MakeCpuCounter;
         Pauses pauses = {};
+        // Called on the thread before its first round; empty for nothing to do.
+        std::function<void()> prepare = {};
     };
     explicit RefreshDataThread(Parts parts, QObject* parent = nullptr);
     // Stops the thread and waits for it.
@@ -63,15 +65,13 @@ private:
     void SampleCpu(CpuUsageSampler& sampler);
     void RefreshValue(int index);
     bool IsWorthSending(int index, const QString& text) const;
-    void Pause(std::chrono::milliseconds time);
 
     const Parts m_parts;
     std::array<QString, kLiveValueCount> m_lastText;
     std::array<bool, kLiveValueCount> m_wasSent{};
     bool m_firstRound = true;
     std::atomic<quint8> m_forget{0};
-    std::mutex m_pauseMutex;
-    std::condition_variable m_stopped;
+    StopPause m_pause{isStop};
     ThreadEnd m_end;
 };
 

@@ -1,19 +1,18 @@
 #include "compose/background_picture.h"
 
+#include <QFile>
 #include <QFileInfo>
-#include <QImageReader>
 #include <QLoggingCategory>
+#include <QPainter>
+#include <cmath>
+
+#include "compose/picture_decoder.h"
 
 namespace kivo {
 
 namespace {
 
 Q_LOGGING_CATEGORY(pictureLog, "kivo.picture")
-
-// Nothing a camera or a screenshot makes is larger; what claims to be would only eat the memory.
-constexpr int kLongestSide = 32767;
-constexpr qint64 kMostPixels = 60LL * 1000 * 1000;
-constexpr qint64 kMostPixelsWhenScaled = 260LL * 1000 * 1000;
 
 // Pictures are decoded to about this many pixels on the shorter side: several times the panel's, so that a
 // trim frame still finds detail.
@@ -27,60 +26,63 @@ QSize UsefulSize(QSize size) {
     return size.scaled(kUsefulShortSide, kUsefulShortSide, Qt::KeepAspectRatioByExpanding);
 }
 
-// The pixels of that part, at least one each way: of a very small or narrow picture the part may be less than
-// a pixel.
-QRect WholePixels(const QRectF& part, QSize picture) {
-    if (part.isEmpty()) {
-        return QRect();
+// A picture that has not been decoded at reduced size: no larger than one that has.
+QImage Reduced(const QImage& picture) {
+    const QSize size = UsefulSize(picture.size());
+    return size == picture.size() ? picture
+                                  : picture.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+}
+
+bool IsWhole(double number) {
+    constexpr double kRounding = 1e-3;
+    return qAbs(number - std::round(number)) < kRounding;
+}
+
+// That part of the picture, to be enlarged: a pixel of the picture becomes many, so that the part must not be
+// rounded to whole ones. It may even be less than one.
+QImage Enlarged(const QImage& picture, const QRectF& part, QSize size) {
+    const QRect around = part.toAlignedRect() & picture.rect();
+    QImage enlarged(size, QImage::Format_ARGB32_Premultiplied);
+    enlarged.fill(Qt::transparent);
+    QPainter painter(&enlarged);
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    painter.setCompositionMode(QPainter::CompositionMode_Source);
+    painter.drawImage(QRectF(QPointF(0, 0), QSizeF(size)),
+                      picture.copy(around).convertToFormat(QImage::Format_ARGB32_Premultiplied),
+                      part.translated(-around.topLeft()));
+    return enlarged;
+}
+
+QImage Scaled(const QImage& picture, const QRectF& part, QSize size) {
+    const bool whole =
+        IsWhole(part.left()) && IsWhole(part.top()) && IsWhole(part.width()) && IsWhole(part.height());
+    if (!whole && part.width() < size.width()) {
+        return Enlarged(picture, part, size);
     }
-    QRect pixels = part.toRect();
-    pixels.setSize(pixels.size().expandedTo(QSize(1, 1)));
-    pixels.moveLeft(qBound(0, pixels.left(), picture.width() - 1));
-    pixels.moveTop(qBound(0, pixels.top(), picture.height() - 1));
-    return pixels & QRect(QPoint(0, 0), picture);
+    const QRect pixels = part.toRect() & picture.rect();
+    const QImage shown = pixels == picture.rect() ? picture : picture.copy(pixels);
+    return shown.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
 }
 
 // Every way to have no picture: one line that names it, and null.
 QImage Refuse(const QString& path, const QString& why) {
-    qCWarning(pictureLog).noquote() << "The picture" << path
-                                    << why + QLatin1String("; the background stays black.");
+    qCWarning(pictureLog).noquote() << "The picture" << path << why + QLatin1Char('.');
     return QImage();
 }
 
 }  // namespace
 
-bool IsReasonablePictureSize(QSize size, bool canScaleWhileDecoding) {
-    if (size.isEmpty() || size.width() > kLongestSide || size.height() > kLongestSide) {
-        return false;
-    }
-    const qint64 pixels = qint64(size.width()) * size.height();
-    return pixels <= (canScaleWhileDecoding ? kMostPixelsWhenScaled : kMostPixels);
-}
-
 QImage LoadPicture(const QString& path) {
+    // Looked at before it is opened: a pipe would never give an end.
     if (!QFileInfo(path).isFile()) {
         return Refuse(path, QStringLiteral("is not a file"));
     }
-    QImageReader reader(path);
-    reader.setDecideFormatFromContent(true);
-    reader.setAutoTransform(true);
-    const QSize size = reader.size();
-    // Only JPEG really decodes fewer pixels; others say they can and scale what they have decoded in full.
-    const bool canScale = reader.format() == "jpeg";
-    // A format that does not tell its size in the header (size is then invalid) is read as it is.
-    if (size.isValid()) {
-        if (!IsReasonablePictureSize(size, canScale)) {
-            return Refuse(
-                path,
-                QStringLiteral("is too large to be shown (%1 x %2)").arg(size.width()).arg(size.height()));
-        }
-        if (canScale) {
-            reader.setScaledSize(UsefulSize(size));
-        }
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly)) {
+        return Refuse(path, QStringLiteral("cannot be read (%1)").arg(file.errorString()));
     }
-    QImage picture = reader.read();
-    return picture.isNull() ? Refuse(path, QStringLiteral("cannot be read (%1)").arg(reader.errorString()))
-                            : picture;
+    const DecodedPicture decoded = DecodePicture(file, UsefulSize);
+    return decoded.image.isNull() ? Refuse(path, decoded.refusal) : Reduced(decoded.image);
 }
 
 QRectF ShownPart(QSize picture, Orientation orientation, const LayoutRecord& layout) {
@@ -102,14 +104,13 @@ QRectF ShownPart(QSize picture, Orientation orientation, const LayoutRecord& lay
 }
 
 QImage PlacedPicture(const QImage& picture, QSize size, Orientation orientation, const LayoutRecord& layout) {
-    const QRect part = WholePixels(ShownPart(picture.size(), orientation, layout), picture.size());
+    const QRectF part = ShownPart(picture.size(), orientation, layout);
     if (part.isEmpty()) {
         QImage black(size, QImage::Format_RGB32);
         black.fill(Qt::black);
         return black;
     }
-    const QImage shown = part == picture.rect() ? picture : picture.copy(part);
-    const QImage scaled = shown.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    const QImage scaled = Scaled(picture, part, size);
     if (!scaled.hasAlphaChannel()) {
         return scaled.convertToFormat(QImage::Format_RGB32);
     }

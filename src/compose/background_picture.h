@@ -13,13 +13,10 @@
 
 namespace kivo {
 
-// Reads a picture, turned upright by its own orientation mark, and no larger than is useful for the panel
-// where the format can be decoded at reduced size. Null, with one log line that says why, for what is no
-// picture, cannot be read or is absurdly large by its header (decided before any pixel is decoded).
+// Reads a picture, turned upright by its own orientation mark, and no larger than is useful for the panel:
+// its shorter side has 1080 pixels at most. Null, with one log line that says why, for what is no picture,
+// cannot be read or is absurdly large by its header (decided before any pixel is decoded).
 QImage LoadPicture(const QString& path);
-
-// Whether a picture of that size by its header is decoded at all.
-bool IsReasonablePictureSize(QSize size, bool canScaleWhileDecoding);
 
 // The part of a picture (in its own pixels) that fills the panel: as much as covers it, centred, or the trim
 // frame of the layout. The trim frame has the panel's shape and stays inside the picture.

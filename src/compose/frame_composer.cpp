@@ -62,6 +62,33 @@ QImage ScaledTo(const QImage& image, const QSize& size) {
     return image.size() == size ? image : image.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
 }
 
+// The picture on the frame that a skin is made for.
+QImage PlacedArea(const ScreenState& state, const QImage& picture) {
+    return PlacedPicture(picture, AreaFrameSize(state.orientation), state.orientation, state.layout);
+}
+
+// The veil picture is kStrongestVeil opaque; drawn thinner, it is as strong as this picture needs.
+double SkinOpacity(const ScreenState& state, const QImage& area) {
+    return state.custom
+               ? CustomVeilStrength(state, ScaledTo(area, CanvasSize(state.orientation))) / kStrongestVeil
+               : 1;
+}
+
+void DrawSkin(QImage& image, const ScreenState& state, SkinCache& skins, double opacity) {
+    if (opacity <= 0) {
+        return;
+    }
+    QPainter painter(&image);
+    painter.setOpacity(opacity);
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    const QImage& skin = skins.Skin(state);
+    if (skin.size() == image.size()) {
+        painter.drawImage(QPoint(0, 0), skin);
+    } else {
+        painter.drawImage(image.rect(), skin);
+    }
+}
+
 }  // namespace
 
 const QImage& SkinCache::Skin(const ScreenState& state) {
@@ -78,17 +105,17 @@ double CustomVeilStrength(const ScreenState& state, const QImage& placed) {
 }
 
 QImage ComposeBackground(const ScreenState& state, const QImage& picture, SkinCache& skins) {
-    const QSize canvas = CanvasSize(state.orientation);
-    QImage area = PlacedPicture(picture, AreaFrameSize(state.orientation), state.orientation, state.layout);
-    // The veil picture is kStrongestVeil opaque; drawn thinner, it is as strong as this picture needs.
-    const double opacity =
-        state.custom ? CustomVeilStrength(state, ScaledTo(area, canvas)) / kStrongestVeil : 1;
-    if (opacity > 0) {
-        QPainter painter(&area);
-        painter.setOpacity(opacity);
-        painter.drawImage(QPoint(0, 0), skins.Skin(state));
-    }
-    return ScaledTo(area, canvas).convertToFormat(QImage::Format_RGB16);
+    QImage area = PlacedArea(state, picture);
+    DrawSkin(area, state, skins, SkinOpacity(state, area));
+    return ScaledTo(area, CanvasSize(state.orientation)).convertToFormat(QImage::Format_RGB16);
+}
+
+QImage ComposeMagnifiedBackground(const ScreenState& state, const QImage& picture, SkinCache& skins,
+                                  QSize size) {
+    const double opacity = SkinOpacity(state, PlacedArea(state, picture));
+    QImage magnified = PlacedPicture(picture, size, state.orientation, state.layout);
+    DrawSkin(magnified, state, skins, opacity);
+    return magnified;
 }
 
 QImage ComposeFrame(const ScreenState& state, const QImage& background, const ItemTexts& texts) {

@@ -26,6 +26,11 @@ private:
 // of the state's orientation. picture may be null (black) and of any size.
 QImage ComposeBackground(const ScreenState& state, const QImage& picture, SkinCache& skins);
 
+// The same background magnified, for a window that shows the panel larger than it is: composed at size
+// instead of enlarged, so that it is sharp, with exactly the panel's veil. Format_RGB32.
+QImage ComposeMagnifiedBackground(const ScreenState& state, const QImage& picture, SkinCache& skins,
+                                  QSize size);
+
 // background with all texts of the state over it, the same size and format.
 QImage ComposeFrame(const ScreenState& state, const QImage& background, const ItemTexts& texts);
 

@@ -2,6 +2,7 @@
 
 #include <QFontMetrics>
 #include <QPainter>
+#include <QTextBoundaryFinder>
 #include <QTextLayout>
 #include <QtMath>
 
@@ -15,6 +16,15 @@ constexpr int kLastRow = kTextRowCount - 1;
 constexpr int kPictureTextLength = 20;  // characters of the last portrait row when a picture was chosen
 constexpr int kLongestText = 500;       // characters that are looked at; a row holds far fewer
 
+constexpr QChar kEllipsis(0x2026);
+
+QString WithoutBlankEnd(QString text) {
+    while (!text.isEmpty() && text.at(text.size() - 1).isSpace()) {
+        text.chop(1);
+    }
+    return text;
+}
+
 // A sign that would tear a line apart or turn what follows around.
 bool IsControl(QChar sign) {
     const ushort code = sign.unicode();
@@ -22,8 +32,22 @@ bool IsControl(QChar sign) {
     return turns || (sign.category() == QChar::Other_Control && sign != QLatin1Char('\n'));
 }
 
+// Cut between two characters as a person sees them, which may be several of Unicode's.
+QString Shortened(const QString& text, int mostSigns) {
+    if (text.size() <= mostSigns) {
+        return text;
+    }
+    QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, text);
+    finder.setPosition(mostSigns - 1);
+    if (!finder.isAtBoundary()) {
+        finder.toPreviousBoundary();
+    }
+    return WithoutBlankEnd(text.left(qMax(0, finder.position()))) + kEllipsis;
+}
+
+// Blanks and empty lines at its end would push it out of its place, or count as lines that do not fit.
 QString VisibleText(const ScreenState& state) {
-    QString text = state.layout.freeText.left(kLongestText);
+    QString text = Shortened(WithoutBlankEnd(state.layout.freeText.left(kLongestText + 1)), kLongestText);
     text.replace(QLatin1String("\r\n"), QLatin1String("\n"));
     for (QChar& sign : text) {
         if (IsControl(sign)) {
@@ -32,12 +56,8 @@ QString VisibleText(const ScreenState& state) {
     }
     const bool cut = state.orientation == Orientation::Portrait && state.textRow == kLastRow &&
                      !state.layout.picture.isEmpty();
-    if (cut && text.size() > kPictureTextLength) {
-        // Not through the middle of a surrogate pair.
-        text.truncate(text.at(kPictureTextLength - 1).isHighSurrogate() ? kPictureTextLength - 1
-                                                                        : kPictureTextLength);
-    }
-    return text;
+    text = WithoutBlankEnd(text);
+    return cut ? Shortened(text, kPictureTextLength) : text;
 }
 
 // The row's box. Its bottom follows from the font, so that three lines and their spacing fit; only the first
@@ -69,10 +89,7 @@ QVector<WrappedLine> Wrap(const QString& text, const QFont& font, int width, int
     for (QTextLine line = layout.createLine(); line.isValid() && lines.size() < mostLines;
          line = layout.createLine()) {
         line.setLineWidth(width);
-        QString part = paragraph.mid(line.textStart(), line.textLength());
-        while (!part.isEmpty() && part.at(part.size() - 1).isSpace()) {
-            part.chop(1);
-        }
+        const QString part = WithoutBlankEnd(paragraph.mid(line.textStart(), line.textLength()));
         lines.append({part, metrics.horizontalAdvance(part)});
     }
     layout.endLayout();
@@ -122,7 +139,7 @@ FreeTextBlock LayOutIn(const ScreenState& state, const QString& text, const QRec
     if (lines.size() > room) {
         lines.resize(room);
         WrappedLine& last = lines.last();
-        last.text = fontMetrics.elidedText(last.text + QChar(0x2026), Qt::ElideRight, box.width());
+        last.text = fontMetrics.elidedText(last.text + kEllipsis, Qt::ElideRight, box.width());
         last.width = fontMetrics.horizontalAdvance(last.text);
     }
 
@@ -145,11 +162,11 @@ FreeTextBlock LayOutIn(const ScreenState& state, const QString& text, const QRec
 }  // namespace
 
 FreeTextBlock LayOutFreeText(const ScreenState& state) {
-    if (!state.custom || state.layout.freeText.isEmpty()) {
+    if (!state.custom) {
         return {};
     }
     const QString text = VisibleText(state);
-    if (text.trimmed().isEmpty()) {
+    if (text.isEmpty()) {
         return {};
     }
     const QRect box = RowBox(state, MetricsOf(FreeTextPixelSize(state.layout.sizeIndex)));

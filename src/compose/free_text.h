@@ -28,7 +28,7 @@ struct FreeTextBlock {
 };
 
 // Exists only while a custom layout is shown and has a text. Wrapped by words, anywhere where a word is wider
-// than the row; what does not fit on the canvas ends in an ellipsis.
+// than the row; what does not fit on the canvas or is longer than its row may be ends in an ellipsis.
 FreeTextBlock LayOutFreeText(const ScreenState& state);
 
 // Draws it where it reaches into region (canvas pixels).

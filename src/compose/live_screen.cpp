@@ -84,6 +84,7 @@ bool LiveScreen::ComposeWholeFrame() {
         m_composing = true;
         state = m_chosen;
     }
+    KeepAppliedBackground();
     const QImage background = MakeBackground(state);
     m_backgrounds.Save(background);
     ItemTexts texts;
@@ -101,6 +102,24 @@ bool LiveScreen::ComposeWholeFrame() {
     ApplyComposedState(state, background, texts);
     m_transfers.SendOrientation(int(state.orientation));
     return true;
+}
+
+// After a start the applied background is only in the file that the next frame's is about to replace.
+void LiveScreen::KeepAppliedBackground() {
+    Orientation orientation = Orientation::Landscape;
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        if (!m_appliedBackground.isNull()) {
+            return;
+        }
+        orientation = m_applied->orientation;
+    }
+    if (!m_backgrounds.Exists()) {
+        return;
+    }
+    const QImage background = m_backgrounds.Load(orientation);
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_appliedBackground = background;
 }
 
 void LiveScreen::ApplyComposedState(const ScreenState& state, const QImage& background,

@@ -61,6 +61,7 @@ public:
     void ForgetDrawnTexts();
 
 private:
+    void KeepAppliedBackground();
     void ApplyComposedState(const ScreenState& state, const QImage& background, const ItemTexts& texts);
     QImage MakeBackground(const ScreenState& state);
 

@@ -23,6 +23,10 @@ auto Tied(const ScreenState& s) {
 }
 
 int SlotHolding(const ScreenState& state, int item) {
+    if (state.variant != 0) {
+        // The one-item layout shows its centre slot; what the others may hold is left over.
+        return state.slotItems[kCentreSlot] == item ? kCentreSlot : kEmptySlot;
+    }
     const auto slot = std::find(state.slotItems.begin(), state.slotItems.end(), item);
     return slot == state.slotItems.end() ? kEmptySlot : int(slot - state.slotItems.begin());
 }

@@ -1,5 +1,7 @@
 #include "compose/theme_state.h"
 
+#include <tuple>
+
 #include "config/setting_keys.h"
 #include "config/settings_file.h"
 
@@ -81,7 +83,32 @@ Orientation OrientationOf(int layout) {
                                                                 : Orientation::Landscape;
 }
 
+Theme ThemeOf(const ThemeState& state) {
+    return Theme(qBound(0, state.theme, kThemeCount - 1));
+}
+
+auto Tied(const ThemeState& s) {
+    return std::tie(s.mode, s.theme, s.style, s.orientation, s.layouts);
+}
+
 }  // namespace
+
+bool IsCustom(const ThemeState& state) {
+    return state.mode != 0;
+}
+
+int VariantOf(const ThemeState& state) {
+    return state.style == 0 ? 0 : 1;
+}
+
+int LayoutIndexInForce(const ThemeState& state) {
+    return IsCustom(state) ? CustomLayoutIndex(VariantOf(state))
+                           : ThemeLayoutIndex(ThemeOf(state), state.orientation);
+}
+
+bool operator==(const ThemeState& a, const ThemeState& b) {
+    return Tied(a) == Tied(b);
+}
 
 ThemeState FactoryThemeState(InterfaceLanguage language) {
     ThemeState state;
@@ -131,13 +158,12 @@ bool SaveThemeState(const ThemeState& state, const QString& filePath) {
 ScreenState MakeScreenState(const ThemeState& state, const SlotTable& slotTable, int textRow,
                             InterfaceLanguage language) {
     ScreenState screen;
-    screen.custom = state.mode != 0;
-    screen.theme = Theme(qBound(0, state.theme, kThemeCount - 1));
+    screen.custom = IsCustom(state);
+    screen.theme = ThemeOf(state);
     screen.style = state.style;
-    screen.variant = state.style == 0 ? 0 : 1;
+    screen.variant = VariantOf(state);
     screen.orientation = state.orientation;
-    screen.layout = state.layouts[size_t(screen.custom ? CustomLayoutIndex(screen.variant)
-                                                       : ThemeLayoutIndex(screen.theme, screen.orientation))];
+    screen.layout = state.layouts[size_t(LayoutIndexInForce(state))];
     screen.slotItems = slotTable[size_t(screen.variant)];
     screen.textRow = qBound(0, textRow, kTextRowCount - 1);
     screen.language = language;
@@ -146,14 +172,15 @@ ScreenState MakeScreenState(const ThemeState& state, const SlotTable& slotTable,
 }
 
 void TickPlacedItems(ThemeState& state, const SlotTable& slotTable) {
-    for (int variant = 0; variant < kVariantCount; ++variant) {
-        LayoutRecord& record = state.layouts[size_t(CustomLayoutIndex(variant))];
-        for (const int item : slotTable[size_t(variant)]) {
-            if (item >= 0 && item < kLiveValueCount) {
-                (variant == 0 ? record.shown : record.selected)[size_t(item)] = true;
-            }
+    const auto tick = [](std::array<bool, kLiveValueCount>& flags, int item) {
+        if (item >= CpuTemperature && item <= FanSpeed) {
+            flags[size_t(item)] = true;
         }
+    };
+    for (const int item : slotTable[0]) {
+        tick(state.layouts[size_t(CustomLayoutIndex(0))].shown, item);
     }
+    tick(state.layouts[size_t(CustomLayoutIndex(1))].selected, slotTable[1][kCentreSlot]);
 }
 
 }  // namespace kivo

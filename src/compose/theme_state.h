@@ -31,6 +31,17 @@ constexpr int ThemeLayoutIndex(Theme theme, Orientation orientation) {
 constexpr int CustomLayoutIndex(int variant) {
     return kFirstCustomLayout + variant;
 }
+// Whether the custom page is chosen, and its variant: 0 (five items) or 1 (one item).
+bool IsCustom(const ThemeState& state);
+int VariantOf(const ThemeState& state);
+// Index of the record in force: of the custom variant on the custom page, of the theme in its orientation on
+// the theme page.
+int LayoutIndexInForce(const ThemeState& state);
+
+bool operator==(const ThemeState& a, const ThemeState& b);
+inline bool operator!=(const ThemeState& a, const ThemeState& b) {
+    return !(a == b);
+}
 
 ThemeState FactoryThemeState(InterfaceLanguage language);
 
@@ -45,7 +56,8 @@ bool SaveThemeState(const ThemeState& state, const QString& filePath = ConfigFil
 ScreenState MakeScreenState(const ThemeState& state, const SlotTable& slotTable, int textRow,
                             InterfaceLanguage language);
 
-// Ticks the kinds that stand in a slot, so that nothing that has a place is hidden for want of a flag.
+// Ticks the kinds that stand in a slot, so that nothing that has a place is hidden for want of a flag. The
+// one-item layout has only its centre slot; the free texts stand in no slot.
 void TickPlacedItems(ThemeState& state, const SlotTable& slotTable);
 
 }  // namespace kivo

@@ -1,13 +1,15 @@
-#include <QSemaphore>
 #include <QtTest>
 
 #include "app/live_session.h"
 #include "compose/panel_text.h"
 #include "config/folders.h"
+#include "forwarding_hid_api.h"
 #include "resources/resources.h"
+#include "session_start.h"
 #include "virtualscreen/virtual_hid_api.h"
 
 using namespace kivo;
+using namespace kivo::test;
 
 // The whole way from counter to panel, without the process around it.
 class TestLiveSession : public QObject {
@@ -35,36 +37,6 @@ bool WriteFile(const QString& path, const QByteArray& bytes) {
     return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
 }
 
-// A screen whose writes hang once that is asked for.
-class HangingHidApi final : public HidApi {
-public:
-    explicit HangingHidApi(HidApi& inner) : m_inner(inner) {}
-    int Init() override { return m_inner.Init(); }
-    std::vector<HidDeviceInfo> Enumerate(quint16 vendor, quint16 product) override {
-        return m_inner.Enumerate(vendor, product);
-    }
-    HidHandle* OpenPath(const QByteArray& path) override { return m_inner.OpenPath(path); }
-    int Write(HidHandle* handle, const quint8* data, std::size_t length) override {
-        if (hang) {
-            entered.release();
-            letGo.acquire();
-        }
-        return m_inner.Write(handle, data, length);
-    }
-    int SendFeatureReport(HidHandle* handle, const quint8* data, std::size_t length) override {
-        return m_inner.SendFeatureReport(handle, data, length);
-    }
-    void Close(HidHandle* handle) override { m_inner.Close(handle); }
-    int Exit() override { return m_inner.Exit(); }
-
-    std::atomic<bool> hang{false};
-    QSemaphore entered;
-    QSemaphore letGo;
-
-private:
-    HidApi& m_inner;
-};
-
 int PixelsThatDiffer(const QImage& a, const QImage& b) {
     int count = 0;
     for (int y = 0; y < a.height(); ++y) {
@@ -91,9 +63,9 @@ void TestLiveSession::init() {
 
 void TestLiveSession::FirstFrameThenLiveValues() {
     VirtualHidApi panel;
-    LiveSession session(panel, InterfaceLanguage::English, kBin);
-    QSignalSpy done(&session, &LiveSession::firstFrameDone);
-    session.Start();
+    LiveSession session(panel, InterfaceLanguage::English, kShortPauses);
+    QSignalSpy done(&session, &LiveSession::uploadDone);
+    StartWithFrame(session, LoadState(kBin, InterfaceLanguage::English));
     QVERIFY(done.wait(20000));
     QVERIFY(done.first().first().toBool());
     PanelState state = panel.State();
@@ -127,9 +99,9 @@ void TestLiveSession::ScreenThatVanishesInTheFrame() {
     QFETCH(quint64, report);
     VirtualHidApi panel;
     panel.VanishAtReport(report);
-    LiveSession session(panel, InterfaceLanguage::Chinese, kBin);
-    QSignalSpy done(&session, &LiveSession::firstFrameDone);
-    session.Start();
+    LiveSession session(panel, InterfaceLanguage::Chinese, kShortPauses);
+    QSignalSpy done(&session, &LiveSession::uploadDone);
+    StartWithFrame(session, LoadState(kBin, InterfaceLanguage::Chinese));
     QVERIFY(done.wait(20000));
     QVERIFY(!done.first().first().toBool());
     QCOMPARE(panel.State().counts.frames, quint64(0));
@@ -144,8 +116,8 @@ void TestLiveSession::ScreenThatVanishesInTheFrame() {
 void TestLiveSession::EndsWhileTheFirstFrameIsOnItsWay() {
     VirtualHidApi panel;
     {
-        LiveSession session(panel, InterfaceLanguage::Chinese, kBin);
-        session.Start();
+        LiveSession session(panel, InterfaceLanguage::Chinese);
+        StartWithFrame(session, LoadState(kBin, InterfaceLanguage::Chinese));
     }
     // It was asked to stop before it had measured the load.
     QCOMPARE(panel.State().counts.frames, quint64(0));
@@ -155,9 +127,9 @@ void TestLiveSession::EndsWhileTheFirstFrameIsOnItsWay() {
 void TestLiveSession::DoesNotWaitForAScreenThatHangs() {
     VirtualHidApi panel;
     HangingHidApi hid(panel);
-    LiveSession session(hid, InterfaceLanguage::Chinese, kBin);
-    QSignalSpy done(&session, &LiveSession::firstFrameDone);
-    session.Start();
+    LiveSession session(hid, InterfaceLanguage::Chinese, kShortPauses);
+    QSignalSpy done(&session, &LiveSession::uploadDone);
+    StartWithFrame(session, LoadState(kBin, InterfaceLanguage::Chinese));
     QVERIFY(done.wait(20000));
     hid.hang = true;
     QVERIFY(hid.entered.tryAcquire(1, 10000));
@@ -169,17 +141,14 @@ void TestLiveSession::DoesNotWaitForAScreenThatHangs() {
 
 void TestLiveSession::SettingsAreSeededOnce() {
     VirtualHidApi panel;
-    {
-        LiveSession session(panel, InterfaceLanguage::Chinese, kBin);
-        session.Start();
-    }
+    LoadState(kBin, InterfaceLanguage::Chinese);
     QVERIFY(QFile::exists(ConfigFilePath()));
     QVERIFY(QFile::exists(SettingsFolder() + QStringLiteral("/whole.png")));
     // What is changed later stays.
     QSettings(ConfigFilePath(), QSettings::IniFormat).setValue(QStringLiteral("Config/Hor"), 1);
-    LiveSession session(panel, InterfaceLanguage::Chinese, kBin);
-    QSignalSpy done(&session, &LiveSession::firstFrameDone);
-    session.Start();
+    LiveSession session(panel, InterfaceLanguage::Chinese, kShortPauses);
+    QSignalSpy done(&session, &LiveSession::uploadDone);
+    StartWithFrame(session, LoadState(kBin, InterfaceLanguage::Chinese));
     QVERIFY(done.wait(20000));
     session.Stop();
     QCOMPARE(panel.State().orientation, std::optional<int>(2));
@@ -210,13 +179,12 @@ void TestLiveSession::NoiseInTheSettingsStillGivesAPicture_data() {
 void TestLiveSession::NoiseInTheSettingsStillGivesAPicture() {
     QFETCH(QByteArray, config);
     // The mark of an earlier run, or the file would be replaced.
-    VirtualHidApi spare;
-    { LiveSession(spare, InterfaceLanguage::Russian, kBin).Start(); }
+    LoadState(kBin, InterfaceLanguage::Russian);
     QVERIFY(WriteFile(ConfigFilePath(), config));
     VirtualHidApi panel;
-    LiveSession session(panel, InterfaceLanguage::Russian, kBin);
-    QSignalSpy done(&session, &LiveSession::firstFrameDone);
-    session.Start();
+    LiveSession session(panel, InterfaceLanguage::Russian, kShortPauses);
+    QSignalSpy done(&session, &LiveSession::uploadDone);
+    StartWithFrame(session, LoadState(kBin, InterfaceLanguage::Russian));
     QVERIFY(done.wait(20000));
     QVERIFY(done.first().first().toBool());
     QTRY_VERIFY(panel.State().counts.commands >= 6);

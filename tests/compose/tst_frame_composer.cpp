@@ -103,6 +103,30 @@ private slots:
         }
     }
 
+    // On the frame that skins are made for it is the panel's background before it is reduced.
+    void AMagnifiedBackgroundIsThePanels_data() { SizeAndFormat_data(); }
+    void AMagnifiedBackgroundIsThePanels() {
+        QFETCH(ScreenState, state);
+        const QImage picture(QStringLiteral("://background/4.jpg"));
+        SkinCache skins;
+        const QImage magnified =
+            ComposeMagnifiedBackground(state, picture, skins, AreaFrameSize(state.orientation));
+        const QImage reduced =
+            magnified.scaled(CanvasSize(state.orientation), Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+        QVERIFY(
+            ChangedRect(reduced.convertToFormat(QImage::Format_RGB16), Background(state, picture)).isNull());
+        const QSize twice = AreaFrameSize(state.orientation) * 2;
+        const QImage large = ComposeMagnifiedBackground(state, picture, skins, twice);
+        QCOMPARE(large.size(), twice);
+        QCOMPARE(large.format(), QImage::Format_RGB32);
+        // The same brightness all over: the veil and the glass are as strong as the panel's.
+        const QImage one = magnified.scaled(8, 8, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+        const QImage two = large.scaled(8, 8, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+        for (int k = 0; k < 64; ++k) {
+            QVERIFY(qAbs(Brightness(one, {k % 8, k / 8}) - Brightness(two, {k % 8, k / 8})) <= 3);
+        }
+    }
+
     void TextsChangeTheirRectanglesOnly_data() { SizeAndFormat_data(); }
     void TextsChangeTheirRectanglesOnly() {
         QFETCH(ScreenState, state);

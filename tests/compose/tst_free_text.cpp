@@ -213,17 +213,45 @@ private slots:
         state.layout.sizeIndex = 2;
         state.layout.defaultPicture = DefaultBackground();
         state.layout.picture = picture ? QStringLiteral("/a/picture.png") : QString();
-        QCOMPARE(Joined(LayOutFreeText(state)), cut ? kTwentySix.left(20) : kTwentySix);
+        QCOMPARE(Joined(LayOutFreeText(state)),
+                 cut ? kTwentySix.left(19) + QChar(0x2026) : QString(kTwentySix));
         state.layout.freeText = kTwentySix.left(20);
         QCOMPARE(Joined(LayOutFreeText(state)), kTwentySix.left(20));
     }
 
     void TheCutLeavesNoHalfCharacter() {
-        ScreenState state = WithText(kTwentySix.left(19) + QStringLiteral("😀😀"), kStanding, 2);
+        // Half a pair, and a letter without its accent.
+        for (const QString& last : {QStringLiteral("😀😀"), QStringLiteral("e\u0301e\u0301")}) {
+            ScreenState state = WithText(kTwentySix.left(18) + last, kStanding, 2);
+            state.layout.sizeIndex = 2;
+            state.layout.picture = QStringLiteral("/a/picture.png");
+            QCOMPARE(Joined(LayOutFreeText(state)), kTwentySix.left(18) + QChar(0x2026));
+        }
+    }
+
+    void NoBlankIsLeftBeforeTheCut() {
+        ScreenState state = WithText(kTwentySix.left(17) + QStringLiteral("  xyz"), kStanding, 2);
         state.layout.sizeIndex = 2;
         state.layout.picture = QStringLiteral("/a/picture.png");
-        const QString visible = Joined(LayOutFreeText(state));
-        QCOMPARE(visible, kTwentySix.left(19));
+        QCOMPARE(Joined(LayOutFreeText(state)), kTwentySix.left(17) + QChar(0x2026));
+    }
+
+    void LinesThatHoldNothingDoNotCount() {
+        for (const Orientation orientation : kOrientations) {
+            for (int row = 0; row < kTextRowCount; ++row) {
+                const FreeTextBlock plain =
+                    LayOutFreeText(WithText(QStringLiteral("one\ntwo"), orientation, row));
+                for (const QString& end : {QStringLiteral("\n"), QStringLiteral("\n \n\n\n\n\n\n\n\n\n"),
+                                           QStringLiteral("\n").repeated(1000), QStringLiteral(" \t\r\n")}) {
+                    const FreeTextBlock block =
+                        LayOutFreeText(WithText(QStringLiteral("one\ntwo") + end, orientation, row));
+                    QCOMPARE(block.bounds, plain.bounds);
+                    QCOMPARE(block.lines.size(), 2);
+                    QCOMPARE(block.lines[1].text, QStringLiteral("two"));
+                }
+            }
+        }
+        QVERIFY(LayOutFreeText(WithText(QStringLiteral("\n \n"), kLying, 1)).lines.isEmpty());
     }
 
     void AnyTextStaysOnTheCanvas_data() {

@@ -381,6 +381,17 @@ private slots:
         }
     }
 
+    // The one-item layout may have something left over in its other slots.
+    void TheOneItemLayoutDrawsItsCentreSlotOnly() {
+        const ScreenState state = CustomScreen({kEmptySlot, Time, Time, kEmptySlot, FanSpeed},
+                                               Orientation::Landscape, InterfaceLanguage::Chinese, 1);
+        QCOMPARE(SlotOf(state, Time), kCentreSlot);
+        QVERIFY(!HasPlace(state, FanSpeed));
+        for (int slot = 0; slot < kSlotCount; ++slot) {
+            QCOMPARE(ItemDrawnIn(state, slot), slot == kCentreSlot ? int(Time) : kEmptySlot);
+        }
+    }
+
     void TheDateInASlotOfItsOwnSharesWithNobody() {
         SlotRow row = OnlySlot(0, Time);
         row[3] = Date;

@@ -70,6 +70,7 @@ private Q_SLOTS:
     void KeptDrawingsFollowTheState();
     void EditedButNotAppliedStateDoesNotReachThePanel();
     void FailedUploadLeavesStateTextsAndBackground();
+    void FailedFirstUploadOfARunLeavesTheBackgroundOfTheLastRun();
     void ForgottenTextsAreSentInFull();
     void ShownTextsAreThoseThatWereTaken();
     void BackgroundIsRestoredWithoutSending();
@@ -189,6 +190,29 @@ void TestLiveScreen::FailedUploadLeavesStateTextsAndBackground() {
 
     QVERIFY(desk.screen.ComposeWholeFrame());
     QCOMPARE(int(desk.screen.Applied().theme), int(Theme::Scene));
+}
+
+void TestLiveScreen::FailedFirstUploadOfARunLeavesTheBackgroundOfTheLastRun() {
+    Desk desk;
+    desk.Load(Theme::Default);
+    QVERIFY(desk.screen.ComposeWholeFrame());
+    desk.SendAll();
+    const QImage before = desk.Picture();
+
+    BackgroundStore backgrounds(desk.folder.filePath(QStringLiteral("whole.png")));
+    LiveScreen nextRun(desk.transfers, backgrounds, [&desk](int item) { return desk.texts[size_t(item)]; });
+    nextRun.SetLoaded(Desk::StateOf(Theme::Default));
+    desk.panel.FailWritesFrom(1);
+    for (const Theme theme : {Theme::Scene, Theme::Tdp}) {
+        nextRun.SetChosen(Desk::StateOf(theme));
+        QVERIFY(!nextRun.ComposeWholeFrame());
+    }
+    desk.panel.ClearFaults();
+    for (int item = 0; item < kLiveValueCount; ++item) {
+        nextRun.RenderLiveItem(desk.texts[size_t(item)], item);
+    }
+    QVERIFY(desk.Areas() > 0);
+    QCOMPARE(desk.Picture(), before);
 }
 
 void TestLiveScreen::ForgottenTextsAreSentInFull() {

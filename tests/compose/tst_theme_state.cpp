@@ -314,7 +314,7 @@ private slots:
         five.shown[Date] = true;  // shares the time's slot, keeps its flag
         one.selected.fill(false);
         TickPlacedItems(state,
-                        {{{Time, kEmptySlot, FanSpeed, 42, -9}, {kEmptySlot, kEmptySlot, CpuUsage, -1, -1}}});
+                        {{{Time, OtherText, FanSpeed, 42, -9}, {CpuPower, -1, CpuUsage, OtherText2, Time}}});
         for (int item = 0; item < kLiveValueCount; ++item) {
             QCOMPARE(five.shown[size_t(item)], item == Time || item == FanSpeed || item == Date);
             QVERIFY(!five.selected[size_t(item)]);
@@ -354,6 +354,7 @@ private slots:
         state.orientation = orientation;
         const SlotTable table = FactorySlotTable();
         const ScreenState screen = MakeScreenState(state, table, 1, InterfaceLanguage::English);
+        QCOMPARE(screen.layout, state.layouts[size_t(LayoutIndexInForce(state))]);
         QCOMPARE(screen.custom, custom);
         QCOMPARE(screen.orientation, orientation);
         QCOMPARE(screen.language, InterfaceLanguage::English);

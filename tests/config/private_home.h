@@ -11,6 +11,9 @@ namespace kivo::test {
 
 inline constexpr uid_t kNobody = 65534;
 
+// For folders that Unprivileged has to reach too: nobody else may get to the one of a build.
+inline const QString kReachableFolder = QStringLiteral("/tmp/kivo-test-XXXXXX");
+
 // A home folder of the test's own, empty at first; everything under it belongs to whoever runs the test.
 class PrivateHome {
 public:
@@ -30,7 +33,7 @@ public:
     QString marker() const { return path(QStringLiteral("/.config/Kivo Tool/Kivo Config.ini")); }
 
 private:
-    QTemporaryDir m_dir;
+    QTemporaryDir m_dir{kReachableFolder};
 };
 
 inline bool WriteFile(const QString& path, const QByteArray& content) {

@@ -45,7 +45,7 @@ class TestSettingsSafety : public QObject {
     Q_OBJECT
 
 private:
-    QTemporaryDir m_dir;
+    QTemporaryDir m_dir{kReachableFolder};
 
 private slots:
     void aWriteReplacesTheFileInsteadOfChangingIt() {

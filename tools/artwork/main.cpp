@@ -1,10 +1,13 @@
-#include "overview.h"
+#include "progress.h"
 #include "scenes.h"
 #include "sheet.h"
 #include "skins.h"
+#include "window_files.h"
+#include "window_picture.h"
 
 #include <QCommandLineParser>
 #include <QDir>
+#include <QFile>
 #include <QGuiApplication>
 #include <QImage>
 #include <QImageWriter>
@@ -13,8 +16,9 @@
 #include <algorithm>
 #include <array>
 
-// Makes every picture of resources/background/ into a folder, from fixed seeds: the same program gives the
-// same bytes. With --sheet it shows what is in the folder on one picture instead.
+// Makes every picture of resources/ from fixed seeds: the same program gives the same bytes. Backgrounds and
+// panel skins go into background/, the window's pictures into skins/, what lies beside the program into
+// skin/. With --sheet it shows the panel skins on one picture instead.
 
 namespace {
 
@@ -76,37 +80,50 @@ bool SaveLayers(const QDir& folder, Theme theme, Orientation orientation, const 
            save("_frame", layers.frame) && save("_icons", layers.icons);
 }
 
-// The overview carries no words yet, so its English form is the same picture; the scene theme has none.
-bool SaveOverview(const QDir& folder, Theme theme, Orientation orientation, const QImage& overview) {
-    const QString stem =
-        NameOf(theme) +
-        QLatin1String(orientation == Orientation::Landscape ? "_background_all" : "_background_all3");
-    return Save(folder, stem + QLatin1String(".png"), overview) &&
-           (theme == Theme::Scene || Save(folder, stem + QLatin1String("_en.png"), overview));
-}
-
 bool SaveSkins(const QDir& folder) {
-    const QImage background(folder.filePath(QStringLiteral("2.jpg")));
-    if (background.isNull()) {
-        QTextStream(stderr) << "the overview pictures need " << folder.filePath(QStringLiteral("2.jpg"))
-                            << '\n';
-        return false;
-    }
     for (const Theme theme : kThemes) {
         const QImage icon = DrawThemeIcon(theme);
         if (!icon.isNull() && !Save(folder, NameOf(theme) + QLatin1String("_icon.png"), icon)) {
             return false;
         }
         for (const Orientation orientation : {Orientation::Landscape, Orientation::Portrait}) {
-            const SkinLayers layers = DrawSkin(theme, orientation);
-            const QImage panel = ComposePanel(theme, orientation, layers, icon, background);
-            if (!SaveLayers(folder, theme, orientation, layers) ||
-                !SaveOverview(folder, theme, orientation, DrawOverview(theme, orientation, panel))) {
+            if (!SaveLayers(folder, theme, orientation, DrawSkin(theme, orientation))) {
                 return false;
             }
         }
     }
     return Save(folder, QStringLiteral("default_background_black.png"), DrawBlackVeil());
+}
+
+bool SaveBytes(const QDir& folder, const QString& name, const QByteArray& bytes) {
+    QFile file(folder.filePath(name));
+    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size()) {
+        QTextStream(stderr) << "cannot write " << file.fileName() << ": " << file.errorString() << '\n';
+        return false;
+    }
+    return true;
+}
+
+bool SaveWindow(const QDir& pictures, const QDir& besideProgram) {
+    for (const WindowPicture& picture : WindowPictures()) {
+        const QString name = QLatin1String(picture.name);
+        if (!Save(pictures, name + QLatin1String(".png"), Render(picture, 1)) ||
+            !Save(pictures, name + QLatin1String("@2x.png"), Render(picture, 2))) {
+            return false;
+        }
+    }
+    std::vector<QImage> logo;
+    for (const int side : {16, 20, 24, 32, 48, 256}) {
+        logo.push_back(DrawLogo(side));
+    }
+    const QVector<QRgb> palette = ProgressPalette();
+    return Save(pictures, QStringLiteral("background_01.png"), DrawGround()) &&
+           SaveBytes(pictures, QStringLiteral("logo.ico"), EncodeIco(logo)) &&
+           SaveBytes(pictures, QStringLiteral("loading.gif"),
+                     EncodeGif(DrawProgress(1), palette, kProgressDelay)) &&
+           SaveBytes(pictures, QStringLiteral("loading@2x.gif"),
+                     EncodeGif(DrawProgress(2), palette, kProgressDelay)) &&
+           Save(besideProgram, QStringLiteral("process.png"), DrawProgressMask());
 }
 
 }  // namespace
@@ -116,28 +133,35 @@ int main(int argc, char** argv) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     const QGuiApplication application(argc, argv);
     QCommandLineParser parser;
-    parser.setApplicationDescription(QStringLiteral("Makes the pictures of resources/background."));
+    parser.setApplicationDescription(QStringLiteral("Makes the pictures of resources/."));
     parser.addHelpOption();
     const QCommandLineOption sheet(
         QStringLiteral("sheet"),
-        QStringLiteral("Write a contact sheet of FOLDER's skins over --over's picture."),
+        QStringLiteral("Write a contact sheet of the panel skins over --over's picture."),
         QStringLiteral("file"));
     const QCommandLineOption over(QStringLiteral("over"),
-                                  QStringLiteral("The sheet's picture (default: FOLDER/1.jpg)."),
+                                  QStringLiteral("The sheet's picture (default: background/1.jpg)."),
                                   QStringLiteral("picture"));
-    const QCommandLineOption only(QStringLiteral("only"),
-                                  QStringLiteral("Make this file alone (a background), or \"skins\"."),
-                                  QStringLiteral("name"));
+    const QCommandLineOption only(
+        QStringLiteral("only"),
+        QStringLiteral("Make this file alone (a background), or \"skins\" (the panel's), or \"window\"."),
+        QStringLiteral("name"));
     parser.addOptions({sheet, over, only});
-    parser.addPositionalArgument(QStringLiteral("folder"), QStringLiteral("Where the pictures go."));
+    parser.addPositionalArgument(QStringLiteral("folder"),
+                                 QStringLiteral("resources, or another folder to fill."));
     parser.process(application);
     if (parser.positionalArguments().size() != 1) {
         parser.showHelp(2);
     }
-    const QDir folder(parser.positionalArguments().constFirst());
-    if (!folder.mkpath(QStringLiteral("."))) {
-        QTextStream(stderr) << "cannot make " << folder.path() << '\n';
-        return 1;
+    const QDir root(parser.positionalArguments().constFirst());
+    const QDir folder(root.filePath(QStringLiteral("background")));
+    const QDir window(root.filePath(QStringLiteral("skins")));
+    const QDir besideProgram(root.filePath(QStringLiteral("skin")));
+    for (const QDir& each : {folder, window, besideProgram}) {
+        if (!each.mkpath(QStringLiteral("."))) {
+            QTextStream(stderr) << "cannot make " << each.path() << '\n';
+            return 1;
+        }
     }
     if (parser.isSet(sheet)) {
         const QString picture =
@@ -145,13 +169,14 @@ int main(int argc, char** argv) {
         return MakeSheet(folder, picture, parser.value(sheet)) ? 0 : 1;
     }
     const QString name = parser.value(only);
-    if (!name.isEmpty() && name != QLatin1String("skins") && !IsBackground(name)) {
+    const bool skins = name.isEmpty() || name == QLatin1String("skins");
+    const bool windowToo = name.isEmpty() || name == QLatin1String("window");
+    if (!skins && !windowToo && !IsBackground(name)) {
         QTextStream(stderr) << "no such picture: " << name << '\n';
         return 2;
     }
-    if (name != QLatin1String("skins") && !SaveBackgrounds(folder, name)) {
-        return 1;
-    }
-    const bool skins = name.isEmpty() || name == QLatin1String("skins");
-    return !skins || SaveSkins(folder) ? 0 : 1;
+    const bool good =
+        ((skins && !name.isEmpty()) || name == QLatin1String("window") || SaveBackgrounds(folder, name)) &&
+        (!skins || SaveSkins(folder)) && (!windowToo || SaveWindow(window, besideProgram));
+    return good ? 0 : 1;
 }

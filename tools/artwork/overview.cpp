@@ -21,10 +21,11 @@ constexpr QSize kOverviewSize(85, 98);
 constexpr double kEmblemGrid = 34;
 
 void DrawCardsEmblem(QPainter& painter) {
-    painter.drawRoundedRect(QRectF(1.5, 1.5, 14, 31), 3.5, 3.5);
-    painter.drawRoundedRect(QRectF(19.5, 1.5, 13, 13.5), 3.5, 3.5);
-    painter.drawRoundedRect(QRectF(19.5, 19, 13, 13.5), 3.5, 3.5);
-    painter.drawArc(QRectF(4.8, 19, 7.4, 7.4), -45 * 16, 270 * 16);
+    // Whole numbers here are half pixels in the lying form's picture: sharp outlines.
+    painter.drawRoundedRect(QRectF(1, 1, 14, 32), 3.5, 3.5);
+    painter.drawRoundedRect(QRectF(19, 1, 14, 14), 3.5, 3.5);
+    painter.drawRoundedRect(QRectF(19, 19, 14, 14), 3.5, 3.5);
+    painter.drawArc(QRectF(4.3, 20, 7.4, 7.4), -45 * 16, 270 * 16);
 }
 
 void DrawSceneEmblem(QPainter& painter) {
@@ -47,8 +48,8 @@ void DrawDialEmblem(QPainter& painter, const QColor& colour, double stroke) {
 
 void DrawWatchEmblem(QPainter& painter) {
     painter.drawRoundedRect(QRectF(7, 2, 20, 30), 7, 7);
-    painter.drawPolyline(QVector<QPointF>{QPointF(17, 10.5), QPointF(17, 17.5), QPointF(21.5, 17.5)});
-    for (const double x : {1.5, 32.5}) {
+    painter.drawPolyline(QVector<QPointF>{QPointF(17, 10), QPointF(17, 17), QPointF(21.5, 17)});
+    for (const double x : {1.0, 33.0}) {
         painter.drawLine(QPointF(x, 7), QPointF(x, 13));
         painter.drawLine(QPointF(x, 21), QPointF(x, 27));
     }
@@ -108,41 +109,17 @@ QImage SmallPanel(const QImage& panel, QSize size) {
 
 }  // namespace
 
-QImage ComposePanel(Theme theme, Orientation orientation, const SkinLayers& layers, const QImage& icon,
-                    const QImage& background) {
-    const QSize size = SkinSize(orientation);
-    const QSizeF panel = PanelSize(orientation);
-    QImage canvas(size, QImage::Format_RGB16);
-    canvas.fill(Qt::black);
-    QPainter painter(&canvas);
-    painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
-    const QImage picture = background.scaled(size, Qt::KeepAspectRatioByExpanding, Qt::SmoothTransformation);
-    painter.drawImage((size.width() - picture.width()) / 2, (size.height() - picture.height()) / 2, picture);
-    for (const QImage* layer : {&layers.glass, &layers.ornaments, &layers.frame, &layers.icons}) {
-        painter.drawImage(0, 0, *layer);
-    }
-    const QRectF rect = IconRect(theme, orientation);
-    const double toX = size.width() / panel.width();
-    const double toY = size.height() / panel.height();
-    if (!icon.isNull()) {
-        painter.drawImage(QRectF(rect.x() * toX, rect.y() * toY, rect.width() * toX, rect.height() * toY),
-                          icon);
-    }
-    painter.end();
-    return canvas.scaled(PanelSize(orientation), Qt::IgnoreAspectRatio, Qt::SmoothTransformation)
-        .convertToFormat(QImage::Format_RGB16);
-}
-
-QImage DrawOverview(Theme theme, Orientation orientation, const QImage& panel) {
+QImage DrawOverview(Theme theme, Orientation orientation, const QImage& panel, int scale) {
     const bool portrait = orientation == Orientation::Portrait;
     const QPointF centre = portrait ? QPointF(16.5, 49) : QPointF(42.5, 26.5);
     const QRect small = portrait ? QRect(33, 3, 49, 92) : QRect(3, 53, 79, 42);
     const QColor colour = QColor::fromRgb(theme == Theme::Scene ? kSceneEmblem : AccentOf(theme));
 
-    QImage image(kOverviewSize, QImage::Format_ARGB32_Premultiplied);
+    QImage image(kOverviewSize * scale, QImage::Format_ARGB32_Premultiplied);
     image.fill(Qt::transparent);
     QPainter painter(&image);
     painter.setRenderHint(QPainter::Antialiasing);
+    painter.scale(scale, scale);
     QPainterPath well;
     well.addRoundedRect(QRectF(QPointF(0, 0), kOverviewSize), 8, 8);
     painter.fillPath(well, QColor::fromRgb(kWell));
@@ -156,8 +133,8 @@ QImage DrawOverview(Theme theme, Orientation orientation, const QImage& panel) {
     DrawEmblem(painter, theme, centre, portrait ? 23 : 34, portrait ? 1.5 : 1.6, colour);
 
     // A texture brush keeps the rounded corners smooth; clipping would not.
-    QBrush texture(SmallPanel(panel, small.size()));
-    texture.setTransform(QTransform::fromTranslate(small.x(), small.y()));
+    QBrush texture(SmallPanel(panel, small.size() * scale));
+    texture.setTransform(QTransform::fromTranslate(small.x(), small.y()).scale(1.0 / scale, 1.0 / scale));
     QPainterPath plate;
     plate.addRoundedRect(QRectF(small), 5, 5);
     painter.fillPath(plate, texture);

@@ -1,8 +1,8 @@
 #include "sheet.h"
 
 #include "noise.h"
-#include "overview.h"
 #include "picture.h"
+#include "skins.h"
 
 #include <QFont>
 #include <QPainter>
@@ -161,6 +161,33 @@ void PrintBanding(QTextStream& out, const QImage& picture) {
     std::nth_element(longest.begin(), longest.begin() + longest.size() / 2, longest.end());
     out << "sky: deviation between neighbours " << std::sqrt(squares / pairs) << ", median longest run "
         << longest[longest.size() / 2] << '\n';
+}
+
+// The frame as the panel shows it, without any text: picture, skin layers, icon. 320 x 170 or 170 x 320,
+// put together the way the program does it (landscape at 433 x 230, then reduced), in RGB565.
+QImage ComposePanel(Theme theme, Orientation orientation, const SkinLayers& layers, const QImage& icon,
+                    const QImage& background) {
+    const QSize size = SkinSize(orientation);
+    const QSizeF panel = PanelSize(orientation);
+    QImage canvas(size, QImage::Format_RGB16);
+    canvas.fill(Qt::black);
+    QPainter painter(&canvas);
+    painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
+    const QImage picture = background.scaled(size, Qt::KeepAspectRatioByExpanding, Qt::SmoothTransformation);
+    painter.drawImage((size.width() - picture.width()) / 2, (size.height() - picture.height()) / 2, picture);
+    for (const QImage* layer : {&layers.glass, &layers.ornaments, &layers.frame, &layers.icons}) {
+        painter.drawImage(0, 0, *layer);
+    }
+    const QRectF rect = IconRect(theme, orientation);
+    const double toX = size.width() / panel.width();
+    const double toY = size.height() / panel.height();
+    if (!icon.isNull()) {
+        painter.drawImage(QRectF(rect.x() * toX, rect.y() * toY, rect.width() * toX, rect.height() * toY),
+                          icon);
+    }
+    painter.end();
+    return canvas.scaled(PanelSize(orientation), Qt::IgnoreAspectRatio, Qt::SmoothTransformation)
+        .convertToFormat(QImage::Format_RGB16);
 }
 
 }  // namespace

@@ -1,0 +1,84 @@
+#include "app/custom_page.h"
+
+#include <algorithm>
+
+#include "compose/theme_state.h"
+#include "editor/custom_layout_rules.h"
+#include "editor/edit_bar.h"
+#include "editor/zoom_widget.h"
+#include "ui_main_window.h"
+
+namespace kivo {
+
+CustomPage::CustomPage(::Ui::MainWindow& ui, EditBar& editBar, QObject* parent)
+    : QObject(parent),
+      m_ui(ui),
+      m_editBar(editBar),
+      m_boxes{{ui.check1, ui.check2, ui.check3, ui.check4, ui.check5, ui.check6, ui.check7, ui.check8,
+               ui.check9}} {
+    for (QCheckBox* box : m_boxes) {
+        connect(box, &QCheckBox::clicked, this, &CustomPage::checkbox_clicked);
+    }
+}
+
+void CustomPage::SetVisible(bool visible) {
+    for (QCheckBox* box : m_boxes) {
+        box->setVisible(visible);
+    }
+}
+
+void CustomPage::Show() {
+    const ScreenState state = m_ui.zoomwidget->Shown();
+    for (int kind = 0; kind < kLiveValueCount; ++kind) {
+        // Of the one-item layout the slot tells: a flag may outlive the choice.
+        const bool ticked = state.variant == 1 && kind < int(OtherText) ? state.slotItems[kCentreSlot] == kind
+                                                                        : IsShown(state, kind);
+        m_boxes[size_t(kind)]->setChecked(ticked);
+    }
+}
+
+void CustomPage::checkbox_clicked() {
+    const auto box = std::find(m_boxes.begin(), m_boxes.end(), sender());
+    if (box == m_boxes.end()) {
+        return;
+    }
+    const int kind = int(box - m_boxes.begin());
+    if (m_ui.zoomwidget->Shown().variant == 1) {
+        HandleOneItem(kind, (*box)->isChecked());
+    } else {
+        HandleFiveItems(kind, (*box)->isChecked());
+    }
+}
+
+void CustomPage::HandleOneItem(int kind, bool on) {
+    ZoomWidget* editor = m_ui.zoomwidget;
+    // Its own box leaves a free text that is being typed alone; every other one ends it.
+    const bool isText = kind == int(OtherText);
+    if (on != isText) {
+        editor->solteditingFinished();
+    }
+    if (on || isText) {
+        m_editBar.HideColourChoices();
+    }
+    editor->SetItemEnabled(kind, on);
+    Show();
+    m_editBar.SetEditPressed(false);
+}
+
+void CustomPage::HandleFiveItems(int kind, bool on) {
+    ZoomWidget* editor = m_ui.zoomwidget;
+    const ItemFlags ticked = editor->Edited().themes.layouts[size_t(CustomLayoutIndex(0))].shown;
+    if (on && !MayTick(kind, ticked)) {
+        Show();
+        return;
+    }
+    editor->SetItemEnabled(kind, on);
+    if (!on && kind == int(OtherText)) {
+        m_editBar.HideColourChoices();
+    }
+    editor->solteditingFinished();
+    Show();
+    m_editBar.SetEditPressed(false);
+}
+
+}  // namespace kivo

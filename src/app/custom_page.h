@@ -1,0 +1,46 @@
+#pragma once
+
+// The page of the custom layouts: nine check boxes, one an item, over the two variants. What is ticked is
+// kept by the editor alone; the boxes only show it. GUI thread.
+
+#include <QCheckBox>
+#include <QObject>
+#include <array>
+
+#include "telemetry/live_value.h"
+
+namespace Ui {
+class MainWindow;
+}
+
+namespace kivo {
+
+class EditBar;
+
+class CustomPage : public QObject {
+    Q_OBJECT
+
+public:
+    // ui and editBar outlive the page.
+    CustomPage(::Ui::MainWindow& ui, EditBar& editBar, QObject* parent = nullptr);
+
+    // Shows or hides what belongs to this page alone.
+    void SetVisible(bool visible);
+
+    // Makes the boxes follow the editor.
+    void Show();
+
+public Q_SLOTS:
+    // A box was ticked or unticked by hand.
+    void checkbox_clicked();
+
+private:
+    void HandleOneItem(int kind, bool on);
+    void HandleFiveItems(int kind, bool on);
+
+    ::Ui::MainWindow& m_ui;
+    EditBar& m_editBar;
+    std::array<QCheckBox*, kLiveValueCount> m_boxes;
+};
+
+}  // namespace kivo

@@ -1,0 +1,364 @@
+#include "app/main_window.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QElapsedTimer>
+#include <QMouseEvent>
+#include <QScreen>
+#include <QThread>
+#include <QTranslator>
+#include <QWindow>
+#include <algorithm>
+#include <initializer_list>
+
+#include "app/helper_window.h"
+#include "app/language.h"
+#include "app/nimb_process_dialog.h"
+#include "app/nimb_process_thread.h"
+#include "app/single_instance.h"
+#include "app/window_looks.h"
+#include "config/first_run_marker.h"
+#include "editor/color_bar.h"
+#include "editor/edit_bar.h"
+#include "pictures/picture_list.h"
+#include "ui_main_window.h"
+#include "widgets/exit_message_box.h"
+#include "widgets/focus_ring.h"
+
+namespace kivo {
+
+namespace {
+
+constexpr std::chrono::milliseconds kThreadsAfter{500};
+constexpr std::chrono::milliseconds kPollEvery{1000};
+constexpr unsigned long kFirstRunPauseMs = 1000;
+constexpr qint64 kLongestExposeMs = 500;
+constexpr int kHeadHeight = 100;  // what is above the pages, by which the window is dragged
+
+// Blocking pauses must not catch a window that was shown but not yet painted.
+void PaintNow(QWidget& window) {
+    QElapsedTimer timer;
+    timer.start();
+    while (window.windowHandle() != nullptr && !window.windowHandle()->isExposed() &&
+           timer.elapsed() < kLongestExposeMs) {
+        QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents, 10);
+    }
+    window.repaint();
+    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+}
+
+}  // namespace
+
+MainWindow::MainWindow(const Parts& parts)
+    : m_parts(parts),
+      m_translator(std::make_unique<QTranslator>()),
+      m_ui(std::make_unique<::Ui::MainWindow>()) {
+    InstallLanguage(parts.locale);
+    m_session = std::make_unique<LiveSession>(parts.hid, m_language);
+    m_session->SetPanelStartsBlank(parts.panelStartsBlank);
+
+    m_ui->setupUi(this);
+    setWindowFlags(Qt::Window | Qt::FramelessWindowHint | Qt::WindowSystemMenuHint |
+                   Qt::WindowMinimizeButtonHint);
+    DressWindow(*m_ui);
+    m_ui->pushButton->hide();  // until a temperature has been measured
+    PlaceOnScreen();
+    WirePages();
+    WireTools();
+    WirePictures();
+    LoadState();
+
+    m_session->OpenScreen();
+    // The screen is opened by this name, so it is the same in every language.
+    setWindowTitle(QCoreApplication::translate("MainWindow", "Kivo Screen"));
+    WireShell();
+    m_session->SendTimeSync();
+    QTimer::singleShot(kThreadsAfter, this, &MainWindow::slotCreateThread);
+    connect(&m_poll, &QTimer::timeout, this, &MainWindow::PollWakeUp);
+    m_poll.start(kPollEvery);
+}
+
+MainWindow::~MainWindow() {
+    // Hiding ends what is being typed or dragged, and that is told: not to a window that is half gone.
+    hide();
+    for (QObject* teller : std::initializer_list<QObject*>{m_ui->zoomwidget, m_editBar, m_colorBar,
+                                                           m_ui->pictureList, m_pictures}) {
+        teller->disconnect(this);
+    }
+    m_translator.reset();
+    m_ui.reset();
+    CloseHelperWindow();
+}
+
+void MainWindow::InstallLanguage(const QLocale& locale) {
+    m_language = LanguageForLocale(locale);
+    SetInterfaceLanguage(m_language);
+    if (!InstallTranslation(*m_translator, m_language, m_parts.applicationDir)) {
+        qWarning("The translations in %s/lang cannot be read; texts stay Chinese.",
+                 qUtf8Printable(m_parts.applicationDir));
+    }
+}
+
+void MainWindow::WireShell() {
+    const QIcon logo(QStringLiteral("://skins/logo.ico"));
+    setWindowIcon(logo);
+    m_tray.SetTexts();
+    connect(&m_tray, &Tray::activated, this, &MainWindow::iconActivated);
+    connect(&m_tray, &Tray::showRequested, this, &MainWindow::BringToFront);
+    connect(&m_tray, &Tray::exitRequested, this, &MainWindow::slotExit);
+    m_tray.Show();
+    connect(m_ui->btnExit, &QAbstractButton::clicked, this, &MainWindow::slotExit);
+    connect(m_ui->btnMini, &QAbstractButton::clicked, this, &MainWindow::showMinimized);
+    connect(m_ui->btnApply, &QAbstractButton::clicked, this, &MainWindow::slotApply);
+}
+
+void MainWindow::slotCreateThread() {
+    if (m_uploading || QApplication::activeModalWidget() != nullptr) {
+        QTimer::singleShot(kThreadsAfter, this, &MainWindow::slotCreateThread);
+        return;
+    }
+    if (!IsFirstRun()) {
+        if (configFolderCreated == 0) {
+            // A panel without a memory of its own needs the frame as well, quietly.
+            if (!m_session->SendPendingFrame()) {
+                StartRefresh();
+            }
+            m_live = true;
+            return;
+        }
+        BringToFront();
+    }
+    FirstRunUpload();
+    StartRefresh();
+}
+
+void MainWindow::FirstRunUpload() {
+    m_uploading = true;
+    PaintNow(*this);
+    QThread::msleep(kFirstRunPauseMs);
+    m_session->SendTimeSync();
+    if (!UploadWithProgress()) {
+        return;
+    }
+    MarkInitialized();
+    PutAway();
+    if (m_parts.hasTray() && !m_session->HasPendingFrame()) {
+        m_tray.TellWhereItIs();
+    }
+    configFolderCreated = 0;
+}
+
+bool MainWindow::UploadWithProgress() {
+    m_uploading = true;
+    NimbProcessDialog dialog(this, this);
+    const auto connectDialog = [&dialog](NimbProcessThread& thread) {
+        connect(&thread, &NimbProcessThread::DoProcessDlg, &dialog, &NimbProcessDialog::slotProcessDlg);
+    };
+    const bool isOver =
+        m_session->StartUpload(connectDialog) != nullptr && dialog.exec() == QDialog::Accepted;
+    m_uploading = false;
+    AskWantedExit();
+    return isOver;
+}
+
+void MainWindow::AskWantedExit() {
+    if (m_exitWanted) {
+        m_exitWanted = false;
+        QTimer::singleShot(0, this, &MainWindow::slotExit);
+    }
+}
+
+void MainWindow::slotApply() {
+    if (m_uploading) {
+        return;
+    }
+    FinishEditing();
+    StopRefresh();
+    ZoomWidget* editor = m_ui->zoomwidget;
+    ThemeState themes = editor->Edited().themes;
+    KeepOtherPage(themes, editor->Saved().themes);
+    if (IsCustomPage()) {
+        editor->CommitLayout();
+        OpenEditing(false);
+    }
+    if (SaveThemeState(themes)) {
+        editor->SetSavedThemes(themes);
+    }
+    m_session->SetChosen(editor->Shown());
+    if (UploadWithProgress()) {
+        StartRefresh();
+    }
+}
+
+// What is being made of the other page's layouts is not asked for yet.
+void MainWindow::KeepOtherPage(ThemeState& themes, const ThemeState& saved) {
+    const bool custom = themes.mode != 0;
+    const int first = custom ? 0 : kFirstCustomLayout;
+    const int end = custom ? kFirstCustomLayout : kLayoutCount;
+    std::copy(saved.layouts.begin() + first, saved.layouts.begin() + end, themes.layouts.begin() + first);
+    if (custom) {
+        themes.theme = saved.theme;
+    }
+}
+
+void MainWindow::StartRefresh() {
+    m_session->StartRefresh();
+    m_live = true;
+}
+
+void MainWindow::StopRefresh() {
+    m_session->StopRefresh();
+}
+
+bool MainWindow::Stop() {
+    m_poll.stop();
+    return m_session->Stop();
+}
+
+void MainWindow::slotCpuPowClock(qint32 iPow, qint32 iClock, qint32 iGPow, qint32 iGClock) {
+    Q_UNUSED(iGPow)
+    Q_UNUSED(iGClock)
+    m_session->SetCpuPowClock(iPow, iClock);
+}
+
+void MainWindow::PollWakeUp() {
+    if (m_parts.instance != nullptr && m_parts.instance->TakeWakeUpRequest()) {
+        BringToFront();
+    }
+    ShowLiveTexts();
+}
+
+void MainWindow::ShowLiveTexts() {
+    if (!m_live || !isVisible() || isMinimized()) {
+        return;
+    }
+    ItemTexts texts;
+    for (int item = 0; item < kLiveValueCount; ++item) {
+        texts[size_t(item)] = m_session->LiveText(item);
+    }
+    m_ui->zoomwidget->SetLiveTexts(texts);
+    // A machine without a sensor has no temperature to tell.
+    m_ui->pushButton->setText(texts[CpuTemperature]);
+    m_ui->pushButton->setVisible(m_session->HasTemperature());
+}
+
+// In the middle of the screen at first. A low screen cuts the foot of the window off, never its head.
+void MainWindow::PlaceOnScreen() {
+    const QRect room = QGuiApplication::primaryScreen()->availableGeometry();
+    const QPoint corner =
+        room.topLeft() + QPoint((room.width() - width()) / 2, (room.height() - height()) / 2);
+    move(qMax(room.left(), corner.x()), qMax(room.top(), corner.y()));
+}
+
+void MainWindow::BringToFront() {
+    // Its screen may have been unplugged, and a window without a frame cannot be fetched back by hand.
+    const QRect head(pos(), QSize(width(), kHeadHeight));
+    const auto screens = QGuiApplication::screens();
+    if (std::none_of(screens.begin(), screens.end(), [&head](const QScreen* screen) {
+            const QRect seen = screen->availableGeometry() & head;
+            return seen.width() >= kHeadHeight && seen.height() >= kHeadHeight / 2;
+        })) {
+        PlaceOnScreen();
+    }
+    showNormal();
+    activateWindow();
+    raise();
+}
+
+void MainWindow::PutAway() {
+    if (m_parts.hasTray()) {
+        hide();
+    } else {
+        showMinimized();
+    }
+}
+
+void MainWindow::iconActivated(QSystemTrayIcon::ActivationReason reason) {
+    if (reason != QSystemTrayIcon::DoubleClick && reason != QSystemTrayIcon::Trigger) {
+        return;
+    }
+    if (!isVisible() || isMinimized()) {
+        BringToFront();
+        return;
+    }
+    raise();
+    activateWindow();
+}
+
+void MainWindow::slotExit() {
+    if (m_uploading) {
+        m_exitWanted = true;
+        return;
+    }
+    if (QWidget* dialog = QApplication::activeModalWidget()) {
+        m_exitWanted = qobject_cast<ExitMessageBox*>(dialog) == nullptr;
+        BringToFront();
+        dialog->raise();
+        dialog->activateWindow();
+        return;
+    }
+    BringToFront();
+    const QString question =
+        QCoreApplication::translate("MainWindow", "退出软件PC端屏幕内容显示信息将不准，\n确定退出？");
+    if (!ExitMessageBox::Ask(this, question)) {
+        return;
+    }
+    StopRefresh();
+    m_exitConfirmed = true;
+    close();
+}
+
+void MainWindow::closeEvent(QCloseEvent* event) {
+    if (m_exitConfirmed) {
+        event->accept();
+        QCoreApplication::quit();
+        return;
+    }
+    if (qApp->isSavingSession()) {
+        event->accept();  // the end of the person's session is never held up
+        return;
+    }
+    event->ignore();
+    if (m_parts.hasTray()) {
+        hide();
+    } else {
+        QTimer::singleShot(0, this, &MainWindow::slotExit);
+    }
+}
+
+void MainWindow::showEvent(QShowEvent* event) {
+    QMainWindow::showEvent(event);
+    if (m_focusRing == nullptr) {
+        // Not before: it would have the style decode the window's ground, and most starts end in the tray.
+        m_focusRing = new FocusRing(this);
+    }
+    ShowLiveTexts();
+}
+
+void MainWindow::mousePressEvent(QMouseEvent* event) {
+    if (event->button() == Qt::LeftButton) {
+        // Where windows may not place themselves, the desktop moves them.
+        if (QGuiApplication::platformName().startsWith(QLatin1String("wayland")) &&
+            windowHandle() != nullptr) {
+            windowHandle()->startSystemMove();
+            return;
+        }
+        m_dragging = true;
+        m_dragOffset = event->globalPos() - pos();
+    }
+    QMainWindow::mousePressEvent(event);
+}
+
+void MainWindow::mouseMoveEvent(QMouseEvent* event) {
+    if (m_dragging && event->buttons() != Qt::NoButton) {
+        move(event->globalPos() - m_dragOffset);
+    }
+    QMainWindow::mouseMoveEvent(event);
+}
+
+void MainWindow::mouseReleaseEvent(QMouseEvent* event) {
+    m_dragging = false;
+    QMainWindow::mouseReleaseEvent(event);
+}
+
+}  // namespace kivo

@@ -1,0 +1,162 @@
+#pragma once
+
+// The program's one window and the owner of its session: language, pages, screen, tray, start and end. It
+// wires; what a page, the editor or the session do stands there. GUI thread.
+
+#include <QLocale>
+#include <QMainWindow>
+#include <QModelIndex>
+#include <QSystemTrayIcon>
+#include <QTimer>
+#include <chrono>
+#include <functional>
+#include <memory>
+
+#include "app/live_session.h"
+#include "app/tray.h"
+#include "compose/theme_state.h"
+
+class QTranslator;
+
+namespace Ui {
+class MainWindow;
+}
+
+namespace kivo {
+
+class ColorBar;
+class CustomPage;
+class EditBar;
+class FocusRing;
+class HidApi;
+class PictureList;
+class SingleInstance;
+class ThemePage;
+class TwoWayChoice;
+
+class MainWindow : public QMainWindow {
+    Q_OBJECT
+
+public:
+    // What a window is made from. hid and instance outlive it.
+    struct Parts {
+        HidApi& hid;
+        SingleInstance* instance = nullptr;  // null: nobody asks for the window
+        QString applicationDir;              // default files, translations, the progress dialog's mask
+        bool panelStartsBlank = false;       // the panel keeps no picture while the program does not run
+        QLocale locale = QLocale::system();
+        std::function<bool()> hasTray = &QSystemTrayIcon::isSystemTrayAvailable;
+        std::function<QString(QWidget*)> choosePicture = {};  // default: a file dialog; empty: cancelled
+    };
+
+    explicit MainWindow(const Parts& parts);
+
+    // The session must have been stopped (Stop) before.
+    ~MainWindow() override;
+
+    LiveSession& Session() { return *m_session; }
+
+    // Shows the window as a person wants it back: restored, in front, active.
+    void BringToFront();
+
+    // Out of sight, but within reach: hidden where there is a tray, else minimised.
+    void PutAway();
+
+    // Ends the workers; see LiveSession::Stop. Nothing is uploaded any more.
+    bool Stop();
+
+    // Refresh thread on and off.
+    void StartRefresh();
+    void StopRefresh();
+
+public Q_SLOTS:
+    void slotCreateThread();
+    void iconActivated(QSystemTrayIcon::ActivationReason reason);
+    // A new sample of the power poller. Deliberate: the temperature arrives in the argument that is named
+    // after a clock. The last two are reserved.
+    void slotCpuPowClock(qint32 iPow, qint32 iClock, qint32 iGPow, qint32 iGClock);
+    // Asks whether to end the program, and ends it.
+    void slotExit();
+    void slotApply();
+
+    // Picture list.
+    void itemClickedImage(const QModelIndex& index);
+    void slotRightClick();
+    void SlotDeletePix(int row);
+
+    // Text and colour tools.
+    void slotEdit(quint8 iEdit);
+    void slotFontColor(quint8 iColor);
+    void slotFontSize(quint8 iSize);
+    void slotShowColorbar(quint8 iShow);
+    void slotReset();
+    void slotSizeClick();
+    void SetRemoteHide(quint8 iHide);
+
+protected:
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    void InstallLanguage(const QLocale& locale);
+    void WirePages();
+    void WireTools();
+    void WirePictures();
+    void WireShell();
+    void LoadState();
+
+    void ChangeThemes(const std::function<void(ThemeState&)>& change);
+    void ShowState();
+    void ShowPageChoice(bool custom, const ThemeState& themes);
+    void ShowToolBar();
+    void ShowChosenPicture();
+    void OpenEditing(bool open);
+    void FinishEditing();
+    void GoOnTyping();
+    bool IsCustomPage() const;
+
+    void PlaceOnScreen();
+    void PollWakeUp();
+    void ShowLiveTexts();
+    void FirstRunUpload();
+    // False when the program ends meanwhile.
+    bool UploadWithProgress();
+    void AskWantedExit();
+    static void KeepOtherPage(ThemeState& themes, const ThemeState& saved);
+    void UsePicture(const QString& path);
+    void TakePictureOut(const QString& removed, int row);
+    QString ChoosePicture();
+    void AddPictureByHand();
+
+    const Parts m_parts;
+    InterfaceLanguage m_language = InterfaceLanguage::Chinese;
+    std::unique_ptr<QTranslator> m_translator;
+    std::unique_ptr<::Ui::MainWindow> m_ui;
+    std::unique_ptr<LiveSession> m_session;
+
+    EditBar* m_editBar = nullptr;
+    ColorBar* m_colorBar = nullptr;
+    ThemePage* m_themePage = nullptr;
+    CustomPage* m_customPage = nullptr;
+    TwoWayChoice* m_tabs = nullptr;
+    TwoWayChoice* m_orientation = nullptr;
+    TwoWayChoice* m_pageChoice = nullptr;
+    PictureList* m_pictures = nullptr;
+    FocusRing* m_focusRing = nullptr;
+    Tray m_tray;
+    QTimer m_poll;
+
+    int m_pageStyle[2] = {0, 0};  // what "style" means on each page, while the other is shown
+    bool m_live = false;          // workers run, so that there are live texts to show
+    bool m_uploading = false;
+    bool m_exitWanted = false;  // asked for while something else went on
+    bool m_exitConfirmed = false;
+    bool m_dragging = false;
+    QPoint m_dragOffset;
+};
+
+}  // namespace kivo

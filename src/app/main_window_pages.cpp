@@ -1,0 +1,361 @@
+// The window's inside: what is pressed, ticked and picked becomes the editor's state, and that state is shown
+// on every widget.
+
+#include <QFileDialog>
+#include <QScrollBar>
+#include <QStandardPaths>
+#include <QTimer>
+
+#include "app/custom_page.h"
+#include "app/main_window.h"
+#include "app/theme_page.h"
+#include "app/two_way_choice.h"
+#include "app/window_looks.h"
+#include "compose/theme_catalogue.h"
+#include "config/default_profile.h"
+#include "config/folders.h"
+#include "config/pending_frame.h"
+#include "editor/color_bar.h"
+#include "editor/edit_bar.h"
+#include "pictures/picture_list.h"
+#include "ui_main_window.h"
+#include "widgets/exit_item_delegate.h"
+#include "widgets/exit_message_box.h"
+
+namespace kivo {
+
+namespace {
+
+constexpr QPoint kEditBarCorner(48, 58);
+constexpr QPoint kColorBarCorner(60, 82);
+constexpr QRect kPictureScrollPlace(914, 292, 6, 228);
+constexpr QSize kVariantIcon(18, 12);
+constexpr int kChoicePixels = 13;
+constexpr int kLargeDatePixels = 15;
+constexpr int kSmallDatePixels = 12;
+
+QString WindowText(const char* text) {
+    return QCoreApplication::translate("MainWindow", text);
+}
+
+}  // namespace
+
+void MainWindow::WirePages() {
+    m_editBar = new EditBar(m_ui->centralwidget);
+    m_colorBar = new ColorBar(m_ui->centralwidget);
+    m_themePage = new ThemePage(*m_ui, m_language, this);
+    m_customPage = new CustomPage(*m_ui, *m_editBar, this);
+    m_tabs = new TwoWayChoice(*m_ui->btnTheme, *m_ui->btnImage, this);
+    m_orientation = new TwoWayChoice(*m_ui->btnLandscape, *m_ui->btnPortrait, this);
+    m_pageChoice = new TwoWayChoice(*m_ui->choiceFirst, *m_ui->choiceSecond, this);
+
+    connect(m_tabs, &TwoWayChoice::chosen, this, [this](int page) {
+        FinishEditing();
+        OpenEditing(false);
+        ChangeThemes([this, page](ThemeState& themes) {
+            m_pageStyle[themes.mode != 0] = themes.style;
+            themes.mode = page;
+            themes.style = m_pageStyle[page];
+        });
+    });
+    connect(m_orientation, &TwoWayChoice::chosen, this, [this](int orientation) {
+        FinishEditing();
+        m_ui->zoomwidget->SetOrientation(orientation);
+        ShowState();
+    });
+    connect(m_pageChoice, &TwoWayChoice::chosen, this, [this](int style) {
+        FinishEditing();
+        ChangeThemes([style](ThemeState& themes) { themes.style = style; });
+    });
+    connect(m_themePage, &ThemePage::themeChosen, this,
+            [this](int theme) { ChangeThemes([theme](ThemeState& themes) { themes.theme = theme; }); });
+    connect(m_ui->btnEdit, &QAbstractButton::clicked, this, [this] { OpenEditing(true); });
+    connect(m_ui->btnEdit_cancel, &QAbstractButton::clicked, this, [this] {
+        FinishEditing();
+        m_ui->zoomwidget->RevertLayout();
+        OpenEditing(false);
+        m_ui->btnEdit->setFocus(Qt::OtherFocusReason);  // else the next button would have it: apply
+    });
+    connect(m_ui->btnRemote, &QAbstractButton::clicked, m_ui->zoomwidget, &ZoomWidget::ResetTrim);
+    connect(m_ui->zoomwidget, &ZoomWidget::layoutChanged, this, &MainWindow::ShowState);
+}
+
+void MainWindow::WireTools() {
+    m_editBar->move(kEditBarCorner);
+    m_colorBar->move(kColorBarCorner);
+    m_editBar->hide();
+    m_colorBar->hide();
+    QWidget* before = m_ui->pictureList;
+    // Not what stands in them: the chooser's list is a window of its own.
+    const auto tools = m_editBar->findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly) +
+                       m_colorBar->findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly);
+    for (QWidget* tool : tools) {
+        // The drop-down list of the sizes is a window of its own.
+        if (tool->focusPolicy() != Qt::NoFocus && tool->window() == this) {
+            setTabOrder(before, tool);
+            before = tool;
+        }
+    }
+    setTabOrder(before, m_ui->zoomwidget);
+    m_ui->btnRemote->setFocusPolicy(Qt::TabFocus);  // the keyboard stays with the trim frame
+
+    ZoomWidget* editor = m_ui->zoomwidget;
+    connect(m_editBar, &EditBar::SendEdit, this, &MainWindow::slotEdit);
+    connect(m_editBar, &EditBar::SendImageReset, this, &MainWindow::slotReset);
+    connect(m_editBar, &EditBar::SendFontSize, this, &MainWindow::slotFontSize);
+    connect(m_colorBar, &ColorBar::SendFontColor, m_editBar, &EditBar::ControlLabelColor);
+    connect(m_colorBar, &ColorBar::SendFontColor, this, &MainWindow::slotFontColor);
+    connect(m_colorBar, &ColorBar::dismissed, this, &MainWindow::GoOnTyping);
+    connect(m_editBar, &EditBar::ShowColorbarSignal, this, &MainWindow::slotShowColorbar);
+    connect(m_editBar, &EditBar::SizeClicked, this, &MainWindow::slotSizeClick);
+    connect(editor, &ZoomWidget::HideColorWin, this, [this](int show) { slotShowColorbar(quint8(show)); });
+    connect(editor, &ZoomWidget::UndoColorSignal, m_editBar,
+            [this](int color) { m_editBar->ControlLabelColor(quint8(color)); });
+    connect(editor, &ZoomWidget::UndoTextSize, m_editBar, &EditBar::slotSetFontSize);
+    connect(editor, &ZoomWidget::HideRemote, this, [this](int hide) { SetRemoteHide(quint8(hide)); });
+}
+
+void MainWindow::WirePictures() {
+    m_pictures = new PictureList(m_ui->pictureList, this);
+    // Beside the list, not in it, so that four columns have all of its width.
+    QScrollBar* scrollBar = m_pictures->CreateScrollBar(m_ui->centralwidget);
+    scrollBar->setObjectName(QStringLiteral("pictureScroll"));
+    scrollBar->setGeometry(kPictureScrollPlace);
+
+    m_ui->pictureList->installEventFilter(this);
+    m_ui->pictureList->viewport()->installEventFilter(this);
+    connect(m_pictures, &PictureList::picked, this, &MainWindow::itemClickedImage);
+    connect(m_ui->pictureList, &MyListWidget::rightClick, this, &MainWindow::slotRightClick);
+    connect(m_pictures->Delegate(), &ExitItemDelegate::handleDeleteClick, this, &MainWindow::SlotDeletePix);
+}
+
+void MainWindow::LoadState() {
+    SeedDefaultProfile(m_parts.applicationDir);
+    if (configFolderCreated != 0) {
+        // Should the first run be cut off, the next one sends the frame.
+        SetFramePending(true);
+    }
+    m_pictures->LoadPictureList();
+    ZoomWidget* editor = m_ui->zoomwidget;
+    editor->Load();
+    const ThemeState& themes = editor->Saved().themes;
+    m_pageStyle[themes.mode != 0] = themes.style;
+    m_session->SetLoaded(editor->Shown());
+    ShowState();
+}
+
+bool MainWindow::IsCustomPage() const {
+    return m_ui->zoomwidget->Edited().themes.mode != 0;
+}
+
+void MainWindow::ChangeThemes(const std::function<void(ThemeState&)>& change) {
+    ThemeState themes = m_ui->zoomwidget->Edited().themes;
+    change(themes);
+    m_ui->zoomwidget->ShowTheme(themes, true);
+    ShowState();
+}
+
+void MainWindow::ShowState() {
+    const ThemeState& themes = m_ui->zoomwidget->Edited().themes;
+    const bool custom = themes.mode != 0;
+    const bool lying = themes.orientation == Orientation::Landscape;
+    m_ui->zoomwidget->setGeometry(lying ? Corners(48, 118, 482, 429) : Corners(53, 113, 477, 434));
+    m_tabs->SetChosen(custom);
+    m_orientation->SetChosen(int(themes.orientation));
+
+    m_themePage->SetVisible(!custom);
+    m_customPage->SetVisible(custom);
+    if (custom) {
+        m_customPage->Show();
+    } else {
+        m_themePage->Show(themes);
+    }
+    ShowPageChoice(custom, themes);
+    const bool editing = m_ui->zoomwidget->IsEditing();
+    m_ui->btnEdit->setVisible(custom && !editing);
+    m_ui->btnEdit_cancel->setVisible(custom && editing);
+    ShowToolBar();
+    ShowChosenPicture();
+}
+
+// The custom page chooses between five items and one, the theme page between two sizes of the date.
+void MainWindow::ShowPageChoice(bool custom, const ThemeState& themes) {
+    NimbPushButton* first = m_ui->choiceFirst;
+    NimbPushButton* second = m_ui->choiceSecond;
+    if (custom) {
+        first->setText(WindowText(QT_TRANSLATE_NOOP("MainWindow", "五项")));
+        second->setText(WindowText(QT_TRANSLATE_NOOP("MainWindow", "一项")));
+        first->SetIcons(SkinPath("five_n"), SkinPath("five_s"), kVariantIcon);
+        second->SetIcons(SkinPath("one_n"), SkinPath("one_s"), kVariantIcon);
+        first->setToolTip(WindowText(QT_TRANSLATE_NOOP("MainWindow", "最多五项")));
+        second->setToolTip(WindowText(QT_TRANSLATE_NOOP("MainWindow", "只显示一项")));
+    } else {
+        const QString date =
+            m_language == InterfaceLanguage::Russian ? QStringLiteral("31.12") : QStringLiteral("12.31");
+        first->setText(date);
+        second->setText(date);
+        first->SetIcons({}, {}, {});
+        second->SetIcons({}, {}, {});
+        first->setToolTip(WindowText(QT_TRANSLATE_NOOP("MainWindow", "日期：大")));
+        second->setToolTip(WindowText(QT_TRANSLATE_NOOP("MainWindow", "日期：小")));
+    }
+    first->SetTextPixelSize(custom ? kChoicePixels : kLargeDatePixels);
+    second->SetTextPixelSize(custom ? kChoicePixels : kSmallDatePixels);
+    const bool possible = custom || themes.theme == int(Theme::Scene);
+    for (NimbPushButton* button : {first, second}) {
+        button->setAccessibleName(button->toolTip());
+        button->SetButtonEnabled(possible);
+    }
+    m_pageChoice->SetChosen(themes.style);
+}
+
+void MainWindow::ShowToolBar() {
+    m_editBar->setVisible(m_ui->zoomwidget->IsEditing() && IsCustomPage());
+    const LayoutRecord layout = m_ui->zoomwidget->Shown().layout;
+    m_editBar->slotSetFontSize(layout.sizeIndex);
+    m_editBar->ControlLabelColor(quint8(layout.colorIndex));
+    m_ui->btnRemote->setVisible(m_ui->zoomwidget->IsTrimMode());
+}
+
+void MainWindow::ShowChosenPicture() {
+    const LayoutRecord layout = m_ui->zoomwidget->Shown().layout;
+    m_pictures->SelectPicture(layout.picture, layout.defaultPicture);
+}
+
+void MainWindow::OpenEditing(bool open) {
+    m_ui->zoomwidget->SetEditing(open);
+    ShowState();
+    if (open) {
+        m_ui->zoomwidget->setFocus(Qt::OtherFocusReason);
+    }
+}
+
+void MainWindow::FinishEditing() {
+    m_ui->zoomwidget->solteditingFinished();
+    m_editBar->SetEditPressed(false);
+}
+
+void MainWindow::UsePicture(const QString& path) {
+    if (!m_ui->zoomwidget->SetBackground(path)) {
+        ExitMessageBox::Tell(this, WindowText(QT_TRANSLATE_NOOP("MainWindow", "无法打开此图片。")));
+    }
+}
+
+QString MainWindow::ChoosePicture() {
+    return QFileDialog::getOpenFileName(this, WindowText(QT_TRANSLATE_NOOP("MainWindow", "打开图片")),
+                                        QStandardPaths::writableLocation(QStandardPaths::PicturesLocation),
+                                        PictureList::PictureFileFilter());
+}
+
+void MainWindow::AddPictureByHand() {
+    const QString path = m_parts.choosePicture ? m_parts.choosePicture(this) : ChoosePicture();
+    AskWantedExit();
+    if (path.isEmpty()) {
+        return;
+    }
+    if (m_pictures->InsertUserPicture(path) <= 0) {
+        ExitMessageBox::Tell(this, WindowText(QT_TRANSLATE_NOOP("MainWindow", "图片太多，无法再添加。")));
+        return;
+    }
+    m_pictures->SavePictureList();
+    UsePicture(path);
+}
+
+void MainWindow::itemClickedImage(const QModelIndex& index) {
+    const int row = index.row();
+    if (row < 0) {
+        return;
+    }
+    if (row == 0) {
+        AddPictureByHand();
+    } else {
+        UsePicture(m_pictures->PathAt(row));
+    }
+    ShowChosenPicture();
+}
+
+void MainWindow::slotRightClick() {
+    SlotDeletePix(m_ui->pictureList->PressedRow());
+}
+
+void MainWindow::SlotDeletePix(int row) {
+    if (m_pictures->IsUserPicture(row)) {
+        if (ExitMessageBox::Ask(this, WindowText(QT_TRANSLATE_NOOP("MainWindow", "是否删除此图片？")))) {
+            const QString removed = m_pictures->RemoveUserPicture(row);
+            m_pictures->SavePictureList();
+            TakePictureOut(removed, row);
+        }
+    } else if (m_pictures->IsBuiltIn(row)) {
+        ExitMessageBox::Tell(this, WindowText(QT_TRANSLATE_NOOP("MainWindow", "默认图片不能删除。")));
+    }
+    ShowChosenPicture();
+}
+
+// Nobody has asked for the picture that moves up: where it cannot be opened, that is not told.
+void MainWindow::TakePictureOut(const QString& removed, int row) {
+    ZoomWidget* editor = m_ui->zoomwidget;
+    QString next = m_pictures->BackgroundAfterRemoval(removed, removed, row);
+    if (PicturePath(editor->Shown()) == removed && next != removed && !editor->SetBackground(next)) {
+        next = BuiltInBackgrounds().constFirst();
+        editor->SetBackground(next);
+    }
+    editor->ReplacePicture(removed, next);
+}
+
+// The keys, or a press that is let go elsewhere, move the frame without choosing: it goes back in the end.
+bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
+    const bool isLeft = event->type() == QEvent::FocusOut && watched == m_ui->pictureList;
+    const bool isLetGo =
+        event->type() == QEvent::MouseButtonRelease && watched == m_ui->pictureList->viewport();
+    if (isLeft || isLetGo) {
+        QTimer::singleShot(0, this, &MainWindow::ShowChosenPicture);
+    }
+    return QMainWindow::eventFilter(watched, event);
+}
+
+void MainWindow::slotEdit(quint8 iEdit) {
+    m_ui->zoomwidget->SetTrimMode(iEdit);
+    m_ui->btnRemote->setVisible(m_ui->zoomwidget->IsTrimMode());
+}
+
+void MainWindow::slotFontColor(quint8 iColor) {
+    m_ui->zoomwidget->SetFontColor(iColor);
+    GoOnTyping();
+}
+
+// The strip goes, and with it the focus, where it was used by keyboard.
+void MainWindow::GoOnTyping() {
+    if (m_ui->zoomwidget->IsTextEntryOpen()) {
+        m_ui->zoomwidget->slotShowEdt();
+    }
+}
+
+void MainWindow::slotFontSize(quint8 iSize) {
+    m_ui->zoomwidget->SetFontSize(iSize);
+}
+
+void MainWindow::slotShowColorbar(quint8 iShow) {
+    if (iShow == 0) {
+        m_colorBar->hide();
+        m_ui->zoomwidget->solteditingFinished();
+        return;
+    }
+    m_editBar->SetEditPressed(false);  // text cannot be typed over the trim frame
+    m_colorBar->show();
+    m_colorBar->raise();
+    m_ui->zoomwidget->slotShowEdt();
+}
+
+void MainWindow::slotReset() {
+    m_ui->zoomwidget->Undo();
+}
+
+void MainWindow::slotSizeClick() {
+    m_colorBar->hide();
+}
+
+void MainWindow::SetRemoteHide(quint8 iHide) {
+    m_ui->btnRemote->setVisible(iHide == 0 && m_ui->zoomwidget->IsTrimMode());
+}
+
+}  // namespace kivo

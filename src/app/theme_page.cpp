@@ -1,0 +1,68 @@
+#include "app/theme_page.h"
+
+#include <QCoreApplication>
+#include <QIcon>
+#include <QListWidgetItem>
+
+#include "compose/theme_catalogue.h"
+#include "ui_main_window.h"
+#include "widgets/nimb_item_delegate.h"
+
+namespace kivo {
+
+namespace {
+
+constexpr QSize kItemSize(97, 110);
+constexpr QSize kPictureSize(85, 98);
+
+}  // namespace
+
+ThemePage::ThemePage(::Ui::MainWindow& ui, InterfaceLanguage language, QObject* parent)
+    : QObject(parent), m_ui(ui), m_language(language) {
+    MyListWidget* list = ui.themeList;
+    list->setItemDelegate(new NimbItemDelegate(list));
+    list->ShowAsGrid(kPictureSize, kItemSize);
+    list->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    list->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    const QStringList names = {QCoreApplication::translate("MainWindow", "默认"),
+                               QCoreApplication::translate("MainWindow", "场景"),
+                               QCoreApplication::translate("MainWindow", "功耗表"),
+                               QCoreApplication::translate("MainWindow", "时钟")};
+    for (const QString& name : names) {
+        auto* item = new QListWidgetItem(list);
+        item->setToolTip(name);
+        item->setData(Qt::AccessibleTextRole, name);
+    }
+    // The keyboard moves the current row; the mouse clicks one.
+    connect(list, &QListWidget::currentRowChanged, this, &ThemePage::ChooseRow);
+    // Not even a click with the control key leaves none chosen.
+    connect(list, &QListWidget::itemSelectionChanged, list, [list] {
+        if (list->selectedItems().isEmpty() && list->currentItem() != nullptr) {
+            list->currentItem()->setSelected(true);
+        }
+    });
+}
+
+void ThemePage::SetVisible(bool visible) {
+    m_ui.themeList->setVisible(visible);
+}
+
+void ThemePage::Show(const ThemeState& state) {
+    const QSignalBlocker quiet(m_ui.themeList);
+    const QStringList pictures = OverviewPictures(state.orientation, m_language);
+    if (pictures != m_pictures) {
+        m_pictures = pictures;
+        for (int row = 0; row < m_ui.themeList->count(); ++row) {
+            m_ui.themeList->item(row)->setIcon(QIcon(pictures.value(row)));
+        }
+    }
+    m_ui.themeList->setCurrentRow(state.theme);
+}
+
+void ThemePage::ChooseRow(int row) {
+    if (row >= 0) {
+        Q_EMIT themeChosen(row);
+    }
+}
+
+}  // namespace kivo

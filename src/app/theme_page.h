@@ -1,0 +1,41 @@
+#pragma once
+
+// The page of the ready-made themes: four overview pictures to choose from and, for the theme that has two
+// styles, the size of its date. Edits nothing itself. GUI thread.
+
+#include <QObject>
+#include <QVector>
+
+#include "compose/theme_state.h"
+
+namespace Ui {
+class MainWindow;
+}
+
+namespace kivo {
+
+class ThemePage : public QObject {
+    Q_OBJECT
+
+public:
+    // ui outlives the page.
+    ThemePage(::Ui::MainWindow& ui, InterfaceLanguage language, QObject* parent = nullptr);
+
+    // Shows or hides what belongs to this page alone.
+    void SetVisible(bool visible);
+
+    // Makes pictures and selection follow the state.
+    void Show(const ThemeState& state);
+
+Q_SIGNALS:
+    void themeChosen(int theme);  // 0..3
+
+private:
+    void ChooseRow(int row);
+
+    ::Ui::MainWindow& m_ui;
+    const InterfaceLanguage m_language;
+    QStringList m_pictures;  // that the rows show
+};
+
+}  // namespace kivo

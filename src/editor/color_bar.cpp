@@ -1,0 +1,156 @@
+#include "editor/color_bar.h"
+
+#include <QCoreApplication>
+#include <QEvent>
+#include <QKeyEvent>
+#include <QPainter>
+#include <QPainterPath>
+#include <algorithm>
+
+#include "widgets/nimb_push_button.h"
+#include "widgets/window_colors.h"
+
+namespace kivo {
+
+namespace colors = window_colors;
+
+namespace {
+
+constexpr QSize kSize(163, 48);
+constexpr QRect kFirstButton(14, 17, 20, 22);
+constexpr int kStep = 23;
+constexpr qreal kDotDiameter = 16;
+constexpr qreal kRingDiameter = 19;
+
+struct ColorEntry {
+    const char* picture;
+    const char* name;
+};
+
+// By the index of FreeTextColor. Deliberate: the picture of the orange is called red.
+constexpr std::array<ColorEntry, kTextColorCount> kColors{{
+    {"://skins/white.png", QT_TRANSLATE_NOOP("ColorBar", "白色")},
+    {"://skins/black.png", QT_TRANSLATE_NOOP("ColorBar", "黑色")},
+    {"://skins/red.png", QT_TRANSLATE_NOOP("ColorBar", "橙色")},
+    {"://skins/yellow.png", QT_TRANSLATE_NOOP("ColorBar", "黄色")},
+    {"://skins/blue.png", QT_TRANSLATE_NOOP("ColorBar", "蓝色")},
+    {"://skins/green.png", QT_TRANSLATE_NOOP("ColorBar", "绿色")},
+}};
+
+// The bubble: a rounded body with its tip below the indicator of the tool bar.
+void DrawPlainGround(QPainter& painter) {
+    constexpr QRectF kBody(.5, 13.5, 162, 33);
+    constexpr qreal kTipX = 118;
+    constexpr qreal kTipHalf = 7;
+    QPainterPath body;
+    body.addRoundedRect(kBody, 8.5, 8.5);
+    QPainterPath tip;
+    tip.addPolygon(QPolygonF({QPointF(kTipX - kTipHalf, kBody.top() + 1), QPointF(kTipX, kBody.top() - 7),
+                              QPointF(kTipX + kTipHalf, kBody.top() + 1)}));
+    painter.setPen(QPen(colors::kRaisedEdge, 1));
+    painter.setBrush(colors::kRaised);
+    painter.drawPath(body.united(tip));
+}
+
+}  // namespace
+
+QString ColorButtonPicture(int color) {
+    return QLatin1String(kColors.at(static_cast<std::size_t>(color)).picture);
+}
+
+QString ColorName(int color) {
+    return QCoreApplication::translate("ColorBar", kColors.at(static_cast<std::size_t>(color)).name);
+}
+
+void DrawColorDot(QPainter& painter, const QRectF& rect, int color, qreal diameter) {
+    constexpr int kBlack = 1;
+    QRectF dot(0, 0, diameter, diameter);
+    dot.moveCenter(rect.center());
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setBrush(FreeTextColor(color));
+    // Black would be lost on the dark strip.
+    if (color == kBlack) {
+        painter.setPen(QPen(colors::kOutline, 1.5));
+        dot.adjust(.75, .75, -.75, -.75);
+    } else {
+        painter.setPen(Qt::NoPen);
+    }
+    painter.drawEllipse(dot);
+    painter.restore();
+}
+
+ColorBar::ColorBar(QWidget* parent) : QWidget(parent), m_ground(QStringLiteral("://skins/Union.png")) {
+    setFixedSize(kSize);
+    for (int color = 0; color < kTextColorCount; ++color) {
+        const QString picture = ColorButtonPicture(color);
+        auto* const button = new NimbPushButton(this);
+        button->setGeometry(kFirstButton.translated(color * kStep, 0));
+        button->SetPictures(picture, picture, picture, picture);
+        button->SetCurIndex(color);
+        button->setFocusPolicy(Qt::TabFocus);  // the mouse leaves the focus with the text
+        button->SetCornerRadius(kFirstButton.width() / 2.0);
+        const bool hasPicture = !SharpPicture(picture).IsNull();
+        // The pictures are the same in every state, so a ring tells them apart.
+        button->SetIconDrawing(
+            [color, hasPicture](QPainter& painter, const QRectF& rect, const QColor& /*ink*/,
+                                NimbPushButton::State state) {
+                if (!hasPicture)
+                    DrawColorDot(painter, rect, color, kDotDiameter);
+                if (state != NimbPushButton::Hover && state != NimbPushButton::Pressed)
+                    return;
+                QRectF ring(0, 0, kRingDiameter, kRingDiameter);
+                ring.moveCenter(rect.center());
+                const bool isDown = state == NimbPushButton::Pressed;
+                painter.setPen(QPen(isDown ? colors::kAccentBright : colors::kTextMid, 1));
+                painter.setBrush(Qt::NoBrush);
+                painter.drawEllipse(ring);
+            },
+            kFirstButton.size());
+        connect(button, &QPushButton::clicked, this, &ColorBar::btn_clicked);
+        m_buttons.at(static_cast<std::size_t>(color)) = button;
+    }
+    Translate();
+}
+
+void ColorBar::btn_clicked() {
+    const auto* const found = std::find(m_buttons.begin(), m_buttons.end(), sender());
+    if (found == m_buttons.end())
+        return;
+    Q_EMIT SendFontColor(static_cast<quint8>(found - m_buttons.begin()));
+    hide();
+}
+
+void ColorBar::keyPressEvent(QKeyEvent* event) {
+    if (event->key() != Qt::Key_Escape) {
+        QWidget::keyPressEvent(event);
+        return;
+    }
+    Q_EMIT dismissed();
+    hide();
+}
+
+void ColorBar::changeEvent(QEvent* event) {
+    if (event->type() == QEvent::LanguageChange)
+        Translate();
+    QWidget::changeEvent(event);
+}
+
+void ColorBar::Translate() {
+    setAccessibleName(tr("文字颜色"));
+    for (NimbPushButton* button : m_buttons) {
+        button->setAccessibleName(ColorName(button->CurIndex()));
+        button->setToolTip(ColorName(button->CurIndex()));
+    }
+}
+
+void ColorBar::paintEvent(QPaintEvent* /*event*/) {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    if (m_ground.IsNull())
+        DrawPlainGround(painter);
+    else
+        m_ground.Draw(painter, rect());
+}
+
+}  // namespace kivo

@@ -1,0 +1,63 @@
+#include "editor/edit_state.h"
+
+#include <tuple>
+
+#include "config/settings_file.h"
+#include "editor/trim_frame.h"
+
+namespace kivo {
+
+bool operator==(const EditState& a, const EditState& b) {
+    return std::tie(a.themes, a.slotTable, a.textRow) == std::tie(b.themes, b.slotTable, b.textRow);
+}
+
+EditState LoadEditState(InterfaceLanguage language) {
+    EditState state{LoadThemeState(language), LoadSlotTable(), LoadCurRectId()};
+    SettleFlags(state);
+    return state;
+}
+
+void SettleFlags(EditState& state) {
+    for (int& item : state.slotTable[0]) {
+        if (item == OtherText || item == OtherText2) {
+            item = kEmptySlot;
+        }
+    }
+    TickPlacedItems(state.themes, state.slotTable);
+    for (int variant = 0; variant < kVariantCount; ++variant) {
+        SettleTextFlag(state.themes.layouts[size_t(CustomLayoutIndex(variant))], variant);
+    }
+}
+
+ScreenState MakeScreenState(const EditState& state, InterfaceLanguage language) {
+    return MakeScreenState(state.themes, state.slotTable, state.textRow, language);
+}
+
+LayoutRecord& LayoutInForce(EditState& state) {
+    return state.themes.layouts[size_t(LayoutIndexInForce(state.themes))];
+}
+
+const LayoutRecord& LayoutInForce(const EditState& state) {
+    return state.themes.layouts[size_t(LayoutIndexInForce(state.themes))];
+}
+
+int VariantInForce(const EditState& state) {
+    return VariantOf(state.themes);
+}
+
+std::array<bool, kLiveValueCount>& CustomFlags(LayoutRecord& layout, int variant) {
+    return variant == 0 ? layout.shown : layout.selected;
+}
+
+void ReplacePicture(LayoutRecord& layout, const QString& old, const QString& by) {
+    if (layout.picture == old) {
+        layout.picture = by;
+        ClearTrim(layout);
+    }
+}
+
+void SettleTextFlag(LayoutRecord& layout, int variant) {
+    CustomFlags(layout, variant)[OtherText] = !layout.freeText.isEmpty();
+}
+
+}  // namespace kivo

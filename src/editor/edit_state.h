@@ -1,0 +1,51 @@
+#pragma once
+
+// What the editor works on, as one value: the ten layouts with page, theme, style and orientation, the slot
+// table and the row of the free text. What is edited stays here until it is applied. GUI thread.
+
+#include "compose/custom_layout.h"
+#include "compose/screen_state.h"
+#include "compose/theme_state.h"
+#include "telemetry/interface_language.h"
+
+namespace kivo {
+
+struct EditState {
+    ThemeState themes;
+    SlotTable slotTable = EmptySlotTable();
+    int textRow = kTextRowCount - 1;  // 0..2
+};
+
+bool operator==(const EditState& a, const EditState& b);
+inline bool operator!=(const EditState& a, const EditState& b) {
+    return !(a == b);
+}
+
+// What the settings file holds, settled (below). Never fails.
+EditState LoadEditState(InterfaceLanguage language);
+
+// Brings slots and flags in line with what they stand for: no free text holds one of the five slots, which it
+// does not need; a kind that stands in a slot is ticked, and the free text is ticked exactly where there is
+// one. For what was just loaded.
+void SettleFlags(EditState& state);
+
+// The picture that the state asks for.
+ScreenState MakeScreenState(const EditState& state, InterfaceLanguage language);
+
+// The record in force: of the custom layout or of the theme in its orientation.
+LayoutRecord& LayoutInForce(EditState& state);
+const LayoutRecord& LayoutInForce(const EditState& state);
+
+// Row of the slot table and index of the custom layout in force: 0 (five items) or 1 (one item).
+int VariantInForce(const EditState& state);
+
+// The flags that decide in a custom layout: "ticked" in variant 0, "chosen" in variant 1.
+std::array<bool, kLiveValueCount>& CustomFlags(LayoutRecord& layout, int variant);
+
+// Gives a layout that has that picture of its own another one, untrimmed.
+void ReplacePicture(LayoutRecord& layout, const QString& old, const QString& by);
+
+// Ticks the free text of a custom layout exactly where there is one.
+void SettleTextFlag(LayoutRecord& layout, int variant);
+
+}  // namespace kivo

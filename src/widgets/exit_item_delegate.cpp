@@ -1,0 +1,96 @@
+#include "widgets/exit_item_delegate.h"
+
+#include <QMouseEvent>
+#include <QPainter>
+
+#include "widgets/picture_item.h"
+#include "widgets/window_colors.h"
+
+namespace kivo {
+
+namespace colors = window_colors;
+
+namespace {
+
+constexpr int kCrossSize = 18;
+constexpr int kCrossRight = 20;  // from the last column of the item
+constexpr int kCrossTop = 2;
+
+void DrawPlainCross(QPainter& painter, const QRectF& disc) {
+    const QRectF cross = disc.adjusted(5.5, 5.5, -5.5, -5.5);
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(colors::kBadge);
+    painter.drawEllipse(disc);
+    painter.setPen(QPen(Qt::white, 1.6, Qt::SolidLine, Qt::RoundCap));
+    painter.drawLine(cross.topLeft(), cross.bottomRight());
+    painter.drawLine(cross.topRight(), cross.bottomLeft());
+    painter.restore();
+}
+
+}  // namespace
+
+ExitItemDelegate::ExitItemDelegate(QObject* parent)
+    : QStyledItemDelegate(parent), m_cross(QStringLiteral("://skins/delete.png")) {}
+
+bool ExitItemDelegate::CanDelete(int row, int rowCount) {
+    return row >= 1 && row <= rowCount - kFixedRows;
+}
+
+QRect ExitItemDelegate::CrossRect(const QRect& itemRect) {
+    return {itemRect.right() - kCrossRight, itemRect.top() + kCrossTop, kCrossSize, kCrossSize};
+}
+
+void ExitItemDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
+                             const QModelIndex& index) const {
+    DrawPictureItem(*painter, option, index, index.row() == 0);
+    if (IsMarked(option))
+        DrawSelectionFrame(*painter, option.rect);
+    if (!CanDelete(index.row(), index.model()->rowCount()))
+        return;
+    const QRectF square(CrossRect(option.rect));
+    if (m_cross.IsNull())
+        DrawPlainCross(*painter, square);
+    else
+        m_cross.Draw(*painter, QRectF(square.topLeft(), m_cross.FittedSize(square.size())));
+}
+
+QSize ExitItemDelegate::sizeHint(const QStyleOptionViewItem& option, const QModelIndex& /*index*/) const {
+    return PictureItemSize(option.decorationSize, true);
+}
+
+bool ExitItemDelegate::editorEvent(QEvent* event, QAbstractItemModel* model,
+                                   const QStyleOptionViewItem& option, const QModelIndex& index) {
+    switch (event->type()) {
+        case QEvent::MouseButtonPress:
+        case QEvent::MouseButtonDblClick:
+        case QEvent::MouseButtonRelease: {
+            auto* const mouse = static_cast<QMouseEvent*>(event);
+            const QPoint position(qRound(mouse->localPos().x()), qRound(mouse->localPos().y()));
+            const bool isHit =
+                CanDelete(index.row(), model->rowCount()) && CrossRect(option.rect).contains(position);
+            if (mouse->button() == Qt::LeftButton && TakeLeftButton(event->type(), isHit, index.row()))
+                return true;
+            break;
+        }
+        default:
+            break;
+    }
+    return QStyledItemDelegate::editorEvent(event, model, option, index);
+}
+
+// A click asks once, though its press, its release and the second press of a double click all arrive here. It
+// belongs to the place of its press, wherever it is let go.
+bool ExitItemDelegate::TakeLeftButton(QEvent::Type type, bool isHit, int row) {
+    const bool endsPress = type == QEvent::MouseButtonRelease && m_isPressed;
+    m_isPressed = type != QEvent::MouseButtonRelease;
+    if (endsPress)
+        return m_isClickOnCross;
+    m_isClickOnCross = isHit;
+    if (isHit && type != QEvent::MouseButtonDblClick)
+        Q_EMIT handleDeleteClick(row);
+    return isHit;
+}
+
+}  // namespace kivo

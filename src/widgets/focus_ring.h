@@ -1,0 +1,34 @@
+#pragma once
+
+// The line round the widget that has the keyboard. It shows after the focus came by the keyboard, and never
+// for the mouse. GUI thread.
+
+#include <QPointer>
+#include <QWidget>
+
+namespace kivo {
+
+class FocusRing : public QWidget {
+    Q_OBJECT
+
+public:
+    // Lies over `window`, which owns it, for as long as that lives. The corners follow a widget's property
+    // "focusRadius" (a number of pixels); a widget whose property "noFocusRing" is true gets none.
+    explicit FocusRing(QWidget* window);
+
+    // The widget that has the ring, or null.
+    QWidget* RingedWidget() const { return isVisibleTo(parentWidget()) ? m_target.data() : nullptr; }
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    void OnFocusIn(QWidget* widget, Qt::FocusReason reason);
+    bool IsInWindow(QWidget* widget) const;
+    void Follow();
+
+    QPointer<QWidget> m_target;  // kept while another window has the keyboard
+};
+
+}  // namespace kivo

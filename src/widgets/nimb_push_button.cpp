@@ -1,0 +1,459 @@
+#include "widgets/nimb_push_button.h"
+
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QPointer>
+#include <utility>
+
+#include "widgets/window_colors.h"
+
+namespace kivo {
+
+namespace colors = window_colors;
+
+namespace {
+
+constexpr qreal kPlateRadius = 10;
+constexpr qreal kChoiceRadius = 8;
+constexpr qreal kIconGap = 8;
+constexpr qreal kSideRoom = 6;  // between the edge and the widest text
+constexpr int kSmallestText = 11;
+constexpr QSizeF kAccentBar(24, 2.5);
+
+struct PlateColors {
+    QColor fill;
+    QColor edge;
+    QColor text;
+};
+
+PlateColors QuietColors(NimbPushButton::State state) {
+    switch (state) {
+        case NimbPushButton::Hover:
+            return {colors::kHoverFill, colors::kButtonEdgeHover, colors::kTextHigh};
+        case NimbPushButton::Pressed:
+            return {colors::kSelectedFill, colors::kAccentBright, Qt::white};
+        case NimbPushButton::Disabled:
+            return {colors::kButton, colors::kButtonEdgeOff, colors::kButtonTextOff};
+        case NimbPushButton::Normal:
+            break;
+    }
+    return {colors::kButton, colors::kButtonEdge, colors::kButtonText};
+}
+
+PlateColors PrimaryColors(NimbPushButton::State state) {
+    switch (state) {
+        case NimbPushButton::Hover:
+            return {colors::kAccentDeepHover, colors::kAccentBright, Qt::white};
+        case NimbPushButton::Pressed:
+            return {colors::kAccentDeepPress, colors::kAccentDeepEdge, Qt::white};
+        case NimbPushButton::Disabled:
+            return QuietColors(state);
+        case NimbPushButton::Normal:
+            break;
+    }
+    return {colors::kAccentDeep, colors::kAccentDeepEdge, Qt::white};
+}
+
+QColor ChoiceColor(NimbPushButton::State state, const QColor& off, const QColor& hover, const QColor& on) {
+    switch (state) {
+        case NimbPushButton::Hover:
+            return hover;
+        case NimbPushButton::Pressed:
+            return on;
+        case NimbPushButton::Disabled:
+            return colors::kChoiceOff;
+        case NimbPushButton::Normal:
+            break;
+    }
+    return off;
+}
+
+}  // namespace
+
+// While it lives, what the base class tells comes from the mouse. The button may go meanwhile.
+class NimbPushButton::ByMouse {
+public:
+    explicit ByMouse(NimbPushButton* button) : m_button(button) { button->m_byMouse = true; }
+    ~ByMouse() {
+        if (m_button)
+            m_button->m_byMouse = false;
+    }
+    Q_DISABLE_COPY_MOVE(ByMouse)
+
+private:
+    QPointer<NimbPushButton> m_button;
+};
+
+NimbPushButton::NimbPushButton(QWidget* parent)
+    : QPushButton(parent),
+      m_textColors{QColor(130, 130, 130), QColor(225, 225, 225), QColor(255, 255, 255), QColor(100, 100, 100),
+                   QColor(100, 100, 100)},
+      m_backColors{Qt::transparent, Qt::transparent, Qt::transparent, Qt::transparent, Qt::transparent} {
+    // Presses that do not come from the mouse (space, a shortcut, click(), assistive programs) count as well.
+    connect(this, &QPushButton::pressed, this, &NimbPushButton::TakePressWithoutMouse);
+    connect(this, &QPushButton::released, this, &NimbPushButton::LetGoWithoutMouse);
+    connect(this, &QPushButton::toggled, this, &NimbPushButton::TakeToggle);
+}
+
+NimbPushButton::NimbPushButton(const QString& text, QWidget* parent) : NimbPushButton(parent) {
+    setText(text);
+}
+
+void NimbPushButton::SetLook(Look look) {
+    m_look = look;
+    update();
+}
+
+void NimbPushButton::SetToggleMode(bool on) {
+    m_toggleMode = on;
+    TellChecked();
+    update();
+}
+
+void NimbPushButton::SetPressed(bool pressed) {
+    m_checked = pressed;
+    m_paintState = pressed ? Pressed : Normal;
+    TellChecked();
+    update();
+}
+
+void NimbPushButton::SetButtonEnabled(bool enabled) {
+    m_enabledFlag = enabled;
+    m_paintState = enabled ? Normal : Disabled;
+    // Deliberate: a toggle that is on is lit, whether it can be used or not, until the mouse leaves it.
+    if (m_toggleMode && m_checked)
+        m_paintState = Hover;
+    setEnabled(enabled);
+    update();
+}
+
+void NimbPushButton::SetCurIndex(int index) {
+    if (index != m_curIndex) {
+        m_curIndex = index;
+        Q_EMIT curIndexChanged(index);
+    }
+}
+
+void NimbPushButton::SetTextPixelSize(int pixels) {
+    m_textPixelSize = pixels;
+    updateGeometry();
+    update();
+}
+
+void NimbPushButton::SetTextFont(const QFont& font) {
+    m_textFont = font;
+    m_hasTextFont = true;
+    updateGeometry();
+    update();
+}
+
+void NimbPushButton::SetTextColors(const QVector<QColor>& colors) {
+    Q_ASSERT(colors.size() >= kStateCount);
+    m_textColors = colors;
+    update();
+}
+
+void NimbPushButton::SetBackColors(const QVector<QColor>& colors) {
+    Q_ASSERT(colors.size() >= kStateCount);
+    m_backColors = colors;
+    update();
+}
+
+void NimbPushButton::SetEllipse(bool on) {
+    m_ellipse = on;
+    update();
+}
+
+void NimbPushButton::SetUsesPictures(bool on) {
+    m_usesPictures = on;
+    update();
+}
+
+void NimbPushButton::SetPictures(const QString& normal, const QString& hover, const QString& pressed,
+                                 const QString& disabled) {
+    m_pictures = {SharpPicture(normal), SharpPicture(hover), SharpPicture(pressed), SharpPicture(disabled)};
+    SetUsesPictures(true);
+}
+
+void NimbPushButton::SetIcons(const QString& normal, const QString& pressed, const QSize& size) {
+    m_iconNormal = SharpPicture(normal);
+    m_iconPressed = SharpPicture(pressed);
+    m_iconSize = size;
+    updateGeometry();
+    update();
+}
+
+void NimbPushButton::SetIconDrawing(IconDrawing drawing, const QSize& size) {
+    m_iconDrawing = std::move(drawing);
+    m_iconSize = size;
+    updateGeometry();
+    update();
+}
+
+void NimbPushButton::SetCornerRadius(qreal radius) {
+    m_cornerRadius = radius;
+    setProperty("focusRadius", radius);
+    update();
+}
+
+void NimbPushButton::enterEvent(QEvent* event) {
+    const QPointer<NimbPushButton> guard(this);
+    Q_EMIT OverSignal(this, true);
+    if (!guard)
+        return;
+    if (!m_toggleMode && m_enabledFlag)
+        m_paintState = Hover;
+    if (m_enabledFlag)
+        update();
+    QPushButton::enterEvent(event);
+}
+
+void NimbPushButton::leaveEvent(QEvent* event) {
+    const QPointer<NimbPushButton> guard(this);
+    if (m_leftSincePress)
+        Q_EMIT OverSignal(this, false);
+    if (!guard)
+        return;
+    m_leftSincePress = true;
+    if (m_toggleMode)
+        m_paintState = m_checked ? Pressed : Normal;
+    else if (m_enabledFlag)
+        m_paintState = Normal;
+    if (m_toggleMode || m_enabledFlag)
+        update();
+    QPushButton::leaveEvent(event);
+}
+
+// False when whoever was told has deleted the button.
+bool NimbPushButton::TakePress(QMouseEvent* event) {
+    const QPointer<NimbPushButton> guard(this);
+    Q_EMIT mousePressSignal(event);
+    if (!guard)
+        return false;
+    m_checked = !m_checked;
+    m_paintState = m_toggleMode && !m_checked ? Normal : Pressed;
+    TellChecked();
+    update();
+    Q_EMIT EnterSignal(this);
+    if (!guard)
+        return false;
+    m_leftSincePress = false;
+    return true;
+}
+
+// The base class's own checked state is what assistive programs are told. It says the same as m_checked, and
+// nobody is to take it for a change of its own.
+void NimbPushButton::TellChecked() {
+    const QSignalBlocker blocker(this);
+    setCheckable(m_toggleMode);
+    setChecked(m_checked);
+}
+
+// Somebody has changed the base class's state without a press, as assistive programs do: that is a click.
+void NimbPushButton::TakeToggle(bool checked) {
+    if (checked == m_checked)
+        return;
+    const QPointer<NimbPushButton> guard(this);
+    click();
+    if (guard)
+        TellChecked();
+}
+
+void NimbPushButton::mousePressEvent(QMouseEvent* event) {
+    if (!m_enabledFlag) {
+        event->ignore();
+        return;
+    }
+    const ByMouse byMouse(this);
+    if (event->button() == Qt::LeftButton && !TakePress(event))
+        return;
+    QPushButton::mousePressEvent(event);
+}
+
+// The base class tells of a press again when the mouse comes back with its button held; that is no new one.
+void NimbPushButton::mouseMoveEvent(QMouseEvent* event) {
+    const ByMouse byMouse(this);
+    QPushButton::mouseMoveEvent(event);
+}
+
+void NimbPushButton::mouseReleaseEvent(QMouseEvent* event) {
+    if (!m_enabledFlag) {
+        event->ignore();
+        return;
+    }
+    const ByMouse byMouse(this);
+    QPushButton::mouseReleaseEvent(event);
+}
+
+// Enter works on every button, not only in dialogs.
+void NimbPushButton::keyPressEvent(QKeyEvent* event) {
+    const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (!isEnter) {
+        QPushButton::keyPressEvent(event);
+        return;
+    }
+    if (!event->isAutoRepeat())
+        click();
+}
+
+void NimbPushButton::TakePressWithoutMouse() {
+    if (m_byMouse || !m_enabledFlag)
+        return;
+    const QPointF middle = QRectF(rect()).center();
+    QMouseEvent press(QEvent::MouseButtonPress, middle, mapToGlobal(middle.toPoint()), Qt::LeftButton,
+                      Qt::LeftButton, Qt::NoModifier);
+    TakePress(&press);
+}
+
+// The mouse's going ends a press by mouse; this ends the others.
+void NimbPushButton::LetGoWithoutMouse() {
+    if (m_byMouse || m_toggleMode || !m_enabledFlag)
+        return;
+    m_paintState = underMouse() ? Hover : Normal;
+    update();
+}
+
+// What the person sees: the paint state, and beside it what a look has to tell apart.
+NimbPushButton::State NimbPushButton::DrawnState() const {
+    if (!isEnabled() && (m_look != Look::Bare || m_enabledFlag))
+        return Disabled;
+    if (m_toggleMode && m_enabledFlag && m_paintState == Normal && underMouse())
+        return Hover;
+    return static_cast<State>(m_paintState);
+}
+
+QColor NimbPushButton::TextColor(State state) const {
+    switch (m_look) {
+        case Look::Quiet:
+            return QuietColors(state).text;
+        case Look::Primary:
+            return PrimaryColors(state).text;
+        case Look::Choice:
+            // The accent marks what is chosen: the icon, or the text where there is none.
+            return ChoiceColor(state, colors::kTextMid, colors::kTextHigh,
+                               m_iconSize.isEmpty() ? colors::kAccentBright : colors::kTextHigh);
+        case Look::Tab:
+        case Look::Bare:
+            break;
+    }
+    return m_textColors.value(state);
+}
+
+QColor NimbPushButton::IconColor(State state) const {
+    if (m_look == Look::Choice)
+        return ChoiceColor(state, colors::kChoiceIcon, colors::kTextHigh, colors::kAccentBright);
+    return TextColor(state);
+}
+
+qreal NimbPushButton::CornerRadius() const {
+    if (m_cornerRadius >= 0)
+        return m_cornerRadius;
+    return m_look == Look::Choice ? kChoiceRadius : kPlateRadius;
+}
+
+QFont NimbPushButton::FittedFont(qreal width) const {
+    QFont font = m_hasTextFont ? m_textFont : this->font();
+    for (int pixels = m_textPixelSize;; --pixels) {
+        font.setPixelSize(pixels);
+        if (pixels <= kSmallestText || QFontMetricsF(font).horizontalAdvance(text()) <= width)
+            return font;
+    }
+}
+
+QSize NimbPushButton::sizeHint() const {
+    const QFontMetricsF metrics(FittedFont(QWIDGETSIZE_MAX));
+    qreal width = 2 * kPlateRadius + metrics.horizontalAdvance(text());
+    if (!m_iconSize.isEmpty())
+        width += m_iconSize.width() + (text().isEmpty() ? 0 : kIconGap);
+    const qreal height = qMax(metrics.height(), static_cast<qreal>(m_iconSize.height())) + kPlateRadius;
+    return QSizeF(width, height).toSize();
+}
+
+void NimbPushButton::paintEvent(QPaintEvent* /*event*/) {
+    const State state = DrawnState();
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const SharpPicture& picture = m_pictures[state];
+    if (m_usesPictures && !picture.IsNull())
+        picture.Draw(painter, rect());
+    else if (m_look == Look::Bare)
+        DrawBareGround(painter, state);
+    else
+        DrawPlate(painter, state);
+    DrawContents(painter, state);
+}
+
+void NimbPushButton::DrawPlate(QPainter& painter, State state) const {
+    const qreal radius = CornerRadius();
+    painter.save();
+    if (m_look == Look::Quiet || m_look == Look::Primary) {
+        const PlateColors plate = m_look == Look::Quiet ? QuietColors(state) : PrimaryColors(state);
+        // On the half pixel, so that the edge covers whole ones.
+        painter.setPen(QPen(plate.edge, 1));
+        painter.setBrush(plate.fill);
+        painter.drawRoundedRect(QRectF(rect()).adjusted(.5, .5, -.5, -.5), radius - .5, radius - .5);
+    } else if (state == Pressed) {
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(colors::kSelectedFill);
+        painter.drawRoundedRect(QRectF(rect()), radius, radius);
+        if (m_look == Look::Tab) {
+            const QPointF corner((width() - kAccentBar.width()) / 2, height() - kAccentBar.height());
+            painter.setBrush(colors::kAccentBright);
+            painter.drawRoundedRect(QRectF(corner, kAccentBar), kAccentBar.height() / 2,
+                                    kAccentBar.height() / 2);
+        }
+    }
+    painter.restore();
+}
+
+void NimbPushButton::DrawBareGround(QPainter& painter, State state) const {
+    // A state without a picture shows that of the normal one.
+    if (m_usesPictures) {
+        m_pictures[Normal].Draw(painter, rect());
+        return;
+    }
+    painter.save();
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(m_backColors.value(state));
+    if (m_ellipse)
+        painter.drawEllipse(rect());
+    else
+        painter.drawRect(rect());
+    painter.restore();
+}
+
+// Icon and text as one group in the middle.
+void NimbPushButton::DrawContents(QPainter& painter, State state) const {
+    const bool hasText = !text().isEmpty();
+    const qreal iconRoom = m_iconSize.isEmpty() ? 0 : m_iconSize.width() + (hasText ? kIconGap : 0);
+    const qreal room = width() - 2 * kSideRoom - iconRoom;
+    const QFont font = FittedFont(room);
+    const QFontMetricsF metrics(font);
+    const QString shown = hasText ? metrics.elidedText(text(), Qt::ElideRight, room) : QString();
+    const qreal textWidth = qMin(metrics.horizontalAdvance(shown), qMax(room, 0.0));
+    // On a whole pixel, or an icon's lines would be blurred.
+    const qreal left = qRound((width() - iconRoom - textWidth) / 2);
+    if (!m_iconSize.isEmpty())
+        DrawIcon(painter, QRectF(QPointF(left, qRound((height() - m_iconSize.height()) / 2.0)), m_iconSize),
+                 state);
+    if (!hasText)
+        return;
+    painter.setFont(font);
+    painter.setPen(TextColor(state));
+    painter.drawText(QRectF(left + iconRoom, 0, textWidth + 1, height()),
+                     Qt::AlignVCenter | Qt::AlignLeft | Qt::TextSingleLine | Qt::TextDontClip, shown);
+}
+
+void NimbPushButton::DrawIcon(QPainter& painter, const QRectF& rect, State state) const {
+    painter.save();
+    if (state == Disabled)
+        painter.setOpacity(m_iconDrawing ? 1.0 : 0.45);
+    if (m_iconDrawing)
+        m_iconDrawing(painter, rect, IconColor(state), state);
+    else
+        (state == Pressed ? m_iconPressed : m_iconNormal).Draw(painter, rect);
+    painter.restore();
+}
+
+}  // namespace kivo

@@ -1,0 +1,7 @@
+#include "widgets/photo_area.h"
+
+namespace kivo {
+
+PhotoArea::PhotoArea(QWidget* parent) : QWidget(parent) {}
+
+}  // namespace kivo

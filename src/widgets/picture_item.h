@@ -1,0 +1,33 @@
+#pragma once
+
+// How a picture with its name looks in a list: shared by the delegates, so that both lists are alike.
+// Distances in pixels of the list.
+
+#include <QRect>
+#include <QSize>
+
+class QModelIndex;
+class QPainter;
+class QStyleOptionViewItem;
+
+namespace kivo {
+
+// The size of an item: the picture, 6 pixels round it, and a line for the name where it has one.
+QSize PictureItemSize(const QSize& pictureSize, bool hasName);
+
+// Where the picture stands in its item, and the radius of its corners.
+QRect PicturePlace(const QRect& itemRect, const QSize& pictureSize);
+inline constexpr qreal kPictureRadius = 6;
+
+// The picture in its place of the item, as large as option.decorationSize, with round corners; below it the
+// name.
+void DrawPictureItem(QPainter& painter, const QStyleOptionViewItem& option, const QModelIndex& index,
+                     bool isAction);
+
+// Whether the item is selected or under the mouse.
+bool IsMarked(const QStyleOptionViewItem& option);
+
+// The grey frame of such an item, wholly inside its rectangle.
+void DrawSelectionFrame(QPainter& painter, const QRect& itemRect);
+
+}  // namespace kivo

@@ -1,0 +1,33 @@
+#pragma once
+
+// A chooser that tells when it is about to open its list. Draws itself and its list in the window's colours.
+// GUI thread.
+
+#include <QComboBox>
+
+namespace kivo {
+
+class PressCombobox : public QComboBox {
+    Q_OBJECT
+
+public:
+    explicit PressCombobox(QWidget* parent = nullptr);
+
+    void showPopup() override;
+
+Q_SIGNALS:
+    // A left press, or a key that opens the list; the list opens afterwards.
+    void clicked();
+
+protected:
+    void mousePressEvent(QMouseEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void enterEvent(QEvent* event) override;
+    void leaveEvent(QEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    bool m_atKey = false;  // the base class is at work on a key
+};
+
+}  // namespace kivo

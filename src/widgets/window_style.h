@@ -1,0 +1,23 @@
+#pragma once
+
+// The colours of what Qt draws by itself: scroll bars, tool tips, menus, lists, and dialogs of the toolkit.
+// GUI thread.
+
+#include <QPalette>
+#include <QString>
+
+class QApplication;
+
+namespace kivo {
+
+// For the whole program. Says nothing about check boxes and nothing about the widgets of Qt's own file
+// dialog, which the palette below keeps readable.
+QString WindowStyleSheet();
+
+// Dark, from the window's colours.
+QPalette WindowPalette();
+
+// Both of them, and what a style sheet cannot do: round corners of tool tips and menus. Once, at start.
+void ApplyWindowStyle(QApplication& application);
+
+}  // namespace kivo

@@ -1,0 +1,7 @@
+#include "widgets/zoom_label.h"
+
+namespace kivo {
+
+ZoomLabel::ZoomLabel(QWidget* parent) : QLabel(parent) {}
+
+}  // namespace kivo

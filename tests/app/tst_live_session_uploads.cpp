@@ -1,0 +1,424 @@
+#include <QtTest>
+
+#include "app/live_session.h"
+#include "app/nimb_process_thread.h"
+#include "config/folders.h"
+#include "forwarding_hid_api.h"
+#include "resources/resources.h"
+#include "session_start.h"
+#include "virtualscreen/virtual_hid_api.h"
+
+using namespace kivo;
+using namespace kivo::test;
+
+// What a window asks of the session while it runs: apply, stop, start, and what becomes of frames that no
+// screen took.
+class TestLiveSessionUploads : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void init();
+    void RefreshIsStoppedAndStartedAgain();
+    void RefreshAskedForDuringAnUploadStartsAfterIt();
+    void StopRefreshTakesThatBack();
+    void ApplyBetweenStopAndStart();
+    void ApplyWhileRefreshing();
+    void FailedUploadLeavesAppliedStateAndTextsAlone();
+    void FailedFrameIsSentWhenAScreenArrives();
+    void FrameMadeWithoutAScreenIsPending();
+    void NothingPendingSendsNothing();
+    void PanelThatStartsBlankGetsAWholePicture();
+    void ScreenThatArrivesDuringAFailingUpload();
+    void TwoUploadsAtOnce();
+    void UploadTakesThePlaceOfASilentOne();
+    void MissingBackgroundIsComposedAgainWithoutSending();
+    void BackgroundThatIsThereIsKept();
+    void PowerAndTemperatureOutliveARefreshThread();
+    void RedrawnValuesAreSentInFull();
+    void EndWaitsForARefreshThreadThatWasStopped();
+    void NothingStartsAfterTheEnd();
+
+private:
+    ScreenState Portrait() const;
+
+    ScreenState m_state;
+};
+
+namespace {
+
+const QString kBin = QStringLiteral(KIVO_BIN_DIR);
+constexpr int kPatienceMs = 20000;
+
+quint64 Frames(const VirtualHidApi& panel) {
+    return panel.State().counts.frames;
+}
+
+}  // namespace
+
+void TestLiveSessionUploads::initTestCase() {
+    InitResources();
+    InstallFontSubstitutes();
+    QLoggingCategory::setFilterRules(QStringLiteral("*.debug=false"));
+}
+
+void TestLiveSessionUploads::init() {
+    QVERIFY(QDir(SettingsFolder()).removeRecursively());
+    QVERIFY(QDir(WorkingFolder()).removeRecursively());
+    m_state = LoadState(kBin, InterfaceLanguage::English);
+}
+
+ScreenState TestLiveSessionUploads::Portrait() const {
+    ScreenState state = m_state;
+    state.orientation = Orientation::Portrait;
+    state.layout = FactoryThemeLayout(state.theme, state.orientation, InterfaceLanguage::English);
+    return state;
+}
+
+void TestLiveSessionUploads::RefreshIsStoppedAndStartedAgain() {
+    VirtualHidApi panel;
+    LiveSession session(panel, InterfaceLanguage::English, kShortPauses);
+    Open(session, m_state);
+    for (int k = 0; k < 20; ++k) {
+        session.StartRefresh();
+        session.StartRefresh();  // one is enough
+        const quint64 areas = panel.State().counts.areas;
+        QTRY_VERIFY(panel.State().counts.areas > areas);
+        session.StopRefresh();
+        session.StopRefresh();
+    }
+    QVERIFY(session.Stop());
+    QCOMPARE(panel.State().counts.errors, quint64(0));
+    QCOMPARE(Frames(panel), quint64(0));
+}
+
+void TestLiveSessionUploads::RefreshAskedForDuringAnUploadStartsAfterIt() {
+    VirtualHidApi panel;
+    LiveSession session(panel, InterfaceLanguage::English, kShortPauses);
+    QSignalSpy done(&session, &LiveSession::uploadDone);
+    Open(session, m_state);
+    session.StartUpload();
+    session.StartRefresh();
+    QVERIFY(done.wait(kPatienceMs));
+    QTRY_VERIFY(panel.State().counts.areas > 0);
+}
+
+void TestLiveSessionUploads::StopRefreshTakesThatBack() {
+    VirtualHidApi panel;
+    LiveSession session(panel, InterfaceLanguage::English, kShortPauses);
+    QSignalSpy done(&session, &LiveSession::uploadDone);
+    Open(session, m_state);
+    session.StartUpload();
+    session.StartRefresh();
+    session.StopRefresh();
+    QVERIFY(done.wait(kPatienceMs));
+    QVERIFY(session.Stop());
+    QCOMPARE(panel.State().counts.areas, quint64(0));
+}
+
+void TestLiveSessionUploads::ApplyBetweenStopAndStart() {
+    VirtualHidApi panel;
+    LiveSession session(panel, InterfaceLanguage::English, kShortPauses);
+    QSignalSpy done(&session, &LiveSession::uploadDone);
+    StartWithFrame(session, m_state);
+    QVERIFY(done.wait(kPatienceMs));
+    QTRY_VERIFY(panel.State().counts.areas > 0);
+
+    session.StopRefresh();
+    session.SetChosen(Portrait());
+    QVERIFY(session.Applied() == m_state);
+    session.StartUpload();
+    QVERIFY(done.wait(kPatienceMs));
+    session.StartRefresh();
+
+    QVERIFY(session.Applied() == Portrait());
+    QCOMPARE(panel.State().orientation, std::optional<int>(2));
+    const quint64 areas = panel.State().counts.areas;
+    QTRY_VERIFY(panel.State().counts.areas > areas);
+    QVERIFY(session.Stop());
+    QCOMPARE(panel.State().counts.errors, quint64(0));
+    QCOMPARE(Frames(panel), quint64(2));
+}
+
+void TestLiveSessionUploads::ApplyWhileRefreshing() {
+    VirtualHidApi panel;
+    LiveSession session(panel, InterfaceLanguage::English, kShortPauses);
+    QSignalSpy done(&session, &LiveSession::uploadDone);
+    Open(session, m_state);
+    session.StartRefresh();
+    for (quint64 k = 1; k <= 5; ++k) {
+        const quint64 areas = panel.State().counts.areas;
+        QTRY_VERIFY(panel.State().counts.areas > areas);
+        session.SetChosen(k % 2 == 1 ? Portrait() : m_state);
+        session.StartUpload();
+        QVERIFY(done.wait(kPatienceMs));
+        QVERIFY(!session.HasPendingFrame());
+        QCOMPARE(Frames(panel), k);
+    }
+    // No area ever came between the chunks of a frame, and the thread goes on.
+    const quint64 areas = panel.State().counts.areas;
+    QTRY_VERIFY(panel.State().counts.areas > areas);
+    QVERIFY(session.Stop());
+    QCOMPARE(panel.State().counts.errors, quint64(0));
+}
+
+void TestLiveSessionUploads::FailedUploadLeavesAppliedStateAndTextsAlone() {
+    VirtualHidApi panel;
+    LiveSession session(panel, InterfaceLanguage::English, kShortPauses);
+    QSignalSpy done(&session, &LiveSession::uploadDone);
+    Open(session, m_state);
+    session.StartUpload();
+    QVERIFY(done.wait(kPatienceMs));
+    QVERIFY(done.takeFirst().first().toBool());
+    const ItemTexts shown = session.ShownTexts();
+    QVERIFY(!shown[MemoryUsage].isEmpty());
+
+    panel.VanishAtReport(14);
+    session.SetChosen(Portrait());
+    session.StartUpload();
+    QVERIFY(done.wait(kPatienceMs));
+    QVERIFY(!done.takeFirst().first().toBool());
+    QVERIFY(session.HasPendingFrame());
+    QVERIFY(session.Applied() == m_state);
+    QVERIFY(session.ShownTexts() == shown);
+}
+
+void TestLiveSessionUploads::FailedFrameIsSentWhenAScreenArrives() {
+    VirtualHidApi panel;
+    LiveSession session(panel, InterfaceLanguage::English, kShortPauses);
+    QSignalSpy done(&session, &LiveSession::uploadDone);
+    Open(session, m_state);
+    session.StartRefresh();
+    panel.VanishAtReport(14);
+    session.StopRefresh();
+    session.SetChosen(Portrait());
+    session.StartUpload();
+    session.StartRefresh();
+    QVERIFY(done.wait(kPatienceMs));
+    QVERIFY(session.HasPendingFrame());
+
+    // What is being edited when it comes back is not what was applied.
+    ScreenState edited = Portrait();
+    edited.layout.shown.fill(false);
+    session.SetChosen(edited);
+    panel.ClearFaults();
+    panel.Plug();
+    QVERIFY(session.SendPendingFrame());
+    QVERIFY(done.wait(kPatienceMs));
+    QVERIFY(done.last().first().toBool());
+    QVERIFY(!session.HasPendingFrame());
+    QVERIFY(session.Applied() == Portrait());
+    QCOMPARE(Frames(panel), quint64(1));
+    const quint64 areas = panel.State().counts.areas;
+    QTRY_VERIFY(panel.State().counts.areas > areas);
+    QVERIFY(session.Stop());
+    QCOMPARE(panel.State().counts.errors, quint64(0));
+}
+
+void TestLiveSessionUploads::FrameMadeWithoutAScreenIsPending() {
+    VirtualHidApi panel;
+    panel.Unplug();
+    LiveSession session(panel, InterfaceLanguage::English, kShortPauses);
+    QSignalSpy done(&session, &LiveSession::uploadDone);
+    Open(session, m_state);
+    session.StartUpload();
+    QVERIFY(done.wait(kPatienceMs));
+    QVERIFY(!done.takeFirst().first().toBool());
+    QVERIFY(session.HasPendingFrame());
+
+    // It stays so until one was taken.
+    QVERIFY(session.SendPendingFrame());
+    QVERIFY(done.wait(kPatienceMs));
+    QVERIFY(!done.takeFirst().first().toBool());
+    QVERIFY(session.HasPendingFrame());
+
+    panel.Plug();
+    session.OpenScreen();
+    QVERIFY(session.SendPendingFrame());
+    QVERIFY(done.wait(kPatienceMs));
+    QVERIFY(done.takeFirst().first().toBool());
+    QVERIFY(!session.HasPendingFrame());
+    QCOMPARE(Frames(panel), quint64(1));
+}
+
+void TestLiveSessionUploads::NothingPendingSendsNothing() {
+    VirtualHidApi panel;
+    LiveSession session(panel, InterfaceLanguage::English, kShortPauses);
+    QSignalSpy done(&session, &LiveSession::uploadDone);
+    Open(session, m_state);
+    QVERIFY(!session.HasPendingFrame());
+    QVERIFY(!session.SendPendingFrame());
+    QVERIFY(!session.IsUploading());
+    session.StartUpload();
+    QVERIFY(session.HasPendingFrame());  // not there yet
+    QVERIFY(done.wait(kPatienceMs));
+    QVERIFY(!session.SendPendingFrame());
+    QVERIFY(!session.IsUploading());
+}
+
+void TestLiveSessionUploads::PanelThatStartsBlankGetsAWholePicture() {
+    VirtualHidApi panel;
+    LiveSession session(panel, InterfaceLanguage::English, kShortPauses);
+    session.SetPanelStartsBlank(true);
+    Open(session, m_state);
+    QVERIFY(session.HasPendingFrame());
+    QVERIFY(session.SendPendingFrame());
+    QTRY_VERIFY(panel.State().counts.areas > 0);
+    QCOMPARE(Frames(panel), quint64(1));
+    QVERIFY(!session.HasPendingFrame());
+}
+
+void TestLiveSessionUploads::ScreenThatArrivesDuringAFailingUpload() {
+    VirtualHidApi panel;
+    HangingHidApi hid(panel);
+    LiveSession session(hid, InterfaceLanguage::English, kShortPauses);
+    QSignalSpy done(&session, &LiveSession::uploadDone);
+    Open(session, m_state);
+    hid.hang = true;
+    session.StartUpload();
+    QVERIFY(hid.entered.tryAcquire(1, kPatienceMs));
+    // In the middle of a chunk it is pulled out and put back.
+    panel.Unplug();
+    panel.Plug();
+    QVERIFY(session.SendPendingFrame());
+    QCOMPARE(Frames(panel), quint64(0));
+    hid.hang = false;
+    hid.letGo.release();
+    QVERIFY(done.wait(kPatienceMs));
+    QCOMPARE(done.count(), 1);
+    QVERIFY(done.first().first().toBool());
+    QCOMPARE(Frames(panel), quint64(1));
+}
+
+void TestLiveSessionUploads::TwoUploadsAtOnce() {
+    VirtualHidApi panel;
+    LiveSession session(panel, InterfaceLanguage::English, kShortPauses);
+    QSignalSpy done(&session, &LiveSession::uploadDone);
+    Open(session, m_state);
+    int reports = 0;
+    const auto count = [this, &reports](NimbProcessThread& upload) {
+        connect(&upload, &NimbProcessThread::DoProcessDlg, this, [&reports] { ++reports; });
+    };
+    QVERIFY(session.StartUpload(count) != nullptr);
+    session.SetChosen(Portrait());
+    QVERIFY(session.StartUpload(count) != nullptr);
+    QVERIFY(done.wait(kPatienceMs));
+    QCOMPARE(done.count(), 1);
+    QVERIFY(done.first().first().toBool());
+    // Each was whole and closed its dialog; what was chosen last is what is shown.
+    QTRY_COMPARE(reports, 2);
+    QCOMPARE(Frames(panel), quint64(2));
+    QCOMPARE(panel.State().counts.errors, quint64(0));
+    QVERIFY(session.Applied() == Portrait());
+}
+
+void TestLiveSessionUploads::UploadTakesThePlaceOfASilentOne() {
+    VirtualHidApi panel;
+    // The silent one would wait for ever.
+    LiveSession session(panel, InterfaceLanguage::English,
+                        {std::chrono::milliseconds(20), std::chrono::hours(10)});
+    QSignalSpy done(&session, &LiveSession::uploadDone);
+    session.SetPanelStartsBlank(true);
+    Open(session, m_state);
+    QVERIFY(session.SendPendingFrame());
+    session.StopRefresh();
+    session.SetChosen(Portrait());
+    QVERIFY(session.StartUpload() != nullptr);
+    QVERIFY(done.wait(kPatienceMs));
+    QVERIFY(done.first().first().toBool());
+    QCOMPARE(Frames(panel), quint64(1));
+    QVERIFY(session.Applied() == Portrait());
+    QVERIFY(!session.IsUploading());
+}
+
+void TestLiveSessionUploads::MissingBackgroundIsComposedAgainWithoutSending() {
+    const QString whole = WorkingFolder() + QStringLiteral("/whole.png");
+    QVERIFY(!QFile::exists(whole));
+    VirtualHidApi panel;
+    panel.Unplug();
+    LiveSession session(panel, InterfaceLanguage::English, kShortPauses);
+    Open(session, m_state);
+    session.StartRefresh();
+    QTRY_VERIFY(QFile::exists(whole));
+    QVERIFY(session.Stop());
+    QCOMPARE(QImage(whole).size(), CanvasSize(m_state.orientation));
+    QVERIFY(!session.IsUploading());
+    QCOMPARE(panel.State().counts.commands, quint64(0));
+}
+
+void TestLiveSessionUploads::BackgroundThatIsThereIsKept() {
+    const QString whole = WorkingFolder() + QStringLiteral("/whole.png");
+    QImage mine(CanvasSize(m_state.orientation), QImage::Format_RGB16);
+    mine.fill(Qt::darkMagenta);
+    QVERIFY(mine.save(whole));
+    VirtualHidApi panel;
+    LiveSession session(panel, InterfaceLanguage::English, kShortPauses);
+    Open(session, m_state);
+    session.StartRefresh();
+    QTRY_VERIFY(panel.State().counts.areas > 0);
+    QVERIFY(session.Stop());
+    QCOMPARE(QImage(whole).convertToFormat(QImage::Format_RGB16), mine);
+}
+
+void TestLiveSessionUploads::PowerAndTemperatureOutliveARefreshThread() {
+    VirtualHidApi panel;
+    LiveSession session(panel, InterfaceLanguage::English, kShortPauses);
+    Open(session, m_state);
+    session.StartRefresh();
+    session.SetCpuPowClock(83, 61);
+    session.StopRefresh();
+    session.StartRefresh();
+    QCOMPARE(session.LiveText(CpuPower), QStringLiteral("83w"));
+    QTRY_COMPARE(session.ShownTexts()[CpuTemperature], QStringLiteral("61℃"));
+    QCOMPARE(session.LiveText(OtherText), QString());
+}
+
+void TestLiveSessionUploads::RedrawnValuesAreSentInFull() {
+    VirtualHidApi panel;
+    QVERIFY(HasPlace(m_state, CpuTemperature));
+    AreaCountingHidApi hid(panel, m_state.layout.textRect[CpuTemperature].center());
+    LiveSession session(hid, InterfaceLanguage::English, kShortPauses);
+    session.SetCpuPowClock(83, 61);
+    Open(session, m_state);
+    session.StartRefresh();
+    QTRY_VERIFY(hid.count == 1);
+    // A value that stands still is not sent again, however many rounds go by...
+    const quint64 commands = panel.State().counts.commands;
+    QTRY_VERIFY(panel.State().counts.commands >= commands + 3);
+    QCOMPARE(hid.count.load(), 1);
+    // ... but for a screen that came back.
+    session.RedrawValues();
+    QTRY_COMPARE(hid.count.load(), 2);
+}
+
+void TestLiveSessionUploads::EndWaitsForARefreshThreadThatWasStopped() {
+    VirtualHidApi panel;
+    HangingHidApi hid(panel);
+    LiveSession session(hid, InterfaceLanguage::English, kShortPauses);
+    Open(session, m_state);
+    hid.hang = true;
+    session.StartRefresh();
+    QVERIFY(hid.entered.tryAcquire(1, kPatienceMs));
+    session.StopRefresh();  // comes back although the thread cannot
+    QVERIFY(!session.Stop());
+    hid.hang = false;
+    hid.letGo.release();
+    QTRY_VERIFY(session.Stop());
+}
+
+void TestLiveSessionUploads::NothingStartsAfterTheEnd() {
+    VirtualHidApi panel;
+    LiveSession session(panel, InterfaceLanguage::English, kShortPauses);
+    session.SetPanelStartsBlank(true);
+    Open(session, m_state);
+    const quint64 commands = panel.State().counts.commands;
+    QVERIFY(session.Stop());
+    session.StartRefresh();
+    QVERIFY(session.StartUpload() == nullptr);
+    QVERIFY(!session.SendPendingFrame());
+    QVERIFY(session.Stop());
+    QCOMPARE(panel.State().counts.commands, commands);
+}
+
+QTEST_MAIN(TestLiveSessionUploads)
+#include "tst_live_session_uploads.moc"

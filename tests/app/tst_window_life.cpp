@@ -1,0 +1,174 @@
+#include <QScreen>
+
+#include "app/nimb_process_dialog.h"
+#include "compose/theme_state.h"
+#include "config/pending_frame.h"
+#include "widgets/exit_message_box.h"
+#include "window_test_support.h"
+
+using namespace kivo;
+using namespace kivo::test;
+
+// Ends and beginnings that nobody plans: cut off, half done, one dialog over another.
+class TestWindowLife : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void init();
+    void EndsWhileTextIsTyped();
+    void EndsInTheMiddleOfATrim();
+    void FrameAppliedWithoutAScreenIsSentAtTheNextStart();
+    void FirstRunThatIsCutOffIsDoneAgain();
+    void FirstRunWaitsForADialog();
+    void ExitIsAskedAfterAnUpload();
+    void WindowOnAScreenThatIsGoneComesBack();
+    void ApplyingOnePageLeavesTheOtherOnesEdits_data();
+    void ApplyingOnePageLeavesTheOtherOnesEdits();
+    void CancelLeavesTheKeyboardOnEdit();
+};
+
+void TestWindowLife::initTestCase() {
+    PrepareApplication();
+}
+
+void TestWindowLife::init() {
+    SetUpProfile();
+}
+
+void TestWindowLife::EndsWhileTextIsTyped() {
+    Desk desk;
+    desk.Show();
+    desk.Click("btnImage");
+    desk.Click("btnEdit");
+    desk.window->slotShowColorbar(1);
+    QVERIFY(desk.Editor()->IsTextEntryOpen());
+    desk.Close();
+}
+
+void TestWindowLife::EndsInTheMiddleOfATrim() {
+    Desk desk;
+    desk.Show();
+    desk.Click("btnImage");
+    desk.Click("btnEdit");
+    QTest::mouseClick(desk.Find("trimButton"), Qt::LeftButton);
+    QVERIFY(desk.Editor()->IsTrimMode());
+    QTest::mousePress(desk.Editor(), Qt::LeftButton, Qt::NoModifier, QPoint(200, 150));
+    QTest::mouseMove(desk.Editor(), QPoint(210, 155));
+    desk.Close();
+}
+
+void TestWindowLife::FrameAppliedWithoutAScreenIsSentAtTheNextStart() {
+    {
+        Desk desk;
+        desk.Show();
+        desk.panel.Unplug();
+        desk.ClickRow("themeList", int(Theme::Tdp));
+        desk.Apply();
+        QVERIFY(IsFramePending());
+    }
+    Desk desk;
+    QTRY_COMPARE_WITH_TIMEOUT(desk.panel.State().counts.frames, quint64(1), 20000);
+    QVERIFY(!desk.window->isVisible());
+    QTRY_VERIFY_WITH_TIMEOUT(!IsFramePending(), 20000);
+    QTRY_VERIFY_WITH_TIMEOUT(desk.panel.State().counts.areas > 0, 20000);
+    QCOMPARE(int(desk.window->Session().Applied().theme), int(Theme::Tdp));
+    desk.Close();
+    Desk again;
+    QTRY_VERIFY_WITH_TIMEOUT(again.panel.State().counts.areas > 5, 20000);
+    QCOMPARE(again.panel.State().counts.frames, quint64(0));
+}
+
+void TestWindowLife::FirstRunThatIsCutOffIsDoneAgain() {
+    ForgetEverything();
+    {
+        Desk desk;
+        // The program is told to end while its first frame is being prepared.
+        OnNextDialog<NimbProcessDialog>(desk.window.get(), [](NimbProcessDialog*) {
+            QTimer::singleShot(50, qApp, &QCoreApplication::quit);
+        });
+        QTimer::singleShot(20000, desk.window.get(), [] { QCoreApplication::exit(77); });
+        QCOMPARE(QApplication::exec(), 0);
+        QCOMPARE(desk.panel.State().counts.frames, quint64(0));
+    }
+    configFolderCreated = 0;  // another process would begin so
+    Desk desk;
+    QTRY_COMPARE_WITH_TIMEOUT(desk.panel.State().counts.frames, quint64(1), 20000);
+}
+
+void TestWindowLife::FirstRunWaitsForADialog() {
+    ForgetEverything();
+    Desk desk;
+    QTimer::singleShot(1500, desk.window.get(), [&] {
+        QCOMPARE(desk.panel.State().counts.frames, quint64(0));
+        auto* box = qobject_cast<ExitMessageBox*>(QApplication::activeModalWidget());
+        QVERIFY(box != nullptr);
+        box->reject();
+    });
+    desk.window->slotExit();
+    QTRY_COMPARE_WITH_TIMEOUT(desk.panel.State().counts.frames, quint64(1), 20000);
+}
+
+void TestWindowLife::ExitIsAskedAfterAnUpload() {
+    Desk desk;
+    desk.Show();
+    OnNextDialog<NimbProcessDialog>(desk.window.get(), [&](NimbProcessDialog*) { desk.window->slotExit(); });
+    desk.Apply();
+    bool asked = false;
+    OnNextDialog<ExitMessageBox>(desk.window.get(), [&](ExitMessageBox* box) {
+        asked = true;
+        box->reject();
+    });
+    QTRY_VERIFY(asked);
+    QCOMPARE(desk.panel.State().counts.frames, quint64(1));
+}
+
+void TestWindowLife::WindowOnAScreenThatIsGoneComesBack() {
+    Desk desk;
+    desk.Show();
+    desk.window->move(5000, 3000);
+    desk.window->BringToFront();
+    QVERIFY(QGuiApplication::primaryScreen()->geometry().intersects(desk.window->geometry()));
+}
+
+void TestWindowLife::ApplyingOnePageLeavesTheOtherOnesEdits_data() {
+    QTest::addColumn<bool>("applyCustom");
+    QTest::newRow("themes applied") << false;
+    QTest::newRow("custom layout applied") << true;
+}
+
+void TestWindowLife::ApplyingOnePageLeavesTheOtherOnesEdits() {
+    QFETCH(bool, applyCustom);
+    const ThemeState before = LoadThemeState(InterfaceLanguage::English);
+    Desk desk;
+    desk.Show();
+    // A picture is chosen on both pages, and only one of them is applied.
+    desk.ClickRow("themeList", int(Theme::Time));
+    desk.ClickRow("pictureList", 4);
+    desk.Click("btnImage");
+    desk.ClickRow("pictureList", 5);
+    if (!applyCustom) {
+        desk.Click("btnTheme");
+    }
+    desk.Apply();
+    const ThemeState after = LoadThemeState(InterfaceLanguage::English);
+    const auto themeLayout = size_t(ThemeLayoutIndex(Theme::Time, Orientation::Landscape));
+    const auto customLayout = size_t(CustomLayoutIndex(0));
+    QCOMPARE(after.layouts[themeLayout].picture != before.layouts[themeLayout].picture, !applyCustom);
+    QCOMPARE(after.layouts[customLayout].picture != before.layouts[customLayout].picture, applyCustom);
+    QCOMPARE(after.theme, applyCustom ? before.theme : int(Theme::Time));
+}
+
+void TestWindowLife::CancelLeavesTheKeyboardOnEdit() {
+    Desk desk;
+    desk.Show();
+    desk.window->activateWindow();
+    desk.Click("btnImage");
+    desk.Click("btnEdit");
+    desk.Find("btnEdit_cancel")->setFocus(Qt::TabFocusReason);
+    QTest::keyClick(desk.Find("btnEdit_cancel"), Qt::Key_Space);
+    QCOMPARE(desk.window->focusWidget(), desk.Find("btnEdit"));
+}
+
+QTEST_MAIN(TestWindowLife)
+#include "tst_window_life.moc"

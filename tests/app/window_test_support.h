@@ -1,0 +1,174 @@
+#pragma once
+
+// A whole main window over a software panel, in a home of its own, and a person's hands on it.
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QDialogButtonBox>
+#include <QListWidget>
+#include <QSignalSpy>
+#include <QTimer>
+#include <QtTest>
+#include <functional>
+#include <memory>
+
+#include "app/main_window.h"
+#include "compose/background_picture.h"
+#include "compose/frame_composer.h"
+#include "compose/panel_text.h"
+#include "config/default_profile.h"
+#include "config/first_run_marker.h"
+#include "config/folders.h"
+#include "editor/zoom_widget.h"
+#include "forwarding_hid_api.h"
+#include "resources/resources.h"
+#include "virtualscreen/virtual_hid_api.h"
+#include "widgets/window_style.h"
+
+namespace kivo::test {
+
+inline const QString kBin = QStringLiteral(KIVO_BIN_DIR);
+
+// Once a test program.
+inline void PrepareApplication() {
+    InitResources();
+    InstallFontSubstitutes();
+    QFont font(FontFamily());
+    font.setPointSize(12);
+    QApplication::setFont(font);
+    ApplyWindowStyle(*qApp);
+    QApplication::setQuitOnLastWindowClosed(false);
+    QLoggingCategory::setFilterRules(QStringLiteral("*.debug=false"));
+}
+
+// Nothing is left of an earlier run: the next window is a new user's.
+inline void ForgetEverything() {
+    QDir(SettingsFolder()).removeRecursively();
+    QDir(WorkingFolder()).removeRecursively();
+    QDir(QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
+         QStringLiteral("/Kivo Tool"))
+        .removeRecursively();
+    configFolderCreated = 0;
+}
+
+// As after an earlier run: settings and marker are there.
+inline void SetUpProfile() {
+    ForgetEverything();
+    SeedDefaultProfile(kBin);
+    MarkInitialized();
+    configFolderCreated = 0;
+}
+
+struct Desk {
+    explicit Desk(const QLocale& locale = QLocale(QStringLiteral("en_US")), bool hasTray = true)
+        : startWindow([this, locale, hasTray] {
+              window = std::make_unique<MainWindow>(
+                  MainWindow::Parts{wire, nullptr, kBin, false, locale, [hasTray] { return hasTray; },
+                                    [this](QWidget*) { return pictureToChoose; }});
+          }) {
+        startWindow();
+    }
+    ~Desk() { Close(); }
+
+    void Close() {
+        if (window) {
+            QVERIFY(window->Stop());
+            window.reset();
+        }
+    }
+
+    // The program ends and is started again; the panel goes on showing what it has.
+    void Restart() {
+        Close();
+        startWindow();
+    }
+
+    // Up and running, and seen.
+    void Show() {
+        window->show();
+        QVERIFY(QTest::qWaitForWindowExposed(window.get()));
+    }
+
+    template <typename Widget = QWidget>
+    Widget* Find(const char* name) const {
+        auto* widget = window->findChild<Widget*>(QString::fromLatin1(name));
+        if (widget == nullptr) {
+            qFatal("The window has no %s.", name);
+        }
+        return widget;
+    }
+    ZoomWidget* Editor() const { return Find<ZoomWidget>("zoomwidget"); }
+
+    void Click(const char* name) const { QTest::mouseClick(Find<QWidget>(name), Qt::LeftButton); }
+    void ClickCheck(int number) const {
+        auto* box = Find<QCheckBox>(qPrintable(QStringLiteral("check%1").arg(number)));
+        QTest::mouseClick(box, Qt::LeftButton, Qt::NoModifier, QPoint(8, box->height() / 2));
+    }
+    void ClickRow(const char* list, int row) const {
+        auto* widget = Find<QListWidget>(list);
+        QListWidgetItem* item = widget->item(row);
+        widget->scrollToItem(item);
+        QTest::mouseClick(widget->viewport(), Qt::LeftButton, Qt::NoModifier,
+                          widget->visualItemRect(item).center());
+    }
+    // Presses apply and waits until the dialog is gone.
+    void Apply() const { Click("btnApply"); }
+
+    VirtualHidApi panel;
+    WireTap wire{panel};
+    QString pictureToChoose;
+    std::function<void()> startWindow;
+    std::unique_ptr<MainWindow> window;
+};
+
+// Counts what a widget was told.
+class EventCounter : public QObject {
+public:
+    EventCounter(QObject& watched, QEvent::Type type) : m_type(type) { watched.installEventFilter(this); }
+    int count = 0;
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        count += event->type() == m_type ? 1 : 0;
+        return QObject::eventFilter(watched, event);
+    }
+
+private:
+    const QEvent::Type m_type;
+};
+
+// Runs act on the next modal dialog as soon as it is there; act has to close it.
+template <typename Dialog = QDialog>
+void OnNextDialog(QObject* context, std::function<void(Dialog*)> act) {
+    auto* timer = new QTimer(context);
+    QObject::connect(timer, &QTimer::timeout, context, [timer, act] {
+        if (auto* dialog = qobject_cast<Dialog*>(QApplication::activeModalWidget())) {
+            timer->stop();
+            timer->deleteLater();
+            act(dialog);
+        }
+    });
+    timer->start(5);
+}
+
+// What the panel has to show of a state with these texts, upright.
+inline QImage ExpectedPanel(const ScreenState& state, const ItemTexts& texts) {
+    SkinCache skins;
+    const QImage background = ComposeBackground(state, LoadPicture(PicturePath(state)), skins);
+    return ComposeFrame(state, background, texts);
+}
+
+inline int PixelsThatDiffer(const QImage& a, const QImage& b) {
+    if (a.size() != b.size()) {
+        return -1;
+    }
+    int count = 0;
+    for (int y = 0; y < a.height(); ++y) {
+        for (int x = 0; x < a.width(); ++x) {
+            count += a.pixel(x, y) != b.pixel(x, y) ? 1 : 0;
+        }
+    }
+    return count;
+}
+
+}  // namespace kivo::test

@@ -1,0 +1,420 @@
+#include "compose/free_text.h"
+#include "editor_test_support.h"
+
+using namespace kivo;
+using namespace kivo::test;
+
+namespace {
+
+constexpr auto kLying = Orientation::Landscape;
+constexpr auto kStanding = Orientation::Portrait;
+
+QString Words() {
+    return QStringLiteral("Hello");
+}
+
+// Where the free text is drawn, or would be in that row; widget pixels.
+QRect DrawnIn(const Editor& editor, int row) {
+    ScreenState state = editor.Shown();
+    state.textRow = row;
+    return MappingFor(state.orientation, editor.size()).Mapped(LayOutFreeText(state).bounds);
+}
+QPoint DrawnText(const Editor& editor) {
+    return DrawnIn(editor, editor.Edited().textRow).center();
+}
+
+// By the keyboard, from any row below it.
+void MoveUpTo(Editor& editor, int row) {
+    while (editor.Edited().textRow > row) {
+        QTest::keyClick(&editor, Qt::Key_PageUp);
+    }
+}
+
+QString ThreeLines() {
+    return QStringLiteral("one\ntwo and more\nthree");
+}
+
+void AddRowsAndTexts() {
+    QTest::addColumn<Orientation>("orientation");
+    QTest::addColumn<int>("row");
+    QTest::addColumn<QString>("text");
+    for (const Orientation orientation : kOrientations) {
+        for (int row = 0; row < kTextRowCount; ++row) {
+            const QByteArray name = NameOf(orientation) + ", row " + QByteArray::number(row);
+            QTest::newRow(name) << orientation << row << Words();
+            QTest::newRow(name + ", three lines") << orientation << row << ThreeLines();
+        }
+    }
+}
+
+SlotTable Nothing() {
+    return EmptySlotTable();
+}
+
+}  // namespace
+
+class TestZoomWidgetText : public QObject {
+    Q_OBJECT
+
+private slots:
+    void initTestCase() { SetUpDrawing(); }
+    void init() { ForgetSettings(); }
+    void cleanup() { wideFreeText = 0; }
+
+    void OpeningTicksTheTextAndAnEmptyOneUnticksIt() {
+        Editor editor;
+        QSignalSpy changed(&editor, &ZoomWidget::layoutChanged);
+        QVERIFY(!editor.Layout().shown[OtherText]);
+        editor.slotShowEdt();
+        QVERIFY(editor.IsTextEntryOpen());
+        QVERIFY(editor.TextBox().isVisible());
+        QVERIFY(editor.Layout().shown[OtherText]);
+        QCOMPARE(changed.size(), 1);
+        editor.solteditingFinished();
+        QVERIFY(!editor.TextBox().isVisible());
+        QVERIFY(!editor.Layout().shown[OtherText]);
+        QCOMPARE(editor.Row(), FactorySlotTable()[0]);  // it needs no slot
+    }
+
+    void AnEndedEntryKeepsItsText() {
+        Editor editor;
+        QSignalSpy hide(&editor, &ZoomWidget::HideColorWin);
+        editor.slotShowEdt();
+        QTest::keyClicks(&editor.TextBox(), Words());
+        editor.solteditingFinished();
+        QCOMPARE(editor.Layout().freeText, Words());
+        QVERIFY(editor.Layout().shown[OtherText]);
+        QCOMPARE(hide.size(), 1);
+        QCOMPARE(hide[0][0].toInt(), 0);
+    }
+
+    void BlanksAndLinesAtTheEndAreNotKept() {
+        Editor editor;
+        editor.GiveText(QStringLiteral("  one\ntwo \n\n\t "));
+        QCOMPARE(editor.Layout().freeText, QStringLiteral("  one\ntwo"));
+        editor.GiveText(QStringLiteral(" \n "));
+        QVERIFY(editor.Layout().freeText.isEmpty());
+        QVERIFY(!editor.Layout().shown[OtherText]);
+    }
+
+    void WithoutAnOpenEntryItsEndIsNothing() {
+        Editor editor;
+        editor.GiveText(Words());
+        editor.TextBox().setPlainText(QStringLiteral("stale"));
+        QSignalSpy hide(&editor, &ZoomWidget::HideColorWin);
+        editor.solteditingFinished();
+        QCOMPARE(editor.Layout().freeText, Words());
+        QCOMPARE(hide.size(), 0);
+    }
+
+    // The window answers HideColorWin by asking for the end of the entry.
+    void WhoIsToldOfTheEndMayAskForItAgain() {
+        Editor editor;
+        connect(&editor, &ZoomWidget::HideColorWin, &editor, &ZoomWidget::solteditingFinished);
+        editor.GiveText(Words());
+        QCOMPARE(editor.Layout().freeText, Words());
+    }
+
+    void ReturnEndsEntryAndDoesNotReachTheBox_data() {
+        QTest::addColumn<int>("key");
+        QTest::newRow("Return") << int(Qt::Key_Return);
+        QTest::newRow("Enter") << int(Qt::Key_Enter);
+        QTest::newRow("Escape") << int(Qt::Key_Escape);
+    }
+    void ReturnEndsEntryAndDoesNotReachTheBox() {
+        QFETCH(int, key);
+        Editor editor;
+        editor.slotShowEdt();
+        QTest::keyClicks(&editor.TextBox(), Words());
+        QTest::keyClick(&editor.TextBox(), Qt::Key(key));
+        QVERIFY(!editor.IsTextEntryOpen());
+        QCOMPARE(editor.Layout().freeText, Words());
+        QCOMPARE(editor.TextBox().toPlainText(), Words());
+    }
+
+    void APressAnywhereEndsEntry_data() {
+        QTest::addColumn<QPoint>("at");
+        QTest::addColumn<int>("button");
+        QTest::newRow("on a slot") << SlotPoint(0) << int(Qt::LeftButton);
+        QTest::newRow("beside the screen") << QPoint(200, 5) << int(Qt::LeftButton);
+        QTest::newRow("right button") << QPoint(200, 5) << int(Qt::RightButton);
+    }
+    void APressAnywhereEndsEntry() {
+        QFETCH(QPoint, at);
+        QFETCH(int, button);
+        Editor editor;
+        editor.slotShowEdt();
+        QTest::keyClicks(&editor.TextBox(), Words());
+        editor.Press(at, Qt::MouseButton(button));
+        QVERIFY(!editor.IsTextEntryOpen());
+        QCOMPARE(editor.Layout().freeText, Words());
+    }
+
+    void EntryEndsWithItsTextKept_data() {
+        QTest::addColumn<int>("by");
+        QTest::newRow("apply") << 0;
+        QTest::newRow("page change with a state copied before") << 1;
+        QTest::newRow("orientation") << 2;
+        QTest::newRow("hiding") << 3;
+        QTest::newRow("trim mode") << 4;
+        QTest::newRow("editing closed") << 5;
+    }
+    void EntryEndsWithItsTextKept() {
+        QFETCH(int, by);
+        Editor editor;
+        editor.slotShowEdt();
+        QTest::keyClicks(&editor.TextBox(), Words());
+        ThemeState other = editor.Edited().themes;
+        other.mode = 0;
+        switch (by) {
+            case 0:
+                editor.CommitLayout();
+                break;
+            case 1:
+                editor.ShowTheme(other, true);
+                break;
+            case 2:
+                editor.SetOrientation(1);
+                break;
+            case 3:
+                editor.hide();
+                break;
+            case 4:
+                editor.SetTrimMode(1);
+                break;
+            default:
+                editor.SetEditing(false);
+        }
+        QVERIFY(!editor.IsTextEntryOpen());
+        QVERIFY(editor.TextBox().isHidden());
+        const LayoutRecord& custom = editor.Edited().themes.layouts[size_t(CustomLayoutIndex(0))];
+        QCOMPARE(custom.freeText, Words());
+        QVERIFY(custom.shown[OtherText]);
+    }
+
+    void OpenEntryAgainKeepsWhatIsTyped() {
+        Editor editor;
+        editor.slotShowEdt();
+        QTest::keyClicks(&editor.TextBox(), Words());
+        editor.SetFontColor(3);
+        editor.slotShowEdt();
+        QCOMPARE(editor.TextBox().toPlainText(), Words());
+    }
+
+    void TheBoxOpensAtTheCurrentRow_data() {
+        QTest::addColumn<Orientation>("orientation");
+        QTest::addColumn<int>("row");
+        QTest::addColumn<QRect>("box");
+        QTest::newRow("landscape 0") << kLying << 0 << QRect(14, 54, 405, 59);
+        QTest::newRow("landscape 1") << kLying << 1 << QRect(14, 126, 405, 59);
+        QTest::newRow("landscape 2") << kLying << 2 << QRect(14, 196, 405, 59);
+        QTest::newRow("portrait 1") << kStanding << 1 << QRect(137, 132, 150, 42);
+    }
+    void TheBoxOpensAtTheCurrentRow() {
+        QFETCH(Orientation, orientation);
+        QFETCH(int, row);
+        Editor editor(CustomThemes(orientation), Nothing());
+        editor.GiveText(Words());
+        while (editor.Edited().textRow > row) {
+            QTest::keyClick(&editor, Qt::Key_PageUp);
+        }
+        editor.slotShowEdt();
+        QTEST(editor.TextBox().geometry(), "box");
+    }
+
+    void NoEntryOpens_data() {
+        QTest::addColumn<int>("why");
+        QTest::newRow("over a theme") << 0;
+        QTest::newRow("while nothing is edited") << 1;
+        QTest::newRow("while trimming") << 2;
+    }
+    void NoEntryOpens() {
+        QFETCH(int, why);
+        ThemeState themes = CustomThemes();
+        themes.mode = why == 0 ? 0 : 1;
+        Editor editor(themes);
+        editor.SetEditing(why != 1);
+        editor.SetTrimMode(why == 2 ? 1 : 0);
+        editor.DoubleClick(QPoint(200, 180));
+        QVERIFY(!editor.IsTextEntryOpen());
+        if (why != 2) {  // there the tool bar's call ends trimming
+            editor.slotShowEdt();
+            QVERIFY(!editor.IsTextEntryOpen());
+        }
+    }
+
+    // The zone is scaled but not moved, so it lies above and left of where the row is seen; that counts too.
+    void ADoubleClickInTheGivenZoneOpensEntry_data() {
+        QTest::addColumn<Orientation>("orientation");
+        QTest::addColumn<QPoint>("at");
+        QTest::addColumn<bool>("opens");
+        QTest::newRow("landscape, first pixel") << kLying << QPoint(13, 155) << true;
+        QTest::newRow("landscape, last pixel") << kLying << QPoint(417, 213) << true;
+        QTest::newRow("landscape, above") << kLying << QPoint(13, 154) << false;
+        QTest::newRow("landscape, in the row but below the zone") << kLying << QPoint(200, 230) << true;
+        QTest::newRow("landscape, below the row") << kLying << QPoint(200, 252) << false;
+        QTest::newRow("portrait, in the zone") << kStanding << QPoint(12, 230) << true;
+        QTest::newRow("portrait, where the row is seen, right of the zone")
+            << kStanding << QPoint(200, 240) << true;
+        QTest::newRow("portrait, right of the row") << kStanding << QPoint(300, 240) << false;
+    }
+    void ADoubleClickInTheGivenZoneOpensEntry() {
+        QFETCH(Orientation, orientation);
+        QFETCH(QPoint, at);
+        Editor editor(CustomThemes(orientation), Nothing());
+        editor.DoubleClick(at);
+        QTEST(editor.IsTextEntryOpen(), "opens");
+    }
+
+    void ADoubleClickOnTheDrawnTextOpensEntry_data() {
+        QTest::addColumn<Orientation>("orientation");
+        QTest::addColumn<int>("row");
+        for (const Orientation orientation : kOrientations) {
+            for (int row = 0; row < kTextRowCount; ++row) {
+                QTest::newRow(NameOf(orientation) + ", row " + QByteArray::number(row)) << orientation << row;
+            }
+        }
+    }
+    void ADoubleClickOnTheDrawnTextOpensEntry() {
+        QFETCH(Orientation, orientation);
+        QFETCH(int, row);
+        Editor editor(CustomThemes(orientation), Nothing());
+        editor.GiveText(Words());
+        while (editor.Edited().textRow > row) {
+            QTest::keyClick(&editor, Qt::Key_PageUp);
+        }
+        editor.DoubleClick(DrawnText(editor));
+        QVERIFY(editor.IsTextEntryOpen());
+        QCOMPARE(editor.TextBox().toPlainText(), Words());
+    }
+
+    void F2AndReturnOpenEntry() {
+        for (const Qt::Key key : {Qt::Key_F2, Qt::Key_Return, Qt::Key_Enter}) {
+            Editor editor;
+            QTest::keyClick(&editor, key);
+            QVERIFY(editor.IsTextEntryOpen());
+        }
+    }
+
+    void TheBoxLooksLikeTheText_data() {
+        QTest::addColumn<Orientation>("orientation");
+        QTest::addColumn<int>("size");
+        QTest::addColumn<int>("pixels");
+        QTest::newRow("landscape, large") << kLying << 0 << 22;
+        QTest::newRow("landscape, medium") << kLying << 1 << 20;
+        QTest::newRow("landscape, small") << kLying << 2 << 16;
+        QTest::newRow("portrait, large") << kStanding << 0 << 17;
+        QTest::newRow("portrait, small") << kStanding << 2 << 12;
+    }
+    void TheBoxLooksLikeTheText() {
+        QFETCH(Orientation, orientation);
+        QFETCH(int, size);
+        QFETCH(int, pixels);
+        Editor editor(CustomThemes(orientation));
+        editor.SetFontSize(size);
+        editor.SetFontColor(2);
+        QCOMPARE(editor.TextBox().font().pixelSize(), pixels);
+        QCOMPARE(editor.TextBox().font().family(), QStringLiteral("Microsoft YaHei"));
+        QCOMPARE(editor.TextBox().styleSheet(),
+                 QStringLiteral("color:rgba(255,100,34,255);background:transparent;border-width:1px;"
+                                "border-color:rgba(255,100,34,255);border-style:outset"));
+        QCOMPARE(editor.TextBox().verticalScrollBarPolicy(), Qt::ScrollBarAlwaysOff);
+        QVERIFY(!editor.TextBox().placeholderText().isEmpty());
+        // Fainter than what is typed.
+        QVERIFY(editor.TextBox().palette().color(QPalette::PlaceholderText).alpha() < 200);
+    }
+
+    void TheBoxGrowsWithItsLines_data() { AddRowsAndTexts(); }
+    void TheBoxGrowsWithItsLines() {
+        QFETCH(Orientation, orientation);
+        QFETCH(int, row);
+        QFETCH(QString, text);
+        Editor editor(CustomThemes(orientation), Nothing());
+        editor.GiveText(Words());
+        MoveUpTo(editor, row);
+        const QRect least = TextBoxRect(row, orientation, editor.size());
+        editor.slotShowEdt();
+        QCOMPARE(editor.TextBox().geometry(), least);
+        editor.TextBox().setPlainText(text);
+        const QRect box = editor.TextBox().geometry();
+        QCOMPARE(box.left(), least.left());
+        QCOMPARE(box.width(), least.width());
+        QVERIFY(box.height() >= least.height());
+        QVERIFY(box.bottom() <= editor.height() - MappingFor(orientation, editor.size()).top);
+        // All of it is seen, from its first line to its last.
+        QTextCursor cursor(editor.TextBox().document());
+        QVERIFY(editor.TextBox().viewport()->rect().contains(editor.TextBox().cursorRect(cursor)));
+        cursor.movePosition(QTextCursor::End);
+        QVERIFY(editor.TextBox().viewport()->rect().contains(editor.TextBox().cursorRect(cursor)));
+        editor.TextBox().setPlainText(Words());
+        QCOMPARE(editor.TextBox().geometry(), least);
+    }
+
+    void ABoxNeverLeavesTheScreen() {
+        for (const Orientation orientation : kOrientations) {
+            Editor editor(CustomThemes(orientation), Nothing());
+            editor.slotShowEdt();
+            editor.TextBox().setPlainText(QString(40, QLatin1Char('\n')));
+            const QRect canvas(QPoint(0, 0), CanvasSize(orientation));
+            const QRect screen = MappingFor(orientation, editor.size()).Mapped(canvas);
+            QVERIFY(screen.contains(editor.TextBox().geometry()));
+        }
+    }
+
+    void TheTextIsLimited_data() {
+        QTest::addColumn<Orientation>("orientation");
+        QTest::addColumn<int>("wide");
+        QTest::addColumn<int>("most");
+        QTest::newRow("landscape") << kLying << 0 << 40;
+        QTest::newRow("portrait") << kStanding << 0 << 40;
+        QTest::newRow("landscape, wide") << kLying << 1 << 60;
+        QTest::newRow("portrait, wide") << kStanding << 1 << 40;
+    }
+    void TheTextIsLimited() {
+        QFETCH(Orientation, orientation);
+        QFETCH(int, wide);
+        QFETCH(int, most);
+        wideFreeText = quint8(wide);
+        Editor editor(CustomThemes(orientation));
+        editor.slotShowEdt();
+        QTest::keyClicks(&editor.TextBox(), QString(70, QLatin1Char('m')));
+        QCOMPARE(editor.TextBox().toPlainText().size(), most);
+    }
+
+    void WhileEntryIsOpenTheTextIsNotPaintedBeneathIt() {
+        // Without letters in the box, nothing but the text beneath could show through.
+        Editor with(CustomThemes(), Nothing());
+        with.GiveText(Words());
+        with.slotShowEdt();
+        Editor without(CustomThemes(), Nothing());
+        without.slotShowEdt();
+        for (Editor* editor : {&with, &without}) {
+            editor->TextBox().hide();
+            editor->clearFocus();  // the box gave it to the one that is active, which shows a ring
+        }
+        QVERIFY(DifferentRect(with.grab().toImage(), without.grab().toImage(), 4).isNull());
+    }
+
+    // In the second custom layout the text stands beside its one item.
+    void ChoosingAnItemKeepsTheTextOfTheOneItemLayout() {
+        Editor editor(CustomThemes(kLying, 1));
+        editor.GiveText(Words());
+        QVERIFY(editor.Layout().selected[CpuTemperature]);
+        editor.SetItemEnabled(FanSpeed, true);
+        QVERIFY(editor.Layout().selected[FanSpeed]);
+        QVERIFY(!editor.Layout().selected[CpuTemperature]);
+        QVERIFY(editor.Layout().selected[OtherText]);
+        editor.Drag(RowPoint(2), RowPoint(0));
+        QCOMPARE(editor.Edited().textRow, 0);
+    }
+
+    void ALoadedTextIsTicked() {
+        ThemeState themes = CustomThemes();
+        themes.layouts[size_t(CustomLayoutIndex(0))].freeText = Words();
+        Editor editor(themes);
+        QVERIFY(editor.Layout().shown[OtherText]);
+    }
+};
+
+QTEST_MAIN(TestZoomWidgetText)
+#include "tst_zoom_widget_text.moc"

@@ -1,0 +1,283 @@
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QSignalSpy>
+#include <QTest>
+#include <QThread>
+
+#include <condition_variable>
+#include <mutex>
+
+#include "picture_files.h"
+#include "pictures/thumbnail_work.h"
+#include "pictures/thumbnails.h"
+
+using namespace kivo;
+using namespace kivo::test;
+
+namespace {
+
+constexpr QSize kPixels(77, 54);
+
+// A maker that answers when it is let, and remembers what it was asked for.
+class SlowMaker {
+public:
+    QImage operator()(const QString& path, const ThumbnailWork& work) {
+        Begin(path);
+        {
+            const ThumbnailWork::FileAccess access(work);
+            std::unique_lock lock(m_mutex);
+            m_change.wait(lock, [this, &path] { return !m_hanging.contains(path); });
+        }
+        std::unique_lock lock(m_mutex);
+        m_mostDecoding = qMax(m_mostDecoding, ++m_decoding);
+        m_change.wait(lock, [this] { return m_open; });
+        --m_decoding;
+        --m_inside;
+        m_change.notify_all();
+        return Filled(kPixels, Qt::red);
+    }
+
+    void Open() {
+        Change([this] { m_open = true; });
+    }
+    void Hang(const QStringList& paths) {
+        Change([this, &paths] { m_hanging = paths; });
+    }
+
+    int MostDecoding() const {
+        const std::lock_guard lock(m_mutex);
+        return m_mostDecoding;
+    }
+    QStringList Asked() const {
+        const std::lock_guard lock(m_mutex);
+        return m_asked;
+    }
+    void WaitForInside(int count) {
+        std::unique_lock lock(m_mutex);
+        m_change.wait(lock, [this, count] { return m_inside == count; });
+    }
+
+private:
+    void Begin(const QString& path) {
+        Change([this, &path] {
+            m_asked.append(path);
+            ++m_inside;
+        });
+    }
+
+    template <typename Action>
+    void Change(Action action) {
+        const std::lock_guard lock(m_mutex);
+        action();
+        m_change.notify_all();
+    }
+
+    mutable std::mutex m_mutex;
+    std::condition_variable m_change;
+    QStringList m_asked;
+    QStringList m_hanging;
+    int m_inside = 0;
+    int m_decoding = 0;
+    int m_mostDecoding = 0;
+    bool m_open = false;
+};
+
+Thumbnails::Maker MakerOf(const std::shared_ptr<SlowMaker>& maker) {
+    return [maker](const QString& path, QSize, const ThumbnailWork& work) { return (*maker)(path, work); };
+}
+
+QStringList Paths(int count) {
+    QStringList paths;
+    for (int n = 0; n < count; ++n) {
+        paths.append(QStringLiteral("picture %1").arg(n));
+    }
+    return paths;
+}
+
+QStringList ReadyPaths(const QSignalSpy& spy) {
+    QStringList paths;
+    for (const QList<QVariant>& arguments : spy) {
+        paths.append(arguments.constFirst().toString());
+    }
+    return paths;
+}
+
+}  // namespace
+
+class TestThumbnails : public QObject {
+    Q_OBJECT
+
+private slots:
+    void EachWantedPathIsAnsweredOnceOnTheOwnersThread() {
+        auto maker = std::make_shared<SlowMaker>();
+        maker->Open();
+        Thumbnails thumbnails(MakerOf(maker));
+        QSignalSpy ready(&thumbnails, &Thumbnails::ready);
+        bool onOwnThread = true;
+        connect(
+            &thumbnails, &Thumbnails::ready, this,
+            [this, &onOwnThread] { onOwnThread &= QThread::currentThread() == thread(); },
+            Qt::DirectConnection);
+        thumbnails.Want(Paths(20), kPixels);
+        QTRY_COMPARE(ready.count(), 20);
+        QStringList answered = ReadyPaths(ready);
+        answered.sort();
+        QStringList wanted = Paths(20);
+        wanted.sort();
+        QCOMPARE(answered, wanted);
+        QVERIFY(onOwnThread);
+        QCOMPARE(ready.constFirst().at(1).toSize(), kPixels);
+        QCOMPARE(ready.constFirst().at(2).value<QImage>().size(), kPixels);
+    }
+
+    void AskingNeverWaits() {
+        auto maker = std::make_shared<SlowMaker>();
+        Thumbnails thumbnails(MakerOf(maker));
+        QSignalSpy ready(&thumbnails, &Thumbnails::ready);
+        thumbnails.Want(Paths(1000), kPixels);  // would never return if it made one itself
+        QCOMPARE(ready.count(), 0);
+        maker->Open();
+    }
+
+    void TheMostWantedComeFirst() {
+        auto maker = std::make_shared<SlowMaker>();
+        Thumbnails thumbnails(MakerOf(maker));
+        thumbnails.Want(Paths(40), kPixels);
+        maker->WaitForInside(2);
+        QStringList begun = maker->Asked();
+        begun.sort();
+        QCOMPARE(begun, Paths(2));
+        maker->Open();
+    }
+
+    void WhatIsNoLongerWantedIsForgotten() {
+        auto maker = std::make_shared<SlowMaker>();
+        Thumbnails thumbnails(MakerOf(maker));
+        QSignalSpy ready(&thumbnails, &Thumbnails::ready);
+        thumbnails.Want(Paths(1000), kPixels);
+        maker->WaitForInside(2);
+        thumbnails.Want({QStringLiteral("the one")}, kPixels);
+        maker->Open();
+        QTRY_COMPARE(ready.count(), 3);
+        QVERIFY(maker->Asked().contains(QStringLiteral("the one")));
+        QCOMPARE(maker->Asked().size(), 3);
+    }
+
+    void WhatIsBeingMadeIsNotMadeTwice() {
+        auto maker = std::make_shared<SlowMaker>();
+        Thumbnails thumbnails(MakerOf(maker));
+        QSignalSpy ready(&thumbnails, &Thumbnails::ready);
+        thumbnails.Want(Paths(2), kPixels);
+        maker->WaitForInside(2);
+        thumbnails.Want(Paths(3), kPixels);
+        maker->Open();
+        QTRY_COMPARE(ready.count(), 3);
+        QCOMPARE(maker->Asked().size(), 3);
+    }
+
+    void AFileThatHangsHoldsNoOtherUp() {
+        auto maker = std::make_shared<SlowMaker>();
+        const QStringList stuck = {QStringLiteral("//gone/a.jpg"), QStringLiteral("//gone/b.jpg"),
+                                   QStringLiteral("//gone/c.jpg")};
+        maker->Hang(stuck);
+        maker->Open();
+        Thumbnails thumbnails(MakerOf(maker));
+        QSignalSpy ready(&thumbnails, &Thumbnails::ready);
+        thumbnails.Want(stuck + Paths(5), kPixels);
+        QTRY_COMPARE_WITH_TIMEOUT(ready.count(), 5, 60000);
+        QCOMPARE(maker->Asked().size(), 8);
+        maker->Hang({});
+        QTRY_COMPARE(ready.count(), 8);
+        QVERIFY(maker->MostDecoding() <= 2);
+    }
+
+    // However many files hung before: each of them would take the memory of a picture.
+    void FilesThatAreLetGoAreDecodedTwoAtATime() {
+        auto maker = std::make_shared<SlowMaker>();
+        maker->Hang(Paths(4));
+        Thumbnails thumbnails(MakerOf(maker));
+        QSignalSpy ready(&thumbnails, &Thumbnails::ready);
+        thumbnails.Want(Paths(8), kPixels);
+        // Four hang, two decode in their place.
+        QTRY_COMPARE_WITH_TIMEOUT(maker->Asked().size(), 6, 60000);
+        maker->Hang({});
+        maker->Open();
+        QTRY_COMPARE(ready.count(), 8);
+        QCOMPARE(maker->MostDecoding(), 2);
+    }
+
+    // Longer than a file may hang before its thread is replaced.
+    void ASlowDecodeIsNotTakenForAFileThatHangs() {
+        auto maker = std::make_shared<SlowMaker>();
+        Thumbnails thumbnails(MakerOf(maker));
+        QSignalSpy ready(&thumbnails, &Thumbnails::ready);
+        thumbnails.Want(Paths(5), kPixels);
+        QTest::qWait(3500);
+        QCOMPARE(maker->Asked().size(), 2);
+        maker->Open();
+        QTRY_COMPARE(ready.count(), 5);
+    }
+
+    void TheEndStopsADecodeUnderWay() {
+        std::atomic<int> stopped{0};
+        std::atomic<int> begun{0};
+        {
+            Thumbnails thumbnails([&](const QString&, QSize, const ThumbnailWork& work) {
+                ++begun;
+                while (!work.IsStopped()) {
+                    QThread::msleep(1);
+                }
+                ++stopped;
+                return QImage();
+            });
+            thumbnails.Want(Paths(10), kPixels);
+            while (begun < 2) {
+                QThread::msleep(1);
+            }
+        }
+        // Both have left before the object has, and none of the others was begun.
+        QCOMPARE(stopped.load(), 2);
+        QCOMPARE(begun.load(), 2);
+    }
+
+    void NothingIsDeliveredAfterTheEnd() {
+        auto maker = std::make_shared<SlowMaker>();
+        maker->Open();
+        int delivered = 0;
+        {
+            Thumbnails thumbnails(MakerOf(maker));
+            connect(&thumbnails, &Thumbnails::ready, this, [&delivered] { ++delivered; });
+            thumbnails.Want(Paths(50), kPixels);
+        }
+        QCoreApplication::processEvents();
+        QCOMPARE(delivered, 0);
+    }
+
+    void NobodyAsksAndNothingStarts() {
+        auto maker = std::make_shared<SlowMaker>();
+        {
+            Thumbnails thumbnails(MakerOf(maker));
+            thumbnails.Want({}, kPixels);
+        }
+        QVERIFY(maker->Asked().isEmpty());
+    }
+
+    // The last one: what has been left behind stays so.
+    void TheEndDoesNotWaitForAFileThatHangs() {
+        auto maker = std::make_shared<SlowMaker>();
+        QVERIFY(Thumbnails::EverythingEnded());
+        {
+            Thumbnails thumbnails(MakerOf(maker));
+            thumbnails.Want(Paths(10), kPixels);
+            maker->WaitForInside(2);
+        }
+        // Gone, though both threads are still inside. What they bring now is nobody's any more.
+        QCOMPARE(maker->Asked().size(), 2);
+        QVERIFY(!Thumbnails::EverythingEnded());
+        maker->Open();
+        maker->WaitForInside(0);
+    }
+};
+
+QTEST_GUILESS_MAIN(TestThumbnails)
+#include "tst_thumbnails.moc"

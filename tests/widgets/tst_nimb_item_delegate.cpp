@@ -1,0 +1,98 @@
+#include <QPainter>
+#include <QStandardItemModel>
+#include <QtTest>
+
+#include "widgets/nimb_item_delegate.h"
+
+using namespace kivo;
+
+class TestNimbItemDelegate : public QObject {
+    Q_OBJECT
+
+private slots:
+    void frameForTheChosenAndForTheOneUnderTheMouse_data() {
+        QTest::addColumn<int>("state");
+        QTest::addColumn<bool>("hasFrame");
+        QTest::newRow("plain") << int(QStyle::State_Enabled) << false;
+        QTest::newRow("chosen") << int(QStyle::State_Enabled | QStyle::State_Selected) << true;
+        QTest::newRow("under the mouse") << int(QStyle::State_Enabled | QStyle::State_MouseOver) << true;
+    }
+    void frameForTheChosenAndForTheOneUnderTheMouse() {
+        QFETCH(int, state);
+        QFETCH(bool, hasFrame);
+        const QColor frame(130, 130, 130);
+        const QImage image = Draw(QStyle::State(state), 1.0);
+        const QColor expected = hasFrame ? frame : QColor(Qt::black);
+        QCOMPARE(image.pixelColor(10, 65), expected);
+        QCOMPARE(image.pixelColor(12, 65), expected);
+        QCOMPARE(image.pixelColor(106, 65), expected);
+        QCOMPARE(image.pixelColor(50, 10), expected);
+        QCOMPARE(image.pixelColor(50, 119), expected);
+        // Wholly inside, and card between it and the picture.
+        QCOMPARE(image.pixelColor(9, 65), QColor(Qt::black));
+        QCOMPARE(image.pixelColor(107, 65), QColor(Qt::black));
+        QCOMPARE(image.pixelColor(13, 65), QColor(Qt::black));
+        QCOMPARE(image.pixelColor(15, 65), QColor(Qt::black));
+        QCOMPARE(image.pixelColor(16, 65), QColor(Qt::green));
+    }
+
+    void thePictureHasItsPlaceAndSize() {
+        const QImage image = Draw(QStyle::State_Enabled, 1.0);
+        QCOMPARE(image.pixelColor(10 + 6, 10 + 55), QColor(Qt::green));
+        QCOMPARE(image.pixelColor(10 + 6 + 84, 10 + 55), QColor(Qt::green));
+        QCOMPARE(image.pixelColor(10 + 6 + 85, 10 + 55), QColor(Qt::black));
+        QCOMPARE(image.pixelColor(10 + 48, 10 + 6 + 97), QColor(Qt::green));
+        QCOMPARE(image.pixelColor(10 + 48, 10 + 6 + 98), QColor(Qt::black));
+        QCOMPARE(image.pixelColor(10 + 6, 10 + 6), QColor(Qt::black));  // a round corner
+    }
+
+    void picturesAreSharpOnScaledScreens() {
+        // Columns of one device pixel, black and white in turn: any scaling would mix them.
+        const QImage image = Draw(QStyle::State_Enabled, 2.0);
+        for (int x = 40; x < 60; ++x) {
+            const int grey = image.pixelColor(x, 130).green();
+            QVERIFY2(grey == 0 || grey == 255, qPrintable(QString::number(grey)));
+            QVERIFY(image.pixelColor(x, 130) != image.pixelColor(x + 1, 130));
+        }
+    }
+
+    void sizesOfTheItems() {
+        const NimbItemDelegate delegate;
+        QStandardItemModel model(2, 1);
+        model.setData(model.index(1, 0), QStringLiteral("name"));
+        QStyleOptionViewItem option;
+        option.decorationSize = QSize(85, 98);
+        QCOMPARE(delegate.sizeHint(option, model.index(0, 0)), QSize(97, 110));
+        option.decorationSize = QSize(77, 54);
+        QCOMPARE(delegate.sizeHint(option, model.index(1, 0)), QSize(89, 80));
+    }
+
+private:
+    static QImage Draw(QStyle::State state, qreal ratio) {
+        QPixmap picture(QSize(85, 98) * ratio);
+        picture.fill(Qt::green);
+        if (ratio > 1) {
+            QPainter stripes(&picture);
+            for (int x = 0; x < picture.width(); ++x)
+                stripes.fillRect(x, 0, 1, picture.height(), x % 2 == 0 ? Qt::black : Qt::white);
+            stripes.end();
+            picture.setDevicePixelRatio(ratio);
+        }
+        QStandardItemModel model(1, 1);
+        model.setData(model.index(0, 0), QIcon(picture), Qt::DecorationRole);
+        QStyleOptionViewItem option;
+        option.rect = QRect(10, 10, 97, 110);
+        option.decorationSize = QSize(85, 98);
+        option.state = state;
+        QImage image(QSize(120, 130) * ratio, QImage::Format_RGB32);
+        image.setDevicePixelRatio(ratio);
+        image.fill(Qt::black);
+        QPainter painter(&image);
+        NimbItemDelegate().paint(&painter, option, model.index(0, 0));
+        painter.end();
+        return image;
+    }
+};
+
+QTEST_MAIN(TestNimbItemDelegate)
+#include "tst_nimb_item_delegate.moc"
