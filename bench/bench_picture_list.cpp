@@ -4,10 +4,7 @@
 #include <benchmark/benchmark.h>
 
 #include <QApplication>
-#include <QBuffer>
 #include <QElapsedTimer>
-#include <QFile>
-#include <QImage>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QWidget>
@@ -16,6 +13,7 @@
 #include <memory>
 #include <utility>
 
+#include "photographs.h"
 #include "pictures/picture_list.h"
 #include "pictures/stored_pictures.h"
 #include "pictures/thumbnail_cache.h"
@@ -24,62 +22,14 @@
 #include "widgets/my_list_widget.h"
 
 using namespace kivo;
+using namespace kivo::bench;
 
 namespace {
 
-constexpr QSize kTwelveMegapixels(4000, 3000);
 constexpr QRect kListAt(524, 286, 390, 240);
 
 // This program once more, as the one that is measured.
 constexpr char kOpenOnce[] = "--open-once";
-
-// Detail everywhere, as a photograph has it: about four megabytes.
-QByteArray Photograph() {
-    QImage image(kTwelveMegapixels, QImage::Format_RGB32);
-    quint32 noise = 1;
-    for (int y = 0; y < image.height(); ++y) {
-        auto* line = reinterpret_cast<QRgb*>(image.scanLine(y));
-        for (int x = 0; x < image.width(); ++x) {
-            noise = noise * 1664525 + 1013904223;
-            const int grain = int(noise >> 28);
-            line[x] = qRgb((x / 16 + grain) & 255, (y / 12 + grain) & 255, ((x + y) / 27 + grain) & 255);
-        }
-    }
-    QByteArray bytes;
-    QBuffer buffer(&bytes);
-    buffer.open(QIODevice::WriteOnly);
-    image.save(&buffer, "JPEG", 85);
-    return bytes;
-}
-
-// A thousand photographs, made once a run. Links, so that they need no four gigabytes: the program knows
-// pictures by their paths and decodes each of them.
-class Photographs {
-public:
-    Photographs() {
-        const QByteArray photograph = Photograph();
-        QFile file(m_folder.filePath(QStringLiteral("0.jpg")));
-        file.open(QIODevice::WriteOnly);
-        file.write(photograph);
-        file.close();
-        m_paths.append(file.fileName());
-        for (int n = 1; n < 1000; ++n) {
-            const QString path = m_folder.filePath(QStringLiteral("%1.jpg").arg(n));
-            QFile::link(file.fileName(), path);
-            m_paths.append(path);
-        }
-    }
-    QStringList First(int count) const { return m_paths.mid(0, count); }
-
-private:
-    QTemporaryDir m_folder;
-    QStringList m_paths;
-};
-
-const Photographs& AllPhotographs() {
-    static const Photographs photographs;
-    return photographs;
-}
 
 void StoreAsManyAsTold(const benchmark::State& state) {
     WriteStoredPictures(AllPhotographs().First(int(state.range(0))));
@@ -146,9 +96,9 @@ void FirstIcons(benchmark::State& state) {
     int run = 0;
     const auto open = [&] {
         auto cache = std::make_shared<ThumbnailCache>(folder.filePath(QString::number(run)));
-        auto opened = std::make_unique<Opened>(
-            [cache](const QString& path, QSize pixels, const std::atomic<bool>& stop) {
-                return CachedThumbnail(*cache, path, pixels, stop);
+        auto opened =
+            std::make_unique<Opened>([cache](const QString& path, QSize pixels, const ThumbnailWork& work) {
+                return CachedThumbnail(*cache, path, pixels, work);
             });
         while (!opened->HasIconsInView()) {
             QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
