@@ -1,5 +1,5 @@
 // Opening the whole window with a library of 0, 100 and 1,000 photographs: from its construction to its first
-// paint, and coming back out of the tray. Settings and screen are there, as in every start but the first.
+// paint. Settings and screen are there, as in every start but the first.
 
 #include <benchmark/benchmark.h>
 
@@ -50,26 +50,9 @@ void OpenWindow(benchmark::State& state) {
     }
 }
 
-void ComeOutOfTheTray(benchmark::State& state) {
-    WriteStoredPictures(AllPhotographs().First(int(state.range(0))));
-    VirtualHidApi panel;
-    auto window = MakeWindow(panel);
-    PaintFirst(*window);
-    for (auto _ : state) {
-        state.PauseTiming();
-        window->hide();
-        QCoreApplication::processEvents();
-        state.ResumeTiming();
-        window->BringToFront();
-        window->repaint();
-    }
-    window->Stop();
-}
-
 }  // namespace
 
 BENCHMARK(OpenWindow)->Arg(0)->Arg(100)->Arg(1000)->Unit(benchmark::kMillisecond)->UseRealTime();
-BENCHMARK(ComeOutOfTheTray)->Arg(0)->Arg(1000)->Unit(benchmark::kMillisecond)->UseRealTime();
 
 int main(int argc, char** argv) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
