@@ -192,7 +192,7 @@ void MainWindow::slotApply() {
 
 // What is being made of the other page's layouts is not asked for yet.
 void MainWindow::KeepOtherPage(ThemeState& themes, const ThemeState& saved) {
-    const bool custom = themes.mode != 0;
+    const bool custom = IsCustom(themes);
     const int first = custom ? 0 : kFirstCustomLayout;
     const int end = custom ? kFirstCustomLayout : kLayoutCount;
     std::copy(saved.layouts.begin() + first, saved.layouts.begin() + end, themes.layouts.begin() + first);

@@ -53,7 +53,7 @@ void MainWindow::WirePages() {
         FinishEditing();
         OpenEditing(false);
         ChangeThemes([this, page](ThemeState& themes) {
-            m_pageStyle[themes.mode != 0] = themes.style;
+            m_pageStyle[IsCustom(themes)] = themes.style;
             themes.mode = page;
             themes.style = m_pageStyle[page];
         });
@@ -139,13 +139,13 @@ void MainWindow::LoadState() {
     ZoomWidget* editor = m_ui->zoomwidget;
     editor->Load();
     const ThemeState& themes = editor->Saved().themes;
-    m_pageStyle[themes.mode != 0] = themes.style;
+    m_pageStyle[IsCustom(themes)] = themes.style;
     m_session->SetLoaded(editor->Shown());
     ShowState();
 }
 
 bool MainWindow::IsCustomPage() const {
-    return m_ui->zoomwidget->Edited().themes.mode != 0;
+    return IsCustom(m_ui->zoomwidget->Edited().themes);
 }
 
 void MainWindow::ChangeThemes(const std::function<void(ThemeState&)>& change) {
@@ -157,7 +157,7 @@ void MainWindow::ChangeThemes(const std::function<void(ThemeState&)>& change) {
 
 void MainWindow::ShowState() {
     const ThemeState& themes = m_ui->zoomwidget->Edited().themes;
-    const bool custom = themes.mode != 0;
+    const bool custom = IsCustom(themes);
     const bool lying = themes.orientation == Orientation::Landscape;
     m_ui->zoomwidget->setGeometry(lying ? Corners(48, 118, 482, 429) : Corners(53, 113, 477, 434));
     m_tabs->SetChosen(custom);
@@ -211,14 +211,14 @@ void MainWindow::ShowPageChoice(bool custom, const ThemeState& themes) {
 
 void MainWindow::ShowToolBar() {
     m_editBar->setVisible(m_ui->zoomwidget->IsEditing() && IsCustomPage());
-    const LayoutRecord layout = m_ui->zoomwidget->Shown().layout;
+    const LayoutRecord& layout = LayoutInForce(m_ui->zoomwidget->Edited());
     m_editBar->slotSetFontSize(layout.sizeIndex);
     m_editBar->ControlLabelColor(quint8(layout.colorIndex));
     m_ui->btnRemote->setVisible(m_ui->zoomwidget->IsTrimMode());
 }
 
 void MainWindow::ShowChosenPicture() {
-    const LayoutRecord layout = m_ui->zoomwidget->Shown().layout;
+    const LayoutRecord& layout = LayoutInForce(m_ui->zoomwidget->Edited());
     m_pictures->SelectPicture(layout.picture, layout.defaultPicture);
 }
 

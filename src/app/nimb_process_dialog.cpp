@@ -9,6 +9,8 @@
 #include <QThread>
 #include <QTimer>
 
+#include "widgets/sharp_picture.h"
+
 namespace kivo {
 
 namespace {
@@ -17,8 +19,9 @@ constexpr int kSide = 128;
 
 // The animation, in twice the pixels where the screen has them.
 QString MovieFile(qreal pixelRatio) {
-    const QString sharp = QStringLiteral("://skins/loading@2x.gif");
-    return pixelRatio > 1 && QFile::exists(sharp) ? sharp : QStringLiteral("://skins/loading.gif");
+    const QString plain = QStringLiteral("://skins/loading.gif");
+    const QString sharp = DoublePicturePath(plain);
+    return pixelRatio > 1 && QFile::exists(sharp) ? sharp : plain;
 }
 
 }  // namespace

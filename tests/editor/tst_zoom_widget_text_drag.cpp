@@ -1,57 +1,7 @@
-#include "compose/free_text.h"
-#include "editor_test_support.h"
+#include "free_text_test_support.h"
 
 using namespace kivo;
 using namespace kivo::test;
-
-namespace {
-
-constexpr auto kLying = Orientation::Landscape;
-constexpr auto kStanding = Orientation::Portrait;
-
-QString Words() {
-    return QStringLiteral("Hello");
-}
-
-// Where the free text is drawn, or would be in that row; widget pixels.
-QRect DrawnIn(const Editor& editor, int row) {
-    ScreenState state = editor.Shown();
-    state.textRow = row;
-    return MappingFor(state.orientation, editor.size()).Mapped(LayOutFreeText(state).bounds);
-}
-QPoint DrawnText(const Editor& editor) {
-    return DrawnIn(editor, editor.Edited().textRow).center();
-}
-
-// By the keyboard, from any row below it.
-void MoveUpTo(Editor& editor, int row) {
-    while (editor.Edited().textRow > row) {
-        QTest::keyClick(&editor, Qt::Key_PageUp);
-    }
-}
-
-QString ThreeLines() {
-    return QStringLiteral("one\ntwo and more\nthree");
-}
-
-void AddRowsAndTexts() {
-    QTest::addColumn<Orientation>("orientation");
-    QTest::addColumn<int>("row");
-    QTest::addColumn<QString>("text");
-    for (const Orientation orientation : kOrientations) {
-        for (int row = 0; row < kTextRowCount; ++row) {
-            const QByteArray name = NameOf(orientation) + ", row " + QByteArray::number(row);
-            QTest::newRow(name) << orientation << row << Words();
-            QTest::newRow(name + ", three lines") << orientation << row << ThreeLines();
-        }
-    }
-}
-
-SlotTable Nothing() {
-    return EmptySlotTable();
-}
-
-}  // namespace
 
 class TestZoomWidgetTextDrag : public QObject {
     Q_OBJECT
