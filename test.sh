@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Builds and runs every test: ./test.sh [dev|asan|tsan], dev where nothing is said. Further arguments go to ctest.
+# Builds and runs every test: ./test.sh [dev|asan|tsan|windows], dev where nothing is said. Further arguments go to
+# ctest. "windows" builds the Windows program with its tests and runs them under Wine; its first run builds Qt too.
 set -euo pipefail
 cd "$(dirname "$0")"
 . tools/scripts/packages.sh
@@ -7,13 +8,18 @@ cd "$(dirname "$0")"
 preset=${1:-dev}
 [ $# -eq 0 ] || shift
 case $preset in
-    dev | asan | tsan) ;;
+    dev | asan | tsan | windows) ;;
     *)
-        echo "test.sh: there is no preset '$preset' (dev, asan, tsan)." >&2
+        echo "test.sh: there is no preset '$preset' (dev, asan, tsan, windows)." >&2
         exit 2
         ;;
 esac
 install_packages packaging/debian/build-packages.txt
+if [ "$preset" = windows ]; then
+    install_packages packaging/debian/windows-packages.txt
+    KIVO_WINDOWS_DEPENDENCIES=$(packaging/windows/build_dependencies.sh)
+    export KIVO_WINDOWS_DEPENDENCIES
+fi
 cmake --preset "$preset"
 cmake --build --preset "$preset"
 ctest --preset "$preset" "$@"

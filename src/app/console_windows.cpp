@@ -4,12 +4,15 @@
 #include <windows.h>
 
 #include <cstdio>
+#include <cstdlib>
 
 #include "app/console.h"
 
 namespace kivo {
 
 namespace {
+
+UINT formerCodePage = 0;
 
 bool IsRedirected(DWORD handle) {
     const HANDLE stream = GetStdHandle(handle);
@@ -24,6 +27,10 @@ void UseParentConsole() {
     if ((hasOutput && hasError) || AttachConsole(ATTACH_PARENT_PROCESS) == 0) {
         return;
     }
+    // What is printed is UTF-8. The console is its owner's, who gets it back as it was.
+    formerCodePage = GetConsoleOutputCP();
+    SetConsoleOutputCP(CP_UTF8);
+    std::atexit([] { SetConsoleOutputCP(formerCodePage); });
     if (!hasOutput) {
         std::freopen("CONOUT$", "w", stdout);
     }

@@ -1,6 +1,5 @@
 #include <QApplication>
 #include <QFont>
-#include <QTextStream>
 #include <QTimer>
 #include <cstdio>
 #include <cstdlib>
@@ -35,8 +34,10 @@ kivo::CommandLine ReadCommandLine(int& argc, char** argv) {
     return kivo::ParseCommandLine(QCoreApplication::arguments());
 }
 
+// UTF-8 on every platform: not every code page of Windows has a "℃".
 void Say(FILE* stream, const QString& text) {
-    QTextStream(stream) << text;
+    std::fputs(text.toUtf8().constData(), stream);
+    std::fflush(stream);
 }
 
 // The screen behind the seam: hidapi's, or a software panel with its window and picture, and a log around

@@ -1,10 +1,50 @@
+#ifndef NOMINMAX
+#define NOMINMAX
+#endif
+#include <windows.h>
+
+#include <mutex>
+
 #include "app/quit_signals.h"
 
 namespace kivo {
 
-// A GUI process of Windows gets no signals: a session that ends closes its windows, and there is no console
-// that could send Ctrl+C.
-QuitSignals::QuitSignals(QObject* parent) : QObject(parent) {}
-QuitSignals::~QuitSignals() = default;
+namespace {
+
+// The system ends the process as soon as the handler is back from a console that closes, and after about five
+// seconds in any case.
+constexpr DWORD kTimeToEndMs = 4500;
+
+std::mutex objectMutex;
+QuitSignals* object = nullptr;
+
+// The console the program was started from says Ctrl+C, or closes. On a thread that the system makes for it.
+BOOL WINAPI OnConsoleEvent(DWORD event) {
+    {
+        const std::lock_guard<std::mutex> guard(objectMutex);
+        if (object == nullptr) {
+            return FALSE;
+        }
+        QMetaObject::invokeMethod(object, &QuitSignals::quitRequested, Qt::QueuedConnection);
+    }
+    if (event != CTRL_C_EVENT && event != CTRL_BREAK_EVENT) {
+        Sleep(kTimeToEndMs);  // the process ends meanwhile, by itself
+    }
+    return TRUE;
+}
+
+}  // namespace
+
+QuitSignals::QuitSignals(QObject* parent) : QObject(parent) {
+    const std::lock_guard<std::mutex> guard(objectMutex);
+    object = this;
+    SetConsoleCtrlHandler(&OnConsoleEvent, TRUE);
+}
+
+QuitSignals::~QuitSignals() {
+    SetConsoleCtrlHandler(&OnConsoleEvent, FALSE);
+    const std::lock_guard<std::mutex> guard(objectMutex);
+    object = nullptr;
+}
 
 }  // namespace kivo

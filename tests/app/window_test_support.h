@@ -20,6 +20,7 @@
 #include "config/first_run_marker.h"
 #include "config/folders.h"
 #include "editor/zoom_widget.h"
+#include "../config/forget_mark.h"
 #include "forwarding_hid_api.h"
 #include "resources/resources.h"
 #include "virtualscreen/virtual_hid_api.h"
@@ -45,9 +46,7 @@ inline void PrepareApplication() {
 inline void ForgetEverything() {
     QDir(SettingsFolder()).removeRecursively();
     QDir(WorkingFolder()).removeRecursively();
-    QDir(QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
-         QStringLiteral("/Kivo Tool"))
-        .removeRecursively();
+    ForgetMark();
     configFolderCreated = 0;
 }
 

@@ -1,0 +1,45 @@
+# What only Windows has: registry, performance counters, device messages, other programs' windows.
+if(NOT WIN32)
+    return()
+endif()
+
+# Libraries that stand in for the system's or the user's, each under the name the program looks for.
+function(kivo_add_test_library target name)
+    add_library(${target} SHARED windows/libraries/${target}.cpp)
+    set_target_properties(${target} PROPERTIES PREFIX "" OUTPUT_NAME ${name}
+        RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests/libraries)
+    target_link_libraries(${target} PRIVATE kivo_build_flags)
+endfunction()
+kivo_add_test_library(test_pdh pdh)
+kivo_add_test_library(test_hidapi hidapi)
+target_include_directories(test_hidapi PRIVATE ${HIDAPI_INCLUDE_DIRS})
+
+kivo_add_test(windows registry_marker LINK kivo_config)
+kivo_add_test(windows windows_folders LINK kivo_config kivo_test_support)
+target_link_libraries(tst_windows_folders PRIVATE ole32 shell32 uuid)
+kivo_add_test(windows console_events LINK kivo_app)
+
+# The library is looked for beside the program first, so this one gets a folder of its own.
+kivo_add_test(windows pdh_counter LINK kivo_telemetry)
+set(with_pdh ${CMAKE_BINARY_DIR}/tests/with_pdh)
+set_target_properties(tst_pdh_counter PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${with_pdh})
+add_dependencies(tst_pdh_counter test_pdh)
+add_custom_command(TARGET tst_pdh_counter POST_BUILD
+    COMMAND ${CMAKE_COMMAND} -E copy_if_different $<TARGET_FILE:test_pdh> ${with_pdh}/pdh.dll)
+
+kivo_add_test(windows windows_program LINK kivo_virtualscreen TIMEOUT 300)
+add_dependencies(tst_windows_program kivo-screen test_pdh test_hidapi)
+target_compile_definitions(tst_windows_program PRIVATE
+    KIVO_PROGRAM_FOLDER="${CMAKE_RUNTIME_OUTPUT_DIRECTORY}"
+    KIVO_TEST_LIBRARIES="${CMAKE_BINARY_DIR}/tests/libraries")
+
+# They are prepared for a test that would find the system's libraries otherwise.
+foreach(test pdh_counter windows_program)
+    get_test_property(windows/${test} ENVIRONMENT environment)
+    set_tests_properties(windows/${test} PROPERTIES
+        ENVIRONMENT "${environment};WINEDLLOVERRIDES=pdh=n,b")
+endforeach()
+# A program with true windows.
+get_test_property(windows/windows_program ENVIRONMENT environment)
+string(REPLACE "QT_QPA_PLATFORM=offscreen" "QT_QPA_PLATFORM=windows" environment "${environment}")
+set_tests_properties(windows/windows_program PROPERTIES ENVIRONMENT "${environment}")

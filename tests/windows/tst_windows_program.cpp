@@ -1,0 +1,343 @@
+// clang-format off
+#include <windows.h>
+#include <dbt.h>
+// clang-format on
+
+#include <QProcess>
+#include <QtTest>
+#include <memory>
+#include <vector>
+
+#include "virtualscreen/panel_decoder.h"
+
+using namespace kivo;
+
+// The whole program as a person has it: its own folder, real windows, real messages. Only the libraries of screen and
+// counters beside it are the tests' own.
+class TestWindowsProgram : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void init();
+    void cleanup();
+    void FirstStartBringsAFrameAndSetsTheMark();
+    void LaterStartLeavesThePanelItsPicture();
+    void WrongMarkIsAFirstRun();
+    void LoadOfTheCounter_data();
+    void LoadOfTheCounter();
+    void ScreenThatComesAndGoes();
+    void SecondCopyBringsTheFirstToTheFront();
+    void EndClosesTheHelperWindow();
+    void EndOfTheSessionEndsIt();
+    void CopiesStartedAtOnceGiveOne();
+
+private:
+    void Start(const QStringList& arguments = {});
+    // True once the program has ended by itself with status 0.
+    bool EndsWell();
+    HWND Window() const;
+    void SetPlugged(bool isPlugged);
+    // What the screen has taken so far.
+    PanelState Panel() const;
+    QByteArray Reports() const;
+    void Mark(const QByteArray& bytes);
+    bool IsMarked() const;
+
+    std::unique_ptr<QTemporaryDir> m_folder;  // with the program in it
+    std::unique_ptr<QTemporaryDir> m_screen;
+    std::unique_ptr<QProcess> m_process;
+    QProcessEnvironment m_environment;
+};
+
+namespace {
+
+constexpr int kPatienceMs = 60000;
+constexpr char kMarkKey[] = "Software\\Kivo Tool\\Kivo Config";
+constexpr char kMarkName[] = "isInitialized";
+constexpr wchar_t kDataName[] =
+    L"HID#VID_04D9&PID_FD01&MI_01#7&2b3c4d5e&0&0000#{4d1e55b2-f16f-11cf-88cb-001111000030}";
+constexpr wchar_t kControlName[] =
+    L"\\\\?\\HID#VID_04D9&PID_FD01&MI_00#7&1a2b3c4d&0&0000#{4d1e55b2-f16f-11cf-88cb-001111000030}";
+
+void CopyTree(const QString& from, const QString& to) {
+    QVERIFY(QDir().mkpath(to));
+    const QFileInfoList entries = QDir(from).entryInfoList(QDir::Dirs | QDir::Files | QDir::NoDotAndDotDot);
+    for (const QFileInfo& entry : entries) {
+        const QString target = to + QLatin1Char('/') + entry.fileName();
+        if (entry.isDir()) {
+            CopyTree(entry.filePath(), target);
+        } else {
+            QVERIFY2(QFile::copy(entry.filePath(), target), qPrintable(target));
+        }
+    }
+}
+
+// What Windows sends when one of a device's interfaces comes or goes.
+void SendDeviceChange(HWND window, WPARAM event, const wchar_t* name) {
+    const std::size_t nameBytes = (wcslen(name) + 1) * sizeof(wchar_t);
+    QByteArray bytes(static_cast<int>(sizeof(DEV_BROADCAST_DEVICEINTERFACE_W) + nameBytes), '\0');
+    auto* message = reinterpret_cast<DEV_BROADCAST_DEVICEINTERFACE_W*>(bytes.data());
+    message->dbcc_size = static_cast<DWORD>(bytes.size());
+    message->dbcc_devicetype = DBT_DEVTYP_DEVICEINTERFACE;
+    std::memcpy(message->dbcc_name, name, nameBytes);
+    SendMessageW(window, WM_DEVICECHANGE, event, reinterpret_cast<LPARAM>(message));
+}
+
+int helperCloseMessages = 0;
+
+LRESULT CALLBACK HelperProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    if (message == WM_CLOSE) {
+        helperCloseMessages += (wParam == 0 && lParam == 0) ? 1 : 1000;
+        return 0;
+    }
+    return DefWindowProcW(window, message, wParam, lParam);
+}
+
+}  // namespace
+
+void TestWindowsProgram::initTestCase() {
+    m_folder = std::make_unique<QTemporaryDir>();
+    const QDir source(QStringLiteral(KIVO_PROGRAM_FOLDER));
+    for (const char* file : {"KivoScreen.exe", "Config.ini", "whole.png", "Default.ini", "DefaultProfile.bin"}) {
+        const QString name = QLatin1String(file);
+        QVERIFY2(QFile::copy(source.filePath(name), m_folder->filePath(name)), file);
+    }
+    CopyTree(source.filePath(QStringLiteral("lang")), m_folder->filePath(QStringLiteral("lang")));
+    CopyTree(source.filePath(QStringLiteral("skin")), m_folder->filePath(QStringLiteral("skin")));
+    for (const char* library : {"pdh.dll", "hidapi.dll"}) {
+        const QString name = QLatin1String(library);
+        QVERIFY2(QFile::copy(QStringLiteral(KIVO_TEST_LIBRARIES "/") + name, m_folder->filePath(name)), library);
+    }
+}
+
+void TestWindowsProgram::init() {
+    m_screen = std::make_unique<QTemporaryDir>();
+    SetPlugged(true);
+    m_environment = QProcessEnvironment::systemEnvironment();
+    m_environment.insert(QStringLiteral("KIVO_TEST_SCREEN"), m_screen->path());
+    m_environment.insert(QStringLiteral("KIVO_TEST_UTILISATIONS"), QStringLiteral("37.99"));
+    RegDeleteKeyA(HKEY_CURRENT_USER, kMarkKey);
+    const QString roaming = QFileInfo(QStandardPaths::writableLocation(QStandardPaths::AppDataLocation)).path();
+    QVERIFY(QDir(roaming + QStringLiteral("/Kivo Tool")).removeRecursively());
+}
+
+void TestWindowsProgram::cleanup() {
+    m_process.reset();  // kills what still runs
+}
+
+void TestWindowsProgram::Start(const QStringList& arguments) {
+    m_process = std::make_unique<QProcess>();
+    m_process->setProcessEnvironment(m_environment);
+    m_process->start(m_folder->filePath(QStringLiteral("KivoScreen.exe")), arguments);
+    QVERIFY(m_process->waitForStarted(kPatienceMs));
+}
+
+bool TestWindowsProgram::EndsWell() {
+    return m_process->waitForFinished(kPatienceMs) && m_process->exitStatus() == QProcess::NormalExit &&
+           m_process->exitCode() == 0;
+}
+
+HWND TestWindowsProgram::Window() const {
+    return FindWindowW(nullptr, L"Kivo Screen");
+}
+
+void TestWindowsProgram::SetPlugged(bool isPlugged) {
+    QFile file(m_screen->filePath(QStringLiteral("plugged")));
+    if (isPlugged) {
+        QVERIFY(file.open(QIODevice::WriteOnly));
+    } else {
+        QVERIFY(file.remove());
+    }
+}
+
+QByteArray TestWindowsProgram::Reports() const {
+    QFile file(m_screen->filePath(QStringLiteral("reports")));
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+PanelState TestWindowsProgram::Panel() const {
+    const QByteArray reports = Reports();
+    PanelDecoder decoder;
+    int at = 0;
+    while (at + 4 <= reports.size()) {
+        quint32 length = 0;
+        for (int byte = 0; byte < 4; ++byte) {
+            length |= quint32(quint8(reports[at + byte])) << (8 * byte);
+        }
+        at += 4;
+        if (at + int(length) > reports.size()) {
+            break;  // it is just being written
+        }
+        decoder.Decode(reinterpret_cast<const quint8*>(reports.constData()) + at, length);
+        at += int(length);
+    }
+    return decoder.State();
+}
+
+void TestWindowsProgram::Mark(const QByteArray& bytes) {
+    HKEY key = nullptr;
+    QCOMPARE(RegCreateKeyExA(HKEY_CURRENT_USER, kMarkKey, 0, nullptr, 0, KEY_WRITE, nullptr, &key, nullptr),
+             LSTATUS(ERROR_SUCCESS));
+    RegSetValueExA(key, kMarkName, 0, REG_SZ, reinterpret_cast<const BYTE*>(bytes.constData()),
+                   static_cast<DWORD>(bytes.size()));
+    RegCloseKey(key);
+}
+
+bool TestWindowsProgram::IsMarked() const {
+    char bytes[16] = {};
+    DWORD size = sizeof(bytes);
+    return RegGetValueA(HKEY_CURRENT_USER, kMarkKey, kMarkName, RRF_RT_REG_SZ, nullptr, bytes, &size) == ERROR_SUCCESS &&
+           QByteArray(bytes, static_cast<int>(size)) == QByteArray("true\0", 5);
+}
+
+void TestWindowsProgram::FirstStartBringsAFrameAndSetsTheMark() {
+    Start({QStringLiteral("--run-for"), QStringLiteral("8")});
+    QTRY_COMPARE_WITH_TIMEOUT(Panel().counts.frames, quint64(1), kPatienceMs);
+    QVERIFY(EndsWell());
+    QVERIFY(IsMarked());
+    const PanelState panel = Panel();
+    QCOMPARE(panel.counts.errors, quint64(0));
+    QVERIFY(panel.counts.areas > 5);
+    QVERIFY2(m_process->readAllStandardOutput().contains("37%"), "the load of the counter");
+}
+
+void TestWindowsProgram::LaterStartLeavesThePanelItsPicture() {
+    Start({QStringLiteral("--run-for"), QStringLiteral("6")});
+    QVERIFY(EndsWell());
+    QCOMPARE(Panel().counts.frames, quint64(1));
+    QVERIFY(QFile::remove(m_screen->filePath(QStringLiteral("reports"))));
+    Start({QStringLiteral("--run-for"), QStringLiteral("5")});
+    QVERIFY(EndsWell());
+    QCOMPARE(Panel().counts.frames, quint64(0));
+    QVERIFY(Panel().counts.areas > 5);
+}
+
+void TestWindowsProgram::WrongMarkIsAFirstRun() {
+    Start({QStringLiteral("--run-for"), QStringLiteral("6")});
+    QVERIFY(EndsWell());
+    QVERIFY(QFile::remove(m_screen->filePath(QStringLiteral("reports"))));
+    Mark(QByteArray("TRUE\0", 5));
+    Start({QStringLiteral("--run-for"), QStringLiteral("8")});
+    QTRY_COMPARE_WITH_TIMEOUT(Panel().counts.frames, quint64(1), kPatienceMs);
+    QVERIFY(EndsWell());
+    QVERIFY(IsMarked());
+}
+
+void TestWindowsProgram::LoadOfTheCounter_data() {
+    QTest::addColumn<QString>("utilisations");
+    QTest::addColumn<QByteArray>("shown");
+    QTest::newRow("cut") << QStringLiteral("37.99") << QByteArray(" 37%");
+    QTest::newRow("over a hundred") << QStringLiteral("112.4") << QByteArray(" 100%");
+    QTest::newRow("none") << QStringLiteral("0") << QByteArray(" 1%");
+}
+
+void TestWindowsProgram::LoadOfTheCounter() {
+    QFETCH(QString, utilisations);
+    QFETCH(QByteArray, shown);
+    m_environment.insert(QStringLiteral("KIVO_TEST_UTILISATIONS"), utilisations);
+    Mark(QByteArray("true\0", 5));
+    Start({QStringLiteral("--run-for"), QStringLiteral("6")});
+    QVERIFY(EndsWell());
+    const QByteArray said = m_process->readAllStandardOutput();
+    QVERIFY2(said.contains(shown), said.constData());
+}
+
+void TestWindowsProgram::ScreenThatComesAndGoes() {
+    SetPlugged(false);
+    Start();
+    QTRY_VERIFY_WITH_TIMEOUT(Window() != nullptr, kPatienceMs);
+    QTRY_VERIFY_WITH_TIMEOUT(IsMarked(), kPatienceMs);
+    QTest::qWait(3000);  // the first upload finds no screen
+    QCOMPARE(Reports().size(), 0);
+
+    // The control interface comes first and opens nothing yet. The data interface brings the frame that is pending.
+    SetPlugged(true);
+    SendDeviceChange(Window(), DBT_DEVICEARRIVAL, kControlName);
+    QTest::qWait(500);
+    QCOMPARE(Panel().counts.frames, quint64(0));
+    SendDeviceChange(Window(), DBT_DEVICEARRIVAL, kDataName);
+    QTRY_COMPARE_WITH_TIMEOUT(Panel().counts.frames, quint64(1), kPatienceMs);
+    const quint64 areas = Panel().counts.areas;
+    QTRY_VERIFY_WITH_TIMEOUT(Panel().counts.areas > areas + 5, kPatienceMs);
+
+    SetPlugged(false);
+    SendDeviceChange(Window(), DBT_DEVICEREMOVECOMPLETE, kDataName);
+    SendDeviceChange(Window(), DBT_DEVICEREMOVECOMPLETE, kControlName);
+    QTest::qWait(1500);
+    QVERIFY(QFile::remove(m_screen->filePath(QStringLiteral("reports"))));
+
+    // Back again, under a name in other letters: every value is drawn anew.
+    SetPlugged(true);
+    SendDeviceChange(Window(), DBT_DEVICEARRIVAL, kControlName);
+    SendDeviceChange(Window(), DBT_DEVICEARRIVAL, QString::fromWCharArray(kDataName).toLower().toStdWString().c_str());
+    QTRY_VERIFY_WITH_TIMEOUT(Panel().counts.areas >= 7, kPatienceMs);
+    QCOMPARE(Panel().counts.errors, quint64(0));
+}
+
+void TestWindowsProgram::SecondCopyBringsTheFirstToTheFront() {
+    Mark(QByteArray("true\0", 5));
+    Start();
+    QTRY_VERIFY_WITH_TIMEOUT(Reports().size() > 0, kPatienceMs);
+    QTRY_VERIFY_WITH_TIMEOUT(Panel().counts.areas > 0, kPatienceMs);  // past a first frame, if one was due
+    QTRY_VERIFY_WITH_TIMEOUT(Window() != nullptr && (!IsWindowVisible(Window()) || IsIconic(Window())), kPatienceMs);
+
+    QProcess second;
+    second.setProcessEnvironment(m_environment);
+    second.start(m_folder->filePath(QStringLiteral("KivoScreen.exe")), QStringList());
+    QVERIFY(second.waitForFinished(kPatienceMs));
+    QCOMPARE(second.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(second.exitCode(), 0);
+    QTRY_VERIFY_WITH_TIMEOUT(IsWindowVisible(Window()) && !IsIconic(Window()), kPatienceMs);
+    QCOMPARE(int(m_process->state()), int(QProcess::Running));
+}
+
+void TestWindowsProgram::EndClosesTheHelperWindow() {
+    WNDCLASSW helperClass{};
+    helperClass.lpfnWndProc = &HelperProcedure;
+    helperClass.hInstance = GetModuleHandleW(nullptr);
+    helperClass.lpszClassName = L"KivoTestHelper";
+    RegisterClassW(&helperClass);
+    const HWND helper = CreateWindowW(L"KivoTestHelper", L"GetCPUInfo", WS_OVERLAPPEDWINDOW, 0, 0, 100, 100, nullptr,
+                                      nullptr, helperClass.hInstance, nullptr);
+    QVERIFY(helper != nullptr);
+    helperCloseMessages = 0;
+    Start({QStringLiteral("--run-for"), QStringLiteral("2")});
+    QTRY_COMPARE_WITH_TIMEOUT(int(m_process->state()), int(QProcess::NotRunning), kPatienceMs);
+    QCOMPARE(helperCloseMessages, 1);
+    DestroyWindow(helper);
+}
+
+void TestWindowsProgram::EndOfTheSessionEndsIt() {
+    Start();
+    QTRY_VERIFY_WITH_TIMEOUT(Window() != nullptr && IsMarked(), kPatienceMs);
+    // An ordinary close only hides it.
+    SendMessageW(Window(), WM_CLOSE, 0, 0);
+    QTest::qWait(1000);
+    QCOMPARE(int(m_process->state()), int(QProcess::Running));
+    QVERIFY(SendMessageW(Window(), WM_QUERYENDSESSION, 0, 0) != 0);
+    SendMessageW(Window(), WM_ENDSESSION, TRUE, 0);
+    QVERIFY(EndsWell());
+}
+
+void TestWindowsProgram::CopiesStartedAtOnceGiveOne() {
+    Mark(QByteArray("true\0", 5));
+    std::vector<std::unique_ptr<QProcess>> copies;
+    for (int copy = 0; copy < 4; ++copy) {
+        copies.push_back(std::make_unique<QProcess>());
+        copies.back()->setProcessEnvironment(m_environment);
+        copies.back()->start(m_folder->filePath(QStringLiteral("KivoScreen.exe")),
+                             {QStringLiteral("--run-for"), QStringLiteral("15")});
+    }
+    int sessions = 0;
+    for (const auto& copy : copies) {
+        QVERIFY(copy->waitForFinished(kPatienceMs));
+        QCOMPARE(copy->exitStatus(), QProcess::NormalExit);
+        QCOMPARE(copy->exitCode(), 0);
+        sessions += copy->readAllStandardOutput().contains("Live values sent last") ? 1 : 0;
+    }
+    QCOMPARE(sessions, 1);
+}
+
+QTEST_GUILESS_MAIN(TestWindowsProgram)
+#include "tst_windows_program.moc"
