@@ -3,6 +3,7 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QIcon>
+#include <QImageReader>
 #include <QKeyEvent>
 #include <QPixmap>
 #include <QScrollBar>
@@ -242,7 +243,10 @@ QString PictureList::BackgroundAfterRemoval(const QString& background, const QSt
 }
 
 QString PictureList::PictureFileFilter() {
-    return QStringLiteral("*.webp *.jfif *.gif *.bmp *.jpg *.jpeg *.png;;") + tr("All Files(*)");
+    // Qt reads this one with a plugin that not every system has; nobody is offered what would not open.
+    const bool readsWebp = QImageReader::supportedImageFormats().contains("webp");
+    return (readsWebp ? QStringLiteral("*.webp ") : QString()) +
+           QStringLiteral("*.jfif *.gif *.bmp *.jpg *.jpeg *.png;;") + tr("All Files(*)");
 }
 
 // The selection has to tell which picture is shown, and the add entry is none. With the keys it can be stood

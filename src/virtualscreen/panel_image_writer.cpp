@@ -42,28 +42,33 @@ void PanelImageWriter::Run() {
     std::unique_lock lock(m_mutex);
     while (true) {
         m_wake.wait(lock, [this] { return m_dirty || m_stop; });
+        const bool isLast = m_stop;
+        bool written = true;
         if (m_dirty) {
             m_dirty = false;
             lock.unlock();
-            WriteImage();
+            written = WriteImage();
             lock.lock();
         }
-        if (m_stop && !m_dirty)
+        if (m_stop && (isLast || !m_dirty))
             return;
+        // Somebody may just be looking at the file: Windows lets nobody replace it then.
+        m_dirty = m_dirty || !written;
         // Whatever changes during this time goes into the next picture.
         m_wake.wait_for(lock, kInterval, [this] { return m_stop; });
     }
 }
 
-void PanelImageWriter::WriteImage() {
+bool PanelImageWriter::WriteImage() {
     QSaveFile file(m_fileName);
     const bool written =
         file.open(QIODevice::WriteOnly) && m_screen.State().image.save(&file, "PNG") && file.commit();
-    // One line for a row of failures: the panel goes on changing, and each change is another try.
+    // One line for a row of failures.
     if (!written && !m_failed)
         qCWarning(imageLog, "The panel's picture cannot be written to %s: %s", qUtf8Printable(m_fileName),
                   qUtf8Printable(file.errorString()));
     m_failed = !written;
+    return written;
 }
 
 }  // namespace kivo

@@ -25,7 +25,8 @@ public:
 
 private:
     void Run();
-    void WriteImage();
+    // False: it has to be tried again.
+    bool WriteImage();
 
     VirtualHidApi& m_screen;
     const QString m_fileName;

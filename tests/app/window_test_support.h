@@ -12,6 +12,7 @@
 #include <functional>
 #include <memory>
 
+#include "../config/forget_mark.h"
 #include "app/main_window.h"
 #include "compose/background_picture.h"
 #include "compose/frame_composer.h"
@@ -20,7 +21,6 @@
 #include "config/first_run_marker.h"
 #include "config/folders.h"
 #include "editor/zoom_widget.h"
-#include "../config/forget_mark.h"
 #include "forwarding_hid_api.h"
 #include "resources/resources.h"
 #include "virtualscreen/virtual_hid_api.h"

@@ -56,14 +56,21 @@ quint32 PngChecksum(const QByteArray& bytes) {
     return ~crc;
 }
 
+// The four bytes of a number, highest first, as PNG has them.
+QByteArray BigEndianBytes(quint32 number) {
+    QByteArray bytes;
+    for (int shift = 24; shift >= 0; shift -= 8) {
+        bytes.append(static_cast<char>((number >> shift) & 0xFF));
+    }
+    return bytes;
+}
+
 // A PNG whose header claims another size than its pixels have.
 QByteArray PngThatClaims(quint32 width, quint32 height) {
     QByteArray png = Encoded(Filled(QSize(1, 1), Qt::red), "PNG");
     constexpr int kHeader = 12;  // "IHDR", width, height, depth and four more bytes, checksum
-    qToBigEndian(width, png.data() + kHeader + 4);
-    qToBigEndian(height, png.data() + kHeader + 8);
-    qToBigEndian(PngChecksum(png.mid(kHeader, 17)), png.data() + kHeader + 17);
-    return png;
+    png.replace(kHeader + 4, 8, BigEndianBytes(width) + BigEndianBytes(height));
+    return png.replace(kHeader + 17, 4, BigEndianBytes(PngChecksum(png.mid(kHeader, 17))));
 }
 
 // A JPEG with an orientation mark (1 to 8, as cameras write it).

@@ -177,7 +177,7 @@ private slots:
         QCOMPARE(SettingsReader(path).Int(keys::kThemeId), 0);
         QCOMPARE(SettingsReader(path).Int(keys::kHor), 0);
         SettingsWriter(path).SetInt(keys::kMode.name, 1);
-        QCOMPARE(Content(path), QByteArray("[Config]\nMode=1\n"));
+        QCOMPARE(Content(path).replace("\r\n", "\n"), QByteArray("[Config]\nMode=1\n"));
         QCOMPARE(Content(KeptPath(path)), content);
     }
 

@@ -52,13 +52,21 @@ inline QByteArray MarkedJpeg(const QImage& image, quint8 orientation) {
     return Encoded(image, "JPEG").insert(kAfterStart, mark);
 }
 
+// The four bytes of a number, lowest first, as bitmaps have them.
+inline QByteArray LittleEndianBytes(qint32 number) {
+    const auto bits = static_cast<quint32>(number);
+    QByteArray bytes;
+    for (int shift = 0; shift < 32; shift += 8) {
+        bytes.append(static_cast<char>((bits >> shift) & 0xFF));
+    }
+    return bytes;
+}
+
 // A bitmap whose header claims another size than its pixels have; it has no check sum that would tell.
 inline QByteArray BitmapThatClaims(qint32 width, qint32 height) {
     constexpr int kWidthAt = 18;
     QByteArray bitmap = Encoded(Filled(QSize(1, 1), Qt::red), "BMP");
-    qToLittleEndian(width, bitmap.data() + kWidthAt);
-    qToLittleEndian(height, bitmap.data() + kWidthAt + 4);
-    return bitmap;
+    return bitmap.replace(kWidthAt, 8, LittleEndianBytes(width) + LittleEndianBytes(height));
 }
 
 // A JPEG whose header claims another size.

@@ -33,13 +33,19 @@ target_compile_definitions(tst_windows_program PRIVATE
     KIVO_PROGRAM_FOLDER="${CMAKE_RUNTIME_OUTPUT_DIRECTORY}"
     KIVO_TEST_LIBRARIES="${CMAKE_BINARY_DIR}/tests/libraries")
 
-# They are prepared for a test that would find the system's libraries otherwise.
-foreach(test pdh_counter windows_program)
-    get_test_property(windows/${test} ENVIRONMENT environment)
-    set_tests_properties(windows/${test} PROPERTIES
+# The program's own calls of these libraries, on a system whose own cannot be counted on: Wine's has no such counter, and
+# hidapi does not start there.
+set(with_hidapi ${CMAKE_BINARY_DIR}/tests/with_hidapi)
+set_target_properties(tst_cpu_counter PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${with_pdh})
+set_target_properties(tst_hid_api_hidapi PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${with_hidapi})
+add_dependencies(tst_cpu_counter tst_pdh_counter)
+add_dependencies(tst_hid_api_hidapi test_hidapi)
+add_custom_command(TARGET tst_hid_api_hidapi POST_BUILD
+    COMMAND ${CMAKE_COMMAND} -E copy_if_different $<TARGET_FILE:test_hidapi> ${with_hidapi}/hidapi.dll)
+
+# Before the system's library comes the one beside the program.
+foreach(test windows/pdh_counter windows/windows_program telemetry/cpu_counter)
+    get_test_property(${test} ENVIRONMENT environment)
+    set_tests_properties(${test} PROPERTIES
         ENVIRONMENT "${environment};WINEDLLOVERRIDES=pdh=n,b")
 endforeach()
-# A program with true windows.
-get_test_property(windows/windows_program ENVIRONMENT environment)
-string(REPLACE "QT_QPA_PLATFORM=offscreen" "QT_QPA_PLATFORM=windows" environment "${environment}")
-set_tests_properties(windows/windows_program PROPERTIES ENVIRONMENT "${environment}")

@@ -13,7 +13,7 @@ class TestConsoleEvents : public QObject {
 
 private Q_SLOTS:
     void CtrlCAsksToQuit() {
-        AllocConsole();                        // where the test has none yet
+        AllocConsole();                         // where the test has none yet
         SetConsoleCtrlHandler(nullptr, FALSE);  // a parent may have switched Ctrl+C off
         const QuitSignals quitSignals;
         QSignalSpy asked(&quitSignals, &QuitSignals::quitRequested);

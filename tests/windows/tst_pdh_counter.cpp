@@ -4,7 +4,8 @@
 
 using namespace kivo;
 
-// The sampler over the real calls of the performance counters; the library behind them is the one of the tests.
+// The sampler over the real calls of the performance counters; the library behind them is the one of the
+// tests.
 class TestPdhCounter : public QObject {
     Q_OBJECT
 

@@ -41,8 +41,9 @@ private Q_SLOTS:
 
     void KeyWithoutTheValueIsAFirstRun() {
         HKEY key = nullptr;
-        QCOMPARE(RegCreateKeyExA(HKEY_CURRENT_USER, kKeyPath, 0, nullptr, 0, KEY_WRITE, nullptr, &key, nullptr),
-                 LSTATUS(ERROR_SUCCESS));
+        QCOMPARE(
+            RegCreateKeyExA(HKEY_CURRENT_USER, kKeyPath, 0, nullptr, 0, KEY_WRITE, nullptr, &key, nullptr),
+            LSTATUS(ERROR_SUCCESS));
         RegCloseKey(key);
         QVERIFY(IsFirstRun());
     }

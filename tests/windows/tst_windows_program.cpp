@@ -5,6 +5,7 @@
 
 #include <QProcess>
 #include <QtTest>
+#include <cstring>
 #include <memory>
 #include <vector>
 
@@ -12,8 +13,8 @@
 
 using namespace kivo;
 
-// The whole program as a person has it: its own folder, real windows, real messages. Only the libraries of screen and
-// counters beside it are the tests' own.
+// The whole program as a person has it: its own folder, real windows, real messages. Only the libraries of
+// screen and counters beside it are the tests' own.
 class TestWindowsProgram : public QObject {
     Q_OBJECT
 
@@ -99,7 +100,8 @@ LRESULT CALLBACK HelperProcedure(HWND window, UINT message, WPARAM wParam, LPARA
 void TestWindowsProgram::initTestCase() {
     m_folder = std::make_unique<QTemporaryDir>();
     const QDir source(QStringLiteral(KIVO_PROGRAM_FOLDER));
-    for (const char* file : {"KivoScreen.exe", "Config.ini", "whole.png", "Default.ini", "DefaultProfile.bin"}) {
+    for (const char* file :
+         {"KivoScreen.exe", "Config.ini", "whole.png", "Default.ini", "DefaultProfile.bin"}) {
         const QString name = QLatin1String(file);
         QVERIFY2(QFile::copy(source.filePath(name), m_folder->filePath(name)), file);
     }
@@ -107,7 +109,8 @@ void TestWindowsProgram::initTestCase() {
     CopyTree(source.filePath(QStringLiteral("skin")), m_folder->filePath(QStringLiteral("skin")));
     for (const char* library : {"pdh.dll", "hidapi.dll"}) {
         const QString name = QLatin1String(library);
-        QVERIFY2(QFile::copy(QStringLiteral(KIVO_TEST_LIBRARIES "/") + name, m_folder->filePath(name)), library);
+        QVERIFY2(QFile::copy(QStringLiteral(KIVO_TEST_LIBRARIES "/") + name, m_folder->filePath(name)),
+                 library);
     }
 }
 
@@ -118,7 +121,8 @@ void TestWindowsProgram::init() {
     m_environment.insert(QStringLiteral("KIVO_TEST_SCREEN"), m_screen->path());
     m_environment.insert(QStringLiteral("KIVO_TEST_UTILISATIONS"), QStringLiteral("37.99"));
     RegDeleteKeyA(HKEY_CURRENT_USER, kMarkKey);
-    const QString roaming = QFileInfo(QStandardPaths::writableLocation(QStandardPaths::AppDataLocation)).path();
+    const QString roaming =
+        QFileInfo(QStandardPaths::writableLocation(QStandardPaths::AppDataLocation)).path();
     QVERIFY(QDir(roaming + QStringLiteral("/Kivo Tool")).removeRecursively());
 }
 
@@ -162,8 +166,8 @@ PanelState TestWindowsProgram::Panel() const {
     int at = 0;
     while (at + 4 <= reports.size()) {
         quint32 length = 0;
-        for (int byte = 0; byte < 4; ++byte) {
-            length |= quint32(quint8(reports[at + byte])) << (8 * byte);
+        for (int place = 0; place < 4; ++place) {
+            length |= quint32(quint8(reports[at + place])) << (8 * place);
         }
         at += 4;
         if (at + int(length) > reports.size()) {
@@ -187,7 +191,8 @@ void TestWindowsProgram::Mark(const QByteArray& bytes) {
 bool TestWindowsProgram::IsMarked() const {
     char bytes[16] = {};
     DWORD size = sizeof(bytes);
-    return RegGetValueA(HKEY_CURRENT_USER, kMarkKey, kMarkName, RRF_RT_REG_SZ, nullptr, bytes, &size) == ERROR_SUCCESS &&
+    return RegGetValueA(HKEY_CURRENT_USER, kMarkKey, kMarkName, RRF_RT_REG_SZ, nullptr, bytes, &size) ==
+               ERROR_SUCCESS &&
            QByteArray(bytes, static_cast<int>(size)) == QByteArray("true\0", 5);
 }
 
@@ -251,7 +256,8 @@ void TestWindowsProgram::ScreenThatComesAndGoes() {
     QTest::qWait(3000);  // the first upload finds no screen
     QCOMPARE(Reports().size(), 0);
 
-    // The control interface comes first and opens nothing yet. The data interface brings the frame that is pending.
+    // The control interface comes first and opens nothing yet. The data interface brings the frame that is
+    // pending.
     SetPlugged(true);
     SendDeviceChange(Window(), DBT_DEVICEARRIVAL, kControlName);
     QTest::qWait(500);
@@ -270,7 +276,8 @@ void TestWindowsProgram::ScreenThatComesAndGoes() {
     // Back again, under a name in other letters: every value is drawn anew.
     SetPlugged(true);
     SendDeviceChange(Window(), DBT_DEVICEARRIVAL, kControlName);
-    SendDeviceChange(Window(), DBT_DEVICEARRIVAL, QString::fromWCharArray(kDataName).toLower().toStdWString().c_str());
+    SendDeviceChange(Window(), DBT_DEVICEARRIVAL,
+                     QString::fromWCharArray(kDataName).toLower().toStdWString().c_str());
     QTRY_VERIFY_WITH_TIMEOUT(Panel().counts.areas >= 7, kPatienceMs);
     QCOMPARE(Panel().counts.errors, quint64(0));
 }
@@ -280,7 +287,8 @@ void TestWindowsProgram::SecondCopyBringsTheFirstToTheFront() {
     Start();
     QTRY_VERIFY_WITH_TIMEOUT(Reports().size() > 0, kPatienceMs);
     QTRY_VERIFY_WITH_TIMEOUT(Panel().counts.areas > 0, kPatienceMs);  // past a first frame, if one was due
-    QTRY_VERIFY_WITH_TIMEOUT(Window() != nullptr && (!IsWindowVisible(Window()) || IsIconic(Window())), kPatienceMs);
+    QTRY_VERIFY_WITH_TIMEOUT(Window() != nullptr && (!IsWindowVisible(Window()) || IsIconic(Window())),
+                             kPatienceMs);
 
     QProcess second;
     second.setProcessEnvironment(m_environment);
@@ -298,8 +306,8 @@ void TestWindowsProgram::EndClosesTheHelperWindow() {
     helperClass.hInstance = GetModuleHandleW(nullptr);
     helperClass.lpszClassName = L"KivoTestHelper";
     RegisterClassW(&helperClass);
-    const HWND helper = CreateWindowW(L"KivoTestHelper", L"GetCPUInfo", WS_OVERLAPPEDWINDOW, 0, 0, 100, 100, nullptr,
-                                      nullptr, helperClass.hInstance, nullptr);
+    const HWND helper = CreateWindowW(L"KivoTestHelper", L"GetCPUInfo", WS_OVERLAPPEDWINDOW, 0, 0, 100, 100,
+                                      nullptr, nullptr, helperClass.hInstance, nullptr);
     QVERIFY(helper != nullptr);
     helperCloseMessages = 0;
     Start({QStringLiteral("--run-for"), QStringLiteral("2")});

@@ -1,8 +1,10 @@
-// A hidapi.dll for tests: one screen with its two collections. KIVO_TEST_SCREEN names a folder; the screen is plugged
-// in while there is a file "plugged" in it, and every report it takes is appended to "reports" there: the length (four
-// bytes, lowest first), then the report as it was handed over. Feature reports go to "features" in the same form.
+// A hidapi.dll for tests: one screen with its two collections. KIVO_TEST_SCREEN names a folder; the screen is
+// plugged in while there is a file "plugged" in it, and every report it takes is appended to "reports" there:
+// the length (four bytes, lowest first), then the report as it was handed over. Feature reports go to
+// "features" in the same form.
 //
-// The screen has a mouse of another maker for company, and a third collection that is neither control nor data.
+// The screen has a mouse of another maker for company, and a third collection that is neither control nor
+// data.
 
 #include <hidapi.h>
 
@@ -14,10 +16,14 @@
 
 namespace {
 
-constexpr char kControlPath[] = "\\\\?\\HID#VID_04D9&PID_FD01&MI_00#7&1a2b3c4d&0&0000#{4d1e55b2-f16f-11cf-88cb-001111000030}";
-constexpr char kDataPath[] = "\\\\?\\HID#VID_04D9&PID_FD01&MI_01#7&2b3c4d5e&0&0000#{4d1e55b2-f16f-11cf-88cb-001111000030}";
-constexpr char kThirdPath[] = "\\\\?\\HID#VID_04D9&PID_FD01&MI_00&Col02#7&1a2b3c4d&0&0001#{4d1e55b2-f16f-11cf-88cb-001111000030}";
-constexpr char kMousePath[] = "\\\\?\\HID#VID_1234&PID_5678&MI_00#8&0&0&0000#{4d1e55b2-f16f-11cf-88cb-001111000030}";
+constexpr char kControlPath[] =
+    "\\\\?\\HID#VID_04D9&PID_FD01&MI_00#7&1a2b3c4d&0&0000#{4d1e55b2-f16f-11cf-88cb-001111000030}";
+constexpr char kDataPath[] =
+    "\\\\?\\HID#VID_04D9&PID_FD01&MI_01#7&2b3c4d5e&0&0000#{4d1e55b2-f16f-11cf-88cb-001111000030}";
+constexpr char kThirdPath[] =
+    "\\\\?\\HID#VID_04D9&PID_FD01&MI_00&Col02#7&1a2b3c4d&0&0001#{4d1e55b2-f16f-11cf-88cb-001111000030}";
+constexpr char kMousePath[] =
+    "\\\\?\\HID#VID_1234&PID_5678&MI_00#8&0&0&0000#{4d1e55b2-f16f-11cf-88cb-001111000030}";
 
 std::mutex mutex;  // reports of two threads do not mix in the file
 
@@ -52,8 +58,9 @@ int Append(const char* name, const unsigned char* data, size_t length) {
     return static_cast<int>(length);
 }
 
-hid_device_info* Describe(const char* path, unsigned short vendor, unsigned short product, unsigned short usagePage,
-                          unsigned short usage, int interfaceNumber, hid_device_info* next) {
+hid_device_info* Describe(const char* path, unsigned short vendor, unsigned short product,
+                          unsigned short usagePage, unsigned short usage, int interfaceNumber,
+                          hid_device_info* next) {
     auto* info = new hid_device_info{};
     info->path = _strdup(path);
     info->vendor_id = vendor;
@@ -114,11 +121,13 @@ __declspec(dllexport) hid_device* HID_API_CALL hid_open_path(const char* path) {
     return new hid_device_{isData};
 }
 
-__declspec(dllexport) int HID_API_CALL hid_write(hid_device* device, const unsigned char* data, size_t length) {
+__declspec(dllexport) int HID_API_CALL
+    hid_write(hid_device* device, const unsigned char* data, size_t length) {
     return device->isData ? Append("reports", data, length) : -1;
 }
 
-__declspec(dllexport) int HID_API_CALL hid_send_feature_report(hid_device*, const unsigned char* data, size_t length) {
+__declspec(dllexport) int HID_API_CALL
+    hid_send_feature_report(hid_device*, const unsigned char* data, size_t length) {
     return Append("features", data, length);
 }
 

@@ -1,10 +1,12 @@
-// A pdh.dll for tests: its counter goes through the utilisations named in KIVO_TEST_UTILISATIONS (percent, parted by
-// blanks, the last one repeats), one a collection. What it hands out are true raw counters: only the difference of two
-// of them gives a utilisation. KIVO_TEST_PDH_LOG names a file that gets one line for each query opened and closed.
+// A pdh.dll for tests: its counter goes through the utilisations named in KIVO_TEST_UTILISATIONS (percent,
+// parted by blanks, the last one repeats), one a collection. What it hands out are true raw counters: only
+// the difference of two of them gives a utilisation. KIVO_TEST_PDH_LOG names a file that gets one line for
+// each query opened and closed.
 
 // clang-format off
 #include <windows.h>
 #include <pdh.h>
+#include <pdhmsg.h>
 // clang-format on
 
 #include <cstdio>
@@ -59,8 +61,8 @@ __declspec(dllexport) PDH_STATUS WINAPI PdhOpenQueryW(LPCWSTR, DWORD_PTR, PDH_HQ
     return ERROR_SUCCESS;
 }
 
-__declspec(dllexport) PDH_STATUS WINAPI PdhAddEnglishCounterW(PDH_HQUERY query, LPCWSTR path, DWORD_PTR,
-                                                              PDH_HCOUNTER* counter) {
+__declspec(dllexport) PDH_STATUS WINAPI
+    PdhAddEnglishCounterW(PDH_HQUERY query, LPCWSTR path, DWORD_PTR, PDH_HCOUNTER* counter) {
     if (query != &queryToken || std::wcscmp(path, kExpectedPath) != 0) {
         return static_cast<PDH_STATUS>(PDH_CSTATUS_NO_COUNTER);
     }
@@ -83,7 +85,8 @@ __declspec(dllexport) PDH_STATUS WINAPI PdhCollectQueryData(PDH_HQUERY query) {
     return ERROR_SUCCESS;
 }
 
-__declspec(dllexport) PDH_STATUS WINAPI PdhGetRawCounterValue(PDH_HCOUNTER counter, LPDWORD, PPDH_RAW_COUNTER value) {
+__declspec(dllexport) PDH_STATUS WINAPI
+    PdhGetRawCounterValue(PDH_HCOUNTER counter, LPDWORD, PPDH_RAW_COUNTER value) {
     if (counter != &counterToken) {
         return static_cast<PDH_STATUS>(PDH_INVALID_HANDLE);
     }
@@ -94,9 +97,9 @@ __declspec(dllexport) PDH_STATUS WINAPI PdhGetRawCounterValue(PDH_HCOUNTER count
     return ERROR_SUCCESS;
 }
 
-__declspec(dllexport) PDH_STATUS WINAPI PdhCalculateCounterFromRawValue(PDH_HCOUNTER counter, DWORD format,
-                                                                        PPDH_RAW_COUNTER now, PPDH_RAW_COUNTER previous,
-                                                                        PPDH_FMT_COUNTERVALUE value) {
+__declspec(dllexport) PDH_STATUS WINAPI
+    PdhCalculateCounterFromRawValue(PDH_HCOUNTER counter, DWORD format, PPDH_RAW_COUNTER now,
+                                    PPDH_RAW_COUNTER previous, PPDH_FMT_COUNTERVALUE value) {
     if (counter != &counterToken || format != PDH_FMT_DOUBLE || now->SecondValue == previous->SecondValue) {
         return static_cast<PDH_STATUS>(PDH_INVALID_ARGUMENT);
     }
