@@ -5,11 +5,12 @@ kivo_add_test(app live_session_uploads LINK kivo_app kivo_virtualscreen)
 kivo_add_test(app nimb_process LINK kivo_app kivo_virtualscreen)
 kivo_add_test(app program LINK kivo_app kivo_virtualscreen TIMEOUT 180)
 kivo_add_test(app single_instance LINK kivo_app)
+kivo_add_test(app sleep_watch LINK kivo_app)
 kivo_add_program(instance_copy SOURCES app/instance_copy.cpp LINK kivo_app)
 set_target_properties(instance_copy PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests)
 add_dependencies(tst_single_instance instance_copy)
 target_compile_definitions(tst_single_instance PRIVATE KIVO_INSTANCE_COPY="$<TARGET_FILE:instance_copy>")
-set(window_tests main_window window_custom window_life window_likeness window_noise window_picture_list window_text
+set(window_tests main_window window_custom window_hotplug window_life window_likeness window_noise window_picture_list window_text
                  window_themes window_tools)
 foreach(test ${window_tests})
     kivo_add_test(app ${test} LINK kivo_app kivo_virtualscreen TIMEOUT 300)
