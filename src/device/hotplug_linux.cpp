@@ -27,8 +27,8 @@ public:
             return false;
         }
         m_listener = std::move(listener);
-        m_notifier = std::make_unique<QSocketNotifier>(udev_monitor_get_fd(m_monitor.get()),
-                                                       QSocketNotifier::Read);
+        m_notifier =
+            std::make_unique<QSocketNotifier>(udev_monitor_get_fd(m_monitor.get()), QSocketNotifier::Read);
         QObject::connect(m_notifier.get(), &QSocketNotifier::activated, m_notifier.get(),
                          [this] { TellOfNext(); });
         return true;
@@ -43,9 +43,9 @@ private:
         if (!device) {
             return;
         }
-        const std::optional<DeviceChange> change = InterpretUdevEvent(
-            {udev_device_get_action(device.get()), udev_device_get_devpath(device.get()),
-             udev_device_get_devnode(device.get())});
+        const std::optional<DeviceChange> change =
+            InterpretUdevEvent({udev_device_get_action(device.get()), udev_device_get_devpath(device.get()),
+                                udev_device_get_devnode(device.get())});
         if (change) {
             m_listener(*change);
         }

@@ -9,7 +9,8 @@ namespace kivo {
 namespace {
 
 // GUID_DEVINTERFACE_HID, here so that no import library is needed for it.
-constexpr GUID kHidInterfaces = {0x4D1E55B2, 0xF16F, 0x11CF, {0x88, 0xCB, 0x00, 0x11, 0x11, 0x00, 0x00, 0x30}};
+constexpr GUID kHidInterfaces = {
+    0x4D1E55B2, 0xF16F, 0x11CF, {0x88, 0xCB, 0x00, 0x11, 0x11, 0x00, 0x00, 0x30}};
 
 // Notifications are messages to the window, so there is nothing to listen to here.
 class WindowsHotplug final : public Hotplug {

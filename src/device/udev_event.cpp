@@ -13,9 +13,9 @@ constexpr int kHexadecimal = 16;
 // The kernel names the parents of a hidraw node: the HID device "bus:vendor:product.number", all hexadecimal
 // (bus 3 is USB), below the USB interface "bus-ports:configuration.interface", the last two decimal.
 const QRegularExpression& UsbHidPath() {
-    static const QRegularExpression path(QStringLiteral(
-        "(?:/\\d+-[\\d.]+:\\d+\\.(?<interface>\\d+))?"
-        "/0003:(?<vid>[0-9A-F]{4}):(?<pid>[0-9A-F]{4})\\.[0-9A-F]{4,}/hidraw/hidraw\\d+$"));
+    static const QRegularExpression path(
+        QStringLiteral("(?:/\\d+-[\\d.]+:\\d+\\.(?<interface>\\d+))?"
+                       "/0003:(?<vid>[0-9A-F]{4}):(?<pid>[0-9A-F]{4})\\.[0-9A-F]{4,}/hidraw/hidraw\\d+$"));
     return path;
 }
 

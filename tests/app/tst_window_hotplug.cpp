@@ -320,8 +320,8 @@ void TestWindowHotplug::OtherDevicesChangeNothing() {
     Desk desk;
     const ScreenSession& screen = desk.window->Session().Screen();
     const SharedScreenHandle control = screen.controlHandle();
-    for (const char* name : {R"(\\?\HID#VID_046D&PID_C31C&MI_01#8)", R"(\\?\HID#VID_04D9&PID_FD02&MI_01#8)",
-                             "HID#", ""}) {
+    for (const char* name :
+         {R"(\\?\HID#VID_046D&PID_C31C&MI_01#8)", R"(\\?\HID#VID_04D9&PID_FD02&MI_01#8)", "HID#", ""}) {
         for (const bool arrived : {true, false}) {
             QVERIFY(desk.window->HandleScreenChange(QString::fromLatin1(name), arrived));
             QCOMPARE(screen.Entry(0).dataFound, 1U);

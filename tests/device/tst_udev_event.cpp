@@ -40,8 +40,7 @@ void TestUdevEvent::ChangesAreTold_data() {
         "HID#VID_04D9&PID_FD01&MI_00#/dev/hidraw3");
     row("rights change", "change", kUsb + "/1-2:1.1/0003:04D9:FD01.0005/hidraw/hidraw3",
         "HID#VID_04D9&PID_FD01&MI_01#/dev/hidraw3");
-    row("behind two hubs", "add",
-        kUsb + "/1-2.4/1-2.4.1/1-2.4.1:1.1/0003:04D9:FD01.0ABC/hidraw/hidraw12",
+    row("behind two hubs", "add", kUsb + "/1-2.4/1-2.4.1/1-2.4.1:1.1/0003:04D9:FD01.0ABC/hidraw/hidraw12",
         "HID#VID_04D9&PID_FD01&MI_01#/dev/hidraw3");
     row("an interface with two figures", "add", kUsb + "/1-2:1.11/0003:04D9:FD01.0005/hidraw/hidraw3",
         "HID#VID_04D9&PID_FD01&MI_0B#/dev/hidraw3");
@@ -70,8 +69,9 @@ void TestUdevEvent::OtherEventsAreLeftOut_data() {
     QTest::newRow("no action") << QByteArray() << data;
     QTest::newRow("an action in capitals") << QByteArray("ADD") << data;
     QTest::newRow("no path") << QByteArray("add") << QByteArray();
-    QTest::newRow("over Bluetooth")
-        << QByteArray("add") << QByteArray("/devices/virtual/misc/uhid/0005:04D9:FD01.0005/hidraw/hidraw3");
+    QTest::newRow("over Bluetooth") << QByteArray("add")
+                                    << QByteArray(
+                                           "/devices/virtual/misc/uhid/0005:04D9:FD01.0005/hidraw/hidraw3");
     QTest::newRow("its keys") << QByteArray("add")
                               << kUsb + "/1-2:1.0/0003:04D9:FD01.0004/input/input7/event5";
     QTest::newRow("the HID device itself") << QByteArray("add") << kUsb + "/1-2:1.1/0003:04D9:FD01.0005";

@@ -78,9 +78,7 @@ private Q_SLOTS:
         QVERIFY(m_told.isEmpty());
     }
 
-    void PathsAreListedAfresh() {
-        QCOMPARE(int(m_hotplug->PathOfArrival()), int(ArrivalPath::Enumeration));
-    }
+    void PathsAreListedAfresh() { QCOMPARE(int(m_hotplug->PathOfArrival()), int(ArrivalPath::Enumeration)); }
 
 private:
     Told m_told;
