@@ -39,6 +39,7 @@ void LiveSession::OpenScreen() {
     m_session.InitDeviceTable();
     m_session.EnumerateScreens();
     m_session.OpenScreenByName(kScreenName);
+    m_session.WarnIfDenied();
 }
 
 void LiveSession::SetLoaded(const ScreenState& state) {
@@ -81,6 +82,11 @@ void LiveSession::RedrawValues() {
     if (m_refresh) {
         m_refresh->ForgetSentTexts();
     }
+}
+
+void LiveSession::BringPanelUpToDate() {
+    RedrawValues();
+    SendPendingFrame();
 }
 
 NimbProcessThread* LiveSession::StartUpload(const std::function<void(NimbProcessThread&)>& beforeStart) {

@@ -57,9 +57,11 @@ public:
     // Tells the refresh thread to end and forgets it. It is waited for when the session ends only; meanwhile
     // it may finish the value it is at.
     void StopRefresh();
-    // Takes every live value as never drawn: each is sent in full with the next round. For a screen that came
-    // back, or a system that woke up.
+    // Takes every live value as never drawn: each is sent in full with the next round.
     void RedrawValues();
+    // For a screen that came back, or a system that woke up: sends the pending frame, if there is one, and
+    // redraws the values. The clock goes with the next round.
+    void BringPanelUpToDate();
 
     // Starts the upload of the chosen state and gives its thread, which belongs to the session and must not
     // be stopped by the caller. beforeStart is called with the thread before it runs: the place to connect

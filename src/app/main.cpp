@@ -16,11 +16,13 @@
 #include "compose/screen_state.h"
 #include "config/first_run_marker.h"
 #include "device/hid_api_hidapi.h"
+#include "device/hotplug.h"
 #include "device/report_log.h"
 #include "pictures/thumbnails.h"
 #include "resources/resources.h"
 #include "virtualscreen/panel_image_writer.h"
 #include "virtualscreen/virtual_hid_api.h"
+#include "virtualscreen/virtual_hotplug.h"
 #include "virtualscreen/virtual_screen_window.h"
 #include "widgets/window_style.h"
 
@@ -50,9 +52,8 @@ public:
             if (!options.panelImage.isEmpty()) {
                 m_imageWriter = std::make_unique<kivo::PanelImageWriter>(*panel, options.panelImage);
             }
-            if (hasDisplay) {
-                m_panel = panel.get();
-            }
+            m_panel = panel.get();
+            m_hasWindow = hasDisplay;
             m_hid = std::move(panel);
         } else {
             m_hid = std::make_unique<kivo::HidapiHidApi>();
@@ -64,7 +65,7 @@ public:
 
     // The software panel's window, where there is one. After the translation has been installed.
     void ShowWindow() {
-        if (m_panel != nullptr) {
+        if (m_hasWindow) {
             m_window = std::make_unique<kivo::VirtualScreenWindow>(*m_panel);
             m_window->show();
         }
@@ -72,10 +73,19 @@ public:
 
     kivo::HidApi& Hid() { return m_log ? *m_log : *m_hid; }
 
+    // Who tells when it comes and goes. The screen outlives it.
+    std::unique_ptr<kivo::Hotplug> MakeHotplug() const {
+        if (m_panel != nullptr) {
+            return std::make_unique<kivo::VirtualHotplug>(*m_panel);
+        }
+        return kivo::MakeSystemHotplug();
+    }
+
 private:
     // Window and writer look at the panel, so they go first.
     std::unique_ptr<kivo::HidApi> m_hid;
-    kivo::VirtualHidApi* m_panel = nullptr;  // m_hid, if it gets a window
+    kivo::VirtualHidApi* m_panel = nullptr;  // m_hid, if it is a software panel
+    bool m_hasWindow = false;
     std::unique_ptr<kivo::HidApi> m_log;
     std::unique_ptr<kivo::PanelImageWriter> m_imageWriter;
     std::unique_ptr<kivo::VirtualScreenWindow> m_window;
@@ -141,10 +151,12 @@ int main(int argc, char** argv) {
     }
 
     Screen screen(line.options, hasDisplay);
-    auto window = std::make_unique<kivo::MainWindow>(kivo::MainWindow::Parts{
-        screen.Hid(), &instance, QCoreApplication::applicationDirPath(), line.options.virtualScreen});
+    kivo::MainWindow::Parts parts{screen.Hid(), &instance, QCoreApplication::applicationDirPath(),
+                                  line.options.virtualScreen};
+    parts.makeHotplug = [&screen] { return screen.MakeHotplug(); };
+    auto window = std::make_unique<kivo::MainWindow>(parts);
     screen.ShowWindow();
-    if (window->Session().Screen().controlHandle() == nullptr) {
+    if (window->Session().Screen().Entry(0).dataFound == 0) {
         Say(stderr, QStringLiteral("kivo-screen: no screen found. --virtual-screen shows a software panel "
                                    "instead.\n"));
     }

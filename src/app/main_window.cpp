@@ -68,6 +68,7 @@ MainWindow::MainWindow(const Parts& parts)
     WirePictures();
     LoadState();
 
+    RegisterScreenNotification();
     m_session->OpenScreen();
     // The screen is opened by this name, so it is the same in every language.
     setWindowTitle(QCoreApplication::translate("MainWindow", "Kivo Screen"));
@@ -79,6 +80,7 @@ MainWindow::MainWindow(const Parts& parts)
 }
 
 MainWindow::~MainWindow() {
+    m_hotplug.reset();
     // Hiding ends what is being typed or dragged, and that is told: not to a window that is half gone.
     hide();
     for (QObject* teller : std::initializer_list<QObject*>{m_ui->zoomwidget, m_editBar, m_colorBar,
@@ -225,6 +227,7 @@ void MainWindow::PollWakeUp() {
     if (m_parts.instance != nullptr && m_parts.instance->TakeWakeUpRequest()) {
         BringToFront();
     }
+    LookForWakeUp();
     ShowLiveTexts();
 }
 

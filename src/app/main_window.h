@@ -13,8 +13,10 @@
 #include <memory>
 
 #include "app/live_session.h"
+#include "app/sleep_watch.h"
 #include "app/tray.h"
 #include "compose/theme_state.h"
+#include "device/hotplug.h"
 
 class QTranslator;
 
@@ -47,6 +49,9 @@ public:
         QLocale locale = QLocale::system();
         std::function<bool()> hasTray = &QSystemTrayIcon::isSystemTrayAvailable;
         std::function<QString(QWidget*)> choosePicture = {};  // default: a file dialog; empty: cancelled
+        // Who tells of screens that come and go; default: nobody does.
+        std::function<std::unique_ptr<Hotplug>()> makeHotplug = {};
+        std::function<std::chrono::nanoseconds()> timeAsleep = &TimeAsleep;
     };
 
     explicit MainWindow(const Parts& parts);
@@ -64,6 +69,17 @@ public:
 
     // Ends the workers; see LiveSession::Stop. Nothing is uploaded any more.
     bool Stop();
+
+    // An interface of any device arrived or went: brings the table up to date, opens or closes the screen.
+    // Always true.
+    bool HandleScreenChange(const QString& name, bool arrived);
+
+    // While non-zero, what arrives is not opened and what goes is not closed. Deliberate: nothing in the
+    // program sets it.
+    quint8 hotplugSuspended = 0;
+    // Cleared when the screen goes. Deliberate: nothing in the program sets it; whether there is a screen is
+    // told by the device table.
+    quint8 screenAttached = 0;
 
     // Refresh thread on and off.
     void StartRefresh();
@@ -100,6 +116,8 @@ protected:
     void closeEvent(QCloseEvent* event) override;
     void showEvent(QShowEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
+    // Never takes a message away from Qt.
+    bool nativeEvent(const QByteArray& eventType, void* message, long* result) override;
 
 private:
     void InstallLanguage(const QLocale& locale);
@@ -118,6 +136,11 @@ private:
     void FinishEditing();
     void GoOnTyping();
     bool IsCustomPage() const;
+
+    void RegisterScreenNotification();
+    void NoteArrival(const QString& name);
+    void NoteRemoval(const QString& name);
+    void LookForWakeUp();
 
     void PlaceOnScreen();
     void PollWakeUp();
@@ -149,6 +172,8 @@ private:
     FocusRing* m_focusRing = nullptr;
     Tray m_tray;
     QTimer m_poll;
+    std::unique_ptr<Hotplug> m_hotplug;
+    SleepWatch m_sleepWatch;
 
     int m_pageStyle[2] = {0, 0};  // what "style" means on each page, while the other is shown
     bool m_live = false;          // workers run, so that there are live texts to show

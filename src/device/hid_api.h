@@ -53,6 +53,10 @@ public:
     // Null when the device is gone, or may not be opened. The caller closes it.
     virtual HidHandle* OpenPath(const QByteArray& path) = 0;
 
+    // Whether the device is there, but this user has no right to open it. What stands before another
+    // interface hands the question on.
+    virtual bool IsDenied(const QByteArray& /*path*/) { return false; }
+
     // Both take a whole report with the report id as byte 0 and give the number of bytes taken, or a negative
     // value. Write blocks until the device took the report; a device that hangs holds it up for seconds.
     virtual int Write(HidHandle* handle, const quint8* data, std::size_t length) = 0;

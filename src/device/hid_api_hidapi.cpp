@@ -4,6 +4,8 @@
 
 #include <memory>
 
+#include "device/node_access.h"
+
 namespace kivo {
 
 namespace {
@@ -56,6 +58,10 @@ std::vector<HidDeviceInfo> HidapiHidApi::Enumerate(quint16 vendorId, quint16 pro
 HidHandle* HidapiHidApi::OpenPath(const QByteArray& path) {
     hid_device* const device = hid_open_path(path.constData());
     return device == nullptr ? nullptr : std::make_unique<HidapiHandle>(device).release();
+}
+
+bool HidapiHidApi::IsDenied(const QByteArray& path) {
+    return IsNodeDenied(path);
 }
 
 int HidapiHidApi::Write(HidHandle* handle, const quint8* data, std::size_t length) {

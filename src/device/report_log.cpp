@@ -105,6 +105,10 @@ HidHandle* ReportLogHidApi::OpenPath(const QByteArray& path) {
     return m_inner.OpenPath(path);
 }
 
+bool ReportLogHidApi::IsDenied(const QByteArray& path) {
+    return m_inner.IsDenied(path);
+}
+
 int ReportLogHidApi::Write(HidHandle* handle, const quint8* data, std::size_t length) {
     const quint64 began = MonotonicNanoseconds();
     const int written = m_inner.Write(handle, data, length);

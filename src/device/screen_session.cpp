@@ -100,6 +100,39 @@ void ScreenSession::CloseScreen() {
     m_dataHandle.reset();
 }
 
+void ScreenSession::WarnIfDenied() {
+    const std::lock_guard lock(m_deviceMutex);
+    const quint32 count = EntryCount();
+    for (quint32 i = 0; i < count; ++i) {
+        const ScreenDeviceEntry& entry = m_screenDeviceTable->entries.at(i);
+        const QByteArray path = TextOf(entry.dataPath);
+        if (entry.dataFound == 1 && !m_dataHandle && m_api.IsDenied(path)) {
+            qCWarning(
+                sessionLog,
+                "You have no right to open the screen at %s; the rule in 60-kivo-screen.rules gives it: "
+                "see \"With a real screen\" in README.md.",
+                path.constData());
+        }
+    }
+}
+
+void ScreenSession::ForgetMissingDataPaths() {
+    const std::lock_guard lock(m_deviceMutex);
+    if (m_api.Init() != 0)
+        return;
+    const std::vector<HidDeviceInfo> devices = m_api.Enumerate(0, 0);
+    const quint32 count = EntryCount();
+    for (quint32 i = 0; i < count; ++i) {
+        ScreenDeviceEntry& entry = m_screenDeviceTable->entries.at(i);
+        const bool isListed =
+            std::any_of(devices.begin(), devices.end(), [&entry](const HidDeviceInfo& device) {
+                return device.path == TextOf(entry.dataPath) && IsDataCollection(entry, device);
+            });
+        if (!isListed)
+            SetText(entry.dataPath, QByteArray());
+    }
+}
+
 std::optional<quint16> ScreenSession::GetReleaseNumber(const SharedScreenHandle& handle) {
     if (!handle)
         return std::nullopt;

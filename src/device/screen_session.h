@@ -42,6 +42,14 @@ public:
     // As OpenScreenByName for the entries with these ids; gives the data handle as it is afterwards.
     SharedScreenHandle OpenScreenById(quint32 vendorId, quint32 productId);
 
+    // One line for a screen that was found but could not be opened for want of the right to: for a person who
+    // wonders why it stays dark. To be called after an opening that somebody waits for.
+    void WarnIfDenied();
+
+    // Empties the data path of every entry whose data collection is not listed under it any more. Where paths
+    // are numbers that the system gives out again, it may soon be another device's.
+    void ForgetMissingDataPaths();
+
     // Release number (binary coded decimal) of the device a handle was opened on, from a fresh list of the
     // devices; none for a null handle or a device that is gone.
     std::optional<quint16> GetReleaseNumber(const SharedScreenHandle& handle);

@@ -56,10 +56,16 @@ HidHandle* VirtualHidApi::OpenPath(const QByteArray& path) {
     const bool isControl = path == ControlPath();
     const bool isScreen = isControl || path == DataPath();
     const std::lock_guard lock(m_mutex);
-    if (!isScreen || !m_plugged || m_failOpens)
+    if (!isScreen || !m_plugged || m_failOpens || m_denyOpens)
         return nullptr;
     ++m_openHandles;
     return std::make_unique<Handle>(m_generation, isControl).release();
+}
+
+bool VirtualHidApi::IsDenied(const QByteArray& path) {
+    const bool isScreen = path == ControlPath() || path == DataPath();
+    const std::lock_guard lock(m_mutex);
+    return isScreen && m_plugged && m_denyOpens;
 }
 
 int VirtualHidApi::Write(HidHandle* handle, const quint8* data, std::size_t length) {
@@ -182,6 +188,11 @@ void VirtualHidApi::FailOpens() {
     m_failOpens = true;
 }
 
+void VirtualHidApi::DenyOpens() {
+    const std::lock_guard lock(m_mutex);
+    m_denyOpens = true;
+}
+
 void VirtualHidApi::FailWritesFrom(quint64 report) {
     const std::lock_guard lock(m_mutex);
     m_writesSinceFault = 0;
@@ -198,6 +209,7 @@ void VirtualHidApi::ClearFaults() {
     const std::lock_guard lock(m_mutex);
     m_failInit = false;
     m_failOpens = false;
+    m_denyOpens = false;
     m_failWritesFrom.reset();
     m_vanishAt.reset();
 }

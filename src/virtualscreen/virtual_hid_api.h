@@ -32,6 +32,7 @@ public:
     int Init() override;
     std::vector<HidDeviceInfo> Enumerate(quint16 vendorId, quint16 productId) override;
     HidHandle* OpenPath(const QByteArray& path) override;
+    bool IsDenied(const QByteArray& path) override;
     int Write(HidHandle* handle, const quint8* data, std::size_t length) override;
     int SendFeatureReport(HidHandle* handle, const quint8* data, std::size_t length) override;
     void Close(HidHandle* handle) override;
@@ -54,6 +55,8 @@ public:
     // Faults, until ClearFaults. Reports are counted from the call, the first is 1.
     void FailInit();
     void FailOpens();
+    // As FailOpens, for want of the right to open it.
+    void DenyOpens();
     void FailWritesFrom(quint64 report);
     // The screen is pulled out while it takes this report.
     void VanishAtReport(quint64 report);
@@ -75,6 +78,7 @@ private:
     bool m_plugged = true;
     bool m_failInit = false;
     bool m_failOpens = false;
+    bool m_denyOpens = false;
     quint64 m_generation = 1;  // of the handles: one a plugging-in
     int m_nodeNumber = 0;
     int m_openHandles = 0;

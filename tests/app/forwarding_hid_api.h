@@ -22,6 +22,7 @@ public:
         return m_inner.Enumerate(vendor, product);
     }
     HidHandle* OpenPath(const QByteArray& path) override { return m_inner.OpenPath(path); }
+    bool IsDenied(const QByteArray& path) override { return m_inner.IsDenied(path); }
     int Write(HidHandle* handle, const quint8* data, std::size_t length) override {
         return m_inner.Write(handle, data, length);
     }

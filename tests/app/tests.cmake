@@ -3,6 +3,7 @@ kivo_add_test(app refresh_data_thread LINK kivo_app kivo_virtualscreen)
 kivo_add_test(app live_session LINK kivo_app kivo_virtualscreen)
 kivo_add_test(app live_session_uploads LINK kivo_app kivo_virtualscreen)
 kivo_add_test(app nimb_process LINK kivo_app kivo_virtualscreen)
+kivo_add_test(app sleep_watch LINK kivo_app)
 # Signals, homes without rights, the system's table of shared memory: as Linux has them. Windows has tests of its own for
 # the program as a process.
 if(NOT WIN32)
@@ -15,8 +16,8 @@ if(NOT WIN32)
     add_dependencies(tst_single_instance instance_copy)
     target_compile_definitions(tst_single_instance PRIVATE KIVO_INSTANCE_COPY="$<TARGET_FILE:instance_copy>")
 endif()
-set(window_tests main_window window_custom window_life window_likeness window_noise window_picture_list window_text
-                 window_themes window_tools)
+set(window_tests main_window window_custom window_hotplug window_life window_likeness window_noise window_picture_list
+                 window_text window_themes window_tools)
 foreach(test ${window_tests})
     kivo_add_test(app ${test} LINK kivo_app kivo_virtualscreen kivo_test_support TIMEOUT 300)
 endforeach()

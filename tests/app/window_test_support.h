@@ -24,6 +24,7 @@
 #include "forwarding_hid_api.h"
 #include "resources/resources.h"
 #include "virtualscreen/virtual_hid_api.h"
+#include "virtualscreen/virtual_hotplug.h"
 #include "widgets/window_style.h"
 
 namespace kivo::test {
@@ -58,12 +59,25 @@ inline void SetUpProfile() {
     configFolderCreated = 0;
 }
 
+// Whether the window is told of screens that come and go.
+enum class Plugging { Untold, Told };
+
 struct Desk {
-    explicit Desk(const QLocale& locale = QLocale(QStringLiteral("en_US")), bool hasTray = true)
-        : startWindow([this, locale, hasTray] {
-              window = std::make_unique<MainWindow>(
-                  MainWindow::Parts{wire, nullptr, kBin, false, locale, [hasTray] { return hasTray; },
-                                    [this](QWidget*) { return pictureToChoose; }});
+    explicit Desk(const QLocale& locale = QLocale(QStringLiteral("en_US")), bool hasTray = true,
+                  Plugging plugging = Plugging::Untold)
+        : startWindow([this, locale, hasTray, plugging] {
+              MainWindow::Parts parts{wire,
+                                      nullptr,
+                                      kBin,
+                                      false,
+                                      locale,
+                                      [hasTray] { return hasTray; },
+                                      [this](QWidget*) { return pictureToChoose; }};
+              if (plugging == Plugging::Told) {
+                  parts.makeHotplug = [this] { return std::make_unique<VirtualHotplug>(panel); };
+              }
+              parts.timeAsleep = [this] { return timeAsleep; };
+              window = std::make_unique<MainWindow>(parts);
           }) {
         startWindow();
     }
@@ -116,6 +130,7 @@ struct Desk {
     VirtualHidApi panel;
     WireTap wire{panel};
     QString pictureToChoose;
+    std::chrono::nanoseconds timeAsleep{0};  // of the machine
     std::function<void()> startWindow;
     std::unique_ptr<MainWindow> window;
 };

@@ -28,6 +28,7 @@ public:
     std::function<void()> beforeOpen;
     std::function<void()> beforeWrite;
     std::function<bool(const QByteArray& path)> refusesOpen;
+    bool denies = false;  // what it refuses, it refuses for want of the right
 
     std::vector<QByteArray> opened;
     std::vector<QByteArray> closed;
@@ -67,6 +68,11 @@ public:
         auto* const handle = std::make_unique<Handle>().release();
         m_open.emplace_back(handle, path);
         return handle;
+    }
+
+    bool IsDenied(const QByteArray& /*path*/) override {
+        const Exclusive call(*this);
+        return denies;
     }
 
     int Write(HidHandle* handle, const quint8* data, std::size_t length) override {

@@ -71,6 +71,14 @@ private slots:
         QCOMPARE(log.Exit(), 0);
     }
 
+    void passesTheQuestionForRightsThrough() {
+        VirtualHidApi screen;
+        ReportLogHidApi log(screen, m_fileName);
+        QVERIFY(!log.IsDenied(screen.DataPath()));
+        screen.DenyOpens();
+        QVERIFY(log.IsDenied(screen.DataPath()));
+    }
+
     void layoutOfTheFile() {
         VirtualHidApi screen;
         {

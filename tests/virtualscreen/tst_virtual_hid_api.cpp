@@ -197,7 +197,14 @@ private slots:
         QCOMPARE(screen.Init(), -1);
         screen.FailOpens();
         QCOMPARE(screen.OpenPath(screen.DataPath()), nullptr);
+        QVERIFY(!screen.IsDenied(screen.DataPath()));
         screen.ClearFaults();
+        screen.DenyOpens();
+        QCOMPARE(screen.OpenPath(screen.DataPath()), nullptr);
+        QVERIFY(screen.IsDenied(screen.DataPath()));
+        QVERIFY(!screen.IsDenied("virtual/other"));
+        screen.ClearFaults();
+        QVERIFY(!screen.IsDenied(screen.DataPath()));
         QCOMPARE(screen.Init(), 0);
         const Open data(screen, screen.DataPath());
         screen.FailWritesFrom(2);
