@@ -363,7 +363,8 @@ void TestWindowPictureList::DeletingTheShownPictureWithNoneToFollowShowsABuiltIn
     Desk desk;
     desk.Show();
     ClickListRow(desk, "pictureList", 1);
-    QVERIFY(userPictures == 1 || QFile::remove(paths.last()));
+    // Windows lets nobody remove a file that a thumbnail is just made of.
+    QTRY_VERIFY(userPictures == 1 || QFile::remove(paths.last()) || !QFile::exists(paths.last()));
     AnswerNextBox(desk, true);
     DeleteRow(desk, 1, DeleteBy::RightPress);
     QCOMPARE(Background(desk), BuiltInBackgrounds().first());

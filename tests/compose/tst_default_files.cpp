@@ -15,11 +15,6 @@ namespace {
 
 const QString kDefaults = QStringLiteral(KIVO_DEFAULTS_FOLDER);
 
-QByteArray Content(const QString& path) {
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
 }  // namespace
 
 // The files beside the program and the tables they come from. When one of these fails after a change of

@@ -1,3 +1,4 @@
+#include <QImageReader>
 #include <QSignalSpy>
 #include <QTest>
 

@@ -24,8 +24,9 @@ kivo_add_test(windows pdh_counter LINK kivo_telemetry)
 set(with_pdh ${CMAKE_BINARY_DIR}/tests/with_pdh)
 set_target_properties(tst_pdh_counter PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${with_pdh})
 add_dependencies(tst_pdh_counter test_pdh)
-add_custom_command(TARGET tst_pdh_counter POST_BUILD
-    COMMAND ${CMAKE_COMMAND} -E copy_if_different $<TARGET_FILE:test_pdh> ${with_pdh}/pdh.dll)
+add_custom_command(TARGET test_pdh POST_BUILD
+    COMMAND ${CMAKE_COMMAND} -E make_directory ${with_pdh}
+    COMMAND ${CMAKE_COMMAND} -E copy $<TARGET_FILE:test_pdh> ${with_pdh}/pdh.dll)
 
 kivo_add_test(windows windows_program LINK kivo_virtualscreen TIMEOUT 300)
 add_dependencies(tst_windows_program kivo-screen test_pdh test_hidapi)
@@ -38,10 +39,11 @@ target_compile_definitions(tst_windows_program PRIVATE
 set(with_hidapi ${CMAKE_BINARY_DIR}/tests/with_hidapi)
 set_target_properties(tst_cpu_counter PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${with_pdh})
 set_target_properties(tst_hid_api_hidapi PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${with_hidapi})
-add_dependencies(tst_cpu_counter tst_pdh_counter)
+add_dependencies(tst_cpu_counter test_pdh)
 add_dependencies(tst_hid_api_hidapi test_hidapi)
-add_custom_command(TARGET tst_hid_api_hidapi POST_BUILD
-    COMMAND ${CMAKE_COMMAND} -E copy_if_different $<TARGET_FILE:test_hidapi> ${with_hidapi}/hidapi.dll)
+add_custom_command(TARGET test_hidapi POST_BUILD
+    COMMAND ${CMAKE_COMMAND} -E make_directory ${with_hidapi}
+    COMMAND ${CMAKE_COMMAND} -E copy $<TARGET_FILE:test_hidapi> ${with_hidapi}/hidapi.dll)
 
 # Before the system's library comes the one beside the program.
 foreach(test windows/pdh_counter windows/windows_program telemetry/cpu_counter)

@@ -13,7 +13,8 @@ class TestConsoleEvents : public QObject {
 
 private Q_SLOTS:
     void CtrlCAsksToQuit() {
-        AllocConsole();                         // where the test has none yet
+        FreeConsole();  // one of its own, that no other program listens to
+        QVERIFY2(AllocConsole() != 0, qPrintable(QString::number(GetLastError())));
         SetConsoleCtrlHandler(nullptr, FALSE);  // a parent may have switched Ctrl+C off
         const QuitSignals quitSignals;
         QSignalSpy asked(&quitSignals, &QuitSignals::quitRequested);

@@ -91,9 +91,16 @@ __declspec(dllexport) int HID_API_CALL hid_exit() {
     return 0;
 }
 
-__declspec(dllexport) hid_device_info* HID_API_CALL hid_enumerate(unsigned short, unsigned short) {
-    hid_device_info* list = Describe(kMousePath, 0x1234, 0x5678, 0x0001, 0x0002, 0, nullptr);
-    if (IsPlugged()) {
+// An id of 0 stands for any.
+__declspec(dllexport) hid_device_info* HID_API_CALL hid_enumerate(unsigned short vendor, unsigned short product) {
+    hid_device_info* list = nullptr;
+    const auto isWanted = [&](unsigned short ofVendor, unsigned short ofProduct) {
+        return (vendor == 0 || vendor == ofVendor) && (product == 0 || product == ofProduct);
+    };
+    if (isWanted(0x1234, 0x5678)) {
+        list = Describe(kMousePath, 0x1234, 0x5678, 0x0001, 0x0002, 0, list);
+    }
+    if (IsPlugged() && isWanted(0x04D9, 0xFD01)) {
         list = Describe(kThirdPath, 0x04D9, 0xFD01, 0x0001, 0x0080, 0, list);
         list = Describe(kDataPath, 0x04D9, 0xFD01, 0xFFA0, 0x0001, 1, list);
         list = Describe(kControlPath, 0x04D9, 0xFD01, 0x000C, 0x0001, 0, list);
