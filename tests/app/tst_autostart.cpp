@@ -72,12 +72,14 @@ void TestAutostart::TheEntryNamesItsProgram() {
 void TestAutostart::TheProgramIsReadBack_data() {
     QTest::addColumn<QByteArray>("entry");
     QTest::newRow("blanks around the sign") << QByteArray("[Desktop Entry]\nTryExec = /bin/kivo \n");
-    QTest::newRow("ends of lines of another system") << QByteArray("[Desktop Entry]\r\nTryExec=/bin/kivo\r\n");
-    QTest::newRow("said to be on")
-        << QByteArray("[Desktop Entry]\nHidden=false\nX-GNOME-Autostart-enabled=true\nTryExec=/bin/kivo");
+    QTest::newRow("ends of lines of another system")
+        << QByteArray("[Desktop Entry]\r\nTryExec=/bin/kivo\r\n");
+    QTest::newRow("said to be on") << QByteArray(
+        "[Desktop Entry]\nHidden=false\nX-GNOME-Autostart-enabled=true\nTryExec=/bin/kivo");
     QTest::newRow("another group is hidden")
         << QByteArray("[Desktop Entry]\nTryExec=/bin/kivo\n[Other]\nHidden=true\nTryExec=/bin/other\n");
-    QTest::newRow("a comment") << QByteArray("#Hidden=true\n[Desktop Entry]\n#Hidden=true\nTryExec=/bin/kivo");
+    QTest::newRow("a comment") << QByteArray(
+        "#Hidden=true\n[Desktop Entry]\n#Hidden=true\nTryExec=/bin/kivo");
 }
 
 void TestAutostart::TheProgramIsReadBack() {
