@@ -75,7 +75,8 @@ QByteArray AutostartEntry(const QString& program) {
 QString ProgramOfEntry(const QByteArray& entry) {
     QString program;
     bool inGroup = false;
-    for (const QByteArray& raw : entry.split('\n')) {
+    const QList<QByteArray> lines = entry.split('\n');
+    for (const QByteArray& raw : lines) {
         const QString line = QString::fromUtf8(raw).trimmed();
         if (line.startsWith(QLatin1Char('['))) {
             inGroup = line == QLatin1String("[Desktop Entry]");

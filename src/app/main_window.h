@@ -80,7 +80,7 @@ public Q_SLOTS:
     void slotApply();
     // Deliberate: does nothing. No embedded controller is read; the button of that name has no place, it only
     // keeps Qt from looking for one in vain.
-    void on_ReadEC_clicked() {}
+    void on_ReadEC_clicked();  // clazy:exclude=connect-by-name
 
     // Picture list.
     void itemClickedImage(const QModelIndex& index);

@@ -14,12 +14,12 @@
 namespace kivo {
 
 // The driver's own names and numbers.
-inline constexpr QLatin1String kDriverFile64("WinRing0x64.sys");
-inline constexpr QLatin1String kDriverFile32("WinRing0.sys");
-inline constexpr QLatin1String kDriverDevice("\\\\.\\WinRing0_1_2_0");
+inline const QLatin1String kDriverFile64("WinRing0x64.sys");
+inline const QLatin1String kDriverFile32("WinRing0.sys");
+inline const QLatin1String kDriverDevice("\\\\.\\WinRing0_1_2_0");
 inline constexpr quint32 kReadMsrControlCode = 0x9C402084;
 // Name and display name of the service it is registered as.
-inline constexpr QLatin1String kDriverService("MyWinRing0");
+inline const QLatin1String kDriverService("MyWinRing0");
 
 // Characters of a path on Windows, with the zero at its end.
 inline constexpr int kLongestPath = 260;

@@ -51,8 +51,8 @@ bool OpenDriver() {
     if (msrDriver.driverHandle != kNoDriver) {
         return true;
     }
-    msrDriver.driverHandle = CreateFileW(Wide(kDriverDevice).c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr,
-                                         OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+    msrDriver.driverHandle = CreateFileW(Wide(kDriverDevice).c_str(), GENERIC_READ | GENERIC_WRITE, 0,
+                                         nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
     return msrDriver.driverHandle != INVALID_HANDLE_VALUE;
 }
 

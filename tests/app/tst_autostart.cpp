@@ -27,7 +27,8 @@ private:
 
 QByteArray TestAutostart::Line(const QByteArray& entry, const QByteArray& key) {
     QByteArray found;
-    for (const QByteArray& line : entry.split('\n')) {
+    const QList<QByteArray> lines = entry.split('\n');
+    for (const QByteArray& line : lines) {
         if (line.startsWith(key + '=')) {
             found = line.mid(key.size() + 1);
         }

@@ -60,7 +60,8 @@ void TestTray::TheMenuAsksForTheWindowAndTheEnd() {
     QCOMPARE(end.count(), 1);
     QVERIFY(!memory.on);
     QStringList texts;
-    for (const QAction* action : tray.Menu().actions()) {
+    const QList<QAction*> actions = tray.Menu().actions();
+    for (const QAction* action : actions) {
         QVERIFY(!action->text().isEmpty());
         texts.append(action->text());
     }

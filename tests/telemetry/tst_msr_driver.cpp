@@ -82,7 +82,8 @@ void TestMsrDriver::TheFileLiesBesideTheProgram() {
 
 void TestMsrDriver::APathThatWindowsCannotHoldIsNone() {
     const QString name = QStringLiteral("\\WinRing0.sys");
-    const QString longest = QStringLiteral("C:\\") + QString(kLongestPath - 1 - 3 - name.size(), QLatin1Char('a'));
+    const QString longest =
+        QStringLiteral("C:\\") + QString(kLongestPath - 1 - 3 - name.size(), QLatin1Char('a'));
     QCOMPARE(DriverPath(longest + QStringLiteral("\\k.exe"), false), longest + name);
     QCOMPARE(DriverPath(longest + QStringLiteral("a\\k.exe"), false), QString());
     QCOMPARE(DriverPath(longest + QStringLiteral("\\k.exe"), true), QString());

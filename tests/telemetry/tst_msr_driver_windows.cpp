@@ -9,8 +9,8 @@
 
 using namespace kivo;
 
-// The driver's service, with a file that is no driver: it is registered and removed, and never starts. Needs an
-// administrator's rights.
+// The driver's service, with a file that is no driver: it is registered and removed, and never starts. Needs
+// an administrator's rights.
 class TestMsrDriverWindows : public QObject {
     Q_OBJECT
 
@@ -154,8 +154,8 @@ void TestMsrDriverWindows::AnOpenDeviceStaysOpen() {
 
 void TestMsrDriverWindows::AHandleThatIsNoDriverGivesNoValue() {
     PutFile(kDriverFile32);
-    const HANDLE file = CreateFileW(Beside(kDriverFile32).toStdWString().c_str(), GENERIC_READ, FILE_SHARE_READ,
-                                    nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+    const HANDLE file = CreateFileW(Beside(kDriverFile32).toStdWString().c_str(), GENERIC_READ,
+                                    FILE_SHARE_READ, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
     QVERIFY(file != INVALID_HANDLE_VALUE);
     msrDriver.driverHandle = file;
     quint32 low = 7;
