@@ -272,6 +272,14 @@ Exit anyway?</translation>
         <source>图片太多，无法再添加。</source>
         <translation>There are too many pictures to add another one.</translation>
     </message>
+    <message>
+        <source>登录时启动</source>
+        <translation>Start at login</translation>
+    </message>
+    <message>
+        <source>无法更改登录时启动的设置。</source>
+        <translation>The start at login could not be changed.</translation>
+    </message>
 </context>
 <context>
     <name>ZoomWidget</name>

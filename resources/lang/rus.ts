@@ -272,6 +272,14 @@
         <source>图片太多，无法再添加。</source>
         <translation>Изображений слишком много, добавить ещё одно нельзя.</translation>
     </message>
+    <message>
+        <source>登录时启动</source>
+        <translation>Запускать при входе в систему</translation>
+    </message>
+    <message>
+        <source>无法更改登录时启动的设置。</source>
+        <translation>Не удалось изменить запуск при входе в систему.</translation>
+    </message>
 </context>
 <context>
     <name>ZoomWidget</name>

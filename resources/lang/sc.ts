@@ -272,6 +272,14 @@
         <source>图片太多，无法再添加。</source>
         <translation>图片太多，无法再添加。</translation>
     </message>
+    <message>
+        <source>登录时启动</source>
+        <translation>登录时启动</translation>
+    </message>
+    <message>
+        <source>无法更改登录时启动的设置。</source>
+        <translation>无法更改登录时启动的设置。</translation>
+    </message>
 </context>
 <context>
     <name>ZoomWidget</name>

@@ -24,6 +24,21 @@ CommandLine Shown(const QString& text) {
     return line;
 }
 
+// Deliberate: it stands alone. Together with the others it could be taken for a way to have them at login.
+CommandLine AutostartLine(const QStringList& values, bool alone) {
+    const QString& value = values.constLast();
+    if (!alone) {
+        return Refused(QStringLiteral("Option '--autostart' goes with no other option."));
+    }
+    if (value != QLatin1String("on") && value != QLatin1String("off")) {
+        return Refused(QStringLiteral("Option '--autostart' needs 'on' or 'off', not '%1'.").arg(value));
+    }
+    CommandLine line;
+    line.action = CommandLine::Action::SwitchAutostart;
+    line.autostart = value == QLatin1String("on");
+    return line;
+}
+
 }  // namespace
 
 CommandLine ParseCommandLine(const QStringList& arguments) {
@@ -37,12 +52,16 @@ CommandLine ParseCommandLine(const QStringList& arguments) {
     const QCommandLineOption reportLog(QStringLiteral("report-log"),
                                        QStringLiteral("Append every report sent to the screen to <file>."),
                                        QStringLiteral("file"));
+    const QCommandLineOption autostart(
+        QStringLiteral("autostart"),
+        QStringLiteral("Start together with your session from now on, or no longer (<on|off>), and end."),
+        QStringLiteral("on|off"));
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral(
         "Shows this PC's live values on a 320 x 170 USB screen, over a picture of your choice."));
     const QCommandLineOption help = parser.addHelpOption();
     const QCommandLineOption version = parser.addVersionOption();
-    parser.addOptions({virtualScreen, panelImage, runFor, reportLog});
+    parser.addOptions({virtualScreen, panelImage, runFor, reportLog, autostart});
 
     if (!parser.parse(arguments)) {
         return Refused(parser.errorText());
@@ -56,6 +75,9 @@ CommandLine ParseCommandLine(const QStringList& arguments) {
     if (!parser.positionalArguments().isEmpty()) {
         return Refused(
             QStringLiteral("Unexpected argument '%1'.").arg(parser.positionalArguments().constFirst()));
+    }
+    if (parser.isSet(autostart)) {
+        return AutostartLine(parser.values(autostart), parser.optionNames().size() == 1);
     }
     CommandLine line;
     line.options.virtualScreen = parser.isSet(virtualScreen);

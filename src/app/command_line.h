@@ -18,9 +18,10 @@ struct Options {
 };
 
 struct CommandLine {
-    enum class Action { Run, ShowText, Refuse };
+    enum class Action { Run, ShowText, SwitchAutostart, Refuse };
     Action action = Action::Run;
     Options options;
+    bool autostart = false;  // SwitchAutostart: on or off
     QString text;  // ShowText: help or version, ends in a line feed; Refuse: one line that says what is wrong
 };
 

@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <memory>
 
+#include "app/autostart.h"
 #include "app/command_line.h"
 #include "app/console.h"
 #include "app/display.h"
@@ -28,6 +29,7 @@
 
 namespace {
 
+constexpr int kCannotBeDone = 1;
 constexpr int kBadArguments = 2;
 
 // The command line is read with an application object of its own: help and version need no display.
@@ -40,6 +42,19 @@ kivo::CommandLine ReadCommandLine(int& argc, char** argv) {
 void Say(FILE* stream, const QString& text) {
     std::fputs(text.toUtf8().constData(), stream);
     std::fflush(stream);
+}
+
+// Not for the program that runs already: its menu asks anew each time it is opened.
+int SwitchAutostart(int& argc, char** argv, bool on) {
+    const QCoreApplication application(argc, argv);
+    const QString trouble = kivo::SetStartsAtLogin(on);
+    if (!trouble.isEmpty()) {
+        Say(stderr, QStringLiteral("kivo-screen: the autostart cannot be changed. %1\n").arg(trouble));
+        return kCannotBeDone;
+    }
+    Say(stdout, on ? QStringLiteral("Kivo Screen starts together with your session.\n")
+                   : QStringLiteral("Kivo Screen does not start by itself.\n"));
+    return 0;
 }
 
 // The screen behind the seam: hidapi's, or a software panel with its window and picture, and a log around
@@ -119,6 +134,9 @@ int main(int argc, char** argv) {
         Say(stderr, QStringLiteral("kivo-screen: %1\n").arg(line.text));
         return kBadArguments;
     }
+    if (line.action == kivo::CommandLine::Action::SwitchAutostart) {
+        return SwitchAutostart(argc, argv, line.autostart);
+    }
 
     const bool hasDisplay = kivo::HasDisplay();
     if (!hasDisplay) {
@@ -128,6 +146,8 @@ int main(int argc, char** argv) {
     QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
     QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
     QGuiApplication::setHighDpiScaleFactorRoundingPolicy(Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
+    // By this name a desktop finds the program's entry, and with it the icon of its windows.
+    QGuiApplication::setDesktopFileName(QStringLiteral("kivo-screen"));
     QApplication application(argc, argv);
     kivo::InitResources();
     kivo::InstallFontSubstitutes();

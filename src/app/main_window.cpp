@@ -114,6 +114,8 @@ void MainWindow::WireShell() {
     connect(m_ui->btnApply, &QAbstractButton::clicked, this, &MainWindow::slotApply);
 }
 
+void MainWindow::on_ReadEC_clicked() {}
+
 void MainWindow::slotCreateThread() {
     if (m_uploading || QApplication::activeModalWidget() != nullptr) {
         QTimer::singleShot(kThreadsAfter, this, &MainWindow::slotCreateThread);

@@ -5,12 +5,19 @@
 
 namespace kivo {
 
-Tray::Tray(QObject* parent)
+Tray::Tray(QObject* parent) : Tray(Autostart{}, parent) {}
+
+Tray::Tray(Autostart autostart, QObject* parent)
     : QObject(parent),
+      m_autostart(std::move(autostart)),
       m_show(m_menu.addAction(QString())),
+      m_atLogin(m_menu.addAction(QString())),
       m_exit(m_menu.addAction(QString())),
       m_icon(QIcon(QStringLiteral("://skins/logo.ico"))) {
     m_menu.setDefaultAction(m_show);
+    m_atLogin->setCheckable(true);
+    connect(&m_menu, &QMenu::aboutToShow, this, &Tray::ShowAutostart);
+    connect(m_atLogin, &QAction::triggered, this, &Tray::SetAutostart);
     connect(m_show, &QAction::triggered, this, &Tray::showRequested);
     connect(m_exit, &QAction::triggered, this, &Tray::exitRequested);
     connect(&m_icon, &QSystemTrayIcon::activated, this, &Tray::activated);
@@ -37,7 +44,25 @@ void Tray::TellWhereItIs() {
 void Tray::SetTexts() {
     m_icon.setToolTip(QCoreApplication::translate("MainWindow", "副屏设置"));
     m_show->setText(QCoreApplication::translate("MainWindow", "显示窗口"));
+    m_atLogin->setText(QCoreApplication::translate("MainWindow", "登录时启动"));
     m_exit->setText(QCoreApplication::translate("MainWindow", "退出程序"));
+}
+
+void Tray::ShowAutostart() {
+    m_atLogin->setChecked(m_autostart.isOn());
+}
+
+void Tray::SetAutostart(bool on) {
+    const QString trouble = m_autostart.set(on);
+    if (!trouble.isEmpty()) {
+        qWarning("The autostart cannot be changed. %s", qUtf8Printable(trouble));
+    }
+    ShowAutostart();
+    if (!trouble.isEmpty() && m_icon.isVisible()) {
+        m_icon.showMessage(QCoreApplication::translate("MainWindow", "Kivo Screen"),
+                           QCoreApplication::translate("MainWindow", "无法更改登录时启动的设置。"),
+                           QSystemTrayIcon::Warning);
+    }
 }
 
 }  // namespace kivo

@@ -5,6 +5,9 @@
 #include <QMenu>
 #include <QObject>
 #include <QSystemTrayIcon>
+#include <functional>
+
+#include "app/autostart.h"
 
 namespace kivo {
 
@@ -12,7 +15,14 @@ class Tray : public QObject {
     Q_OBJECT
 
 public:
+    // Whether the program starts at login, and how that is changed (empty: done, else what went wrong).
+    struct Autostart {
+        std::function<bool()> isOn = &StartsAtLogin;
+        std::function<QString(bool)> set = &SetStartsAtLogin;
+    };
+
     explicit Tray(QObject* parent = nullptr);
+    explicit Tray(Autostart autostart, QObject* parent = nullptr);
 
     // Makes the icon visible. Where the desktop has no notification area nothing is seen; should one come
     // later, the icon appears in it.
@@ -32,8 +42,14 @@ Q_SIGNALS:
     void exitRequested();
 
 private:
+    // Asked afresh each time the menu opens: the desktop's own settings change it too.
+    void ShowAutostart();
+    void SetAutostart(bool on);
+
+    const Autostart m_autostart;
     QMenu m_menu;
     QAction* const m_show;
+    QAction* const m_atLogin;
     QAction* const m_exit;
     QSystemTrayIcon m_icon;
 };

@@ -13,6 +13,8 @@ private Q_SLOTS:
     void RunsWithNoOptions();
     void RefusesBadArguments_data();
     void RefusesBadArguments();
+    void SwitchesTheAutostart_data();
+    void SwitchesTheAutostart();
     void ShowsHelpAndVersion();
     void WithoutADisplayNoPlatformNeedsOne_data();
     void WithoutADisplayNoPlatformNeedsOne();
@@ -66,6 +68,11 @@ void TestCommandLine::RefusesBadArguments_data() {
     QTest::newRow("empty log name") << list({"--report-log", ""}) << QStringLiteral("report-log");
     QTest::newRow("empty picture name")
         << list({"--virtual-screen", "--panel-image", ""}) << QStringLiteral("panel-image");
+    QTest::newRow("autostart perhaps") << list({"--autostart", "perhaps"}) << QStringLiteral("perhaps");
+    QTest::newRow("autostart of nothing") << list({"--autostart", ""}) << QStringLiteral("autostart");
+    QTest::newRow("no word for the autostart") << list({"--autostart"}) << QStringLiteral("autostart");
+    QTest::newRow("autostart with other options")
+        << list({"--autostart", "on", "--virtual-screen"}) << QStringLiteral("no other option");
     QTest::newRow("picture of a real panel")
         << list({"--panel-image", "p.png"}) << QStringLiteral("virtual-screen");
 }
@@ -79,11 +86,25 @@ void TestCommandLine::RefusesBadArguments() {
     QVERIFY(!line.text.contains(QLatin1Char('\n')));
 }
 
+void TestCommandLine::SwitchesTheAutostart_data() {
+    QTest::addColumn<QString>("word");
+    QTest::addColumn<bool>("on");
+    QTest::newRow("on") << QStringLiteral("on") << true;
+    QTest::newRow("off") << QStringLiteral("off") << false;
+}
+
+void TestCommandLine::SwitchesTheAutostart() {
+    QFETCH(QString, word);
+    const CommandLine line = Parse({QStringLiteral("--autostart"), word});
+    QCOMPARE(int(line.action), int(CommandLine::Action::SwitchAutostart));
+    QTEST(line.autostart, "on");
+}
+
 void TestCommandLine::ShowsHelpAndVersion() {
     const CommandLine help = Parse({QStringLiteral("--help")});
     QCOMPARE(int(help.action), int(CommandLine::Action::ShowText));
     for (const char* option :
-         {"--virtual-screen", "--panel-image", "--run-for", "--report-log", "--version"}) {
+         {"--virtual-screen", "--panel-image", "--run-for", "--report-log", "--autostart", "--version"}) {
         QVERIFY2(help.text.contains(QLatin1String(option)), option);
     }
     QCOMPARE(int(Parse({QStringLiteral("--version")}).action), int(CommandLine::Action::ShowText));

@@ -49,6 +49,7 @@ private Q_SLOTS:
     void ClosingAsksWhereThereIsNoTray();
     void WithoutATrayItIsPutAwayMinimised();
     void PowerSamplesReachTheTexts();
+    void TheControllersButtonDoesNothing();
     void EverythingIsReachedByKeyboard();
 };
 
@@ -384,6 +385,26 @@ void TestMainWindow::PowerSamplesReachTheTexts() {
     desk.window->slotCpuPowClock(65, 48, 1, 2);
     QCOMPARE(desk.window->Session().LiveText(CpuPower), QStringLiteral("65w"));
     QCOMPARE(desk.window->Session().LiveText(CpuTemperature), QStringLiteral("48℃"));
+}
+
+void TestMainWindow::TheControllersButtonDoesNothing() {
+    static QStringList said;
+    said.clear();
+    const auto keep = [](QtMsgType, const QMessageLogContext&, const QString& line) { said.append(line); };
+    const QtMessageHandler former = qInstallMessageHandler(keep);
+    const Desk desk;
+    qInstallMessageHandler(former);
+    QVERIFY2(said.filter(QStringLiteral("connectSlotsByName")).isEmpty(),
+             qPrintable(said.join(QLatin1Char('\n'))));
+
+    auto* button = desk.Find<QPushButton>("ReadEC");
+    QVERIFY(button->size().isEmpty());
+    const QImage before = desk.window->grab().toImage();
+    const int children = desk.window->findChildren<QObject*>().size();
+    button->click();
+    QVERIFY(QMetaObject::invokeMethod(desk.window.get(), "on_ReadEC_clicked", Qt::DirectConnection));
+    QCOMPARE(desk.window->findChildren<QObject*>().size(), children);
+    QCOMPARE(desk.window->grab().toImage(), before);
 }
 
 void TestMainWindow::EverythingIsReachedByKeyboard() {

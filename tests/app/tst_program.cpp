@@ -18,6 +18,7 @@ private Q_SLOTS:
     void EndsCleanlyWhenAsked();
     void HelpAndVersionNeedNoDisplay_data();
     void HelpAndVersionNeedNoDisplay();
+    void TheAutostartIsSwitchedFromTheCommandLine();
     void BadArgumentsEndWithOneLine();
     void WithoutAScreenItSaysSoAndRunsOn();
     void HomeThatCannotBeWritten();
@@ -139,6 +140,24 @@ void TestProgram::HelpAndVersionNeedNoDisplay() {
     QCOMPARE(Run(process, {option}), 0);
     QVERIFY(process.readAllStandardOutput().contains(says));
     QVERIFY(!QFile::exists(m_home->filePath(QStringLiteral("data"))));
+}
+
+void TestProgram::TheAutostartIsSwitchedFromTheCommandLine() {
+    QFile entry(m_home->filePath(QStringLiteral("config/autostart/kivo-screen.desktop")));
+    QProcess process;
+    QCOMPARE(Run(process, {QStringLiteral("--autostart"), QStringLiteral("on")}), 0);
+    QCOMPARE(process.readAllStandardOutput().count('\n'), 1);
+    QVERIFY(entry.open(QIODevice::ReadOnly));
+    QVERIFY(entry.readAll().contains(
+        "TryExec=" + QFileInfo(QStringLiteral(KIVO_BIN_DIR "/kivo-screen")).canonicalFilePath().toUtf8()));
+    QCOMPARE(Run(process, {QStringLiteral("--autostart"), QStringLiteral("off")}), 0);
+    QVERIFY(!entry.exists());
+    // The program itself has not run.
+    QVERIFY(!QFile::exists(m_home->filePath(QStringLiteral("data"))));
+
+    QVERIFY(QDir().mkpath(entry.fileName()));
+    QCOMPARE(Run(process, {QStringLiteral("--autostart"), QStringLiteral("off")}), 1);
+    QCOMPARE(process.readAllStandardError().count('\n'), 1);
 }
 
 void TestProgram::BadArgumentsEndWithOneLine() {

@@ -104,6 +104,16 @@ bool SaveBytes(const QDir& folder, const QString& name, const QByteArray& bytes)
     return true;
 }
 
+// The program's icon by itself, for desktops that want a file a size.
+bool SaveIcons(const QDir& icons) {
+    for (const int side : {16, 24, 32, 48, 64, 128, 256}) {
+        if (!Save(icons, QStringLiteral("%1.png").arg(side), DrawLogo(side))) {
+            return false;
+        }
+    }
+    return true;
+}
+
 bool SaveWindow(const QDir& pictures, const QDir& besideProgram) {
     for (const WindowPicture& picture : WindowPictures()) {
         const QString name = QLatin1String(picture.name);
@@ -157,7 +167,8 @@ int main(int argc, char** argv) {
     const QDir folder(root.filePath(QStringLiteral("background")));
     const QDir window(root.filePath(QStringLiteral("skins")));
     const QDir besideProgram(root.filePath(QStringLiteral("skin")));
-    for (const QDir& each : {folder, window, besideProgram}) {
+    const QDir icons(root.filePath(QStringLiteral("icons")));
+    for (const QDir& each : {folder, window, besideProgram, icons}) {
         if (!each.mkpath(QStringLiteral("."))) {
             QTextStream(stderr) << "cannot make " << each.path() << '\n';
             return 1;
@@ -177,6 +188,7 @@ int main(int argc, char** argv) {
     }
     const bool good =
         ((skins && !name.isEmpty()) || name == QLatin1String("window") || SaveBackgrounds(folder, name)) &&
-        (!skins || SaveSkins(folder)) && (!windowToo || SaveWindow(window, besideProgram));
+        (!skins || SaveSkins(folder)) &&
+        (!windowToo || (SaveWindow(window, besideProgram) && SaveIcons(icons)));
     return good ? 0 : 1;
 }

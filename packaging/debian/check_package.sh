@@ -1,0 +1,93 @@
+#!/usr/bin/env bash
+# Builds the Debian package and tries it: contents, metadata, install, a run as a new user would make it, removal.
+# Needs root or sudo, and a system where kivo-screen is not installed.
+set -euo pipefail
+cd "$(dirname "$0")/../.."
+. tools/scripts/packages.sh
+
+fail() {
+    echo "check_package.sh: $*" >&2
+    exit 1
+}
+as_root=()
+[ "$(id -u)" -eq 0 ] || as_root=(sudo)
+is_installed() {
+    [ "$(dpkg-query -W -f='${db:Status-Status}' kivo-screen 2>/dev/null)" = installed ]
+}
+if is_installed; then
+    fail "kivo-screen is installed here; this check would take it away."
+fi
+
+packaging/debian/build_package.sh
+package=$PWD/$(echo build/package/*.deb)
+work=$(mktemp -d)
+clean_up() {
+    ! is_installed || "${as_root[@]}" apt-get purge -y -qq kivo-screen >/dev/null || true
+    rm -rf "$work"
+}
+trap clean_up EXIT
+
+# Contents: these files, of root, nobody else may write to any; the program is stripped.
+dpkg-deb --contents "$package" >"$work/listing"
+grep -v '/$' "$work/listing" | sed -E 's/^([^ ]+ +){5}//' | LC_ALL=C sort >"$work/contents"
+diff packaging/debian/contents.txt "$work/contents" || fail "the package does not hold what contents.txt says."
+! grep -vE '^(-rw-r--r--|-rwxr-xr-x|drwxr-xr-x|lrwxrwxrwx) root/root ' "$work/listing" || fail "owner or rights."
+dpkg-deb --extract "$package" "$work/tree"
+tree=$work/tree/usr
+file "$tree/lib/kivo-screen/kivo-screen" | grep -q ', stripped' || fail "the program is not stripped."
+for icon in "$tree"/share/icons/hicolor/*/apps/kivo-screen.png; do
+    side=$(basename "$(dirname "$(dirname "$icon")")")
+    file "$icon" | grep -q "PNG image data, ${side/x/ x }" || fail "$icon is not $side."
+done
+
+# The rule has to come before the one that gives out the seat's rights.
+rule=$(basename "$tree"/lib/udev/rules.d/*.rules)
+[ "$(printf '%s\n' "$rule" 73-seat-late.rules | LC_ALL=C sort | head -n 1)" = "$rule" ] || fail "$rule comes too late."
+
+desktop-file-validate "$tree/share/applications/kivo-screen.desktop"
+appstreamcli validate --no-net "$tree"/share/metainfo/*.metainfo.xml
+depends=$(dpkg-deb --field "$package" Depends)
+for needed in libqt5widgets5 libhidapi-hidraw0 fonts-noto-cjk; do
+    grep -q "$needed" <<<"$depends" || fail "it does not depend on $needed: $depends"
+done
+
+# A run as a new user would make it: a home of its own, nothing of this session, no display.
+"${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "$package" >/dev/null
+dpkg --listfiles kivo-screen >"$work/installed"
+home=$work/home
+mkdir -m 700 "$home" "$work/run" "$work/tmp"
+try() {
+    (cd / && env -i HOME="$home" XDG_RUNTIME_DIR="$work/run" TMPDIR="$work/tmp" PATH=/usr/bin:/bin LC_ALL=C.UTF-8 \
+        QT_LOGGING_RULES="*.debug=false" timeout 60 kivo-screen "$@")
+}
+try --version
+status=0
+try --virtual-screen --panel-image "$work/panel.png" --run-for 5 >"$work/said" 2>"$work/complaints" || status=$?
+cat "$work/said" "$work/complaints"
+[ $status -eq 0 ] || fail "the program ended with status $status."
+grep -qE '^Live values sent last: .*[0-9]+%.*[0-9]{2}:[0-9]{2}' "$work/said" || fail "it sent no live values."
+# Qt's platform without windows says what windows it cannot have.
+! grep -vE '^(kivo-screen: no display|This plugin does not support)' "$work/complaints" || fail "it complained."
+file "$work/panel.png" | grep -q 'PNG image data, 320 x 170' || fail "the panel's picture is not 320 x 170."
+# A photograph; a panel of one colour would be a few hundred bytes.
+[ "$(stat -c %s "$work/panel.png")" -gt 10000 ] || fail "the panel's picture is empty."
+
+# It starts at login for those who want it.
+entry=$home/.config/autostart/kivo-screen.desktop
+[ ! -e "$entry" ] || fail "it starts at login though nobody asked for it."
+try --autostart on
+desktop-file-validate "$entry"
+grep -qx 'TryExec=/usr/lib/kivo-screen/kivo-screen' "$entry" || fail "the autostart entry names another program."
+
+# Removed, it leaves nothing but what is the user's.
+(cd "$home" && find . -type f -exec sha256sum {} + | sort) >"$work/before"
+grep -q 'Config.ini$' "$work/before" || fail "it kept no settings."
+"${as_root[@]}" apt-get purge -y -qq kivo-screen >/dev/null
+while read -r path; do
+    # Folders that others use too may stay.
+    if [ -L "$path" ] || [ -f "$path" ] || { [ -d "$path" ] && [[ $path == */kivo-screen ]]; }; then
+        fail "$path is left."
+    fi
+done <"$work/installed"
+(cd "$home" && find . -type f -exec sha256sum {} + | sort) | diff "$work/before" - || fail "the user's files changed."
+echo "The package holds: $package"
