@@ -272,6 +272,10 @@ Exit anyway?</translation>
         <source>图片太多，无法再添加。</source>
         <translation>There are too many pictures to add another one.</translation>
     </message>
+    <message>
+        <source>CPU温度，点击读取系统温区</source>
+        <translation>CPU temperature; click to read the system’s thermal zone</translation>
+    </message>
 </context>
 <context>
     <name>ZoomWidget</name>

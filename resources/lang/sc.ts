@@ -272,6 +272,10 @@
         <source>图片太多，无法再添加。</source>
         <translation>图片太多，无法再添加。</translation>
     </message>
+    <message>
+        <source>CPU温度，点击读取系统温区</source>
+        <translation>CPU温度，点击读取系统温区</translation>
+    </message>
 </context>
 <context>
     <name>ZoomWidget</name>

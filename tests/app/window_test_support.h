@@ -59,12 +59,23 @@ inline void SetUpProfile() {
     configFolderCreated = 0;
 }
 
+// A machine without sensors, whatever the one has on which the tests run.
+class NoSensors final : public PackageSensors {
+public:
+    bool Load() override { return false; }
+    QString ErrorString() const override { return QStringLiteral("none"); }
+    void ReadSample() override {}
+    int Temperature() override { return 0; }
+    double Power() override { return 0.0; }
+};
+
 struct Desk {
     explicit Desk(const QLocale& locale = QLocale(QStringLiteral("en_US")), bool hasTray = true)
         : startWindow([this, locale, hasTray] {
               window = std::make_unique<MainWindow>(
                   MainWindow::Parts{wire, nullptr, kBin, false, locale, [hasTray] { return hasTray; },
-                                    [this](QWidget*) { return pictureToChoose; }});
+                                    [this](QWidget*) { return pictureToChoose; },
+                                    [](const TerminationGate&) { return std::make_unique<NoSensors>(); }});
           }) {
         startWindow();
     }

@@ -1,10 +1,11 @@
-#include <QSignalSpy>
 #include <QtTest>
 
+#include <array>
 #include <limits>
 
 #include "energy_library_folders.h"
 #include "telemetry/intel_power_gadget_thread.h"
+#include "told.h"
 
 using namespace kivo;
 using namespace kivo::test;
@@ -25,14 +26,16 @@ Parts LibraryParts(const char* variant, std::chrono::milliseconds period = kShor
     return LibraryParts(LibraryFolder(variant), period);
 }
 
-// A sample as it was told.
-QVector<int> Told(const QList<QVariant>& arguments) {
-    QVector<int> values;
-    for (const QVariant& argument : arguments) {
-        values.append(argument.toInt());
-    }
-    return values;
-}
+using Sample = std::array<int, 4>;
+
+// The samples that a poller tells.
+struct Samples : Told<Sample> {
+    explicit Samples(IntelPowerGadgetThread& poller)
+        : Told(poller, &IntelPowerGadgetThread::RefreshCpuPowClock,
+               [](int power, int temperature, int third, int fourth) {
+                   return Sample{power, temperature, third, fourth};
+               }) {}
+};
 
 // What the poller did with its sensors, and what these answer.
 struct Record {
@@ -64,6 +67,8 @@ Parts RecordingParts(Record& record, std::chrono::milliseconds period = kShortPe
 
 }  // namespace
 
+Q_DECLARE_METATYPE(Sample)
+
 class TestPowerPoller : public QObject {
     Q_OBJECT
 
@@ -89,20 +94,20 @@ private Q_SLOTS:
 
     void LibrarysNumbersAreTold_data() {
         QTest::addColumn<QString>("variant");
-        QTest::addColumn<QVector<int>>("told");
-        QTest::newRow("a good library") << "complete" << QVector<int>{12, 45, 0, 0};
-        QTest::newRow("calls that fail") << "calls_fail" << QVector<int>{0, 0, 0, 0};
-        QTest::newRow("a power that no integer holds") << "no_number" << QVector<int>{0, -40, 0, 0};
+        QTest::addColumn<Sample>("told");
+        QTest::newRow("a good library") << "complete" << Sample{12, 45, 0, 0};
+        QTest::newRow("calls that fail") << "calls_fail" << Sample{0, 0, 0, 0};
+        QTest::newRow("a power that no integer holds") << "no_number" << Sample{0, -40, 0, 0};
     }
     void LibrarysNumbersAreTold() {
         QFETCH(QString, variant);
-        QFETCH(QVector<int>, told);
+        QFETCH(Sample, told);
         IntelPowerGadgetThread poller(LibraryParts(qPrintable(variant)));
-        QSignalSpy samples(&poller, &IntelPowerGadgetThread::RefreshCpuPowClock);
+        const Samples samples(poller);
         poller.start(QThread::InheritPriority);
         QTRY_VERIFY(samples.count() >= 2);
-        QCOMPARE(Told(samples.at(0)), told);
-        QCOMPARE(Told(samples.at(1)), told);
+        QCOMPARE(samples.at(0), told);
+        QCOMPARE(samples.at(1), told);
     }
 
     void SignalHasTheNameThatOthersConnectTo() {
@@ -126,7 +131,7 @@ private Q_SLOTS:
                                                 });
                                             },
                                             kShortPeriod});
-        QSignalSpy samples(&poller, &IntelPowerGadgetThread::RefreshCpuPowClock);
+        const Samples samples(poller);
         poller.start();
         QTRY_VERIFY(tries > 10);
         QVERIFY(poller.isRunning());
@@ -138,23 +143,22 @@ private Q_SLOTS:
     void LibraryThatIsInstalledLaterIsFound() {
         const LibraryPlace place;
         IntelPowerGadgetThread poller(LibraryParts(place.Folder()));
-        QSignalSpy samples(&poller, &IntelPowerGadgetThread::RefreshCpuPowClock);
-        QSignalSpy ended(&poller, &QThread::finished);
+        const Samples samples(poller);
         QTest::ignoreMessage(QtDebugMsg, "Error: 无法在指定路径下找到库文件。");
         poller.start();
         QTest::qWait(60);
         QCOMPARE(samples.count(), 0);
         QVERIFY(place.Put("complete"));
         QTRY_VERIFY(samples.count() >= 1);
-        QCOMPARE(Told(samples.at(0)), (QVector<int>{12, 45, 0, 0}));
-        QCOMPARE(ended.count(), 0);
+        QCOMPARE(samples.at(0), (Sample{12, 45, 0, 0}));
+        QVERIFY(poller.isRunning());
     }
 
     void FailureIsLoggedOnce() {
         Record record;
         record.loadsUntilFound = 20;
         IntelPowerGadgetThread poller(RecordingParts(record));
-        QSignalSpy samples(&poller, &IntelPowerGadgetThread::RefreshCpuPowClock);
+        const Samples samples(poller);
         QTest::ignoreMessage(QtDebugMsg, "Error: nothing there");
         QTest::ignoreMessage(QtDebugMsg, "isStop.\n");
         poller.start();
@@ -168,7 +172,7 @@ private Q_SLOTS:
     void FirstSampleIsTakenBeforeThePause() {
         Record record;
         IntelPowerGadgetThread poller(RecordingParts(record, kEndlessPeriod));
-        QSignalSpy samples(&poller, &IntelPowerGadgetThread::RefreshCpuPowClock);
+        const Samples samples(poller);
         poller.start();
         QTRY_COMPARE(record.samples.load(), 1);
         QCOMPARE(samples.count(), 0);
@@ -240,7 +244,7 @@ private Q_SLOTS:
                                                                              Environment(folder));
                                                                      },
                                                                      kShortPeriod});
-        QSignalSpy samples(poller.get(), &IntelPowerGadgetThread::RefreshCpuPowClock);
+        const Samples samples(*poller);
         poller->start();
         QTRY_COMPARE(calls.load(), 2);
         poller->AskToStop();

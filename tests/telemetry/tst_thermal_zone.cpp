@@ -1,10 +1,11 @@
-#include <QSignalSpy>
 #include <QtTest>
 
 #include "telemetry/thermal_zone.h"
 #include "telemetry/thermal_zone_thread.h"
+#include "told.h"
 
 using namespace kivo;
+using namespace kivo::test;
 
 namespace {
 
@@ -26,6 +27,11 @@ QString Degrees(const char* number) {
 QString StandIn(const char* behaviour) {
     return QStringLiteral("\"%1\" %2").arg(QStringLiteral(KIVO_THERMAL_STAND_IN), QLatin1String(behaviour));
 }
+
+struct Texts : Told<QString> {
+    explicit Texts(ThermalZoneThread& thread)
+        : Told(thread, &ThermalZoneThread::temperatureRead, [](const QString& text) { return text; }) {}
+};
 
 }  // namespace
 
@@ -127,10 +133,10 @@ private Q_SLOTS:
 
     void ThreadTellsTheReading() {
         ThermalZoneThread thread([](const StopAsked&) { return ThermalText(28); });
-        QSignalSpy told(&thread, &ThermalZoneThread::temperatureRead);
+        const Texts told(thread);
         thread.start();
         QTRY_COMPARE(told.count(), 1);
-        QCOMPARE(told.at(0).at(0).toString(), Degrees("28.000000"));
+        QCOMPARE(told.at(0), Degrees("28.000000"));
     }
 
     void ReadingThatIsGivenUpIsNotTold() {
@@ -139,7 +145,7 @@ private Q_SLOTS:
             isReading.release();
             return ParseThermalZones(ReadCommandOutput(StandIn("hang"), kLongEnough, isStopAsked));
         });
-        QSignalSpy told(thread.get(), &ThermalZoneThread::temperatureRead);
+        const Texts told(*thread);
         thread->start();
         isReading.acquire();
         thread.reset();
