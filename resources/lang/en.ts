@@ -280,6 +280,10 @@ Exit anyway?</translation>
         <source>无法更改登录时启动的设置。</source>
         <translation>The start at login could not be changed.</translation>
     </message>
+    <message>
+        <source>CPU温度，点击读取系统温区</source>
+        <translation>CPU temperature; click to read the system’s thermal zone</translation>
+    </message>
 </context>
 <context>
     <name>ZoomWidget</name>

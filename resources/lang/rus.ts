@@ -280,6 +280,10 @@
         <source>无法更改登录时启动的设置。</source>
         <translation>Не удалось изменить запуск при входе в систему.</translation>
     </message>
+    <message>
+        <source>CPU温度，点击读取系统温区</source>
+        <translation>Температура ЦП; щелчок — термозона системы</translation>
+    </message>
 </context>
 <context>
     <name>ZoomWidget</name>

@@ -280,6 +280,10 @@
         <source>无法更改登录时启动的设置。</source>
         <translation>无法更改登录时启动的设置。</translation>
     </message>
+    <message>
+        <source>CPU温度，点击读取系统温区</source>
+        <translation>CPU温度，点击读取系统温区</translation>
+    </message>
 </context>
 <context>
     <name>ZoomWidget</name>

@@ -21,6 +21,7 @@
 #include "editor/color_bar.h"
 #include "editor/edit_bar.h"
 #include "pictures/picture_list.h"
+#include "telemetry/energy_library.h"
 #include "ui_main_window.h"
 #include "widgets/exit_message_box.h"
 #include "widgets/focus_ring.h"
@@ -32,6 +33,7 @@ namespace {
 constexpr std::chrono::milliseconds kThreadsAfter{500};
 constexpr std::chrono::milliseconds kPollEvery{1000};
 constexpr unsigned long kFirstRunPauseMs = 1000;
+constexpr std::chrono::milliseconds kLongestStop{1500};
 constexpr qint64 kLongestExposeMs = 500;
 constexpr int kHeadHeight = 100;  // what is above the pages, by which the window is dragged
 
@@ -45,6 +47,13 @@ void PaintNow(QWidget& window) {
     }
     window.repaint();
     QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+}
+
+// Deliberate: nobody asks what comes of it. Whoever works with the library loads one of his own.
+void ProbeEnergyLibrary() {
+    EnergyLibrary library;
+    library.Load();
+    library.Release();
 }
 
 }  // namespace
@@ -61,7 +70,7 @@ MainWindow::MainWindow(const Parts& parts)
     setWindowFlags(Qt::Window | Qt::FramelessWindowHint | Qt::WindowSystemMenuHint |
                    Qt::WindowMinimizeButtonHint);
     DressWindow(*m_ui);
-    m_ui->pushButton->hide();  // until a temperature has been measured
+    ShowTemperature();
     PlaceOnScreen();
     WirePages();
     WireTools();
@@ -73,6 +82,7 @@ MainWindow::MainWindow(const Parts& parts)
     // The screen is opened by this name, so it is the same in every language.
     setWindowTitle(QCoreApplication::translate("MainWindow", "Kivo Screen"));
     WireShell();
+    ProbeEnergyLibrary();
     m_session->SendTimeSync();
     QTimer::singleShot(kThreadsAfter, this, &MainWindow::slotCreateThread);
     connect(&m_poll, &QTimer::timeout, this, &MainWindow::PollWakeUp);
@@ -123,6 +133,7 @@ void MainWindow::slotCreateThread() {
     }
     if (!IsFirstRun()) {
         if (configFolderCreated == 0) {
+            StartPowerPoller();
             // A panel without a memory of its own needs the frame as well, quietly.
             if (!m_session->SendPendingFrame()) {
                 StartRefresh();
@@ -133,6 +144,7 @@ void MainWindow::slotCreateThread() {
         BringToFront();
     }
     FirstRunUpload();
+    StartPowerPoller();
     StartRefresh();
 }
 
@@ -216,13 +228,10 @@ void MainWindow::StopRefresh() {
 
 bool MainWindow::Stop() {
     m_poll.stop();
-    return m_session->Stop();
-}
-
-void MainWindow::slotCpuPowClock(qint32 iPow, qint32 iClock, qint32 iGPow, qint32 iGClock) {
-    Q_UNUSED(iGPow)
-    Q_UNUSED(iGClock)
-    m_session->SetCpuPowClock(iPow, iClock);
+    const QDeadlineTimer deadline(kLongestStop);
+    AskSensorsToStop();
+    const bool hasSessionEnded = m_session->Stop();
+    return HaveSensorsEnded(deadline) && hasSessionEnded;
 }
 
 void MainWindow::PollWakeUp() {
@@ -242,9 +251,7 @@ void MainWindow::ShowLiveTexts() {
         texts[size_t(item)] = m_session->LiveText(item);
     }
     m_ui->zoomwidget->SetLiveTexts(texts);
-    // A machine without a sensor has no temperature to tell.
-    m_ui->pushButton->setText(texts[CpuTemperature]);
-    m_ui->pushButton->setVisible(m_session->HasTemperature());
+    ShowTemperature();
 }
 
 // In the middle of the screen at first. A low screen cuts the foot of the window off, never its head.

@@ -3,6 +3,7 @@
 // The program's one window and the owner of its session: language, pages, screen, tray, start and end. It
 // wires; what a page, the editor or the session do stands there. GUI thread.
 
+#include <QDeadlineTimer>
 #include <QLocale>
 #include <QMainWindow>
 #include <QModelIndex>
@@ -11,12 +12,15 @@
 #include <chrono>
 #include <functional>
 #include <memory>
+#include <vector>
 
 #include "app/live_session.h"
 #include "app/sleep_watch.h"
 #include "app/tray.h"
 #include "compose/theme_state.h"
 #include "device/hotplug.h"
+#include "telemetry/intel_power_gadget_thread.h"
+#include "telemetry/thermal_zone_thread.h"
 
 class QTranslator;
 
@@ -52,6 +56,8 @@ public:
         // Who tells of screens that come and go; default: nobody does.
         std::function<std::unique_ptr<Hotplug>()> makeHotplug = {};
         std::function<std::chrono::nanoseconds()> timeAsleep = &TimeAsleep;
+        PackageSensorsFactory makeSensors = MakePackageSensors;
+        ThermalZoneThread::Reader readThermalZone = ReadThermalZoneTemperature;
     };
 
     explicit MainWindow(const Parts& parts);
@@ -67,7 +73,7 @@ public:
     // Out of sight, but within reach: hidden where there is a tray, else minimised.
     void PutAway();
 
-    // Ends the workers; see LiveSession::Stop. Nothing is uploaded any more.
+    // Ends the workers, the sensors' too; see LiveSession::Stop. Nothing is uploaded any more.
     bool Stop();
 
     // An interface of any device arrived or went: brings the table up to date, opens or closes the screen.
@@ -85,12 +91,18 @@ public:
     void StartRefresh();
     void StopRefresh();
 
+    // Power and temperature on and off. Stopping does not ask twice: see IntelPowerGadgetThread::Stop.
+    void StartPowerPoller();
+    void StopPowerPoller();
+
 public Q_SLOTS:
     void slotCreateThread();
     void iconActivated(QSystemTrayIcon::ActivationReason reason);
     // A new sample of the power poller. Deliberate: the temperature arrives in the argument that is named
     // after a clock. The last two are reserved.
     void slotCpuPowClock(qint32 iPow, qint32 iClock, qint32 iGPow, qint32 iGClock);
+    // The read-out was clicked: reads the firmware's thermal zone, beside the window, and shows it there.
+    void on_pushButton_clicked();
     // Asks whether to end the program, and ends it.
     void slotExit();
     void slotApply();
@@ -148,6 +160,10 @@ private:
     void PlaceOnScreen();
     void PollWakeUp();
     void ShowLiveTexts();
+    void ShowTemperature();
+    void ShowThermalZone(const QString& text);
+    void AskSensorsToStop();
+    bool HaveSensorsEnded(QDeadlineTimer deadline);
     void FirstRunUpload();
     // False when the program ends meanwhile.
     bool UploadWithProgress();
@@ -178,11 +194,18 @@ private:
     std::unique_ptr<Hotplug> m_hotplug;
     SleepWatch m_sleepWatch;
 
+    std::unique_ptr<IntelPowerGadgetThread> m_power;
+    std::vector<std::unique_ptr<IntelPowerGadgetThread>> m_stoppedPollers;
+    std::unique_ptr<ThermalZoneThread> m_thermalZone;
+    QString m_thermalText;          // empty: there is none to show
+    QDeadlineTimer m_thermalUntil;  // for so long it stands before the live temperature
+
     int m_pageStyle[2] = {0, 0};  // what "style" means on each page, while the other is shown
     bool m_live = false;          // workers run, so that there are live texts to show
     bool m_uploading = false;
     bool m_exitWanted = false;  // asked for while something else went on
     bool m_exitConfirmed = false;
+    bool m_isEnding = false;
     bool m_dragging = false;
     QPoint m_dragOffset;
 };

@@ -8,9 +8,9 @@
 #include <atomic>
 #include <chrono>
 
-#include "app/stop_pause.h"
-#include "app/thread_end.h"
 #include "telemetry/cpu_counter.h"
+#include "telemetry/stop_pause.h"
+#include "telemetry/thread_end.h"
 
 namespace kivo {
 

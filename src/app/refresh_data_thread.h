@@ -11,12 +11,12 @@
 #include <chrono>
 #include <functional>
 
-#include "app/stop_pause.h"
-#include "app/thread_end.h"
 #include "compose/live_item_renderer.h"
 #include "telemetry/cpu_counter.h"
 #include "telemetry/interface_language.h"
 #include "telemetry/live_value.h"
+#include "telemetry/stop_pause.h"
+#include "telemetry/thread_end.h"
 
 namespace kivo {
 

@@ -40,8 +40,9 @@ void DressPlainParts(::Ui::MainWindow& ui) {
     ui.orientationWell->setStyleSheet(QStringLiteral("background:%1;border:1px solid %2;border-radius:10px")
                                           .arg(colors::kWell.name(), colors::kCardEdge.name()));
     ui.pushButton->setStyleSheet(
-        QStringLiteral("QPushButton{border:none;background:transparent;color:%1;font-size:12px}")
-            .arg(colors::kTextMid.name()));
+        QStringLiteral("QPushButton{border:none;background:transparent;color:%1;font-size:12px}"
+                       "QPushButton:hover{color:%2}")
+            .arg(colors::kTextMid.name(), colors::kTextHigh.name()));
     for (QCheckBox* box : {ui.check1, ui.check2, ui.check3, ui.check4, ui.check5, ui.check6, ui.check7,
                            ui.check8, ui.check9}) {
         box->setStyleSheet(CheckBoxStyle());

@@ -59,6 +59,16 @@ inline void SetUpProfile() {
     configFolderCreated = 0;
 }
 
+// A machine without sensors, whatever the one has on which the tests run.
+class NoSensors final : public PackageSensors {
+public:
+    bool Load() override { return false; }
+    QString ErrorString() const override { return QStringLiteral("none"); }
+    void ReadSample() override {}
+    int Temperature() override { return 0; }
+    double Power() override { return 0.0; }
+};
+
 // Whether the window is told of screens that come and go.
 enum class Plugging { Untold, Told };
 
@@ -77,6 +87,7 @@ struct Desk {
                   parts.makeHotplug = [this] { return std::make_unique<VirtualHotplug>(panel); };
               }
               parts.timeAsleep = [this] { return timeAsleep; };
+              parts.makeSensors = [](const TerminationGate&) { return std::make_unique<NoSensors>(); };
               window = std::make_unique<MainWindow>(parts);
           }) {
         startWindow();

@@ -103,6 +103,13 @@ void ShootCustom(const Photographer& photographer, kivo::MainWindow& window) {
     photographer.Click("btnTheme");
 }
 
+void ShootReadOut(const Photographer& photographer, kivo::MainWindow& window) {
+    photographer.Click("pushButton");
+    photographer.Wait(100);
+    photographer.Shoot(QStringLiteral("thermal_zone"));
+    window.slotCpuPowClock(65, 48, 0, 0);
+}
+
 void ShootDialogs(const Photographer& photographer, kivo::MainWindow& window) {
     QTimer::singleShot(100, &window, [&] {
         photographer.Shoot(QStringLiteral("exit"), QApplication::activeModalWidget());
@@ -151,14 +158,17 @@ int main(int argc, char** argv) {
     kivo::MarkInitialized();
     kivo::configFolderCreated = 0;
     kivo::VirtualHidApi panel;
-    kivo::MainWindow window({panel, nullptr, QCoreApplication::applicationDirPath(), false,
-                             QLocale(QString::fromLatin1(argc > 2 ? argv[2] : "en_US")),
-                             [] { return true; }});
+    kivo::MainWindow::Parts parts{panel, nullptr, QCoreApplication::applicationDirPath()};
+    parts.locale = QLocale(QString::fromLatin1(argc > 2 ? argv[2] : "en_US"));
+    parts.hasTray = [] { return true; };
+    parts.readThermalZone = [](const kivo::StopAsked&) { return kivo::ThermalText(-10.5); };
+    kivo::MainWindow window(parts);
     window.show();
     const Photographer photographer(window, folder);
     photographer.Wait(2000);
     ShootThemes(photographer);
     ShootCustom(photographer, window);
+    ShootReadOut(photographer, window);
     ShootDialogs(photographer, window);
     return window.Stop() ? 0 : 1;
 }

@@ -1,0 +1,96 @@
+// The window's sensors: the poller that brings power and temperature, and the read-out at the top.
+
+#include <QPushButton>
+#include <QThread>
+#include <algorithm>
+#include <utility>
+
+#include "app/main_window.h"
+#include "ui_main_window.h"
+
+namespace kivo {
+
+namespace {
+
+constexpr unsigned long kStopGraceMs = 10;
+constexpr std::chrono::seconds kThermalTextStands{10};
+
+}  // namespace
+
+void MainWindow::StartPowerPoller() {
+    if (m_power || m_isEnding) {
+        return;
+    }
+    m_power = std::make_unique<IntelPowerGadgetThread>(IntelPowerGadgetThread::Parts{m_parts.makeSensors});
+    m_power->isStop = 0;
+    m_power->start(QThread::InheritPriority);
+    // Deliberate: a sample that comes before this is lost; there is one every second.
+    connect(m_power.get(), &IntelPowerGadgetThread::RefreshCpuPowClock, this, &MainWindow::slotCpuPowClock);
+}
+
+void MainWindow::StopPowerPoller() {
+    if (!m_power) {
+        return;
+    }
+    m_power->AskToStop();
+    QThread::msleep(kStopGraceMs);
+    m_power->Stop();
+    // Deliberate: not destroyed now. It goes with the window.
+    m_stoppedPollers.push_back(std::move(m_power));
+}
+
+void MainWindow::AskSensorsToStop() {
+    m_isEnding = true;
+    if (m_power) {
+        m_power->AskToStop();
+    }
+    if (m_thermalZone) {
+        m_thermalZone->AskToStop();
+    }
+}
+
+bool MainWindow::HaveSensorsEnded(QDeadlineTimer deadline) {
+    const bool hasPollerEnded = !m_power || m_power->wait(deadline);
+    return (!m_thermalZone || m_thermalZone->wait(deadline)) && hasPollerEnded;
+}
+
+void MainWindow::slotCpuPowClock(qint32 iPow, qint32 iClock, qint32 iGPow, qint32 iGClock) {
+    Q_UNUSED(iGPow)
+    Q_UNUSED(iGClock)
+    m_session->SetCpuPowClock(iPow, iClock);
+}
+
+void MainWindow::on_pushButton_clicked() {  // clazy:exclude=connect-by-name
+    if (!m_ui->pushButton->isEnabled()) {
+        return;  // one reading at a time
+    }
+    m_thermalText = QStringLiteral("...");
+    m_thermalUntil = QDeadlineTimer(QDeadlineTimer::Forever);
+    m_ui->pushButton->setEnabled(false);
+    ShowTemperature();
+    m_thermalZone = std::make_unique<ThermalZoneThread>(m_parts.readThermalZone);
+    connect(m_thermalZone.get(), &ThermalZoneThread::temperatureRead, this, &MainWindow::ShowThermalZone);
+    m_thermalZone->start();
+}
+
+void MainWindow::ShowThermalZone(const QString& text) {
+    m_thermalText = text;
+    m_thermalUntil = QDeadlineTimer(kThermalTextStands);
+    m_ui->pushButton->setEnabled(true);
+    ShowTemperature();
+}
+
+// What was asked for stands a while, then the live temperature again. A machine without a sensor keeps it.
+void MainWindow::ShowTemperature() {
+    const bool isLive = m_session->HasTemperature();
+    if (isLive && m_thermalUntil.hasExpired()) {
+        m_thermalText.clear();
+    }
+    if (!m_thermalText.isEmpty()) {
+        m_ui->pushButton->setText(m_thermalText);
+    } else {
+        m_ui->pushButton->setText(isLive ? m_session->LiveText(CpuTemperature) : QStringLiteral("--℃"));
+    }
+}
+
+}  // namespace kivo

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+#include <optional>
+
+namespace kivo {
+
+// The first line of a file the kernel makes up when it is read, at most 255 bytes, without blanks around it.
+// Nothing where it cannot be read; errno then says why. A plain read: these are read every second. Linux
+// only.
+std::optional<QByteArray> ReadSmallFile(const QString& path);
+
+// The same as a whole number; nothing where it is none.
+std::optional<qint64> ReadNumberFile(const QString& path);
+
+// Folders called prefix and a number, in the order of their numbers; paths. What else begins with the prefix
+// is left out.
+QStringList NumberedFolders(const QString& folder, const QString& prefix);
+
+}  // namespace kivo

@@ -1,0 +1,56 @@
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <QDir>
+#include <QFile>
+
+#include <array>
+#include <cerrno>
+#include <map>
+
+#include "telemetry/small_file.h"
+
+namespace kivo {
+
+std::optional<QByteArray> ReadSmallFile(const QString& path) {
+    const int file = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+    if (file < 0) {
+        return std::nullopt;
+    }
+    std::array<char, 255> buffer{};
+    const ssize_t length = ::read(file, buffer.data(), buffer.size());
+    const int error = errno;
+    ::close(file);
+    errno = error;
+    if (length < 0) {
+        return std::nullopt;
+    }
+    const QByteArray text(buffer.data(), int(length));
+    return text.left(text.indexOf('\n')).trimmed();
+}
+
+std::optional<qint64> ReadNumberFile(const QString& path) {
+    const auto text = ReadSmallFile(path);
+    bool isNumber = false;
+    const qint64 number = text ? text->toLongLong(&isNumber) : 0;
+    return isNumber ? std::make_optional(number) : std::nullopt;
+}
+
+QStringList NumberedFolders(const QString& folder, const QString& prefix) {
+    std::map<int, QString> found;
+    const QStringList names = QDir(folder).entryList({prefix + QLatin1Char('*')}, QDir::Dirs);
+    for (const QString& name : names) {
+        bool isNumber = false;
+        const int number = name.midRef(prefix.size()).toInt(&isNumber);
+        if (isNumber) {
+            found.emplace(number, folder + QLatin1Char('/') + name);
+        }
+    }
+    QStringList paths;
+    for (const auto& [number, path] : found) {
+        paths.append(path);
+    }
+    return paths;
+}
+
+}  // namespace kivo

@@ -1,0 +1,96 @@
+#include "telemetry/thermal_zone.h"
+
+#include <QDeadlineTimer>
+#include <QProcess>
+#include <QStringList>
+#include <QtEndian>
+
+#include <algorithm>
+
+namespace kivo {
+namespace {
+
+constexpr QChar kDegreeSign(0x00B0);
+constexpr std::chrono::milliseconds kBetweenLooks{50};
+constexpr std::chrono::milliseconds kLongestKill{500};
+
+// The property is in tenths of a kelvin. Deliberate: 273.2, not 273.15.
+constexpr double kFreezingPoint = 2732.0;
+constexpr double kTenths = 10.0;
+
+bool IsUtf16(const QByteArray& output) {
+    return output.startsWith("\xFF\xFE") || (output.size() >= 2 && output[1] == '\0' && output[0] != '\0');
+}
+
+QString Decode(const QByteArray& output) {
+    if (!IsUtf16(output)) {
+        return QString::fromLatin1(output.constData(),
+                                   int(qstrnlen(output.constData(), uint(output.size()))));
+    }
+    QString text(output.size() / 2, Qt::Uninitialized);
+    qFromLittleEndian<char16_t>(output.constData(), text.size(), text.data());
+    if (text.startsWith(QChar(QChar::ByteOrderMark))) {
+        text.remove(0, 1);
+    }
+    return text;
+}
+
+}  // namespace
+
+QString ThermalText(double degreesCelsius) {
+    return QString::number(degreesCelsius, 'f', 6) + kDegreeSign + QLatin1Char('C');
+}
+
+QString NoThermalText() {
+    return QStringLiteral("N/A");
+}
+
+QString ThermalCommand() {
+    return QStringLiteral(
+        "wmic /namespace:\\\\root\\wmi PATH MSAcpi_ThermalZoneTemperature get CurrentTemperature /value");
+}
+
+QString ParseThermalZones(const QByteArray& output) {
+    QString result = NoThermalText();
+    // The client ends its lines with CR CR LF; the spare one goes when the value is trimmed.
+    const QStringList lines = Decode(output).split(QStringLiteral("\r\n"), Qt::SkipEmptyParts);
+    for (const QString& line : lines) {
+        const QStringList parts = line.split(QLatin1Char('='), Qt::SkipEmptyParts);
+        if (parts.size() != 2 || parts[0].trimmed() != QLatin1String("CurrentTemperature")) {
+            continue;
+        }
+        bool isNumber = false;
+        const int value = parts[1].trimmed().toInt(&isNumber, 10);
+        if (isNumber) {
+            result = ThermalText((value - kFreezingPoint) / kTenths);
+        }
+    }
+    return result;
+}
+
+QByteArray ReadCommandOutput(const QString& commandLine, std::chrono::milliseconds limit,
+                             const StopAsked& isStopAsked) {
+    QStringList arguments = QProcess::splitCommand(commandLine);
+    if (arguments.isEmpty()) {
+        return {};
+    }
+    const QString program = arguments.takeFirst();
+    const QDeadlineTimer deadline(limit);
+    QProcess process;
+    process.start(program, arguments);
+    process.closeWriteChannel();  // the WMI client waits for the end of its input
+    // In short waits, so that giving up is quick.
+    while (process.state() != QProcess::NotRunning && !deadline.hasExpired() &&
+           !(isStopAsked && isStopAsked())) {
+        const auto left = std::min<qint64>(kBetweenLooks.count(), deadline.remainingTime());
+        process.waitForFinished(int(std::max<qint64>(left, 1)));
+    }
+    const QByteArray output = process.readAllStandardOutput();
+    if (process.state() != QProcess::NotRunning) {
+        process.kill();
+        process.waitForFinished(int(kLongestKill.count()));
+    }
+    return output;
+}
+
+}  // namespace kivo

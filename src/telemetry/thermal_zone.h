@@ -1,0 +1,39 @@
+#pragma once
+
+// The firmware's (ACPI) thermal zone: a second way to a temperature, without library or driver. It may take
+// seconds, so it is read when a person asks for it, not every second. Any thread.
+
+#include <QByteArray>
+#include <QString>
+
+#include <chrono>
+#include <functional>
+
+namespace kivo {
+
+// Asked now and then by what takes long; true: give up.
+using StopAsked = std::function<bool()>;
+
+// The reading as text: degrees Celsius with six decimals ("28.000000°C"), "N/A" where there is none. Blocks:
+// on Windows, where the system's WMI client is run, up to 30 s and a short wait.
+QString ReadThermalZoneTemperature(const StopAsked& isStopAsked = {});
+
+// The text of a temperature. Deliberate: degree sign and C, not the single character of the live values.
+QString ThermalText(double degreesCelsius);
+
+// "N/A".
+QString NoThermalText();
+
+// The WMI client's command line.
+QString ThermalCommand();
+
+// What the WMI client wrote, as the text of the last zone in it: lines "CurrentTemperature=3012", tenths of a
+// kelvin. Single-byte text, or UTF-16 (little end first) with or without its mark.
+QString ParseThermalZones(const QByteArray& output);
+
+// Runs a command line, its input closed, and gives what it wrote to standard output: all of it, or what came
+// within the time limit, after which it is ended. Empty where it cannot be started.
+QByteArray ReadCommandOutput(const QString& commandLine, std::chrono::milliseconds limit,
+                             const StopAsked& isStopAsked = {});
+
+}  // namespace kivo

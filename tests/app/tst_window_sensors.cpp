@@ -1,0 +1,236 @@
+#include <QPushButton>
+#include <QSemaphore>
+
+#include "../telemetry/energy_library_folders.h"
+#include "window_test_support.h"
+
+using namespace kivo;
+using namespace kivo::test;
+
+// Power and temperature from the library to the panel, and the read-out at the top of the window.
+class TestWindowSensors : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void init();
+    void cleanup();
+    void LibrarysNumbersReachThePanel_data();
+    void LibrarysNumbersReachThePanel();
+    void LibraryIsProbedAndLeftAlone();
+    void FirstRunStartsThePollerToo();
+    void OnePollerAtATime();
+    void HangingLibraryDoesNotHoldTheEndUp();
+    void ReadOutShowsTheLiveTemperature();
+    void ClickReadsTheThermalZone();
+    void ReadingStandsBeforeTheLiveTemperatureForAWhile();
+    void OneReadingAtATime();
+    void EndDoesNotWaitForAReading();
+
+private:
+    static void Install(const char* variant) {
+        qputenv("IPG_Dir", QFile::encodeName(LibraryFolder(variant)));
+        qputenv("IPG_Ver", "3.6");
+    }
+};
+
+namespace {
+
+// With the sensors that the program itself has.
+struct SensorDesk : Desk {
+    SensorDesk() { Close(); }
+
+    void Start() {
+        window = std::make_unique<MainWindow>([this] {
+            MainWindow::Parts parts{wire, nullptr, kBin};
+            parts.locale = QLocale(QStringLiteral("en_US"));
+            parts.hasTray = [] { return true; };
+            parts.readThermalZone = readThermalZone;
+            return parts;
+        }());
+    }
+    QPushButton* ReadOut() const { return Find<QPushButton>("pushButton"); }
+
+    ThermalZoneThread::Reader readThermalZone = [](const StopAsked&) { return ThermalText(28); };
+};
+
+const QString kDegrees28 = QStringLiteral("28.000000°C");
+
+}  // namespace
+
+void TestWindowSensors::initTestCase() {
+    PrepareApplication();
+}
+
+void TestWindowSensors::init() {
+    SetUpProfile();
+}
+
+void TestWindowSensors::cleanup() {
+    qunsetenv("IPG_Dir");
+    qunsetenv("IPG_Ver");
+}
+
+void TestWindowSensors::LibrarysNumbersReachThePanel_data() {
+    QTest::addColumn<QByteArray>("variant");
+    QTest::addColumn<QString>("temperature");
+    QTest::addColumn<QString>("power");
+    QTest::addColumn<QString>("fan");
+    QTest::newRow("at rest") << QByteArray("complete") << QStringLiteral("45℃") << QStringLiteral("12w")
+                             << QStringLiteral("1000");
+    QTest::newRow("at work") << QByteArray("hot") << QStringLiteral("74℃") << QStringLiteral("65w")
+                             << QStringLiteral("3400");
+}
+
+void TestWindowSensors::LibrarysNumbersReachThePanel() {
+    QFETCH(QByteArray, variant);
+    QFETCH(QString, temperature);
+    QFETCH(QString, power);
+    QFETCH(QString, fan);
+    Install(variant.constData());
+    SensorDesk desk;
+    desk.Start();
+    LiveSession& session = desk.window->Session();
+    QTRY_COMPARE_WITH_TIMEOUT(session.LiveText(CpuTemperature), temperature, 20000);
+    desk.Apply();
+    const ScreenState state = session.Applied();
+    ItemTexts texts;
+    const auto panelShowsItsTexts = [&] {
+        texts = session.ShownTexts();
+        return PixelsThatDiffer(desk.panel.State().UprightImage(), ExpectedPanel(state, texts)) == 0;
+    };
+    QTRY_VERIFY_WITH_TIMEOUT(panelShowsItsTexts(), 20000);
+    QCOMPARE(texts[CpuTemperature], temperature);
+    QCOMPARE(texts[CpuPower], power);
+    QCOMPARE(texts[FanSpeed], fan);
+}
+
+void TestWindowSensors::LibraryIsProbedAndLeftAlone() {
+    Install("start_fails");
+    SensorDesk desk;
+    desk.Start();
+    QTRY_VERIFY_WITH_TIMEOUT(desk.panel.State().counts.areas > 5, 20000);
+    QCOMPARE(desk.window->Session().LiveText(CpuPower), QStringLiteral("1w"));
+}
+
+void TestWindowSensors::FirstRunStartsThePollerToo() {
+    ForgetEverything();
+    Install("complete");
+    SensorDesk desk;
+    desk.Start();
+    QTRY_COMPARE_WITH_TIMEOUT(desk.window->Session().LiveText(CpuTemperature), QStringLiteral("45℃"), 30000);
+    QCOMPARE(desk.panel.State().counts.frames, quint64(1));
+}
+
+void TestWindowSensors::OnePollerAtATime() {
+    Install("complete");
+    SensorDesk desk;
+    desk.Start();
+    MainWindow& window = *desk.window;
+    window.StopPowerPoller();  // there is none yet
+    window.StartPowerPoller();
+    window.StartPowerPoller();
+    QTRY_COMPARE_WITH_TIMEOUT(window.Session().LiveText(CpuTemperature), QStringLiteral("45℃"), 20000);
+    window.StopPowerPoller();
+    QCoreApplication::processEvents();
+    window.slotCpuPowClock(5, 30, 0, 0);
+    window.StartPowerPoller();
+    QTRY_COMPARE_WITH_TIMEOUT(window.Session().LiveText(CpuTemperature), QStringLiteral("45℃"), 20000);
+}
+
+void TestWindowSensors::HangingLibraryDoesNotHoldTheEndUp() {
+    Install("calls_hang");
+    SensorDesk desk;
+    desk.Start();
+    desk.window->StartPowerPoller();
+    QTest::qWait(300);
+    // The process would be ended now. Here it goes on, so the poller has to be got rid of first.
+    QVERIFY(!desk.window->Stop());
+    desk.window->StopPowerPoller();
+    QVERIFY(desk.window->Stop());
+    desk.window.reset();
+}
+
+void TestWindowSensors::ReadOutShowsTheLiveTemperature() {
+    SensorDesk desk;
+    Install("start_fails");
+    desk.Start();
+    desk.Show();
+    QCOMPARE(desk.ReadOut()->text(), QStringLiteral("--℃"));
+    QVERIFY(desk.ReadOut()->isEnabled());
+    QTRY_VERIFY_WITH_TIMEOUT(desk.panel.State().counts.areas > 0, 20000);
+    desk.window->slotCpuPowClock(20, 48, 0, 0);
+    QTRY_COMPARE(desk.ReadOut()->text(), QStringLiteral("48℃"));
+}
+
+void TestWindowSensors::ClickReadsTheThermalZone() {
+    SensorDesk desk;
+    desk.Start();
+    desk.Show();
+    QTest::mouseClick(desk.ReadOut(), Qt::LeftButton);
+    QTRY_COMPARE(desk.ReadOut()->text(), kDegrees28);
+    QVERIFY(desk.ReadOut()->isEnabled());
+    QVERIFY(QFontMetrics(desk.ReadOut()->font()).horizontalAdvance(QStringLiteral("-10.000000°C")) <=
+            desk.ReadOut()->width());
+}
+
+void TestWindowSensors::ReadingStandsBeforeTheLiveTemperatureForAWhile() {
+    SensorDesk desk;
+    Install("start_fails");
+    desk.Start();
+    desk.Show();
+    desk.window->slotCpuPowClock(20, 48, 0, 0);
+    desk.Click("pushButton");
+    QTRY_COMPARE(desk.ReadOut()->text(), kDegrees28);
+    QTRY_COMPARE_WITH_TIMEOUT(desk.ReadOut()->text(), QStringLiteral("48℃"), 30000);
+}
+
+void TestWindowSensors::OneReadingAtATime() {
+    SensorDesk desk;
+    QSemaphore begun;
+    QSemaphore mayEnd;
+    desk.readThermalZone = [&](const StopAsked&) {
+        begun.release();
+        mayEnd.acquire();
+        return NoThermalText();
+    };
+    desk.Start();
+    desk.Show();
+    desk.Click("pushButton");
+    begun.acquire();
+    QVERIFY(!desk.ReadOut()->isEnabled());
+    QCOMPARE(desk.ReadOut()->text(), QStringLiteral("..."));
+    desk.Click("pushButton");
+    desk.window->on_pushButton_clicked();
+    mayEnd.release();
+    QTRY_COMPARE(desk.ReadOut()->text(), QStringLiteral("N/A"));
+    QVERIFY(desk.ReadOut()->isEnabled());
+    QCOMPARE(begun.available(), 0);
+    mayEnd.release();
+    desk.Click("pushButton");
+    QTRY_COMPARE(begun.available(), 1);
+}
+
+void TestWindowSensors::EndDoesNotWaitForAReading() {
+    SensorDesk desk;
+    QSemaphore begun;
+    // Goes on until it is told to give up, as the command does.
+    desk.readThermalZone = [&begun](const StopAsked& isStopAsked) {
+        begun.release();
+        while (!isStopAsked()) {
+            QThread::yieldCurrentThread();
+        }
+        return ThermalText(28);
+    };
+    desk.Start();
+    desk.Show();
+    desk.Click("pushButton");
+    begun.acquire();
+    QVERIFY(desk.window->Stop());
+    QCoreApplication::processEvents();
+    QCOMPARE(desk.ReadOut()->text(), QStringLiteral("..."));
+    desk.Close();
+}
+
+QTEST_MAIN(TestWindowSensors)
+#include "tst_window_sensors.moc"

@@ -1,0 +1,20 @@
+#pragma once
+
+// Made-up libraries with the interface of the vendor's, each wrong in one way. A library is
+// energy_library.cpp, a file that says how it behaves, and but for one of them stop_log.cpp.
+
+#if defined(_WIN32)
+#define ENERGY_LIBRARY_CALL extern "C" __declspec(dllexport)
+#else
+#define ENERGY_LIBRARY_CALL extern "C" __attribute__((visibility("default")))
+#endif
+
+struct Behaviour {
+    bool starts;      // else its start fails
+    bool answers;     // else power and temperature fail and leave what they were given
+    bool samplesEnd;  // else taking a sample hangs
+    double watts;
+    int degreesCelsius;
+};
+
+extern const Behaviour kBehaviour;

@@ -1,0 +1,5 @@
+#include "energy_library.h"
+
+ENERGY_LIBRARY_CALL bool StopLog() {
+    return false;
+}

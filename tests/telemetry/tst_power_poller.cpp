@@ -1,0 +1,262 @@
+#include <QtTest>
+
+#include <array>
+#include <limits>
+
+#include "energy_library_folders.h"
+#include "telemetry/intel_power_gadget_thread.h"
+#include "told.h"
+
+using namespace kivo;
+using namespace kivo::test;
+
+namespace {
+
+constexpr std::chrono::milliseconds kShortPeriod{20};
+constexpr std::chrono::milliseconds kEndlessPeriod = std::chrono::hours(1);
+
+using Parts = IntelPowerGadgetThread::Parts;
+
+Parts LibraryParts(const QString& folder, std::chrono::milliseconds period = kShortPeriod) {
+    return {[folder](const TerminationGate& gate) { return MakeLibrarySensors(gate, Environment(folder)); },
+            period};
+}
+
+Parts LibraryParts(const char* variant, std::chrono::milliseconds period = kShortPeriod) {
+    return LibraryParts(LibraryFolder(variant), period);
+}
+
+using Sample = std::array<int, 4>;
+
+// The samples that a poller tells.
+struct Samples : Told<Sample> {
+    explicit Samples(IntelPowerGadgetThread& poller)
+        : Told(poller, &IntelPowerGadgetThread::RefreshCpuPowClock,
+               [](int power, int temperature, int third, int fourth) {
+                   return Sample{power, temperature, third, fourth};
+               }) {}
+};
+
+// What the poller did with its sensors, and what these answer.
+struct Record {
+    std::atomic<int> loads{0};
+    std::atomic<int> samples{0};
+    std::atomic<int> loadsUntilFound{0};
+    std::atomic<bool> isReleased{false};
+    double watts = 12.9;
+    int degreesCelsius = 45;
+};
+
+class RecordingSensors final : public PackageSensors {
+public:
+    explicit RecordingSensors(Record& record) : m_record(record) {}
+    ~RecordingSensors() override { m_record.isReleased = true; }
+    bool Load() override { return ++m_record.loads > m_record.loadsUntilFound; }
+    QString ErrorString() const override { return QStringLiteral("nothing there"); }
+    void ReadSample() override { ++m_record.samples; }
+    int Temperature() override { return m_record.degreesCelsius; }
+    double Power() override { return m_record.watts; }
+
+private:
+    Record& m_record;
+};
+
+Parts RecordingParts(Record& record, std::chrono::milliseconds period = kShortPeriod) {
+    return {[&record](const TerminationGate&) { return std::make_unique<RecordingSensors>(record); }, period};
+}
+
+}  // namespace
+
+Q_DECLARE_METATYPE(Sample)
+
+class TestPowerPoller : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void WattsAreCutOff_data() {
+        QTest::addColumn<double>("watts");
+        QTest::addColumn<int>("whole");
+        QTest::newRow("under thirteen") << 12.9 << 12;
+        QTest::newRow("less than one") << 0.99 << 0;
+        QTest::newRow("negative, towards zero") << -3.7 << -3;
+        QTest::newRow("the largest") << 2147483647.0 << 2147483647;
+        QTest::newRow("one too large") << 2147483648.0 << 0;
+        QTest::newRow("the least") << -2147483648.0 << std::numeric_limits<int>::min();
+        QTest::newRow("far too large") << 1e300 << 0;
+        QTest::newRow("no number") << std::numeric_limits<double>::quiet_NaN() << 0;
+        QTest::newRow("endless") << -std::numeric_limits<double>::infinity() << 0;
+    }
+    void WattsAreCutOff() {
+        QFETCH(double, watts);
+        QFETCH(int, whole);
+        QCOMPARE(WholeWatts(watts), whole);
+    }
+
+    void LibrarysNumbersAreTold_data() {
+        QTest::addColumn<QString>("variant");
+        QTest::addColumn<Sample>("told");
+        QTest::newRow("a good library") << "complete" << Sample{12, 45, 0, 0};
+        QTest::newRow("calls that fail") << "calls_fail" << Sample{0, 0, 0, 0};
+        QTest::newRow("a power that no integer holds") << "no_number" << Sample{0, -40, 0, 0};
+    }
+    void LibrarysNumbersAreTold() {
+        QFETCH(QString, variant);
+        QFETCH(Sample, told);
+        IntelPowerGadgetThread poller(LibraryParts(qPrintable(variant)));
+        const Samples samples(poller);
+        poller.start(QThread::InheritPriority);
+        QTRY_VERIFY(samples.count() >= 2);
+        QCOMPARE(samples.at(0), told);
+        QCOMPARE(samples.at(1), told);
+    }
+
+    void SignalHasTheNameThatOthersConnectTo() {
+        const QMetaObject& meta = IntelPowerGadgetThread::staticMetaObject;
+        QVERIFY(meta.indexOfSignal("RefreshCpuPowClock(qint32,qint32,qint32,qint32)") >= 0);
+    }
+
+    void BadLibraryIsTriedAgainAndTellsNothing_data() {
+        QTest::addColumn<QString>("variant");
+        QTest::newRow("a name is missing") << "stop_log_missing";
+        QTest::newRow("its start fails") << "start_fails";
+    }
+    void BadLibraryIsTriedAgainAndTellsNothing() {
+        QFETCH(QString, variant);
+        const QString folder = LibraryFolder(qPrintable(variant));
+        std::atomic<int> tries{0};
+        IntelPowerGadgetThread poller(Parts{[&](const TerminationGate& gate) {
+                                                return MakeLibrarySensors(gate, [&](const char* name) {
+                                                    ++tries;
+                                                    return Environment(folder)(name);
+                                                });
+                                            },
+                                            kShortPeriod});
+        const Samples samples(poller);
+        poller.start();
+        QTRY_VERIFY(tries > 10);
+        QVERIFY(poller.isRunning());
+        poller.AskToStop();
+        QVERIFY(poller.wait());
+        QCOMPARE(samples.count(), 0);
+    }
+
+    void LibraryThatIsInstalledLaterIsFound() {
+        const LibraryPlace place;
+        IntelPowerGadgetThread poller(LibraryParts(place.Folder()));
+        const Samples samples(poller);
+        QTest::ignoreMessage(QtDebugMsg, "Error: 无法在指定路径下找到库文件。");
+        poller.start();
+        QTest::qWait(60);
+        QCOMPARE(samples.count(), 0);
+        QVERIFY(place.Put("complete"));
+        QTRY_VERIFY(samples.count() >= 1);
+        QCOMPARE(samples.at(0), (Sample{12, 45, 0, 0}));
+        QVERIFY(poller.isRunning());
+    }
+
+    void FailureIsLoggedOnce() {
+        Record record;
+        record.loadsUntilFound = 20;
+        IntelPowerGadgetThread poller(RecordingParts(record));
+        const Samples samples(poller);
+        QTest::ignoreMessage(QtDebugMsg, "Error: nothing there");
+        QTest::ignoreMessage(QtDebugMsg, "isStop.\n");
+        poller.start();
+        QTRY_VERIFY(samples.count() >= 1);
+        QCOMPARE(record.loads.load(), 21);
+        poller.AskToStop();
+        QVERIFY(poller.wait());
+        QVERIFY(record.isReleased);
+    }
+
+    void FirstSampleIsTakenBeforeThePause() {
+        Record record;
+        IntelPowerGadgetThread poller(RecordingParts(record, kEndlessPeriod));
+        const Samples samples(poller);
+        poller.start();
+        QTRY_COMPARE(record.samples.load(), 1);
+        QCOMPARE(samples.count(), 0);
+    }
+
+    void EndsInEveryState_data() {
+        QTest::addColumn<int>("loadsUntilFound");
+        QTest::addColumn<bool>("terminated");
+        QTest::newRow("looking for sensors, asked") << 1000000 << false;
+        QTest::newRow("looking for sensors, stopped") << 1000000 << true;
+        QTest::newRow("between two samples, asked") << 0 << false;
+        QTest::newRow("between two samples, stopped") << 0 << true;
+    }
+    // The pause lasts an hour: what ends is not waited for.
+    void EndsInEveryState() {
+        QFETCH(int, loadsUntilFound);
+        QFETCH(bool, terminated);
+        Record record;
+        record.loadsUntilFound = loadsUntilFound;
+        IntelPowerGadgetThread poller(RecordingParts(record, kEndlessPeriod));
+        poller.start();
+        QTRY_VERIFY(record.samples > 0 || record.loads > 1);
+        if (terminated) {
+            poller.Stop();
+        } else {
+            poller.AskToStop();
+            QVERIFY(poller.wait());
+        }
+        QVERIFY(poller.isFinished());
+        QCOMPARE(int(poller.isStop), 1);
+        QVERIFY(record.isReleased);
+    }
+
+    void StopBeforeTheStart() {
+        Record record;
+        IntelPowerGadgetThread poller(RecordingParts(record, kEndlessPeriod));
+        poller.Stop();
+        poller.start();
+        QVERIFY(poller.wait());
+        QCOMPARE(record.samples.load(), 0);
+    }
+
+    void StopTwice() {
+        Record record;
+        IntelPowerGadgetThread poller(RecordingParts(record));
+        poller.start();
+        QTRY_VERIFY(record.samples > 0);
+        poller.Stop();
+        poller.Stop();
+        QVERIFY(poller.isFinished());
+    }
+
+    void LibraryThatHangsIsLeft_data() {
+        QTest::addColumn<bool>("destroyed");
+        QTest::newRow("stopped") << false;
+        QTest::newRow("destroyed") << true;
+    }
+    void LibraryThatHangsIsLeft() {
+        QFETCH(bool, destroyed);
+        // The second call into the library is the one that hangs.
+        std::atomic<int> calls{0};
+        const QString folder = LibraryFolder("calls_hang");
+        auto poller = std::make_unique<IntelPowerGadgetThread>(Parts{[&](const TerminationGate& gate) {
+                                                                         return MakeLibrarySensors(
+                                                                             [&calls, gate](bool isAllowed) {
+                                                                                 calls += isAllowed ? 1 : 0;
+                                                                                 gate(isAllowed);
+                                                                             },
+                                                                             Environment(folder));
+                                                                     },
+                                                                     kShortPeriod});
+        const Samples samples(*poller);
+        poller->start();
+        QTRY_COMPARE(calls.load(), 2);
+        poller->AskToStop();
+        QVERIFY(!poller->wait(200));
+        if (!destroyed) {
+            poller->Stop();
+            QVERIFY(poller->isFinished());
+        }
+        poller.reset();
+        QCOMPARE(samples.count(), 0);
+    }
+};
+
+QTEST_GUILESS_MAIN(TestPowerPoller)
+#include "tst_power_poller.moc"

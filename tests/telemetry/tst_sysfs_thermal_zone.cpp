@@ -1,0 +1,76 @@
+#include <QtTest>
+
+#include "made_up_sysfs.h"
+#include "telemetry/thermal_zone_linux.h"
+
+using namespace kivo;
+using namespace kivo::test;
+
+namespace {
+
+struct Zone {
+    const char* type;
+    const char* temp;
+};
+
+}  // namespace
+
+Q_DECLARE_METATYPE(QVector<Zone>)
+
+class TestSysfsThermalZone : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void BestZoneIsTaken_data() {
+        QTest::addColumn<QVector<Zone>>("zones");
+        QTest::addColumn<QString>("text");
+        const auto row = [](const char* name, const QVector<Zone>& zones, const char* number) {
+            QTest::newRow(name) << zones
+                                << (number == nullptr ? QStringLiteral("N/A")
+                                                      : QString::fromLatin1(number) + QStringLiteral("°C"));
+        };
+        row("no zone", {}, nullptr);
+        row("the firmware's", {{"acpitz", "27800"}}, "27.800000");
+        row("the firmware's before the processor's", {{"acpitz", "27800"}, {"x86_pkg_temp", "45000"}},
+            "27.800000");
+        row("the processor's before others", {{"x86_pkg_temp", "45000"}, {"iwlwifi_1", "39000"}},
+            "45.000000");
+        row("any other", {{"pch_skylake", "51500"}}, "51.500000");
+        row("the last of a kind", {{"acpitz", "16800"}, {"acpitz", "27800"}}, "27.800000");
+        row("by number, the tenth after the ninth",
+            {{"acpitz", "1"},
+             {"acpitz", "1"},
+             {"acpitz", "1"},
+             {"acpitz", "1"},
+             {"acpitz", "1"},
+             {"acpitz", "1"},
+             {"acpitz", "1"},
+             {"acpitz", "1"},
+             {"acpitz", "1"},
+             {"acpitz", "1"},
+             {"acpitz", "10000"}},
+            "10.000000");
+        row("frost", {{"acpitz", "-5500"}}, "-5.500000");
+        row("no number", {{"acpitz", "warm"}}, nullptr);
+        row("the firmware has no sensor", {{"x86_pkg_temp", "45000"}, {"acpitz", "-274000"}}, "45.000000");
+        row("no number, then the processor's", {{"acpitz", ""}, {"x86_pkg_temp", "45000"}}, "45.000000");
+    }
+    void BestZoneIsTaken() {
+        QFETCH(QVector<Zone>, zones);
+        QFETCH(QString, text);
+        const MadeUpSysfs sysfs;
+        for (int i = 0; i < zones.size(); ++i) {
+            sysfs.Write(QStringLiteral("thermal_zone%1/type").arg(i), zones[i].type);
+            sysfs.Write(QStringLiteral("thermal_zone%1/temp").arg(i), zones[i].temp);
+        }
+        sysfs.Write(QStringLiteral("cooling_device0/type"), "Processor");
+        QCOMPARE(ReadThermalZones(sysfs.Path({})), text);
+    }
+
+    void FolderThatIsNotThere() {
+        QCOMPARE(ReadThermalZones(QStringLiteral("/no/such/folder")), QStringLiteral("N/A"));
+    }
+};
+
+QTEST_GUILESS_MAIN(TestSysfsThermalZone)
+#include "tst_sysfs_thermal_zone.moc"

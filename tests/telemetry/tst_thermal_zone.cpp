@@ -1,0 +1,158 @@
+#include <QtTest>
+
+#include "telemetry/thermal_zone.h"
+#include "telemetry/thermal_zone_thread.h"
+#include "told.h"
+
+using namespace kivo;
+using namespace kivo::test;
+
+namespace {
+
+constexpr std::chrono::seconds kLongEnough{60};
+
+QByteArray Utf16(const char* text, bool withMark) {
+    QByteArray bytes = withMark ? QByteArray("\xFF\xFE") : QByteArray();
+    for (const char* c = text; *c != '\0'; ++c) {
+        bytes.append(*c).append('\0');
+    }
+    return bytes;
+}
+
+QString Degrees(const char* number) {
+    return QString::fromLatin1(number) + QChar(0x00B0) + QLatin1Char('C');
+}
+
+// The stand-in for the WMI client, as a command line.
+QString StandIn(const char* behaviour) {
+    return QStringLiteral("\"%1\" %2").arg(QStringLiteral(KIVO_THERMAL_STAND_IN), QLatin1String(behaviour));
+}
+
+struct Texts : Told<QString> {
+    explicit Texts(ThermalZoneThread& thread)
+        : Told(thread, &ThermalZoneThread::temperatureRead, [](const QString& text) { return text; }) {}
+};
+
+}  // namespace
+
+class TestThermalZone : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void OutputIsParsed_data() {
+        QTest::addColumn<QByteArray>("output");
+        QTest::addColumn<QString>("text");
+        const auto row = [](const char* name, const QByteArray& output, const QString& text) {
+            QTest::newRow(name) << output << text;
+        };
+        const QString none = QStringLiteral("N/A");
+        const QString warm = Degrees("28.000000");
+        row("blank lines and one zone", "\r\n\r\nCurrentTemperature=3012\r\n\r\n", warm);
+        row("freezing point", "CurrentTemperature=2732\r\n", Degrees("0.000000"));
+        row("below", "CurrentTemperature=2700\r\n", Degrees("-3.200000"));
+        row("absolute zero", "CurrentTemperature=0\r\n", Degrees("-273.200000"));
+        row("a spare CR, as the client writes it", "\r\r\n\r\r\nCurrentTemperature=3012\r\r\n\r\r\n", warm);
+        row("no line end", "CurrentTemperature=3012", warm);
+        row("blanks around both", "  CurrentTemperature \t=  3012  \r\n", warm);
+        row("a sign", "CurrentTemperature=+3012\r\n", warm);
+        row("spare equal signs count for nothing", "=CurrentTemperature==3012=\r\n", warm);
+        row("the last zone wins", "CurrentTemperature=2992\r\n\r\nCurrentTemperature=3012\r\n", warm);
+        row("a zone that cannot be read leaves the one before",
+            "CurrentTemperature=3012\r\nCurrentTemperature=\r\nCurrentTemperature=hot\r\n", warm);
+        row("what stands behind a zero byte is not text",
+            QByteArray("CurrentTemperature=3012\r\n\0CurrentTemperature=2992\r\n", 51), warm);
+        row("UTF-16 with its mark", Utf16("\r\nCurrentTemperature=3012\r\n", true), warm);
+        row("UTF-16 without", Utf16("\r\nCurrentTemperature=3012\r\n", false), warm);
+        row("UTF-16, cut in a character", Utf16("CurrentTemperature=3012", true) + '\r', warm);
+        row("UTF-16 with a spare CR", Utf16("\r\r\nCurrentTemperature=3012\r\r\n", true), warm);
+
+        row("nothing", {}, none);
+        row("an error", "Node - PC\r\nERROR:\r\nDescription = Access denied\r\n", none);
+        row("no value", "CurrentTemperature=\r\n", none);
+        row("three parts", "CurrentTemperature=30=12\r\n", none);
+        row("another case", "currenttemperature=3012\r\n", none);
+        row("another name", "CurrentTemperatures=3012\r\n", none);
+        row("a fraction", "CurrentTemperature=3012.5\r\n", none);
+        row("not decimal", "CurrentTemperature=0xBC4\r\n", none);
+        row("no integer holds it", "CurrentTemperature=30120000000\r\n", none);
+        row("LF alone ends no line", "\nCurrentTemperature=3012\nOther=1\n", none);
+        row("a mark alone", QByteArray("\xFF\xFE"), none);
+        row("zeros", QByteArray(9, '\0'), none);
+        row("noise", QByteArray("\x80=\xff\r\n=\r\n==", 10), none);
+    }
+    void OutputIsParsed() {
+        QFETCH(QByteArray, output);
+        QFETCH(QString, text);
+        QCOMPARE(ParseThermalZones(output), text);
+    }
+
+    void CommandLineIsWhatTheClientUnderstands() {
+        QCOMPARE(ThermalCommand(),
+                 QStringLiteral(R"(wmic /namespace:\\root\wmi PATH MSAcpi_ThermalZoneTemperature )"
+                                R"(get CurrentTemperature /value)"));
+    }
+
+    void CommandsOutputIsRead_data() {
+        QTest::addColumn<QString>("behaviour");
+        QTest::newRow("it ends by itself") << "print";
+        QTest::newRow("it waits for the end of its input") << "read";
+    }
+    void CommandsOutputIsRead() {
+        QFETCH(QString, behaviour);
+        const QByteArray output = ReadCommandOutput(StandIn(qPrintable(behaviour)), kLongEnough);
+        QCOMPARE(ParseThermalZones(output), Degrees("28.000000"));
+    }
+
+    void WhatCameBeforeTheLimitIsRead() {
+        const QByteArray output = ReadCommandOutput(StandIn("hang"), std::chrono::milliseconds(2000));
+        QCOMPARE(ParseThermalZones(output), Degrees("28.000000"));
+    }
+
+    void MissingCommand_data() {
+        QTest::addColumn<QString>("command");
+        QTest::newRow("no such program") << "kivo-no-such-program /value";
+        QTest::newRow("nothing") << QString();
+    }
+    void MissingCommand() {
+        QFETCH(QString, command);
+        QCOMPARE(ReadCommandOutput(command, kLongEnough), QByteArray());
+    }
+
+    void HangingCommandIsGivenUp() {
+        int looks = 0;
+        // Would last a minute otherwise, and the test's time be over.
+        ReadCommandOutput(StandIn("hang"), kLongEnough, [&looks] { return ++looks > 2; });
+        QCOMPARE(looks, 3);
+    }
+
+    void ReadingIsADegreeOrNothing() {
+        const QString text = ReadThermalZoneTemperature();
+        QVERIFY2(text == QLatin1String("N/A") || text.endsWith(QString(QChar(0x00B0)) + QLatin1Char('C')),
+                 qPrintable(text));
+    }
+
+    void ThreadTellsTheReading() {
+        ThermalZoneThread thread([](const StopAsked&) { return ThermalText(28); });
+        const Texts told(thread);
+        thread.start();
+        QTRY_COMPARE(told.count(), 1);
+        QCOMPARE(told.at(0), Degrees("28.000000"));
+    }
+
+    void ReadingThatIsGivenUpIsNotTold() {
+        QSemaphore isReading;
+        auto thread = std::make_unique<ThermalZoneThread>([&isReading](const StopAsked& isStopAsked) {
+            isReading.release();
+            return ParseThermalZones(ReadCommandOutput(StandIn("hang"), kLongEnough, isStopAsked));
+        });
+        const Texts told(*thread);
+        thread->start();
+        isReading.acquire();
+        thread.reset();
+        QCoreApplication::processEvents();
+        QCOMPARE(told.count(), 0);
+    }
+};
+
+QTEST_GUILESS_MAIN(TestThermalZone)
+#include "tst_thermal_zone.moc"
