@@ -9,7 +9,7 @@ kivo_add_program(instance_copy SOURCES app/instance_copy.cpp LINK kivo_app)
 set_target_properties(instance_copy PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests)
 add_dependencies(tst_single_instance instance_copy)
 target_compile_definitions(tst_single_instance PRIVATE KIVO_INSTANCE_COPY="$<TARGET_FILE:instance_copy>")
-set(window_tests main_window window_custom window_life window_likeness window_noise window_picture_list window_text
+set(window_tests main_window window_custom window_legibility window_life window_likeness window_noise window_picture_list window_text
                  window_themes window_tools)
 foreach(test ${window_tests})
     kivo_add_test(app ${test} LINK kivo_app kivo_virtualscreen TIMEOUT 300)
@@ -17,4 +17,15 @@ endforeach()
 foreach(test live_session live_session_uploads program ${window_tests})
     add_dependencies(tst_${test} kivo-screen)
     target_compile_definitions(tst_${test} PRIVATE KIVO_BIN_DIR="${CMAKE_RUNTIME_OUTPUT_DIRECTORY}")
+endforeach()
+
+# Once more on scaled screens; in a process of its own, for Qt reads the factor when it starts.
+foreach(percent 150 200)
+    math(EXPR whole "${percent} / 100")
+    math(EXPR rest "${percent} % 100")
+    set(name app/window_legibility_${percent})
+    add_test(NAME ${name} COMMAND tst_window_legibility)
+    get_test_property(app/window_legibility ENVIRONMENT environment)
+    set_tests_properties(${name} PROPERTIES
+        TIMEOUT 300 LABELS app ENVIRONMENT "${environment};QT_SCALE_FACTOR=${whole}.${rest}" RUN_SERIAL ON)
 endforeach()
