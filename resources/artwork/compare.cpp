@@ -84,7 +84,8 @@ QStringList FilesIn(const QDir& root) {
     QStringList files;
     for (const char* folder : {"background", "skins", "skin", "defaults"}) {
         const QDir here(root.filePath(QLatin1String(folder)));
-        for (const QString& name : here.entryList(QDir::Files, QDir::Name)) {
+        const QStringList names = here.entryList(QDir::Files, QDir::Name);
+        for (const QString& name : names) {
             files.append(QLatin1String(folder) + QLatin1Char('/') + name);
         }
     }

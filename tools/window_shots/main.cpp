@@ -295,7 +295,7 @@ int main(int argc, char** argv) {
     }
     QDir().mkpath(target);
     bool good = true;
-    for (const auto& [name, image] : languages[0]) {
+    for (const auto& [name, image] : qAsConst(languages[0])) {
         good = Save(image, QStringLiteral("%1/%2.png").arg(target, name)) && good;
     }
     return good ? 0 : 1;
