@@ -2,6 +2,7 @@
 
 #include <QIcon>
 
+#include "editor/device_frame.h"
 #include "ui_main_window.h"
 #include "widgets/window_colors.h"
 
@@ -76,6 +77,7 @@ void DressWindow(::Ui::MainWindow& ui) {
     ui.afterlabel->setPixmap(QIcon(SkinPath("logo_mark")).pixmap(ui.afterlabel->size()));
     DressPlainParts(ui);
     DressButtons(ui);
+    new DeviceFrame(*ui.zoomwidget);  // its parent's
 }
 
 QString SkinPath(const char* name) {

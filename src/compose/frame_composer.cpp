@@ -11,8 +11,18 @@ namespace kivo {
 
 namespace {
 
-QImage DecodeSkin(const ScreenState& state) {
-    const QSize size = AreaFrameSize(state.orientation);
+// A skin in twice the pixels where the picture under it is larger than the panel's: enlarged, the plain one
+// would be soft beside the texts. The veil has no shapes that could be.
+int SkinScale(const ScreenState& state, QSize pictureSize) {
+    return !state.custom && pictureSize.width() > AreaFrameSize(state.orientation).width() ? 2 : 1;
+}
+
+QString LayerPath(QString path, int scale) {
+    return scale == 1 ? path : path.replace(QLatin1String(".png"), QLatin1String("@2x.png"));
+}
+
+QImage DecodeSkin(const ScreenState& state, int scale) {
+    const QSize size = AreaFrameSize(state.orientation) * scale;
     QImage skin(size, QImage::Format_ARGB32_Premultiplied);
     skin.fill(Qt::transparent);
     QPainter painter(&skin);
@@ -26,14 +36,14 @@ QImage DecodeSkin(const ScreenState& state) {
     painter.scale(double(size.width()) / canvas.width(), double(size.height()) / canvas.height());
     const QVector<SkinLayer> layers = SkinLayers(state.theme, state.orientation);
     for (const SkinLayer& layer : layers) {
-        painter.drawImage(layer.rect, QImage(layer.path));
+        painter.drawImage(layer.rect, QImage(LayerPath(layer.path, scale)));
     }
     return skin;
 }
 
-QString SkinKey(const ScreenState& state) {
+QString SkinKey(const ScreenState& state, int scale) {
     return state.custom ? QStringLiteral("custom %1").arg(int(state.orientation))
-                        : SkinPicture(state.theme, state.orientation);
+                        : LayerPath(SkinPicture(state.theme, state.orientation), scale);
 }
 
 // Where white text will stand: each shown value's rectangle, the captions as long as they are, and the free
@@ -81,7 +91,7 @@ void DrawSkin(QImage& image, const ScreenState& state, SkinCache& skins, double 
     QPainter painter(&image);
     painter.setOpacity(opacity);
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
-    const QImage& skin = skins.Skin(state);
+    const QImage& skin = skins.Skin(state, image.size());
     if (skin.size() == image.size()) {
         painter.drawImage(QPoint(0, 0), skin);
     } else {
@@ -91,10 +101,11 @@ void DrawSkin(QImage& image, const ScreenState& state, SkinCache& skins, double 
 
 }  // namespace
 
-const QImage& SkinCache::Skin(const ScreenState& state) {
-    const QString key = SkinKey(state);
+const QImage& SkinCache::Skin(const ScreenState& state, QSize pictureSize) {
+    const int scale = SkinScale(state, pictureSize);
+    const QString key = SkinKey(state, scale);
     if (key != m_key) {
-        m_skin = DecodeSkin(state);
+        m_skin = DecodeSkin(state, scale);
         m_key = key;
     }
     return m_skin;

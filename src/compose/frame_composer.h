@@ -14,8 +14,8 @@ namespace kivo {
 class SkinCache {
 public:
     // The skin of that theme or of the custom layouts as one picture of AreaFrameSize(orientation), layers
-    // united.
-    const QImage& Skin(const ScreenState& state);
+    // united. For a picture larger than that, a theme's skin comes in twice the pixels.
+    const QImage& Skin(const ScreenState& state, QSize pictureSize);
 
 private:
     QString m_key;

@@ -9,8 +9,8 @@ namespace kivo {
 namespace {
 
 constexpr QRgb kInk = qRgb(0x07, 0x13, 0x26);
-constexpr double kDarkEnough =
-    0.18;  // relative luminance that white stands 4.5 to 1 against, with room for grain
+// Relative luminance that white stands 4.73 to 1 against: grain and RGB565 may take some of it down to 4.5.
+constexpr double kDarkEnough = 0.172;
 constexpr double kBrightShare = 0.05;  // of a rectangle's pixels may stay brighter
 constexpr int kHalvings = 8;
 

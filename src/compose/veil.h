@@ -8,7 +8,7 @@
 
 namespace kivo {
 
-constexpr double kStrongestVeil = 0.58;  // opacity of the veil picture itself
+constexpr double kStrongestVeil = 0.59;  // opacity of the veil picture itself
 
 // The veil's strength, 0 (none) to kStrongestVeil: the least with which 95 % of the pixels of each text
 // rectangle, mixed with the veil's ink, stay dark enough for white text at 4.5 to 1. picture has the panel's

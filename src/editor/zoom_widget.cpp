@@ -211,6 +211,12 @@ void ZoomWidget::SetEditing(bool on) {
     }
     RetranslateTexts();
     update();
+    Q_EMIT trimmingChanged();
+}
+
+void ZoomWidget::SetFramed(bool on) {
+    m_framed = on;
+    update();
 }
 
 void ZoomWidget::Undo() {

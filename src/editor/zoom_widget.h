@@ -86,6 +86,8 @@ public:
     // mode end each other; 0 outside trim mode does nothing.
     void SetTrimMode(quint8 on);
     bool IsTrimMode() const { return m_trimMode; }
+    // In trim mode while editing is open: the whole picture is shown, not the screen.
+    bool IsTrimming() const { return m_editing && m_trimMode; }
     // Shows the picture of the layout in force untrimmed again.
     void ResetTrim();
 
@@ -110,6 +112,9 @@ public:
     // For tests: what has been decoded and composed so far.
     const PreviewBackground& Background() const { return m_background; }
 
+    // Somebody else draws what the screen lies in; the well of its own is then for trimming only.
+    void SetFramed(bool on);
+
     QSize sizeHint() const override;
 
 public Q_SLOTS:
@@ -126,6 +131,8 @@ Q_SIGNALS:
     // 1 while the trim frame is moved, 0 after a release: the small panel over the picture gets out of the
     // way.
     void HideRemote(int iHide);
+    // IsTrimming() may have changed.
+    void trimmingChanged();
     // Flags, slots, free text, row, trim or picture have changed through the mouse, the keyboard, text entry,
     // Undo or RevertLayout.
     void layoutChanged();
@@ -152,7 +159,6 @@ private:
     Orientation CurrentOrientation() const { return m_edited.themes.orientation; }
     bool ShowsCustom() const { return IsCustom(m_edited.themes); }
     bool CanDragSlots() const;
-    bool IsTrimming() const { return m_editing && m_trimMode; }
     SlotRow& Slots() { return m_edited.slotTable[size_t(VariantInForce(m_edited))]; }
     const SlotRow& Slots() const { return m_edited.slotTable[size_t(VariantInForce(m_edited))]; }
     const LayoutRecord& Layout() const { return LayoutInForce(m_edited); }
@@ -228,6 +234,7 @@ private:
 
     bool m_editing = false;
     bool m_trimMode = false;
+    bool m_framed = false;
 
     Drag m_drag = Drag::None;
     QPoint m_pressedAt;  // where it began

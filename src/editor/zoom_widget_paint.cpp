@@ -64,9 +64,11 @@ void ZoomWidget::paintEvent(QPaintEvent* /*event*/) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
-    QPainterPath well;
-    well.addRoundedRect(rect(), kWellRadius, kWellRadius);
-    painter.fillPath(well, window_colors::kWell);
+    if (!m_framed || IsTrimming()) {
+        QPainterPath well;
+        well.addRoundedRect(rect(), kWellRadius, kWellRadius);
+        painter.fillPath(well, window_colors::kWell);
+    }
 
     const ScreenState state = Shown();
     if (IsTrimming()) {

@@ -32,6 +32,7 @@ void ZoomWidget::SetTrimMode(quint8 on) {
     setMouseTracking(m_trimMode);
     RetranslateTexts();
     update();
+    Q_EMIT trimmingChanged();
 }
 
 void ZoomWidget::ResetTrim() {

@@ -21,8 +21,8 @@ if(NOT WIN32)
     add_dependencies(tst_single_instance instance_copy)
     target_compile_definitions(tst_single_instance PRIVATE KIVO_INSTANCE_COPY="$<TARGET_FILE:instance_copy>")
 endif()
-set(window_tests main_window window_custom window_hotplug window_life window_likeness window_noise window_picture_list
-                 window_sensors window_text window_themes window_tools)
+set(window_tests main_window window_custom window_hotplug window_legibility window_life window_likeness window_noise
+                 window_picture_list window_sensors window_text window_themes window_tools)
 foreach(test ${window_tests})
     kivo_add_test(app ${test} LINK kivo_app kivo_virtualscreen kivo_test_support TIMEOUT 300)
 endforeach()
@@ -31,3 +31,14 @@ foreach(test live_session live_session_uploads ${window_tests})
     target_compile_definitions(tst_${test} PRIVATE KIVO_BIN_DIR="${CMAKE_RUNTIME_OUTPUT_DIRECTORY}")
 endforeach()
 kivo_use_energy_libraries(tst_window_sensors)
+
+# Once more on scaled screens; in a process of its own, for Qt reads the factor when it starts.
+foreach(percent 150 200)
+    math(EXPR whole "${percent} / 100")
+    math(EXPR rest "${percent} % 100")
+    set(name app/window_legibility_${percent})
+    add_test(NAME ${name} COMMAND tst_window_legibility)
+    get_test_property(app/window_legibility ENVIRONMENT environment)
+    set_tests_properties(${name} PROPERTIES
+        TIMEOUT 300 LABELS app ENVIRONMENT "${environment};QT_SCALE_FACTOR=${whole}.${rest}" RUN_SERIAL ON)
+endforeach()

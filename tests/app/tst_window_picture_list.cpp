@@ -114,13 +114,8 @@ void TestWindowPictureList::AddedPictureIsShownSelectedAndStored_data() {
         QTest::newRow("webp") << QStringLiteral("a.webp") << QByteArray("WEBP");
     }
     QTest::newRow("jpeg that calls itself png") << QStringLiteral("b.png") << QByteArray("JPEG");
-    QTest::newRow("odd name") << QStringLiteral("Ünter; den='背景' %20,x.png") << QByteArray("PNG");
-    // Windows has no such names.
-    const QString oddest = QStringLiteral("Ünter; den=\"背景\" %20,\\x.png");
-    const QTemporaryDir folder;
-    if (QFile(folder.filePath(oddest)).open(QIODevice::WriteOnly)) {
-        QTest::newRow("very odd name") << oddest << QByteArray("PNG");
-    }
+    QTest::newRow("odd name") << PossibleName(QStringLiteral("Ünter; den=\"背景\" %20,\\x.png"))
+                              << QByteArray("PNG");
 }
 
 void TestWindowPictureList::AddedPictureIsShownSelectedAndStored() {
@@ -363,7 +358,6 @@ void TestWindowPictureList::DeletingTheShownPictureWithNoneToFollowShowsABuiltIn
     Desk desk;
     desk.Show();
     ClickListRow(desk, "pictureList", 1);
-    // Windows lets nobody remove a file that a thumbnail is just made of.
     QTRY_VERIFY(userPictures == 1 || QFile::remove(paths.last()) || !QFile::exists(paths.last()));
     AnswerNextBox(desk, true);
     DeleteRow(desk, 1, DeleteBy::RightPress);

@@ -8,6 +8,7 @@
 #include <QFile>
 #include <QImage>
 #include <QPainter>
+#include <QRegularExpression>
 #include <QString>
 #include <QTemporaryDir>
 #include <QtEndian>
@@ -85,6 +86,14 @@ inline bool IsNearly(const QColor& a, const QColor& b) {
     constexpr int kNearly = 24;  // JPEG and smooth scaling change colours a little
     return qAbs(a.red() - b.red()) <= kNearly && qAbs(a.green() - b.green()) <= kNearly &&
            qAbs(a.blue() - b.blue()) <= kNearly;
+}
+
+// The name, without the characters that some systems allow in no file's name where this is one of them.
+inline QString PossibleName(QString name) {
+    if (!QFile(QTemporaryDir().filePath(name)).open(QIODevice::WriteOnly)) {
+        name.remove(QRegularExpression(QStringLiteral("[\"\\\\]")));
+    }
+    return name;
 }
 
 // A folder that goes with the test.

@@ -138,13 +138,18 @@ private Q_SLOTS:
     }
 
     void EdgesAreSharpAtOnePixel() {
-        QCOMPARE(QColor(At("cut1", 0, 14)), QColor(0x33, 0x41, 0x4E));
-        QCOMPARE(QColor(At("cut1", 1, 14)), QColor(0x12, 0x19, 0x20));
-        QCOMPARE(QColor(At("ret2", 83, 14)), QColor(0x4F, 0xE0, 0xC0));
-        QCOMPARE(QColor(At("ret2", 82, 14)), QColor(0x22, 0x30, 0x3C));
-        QCOMPARE(QColor(At("edit_bk", 216, 39)), QColor(0x32, 0x40, 0x4E));
-        QCOMPARE(QColor(At("edit_bk", 216, 38)), QColor(0x1E, 0x28, 0x32));
-        QCOMPARE(QColor(At("Union", 40, 13)), QColor(0x32, 0x40, 0x4E));
+        // A stroke on whole pixels may lack a level of 255.
+        const auto isNear = [](QRgb pixel, const QColor& color) {
+            return qAlpha(pixel) >= 254 && qAbs(qRed(pixel) - color.red()) <= 1 &&
+                   qAbs(qGreen(pixel) - color.green()) <= 1 && qAbs(qBlue(pixel) - color.blue()) <= 1;
+        };
+        QVERIFY(isNear(At("cut1", 0, 14), QColor(0x33, 0x41, 0x4E)));
+        QVERIFY(isNear(At("cut1", 1, 14), QColor(0x12, 0x19, 0x20)));
+        QVERIFY(isNear(At("ret2", 83, 14), QColor(0x4F, 0xE0, 0xC0)));
+        QVERIFY(isNear(At("ret2", 82, 14), QColor(0x22, 0x30, 0x3C)));
+        QVERIFY(isNear(At("edit_bk", 216, 39), QColor(0x32, 0x40, 0x4E)));
+        QVERIFY(isNear(At("edit_bk", 216, 38), QColor(0x1E, 0x28, 0x32)));
+        QVERIFY(isNear(At("Union", 40, 13), QColor(0x32, 0x40, 0x4E)));
         QCOMPARE(qAlpha(At("Union", 40, 12)), 0);
     }
 
@@ -242,7 +247,6 @@ private Q_SLOTS:
 
     void TheIconHasAllSizes() {
         QImageReader reader(QStringLiteral("://skins/logo.ico"));
-        QCOMPARE(reader.imageCount(), 6);
         QList<QSize> sizes;
         for (int i = 0; i < reader.imageCount(); ++i) {
             QVERIFY(reader.jumpToImage(i));
@@ -252,9 +256,10 @@ private Q_SLOTS:
             QCOMPARE(qAlpha(image.pixel(0, 0)), 0);
             QCOMPARE(qAlpha(image.pixel(image.width() / 2, image.height() / 2)), 255);
         }
-        const QList<QSize> expected = {{16, 16}, {20, 20}, {24, 24}, {32, 32}, {48, 48}, {256, 256}};
+        const QList<QSize> expected = {{16, 16}, {20, 20}, {24, 24},   {32, 32},  {40, 40},
+                                       {48, 48}, {64, 64}, {128, 128}, {256, 256}};
         QCOMPARE(sizes, expected);
-        QCOMPARE(QIcon(QStringLiteral("://skins/logo.ico")).availableSizes().size(), 6);
+        QCOMPARE(QIcon(QStringLiteral("://skins/logo.ico")).availableSizes().size(), expected.size());
     }
 
     // What belongs to the dialog is a disc of radius 63, cut hard: a region knows no half.

@@ -1,9 +1,11 @@
 // Draws the panel in every theme and orientation, and the custom layouts, over a few backgrounds in three
 // languages, as the panel shows them (RGB565), for people to look at.
-//   kivo-contact-sheet FILE [--scale N] [--live] [--language zh|en|ru] [--backgrounds 1,4,6,7]
+//   kivo-contact-sheet FILE [--scale N] [--live] [--language sc|en|rus] [--backgrounds 1,4,6,7|all]
+//
+// One page: on its left the landscape frames, on its right the portrait ones, a row a theme or layout, a
+// column a language and background. kivo-window-shots --sheet makes the same of the window.
 
 #include <QCommandLineParser>
-#include <QFileInfo>
 #include <QGuiApplication>
 #include <QPainter>
 #include <QTextStream>
@@ -41,39 +43,54 @@ kivo::ItemTexts LiveTexts(InterfaceLanguage language) {
 
 // Themes 0..3, then the two custom layouts, then a custom layout with time and date in one slot and free
 // text.
-constexpr int kSheetRows = kivo::kThemeCount + 3;
+constexpr int kLayouts = kivo::kThemeCount + 3;
 
-kivo::ScreenState SheetState(int row, kivo::Orientation orientation, InterfaceLanguage language) {
+kivo::ScreenState SheetState(int layout, kivo::Orientation orientation, InterfaceLanguage language) {
     kivo::ThemeState themes = kivo::FactoryThemeState(language);
     kivo::SlotTable table = kivo::FactorySlotTable();
     themes.orientation = orientation;
-    if (row < kivo::kThemeCount) {
-        themes.theme = row;
+    if (layout < kivo::kThemeCount) {
+        themes.theme = layout;
     } else {
         themes.mode = 1;
-        themes.style = row == kivo::kThemeCount + 1 ? 1 : 0;
+        themes.style = layout == kivo::kThemeCount + 1 ? 1 : 0;
     }
-    if (row == kivo::kThemeCount + 2) {
-        kivo::LayoutRecord& layout = themes.layouts[size_t(kivo::CustomLayoutIndex(0))];
-        layout.shown[kivo::Date] = true;
-        layout.shown[kivo::FanSpeed] = true;
-        layout.freeText = QStringLiteral("Hello, Kivo! 你好 Привет");
+    if (layout == kivo::kThemeCount + 2) {
+        kivo::LayoutRecord& record = themes.layouts[size_t(kivo::CustomLayoutIndex(0))];
+        record.shown[kivo::Date] = true;
+        record.shown[kivo::FanSpeed] = true;
+        record.freeText = QStringLiteral("Hello, Kivo! 你好 Привет");
         table[0] = {kivo::Time, kivo::CpuUsage, kivo::FanSpeed, kivo::MemoryUsage, kivo::CpuPower};
     }
     return kivo::MakeScreenState(themes, table, 2, language);
 }
 
-QImage Sheet(const Options& options, kivo::Orientation orientation) {
-    const QSize cell = kivo::CanvasSize(orientation) * options.scale;
-    const int gap = 4 * options.scale;
-    const int columns = options.backgrounds.size() * options.languages.size();
-    const int rows = kSheetRows;
-    QImage sheet((cell.width() + gap) * columns + gap, (cell.height() + gap) * rows + gap,
+// A strip of the page: one language over one background. Lying frames stand in two lines, the themes over the
+// custom layouts; right of them all standing ones.
+constexpr int kGap = 4;
+constexpr QSize kLying = kivo::CanvasSize(kivo::Orientation::Landscape);
+constexpr QSize kStanding = kivo::CanvasSize(kivo::Orientation::Portrait);
+constexpr int kStandingLeft = (kLying.width() + kGap) * kivo::kThemeCount;
+constexpr QSize kStrip(kStandingLeft + (kStanding.width() + kGap) * kLayouts + kGap,
+                       2 * (kLying.height() + kGap));
+
+QPoint PlaceInStrip(int layout, kivo::Orientation orientation) {
+    if (orientation == kivo::Orientation::Portrait) {
+        return QPoint(kStandingLeft + layout * (kStanding.width() + kGap), 0);
+    }
+    const int line = layout / kivo::kThemeCount;
+    return QPoint(layout % kivo::kThemeCount * (kLying.width() + kGap), line * (kLying.height() + kGap));
+}
+
+QImage Sheet(const Options& options) {
+    const int strips = options.backgrounds.size() * options.languages.size();
+    QImage sheet(QSize(kStrip.width(), kStrip.height() * strips + kGap) * options.scale,
                  QImage::Format_RGB32);
     sheet.fill(QColor(40, 40, 44));
     QPainter painter(&sheet);
+    painter.scale(options.scale, options.scale);  // without smoothing: every pixel of the panel is seen
+    painter.translate(kGap, kGap);
     kivo::SkinCache skins;
-    int column = 0;
     for (const auto& [name, language] : options.languages) {
         QTranslator translator;
         if (translator.load(QCoreApplication::applicationDirPath() +
@@ -82,17 +99,16 @@ QImage Sheet(const Options& options, kivo::Orientation orientation) {
         }
         for (const int number : options.backgrounds) {
             const QImage picture = kivo::LoadPicture(kivo::BuiltInBackgrounds().value(number - 1));
-            for (int row = 0; row < rows; ++row) {
-                const kivo::ScreenState state = SheetState(row, orientation, language);
-                const kivo::ItemTexts texts = options.live ? LiveTexts(language) : state.layout.sample;
-                const QImage frame =
-                    kivo::ComposeFrame(state, kivo::ComposeBackground(state, picture, skins), texts);
-                painter.drawImage(
-                    QRect(QPoint(gap + column * (cell.width() + gap), gap + row * (cell.height() + gap)),
-                          cell),
-                    frame);
+            for (const auto orientation : {kivo::Orientation::Landscape, kivo::Orientation::Portrait}) {
+                for (int layout = 0; layout < kLayouts; ++layout) {
+                    const kivo::ScreenState state = SheetState(layout, orientation, language);
+                    const kivo::ItemTexts texts = options.live ? LiveTexts(language) : state.layout.sample;
+                    painter.drawImage(
+                        PlaceInStrip(layout, orientation),
+                        kivo::ComposeFrame(state, kivo::ComposeBackground(state, picture, skins), texts));
+                }
             }
-            ++column;
+            painter.translate(0, kStrip.height());
         }
     }
     return sheet;
@@ -107,14 +123,13 @@ int main(int argc, char** argv) {
     kivo::InstallFontSubstitutes();
     QCommandLineParser parser;
     parser.addHelpOption();
-    parser.addPositionalArgument(QStringLiteral("file"),
-                                 QStringLiteral("PNG to write; -landscape, -portrait are added"));
+    parser.addPositionalArgument(QStringLiteral("file"), QStringLiteral("PNG to write."));
     parser.addOptions(
         {{QStringLiteral("scale"), QStringLiteral("Enlarge by <n>."), QStringLiteral("n"),
           QStringLiteral("1")},
          {QStringLiteral("live"), QStringLiteral("Long live values instead of the samples.")},
          {QStringLiteral("language"), QStringLiteral("Only <sc|en|rus>."), QStringLiteral("name")},
-         {QStringLiteral("backgrounds"), QStringLiteral("Built-in pictures, as 1,4,6,7."),
+         {QStringLiteral("backgrounds"), QStringLiteral("Built-in pictures, as 1,4,6,7, or all."),
           QStringLiteral("list"), QStringLiteral("1,4")}});
     parser.process(application);
     if (parser.positionalArguments().size() != 1) {
@@ -131,14 +146,17 @@ int main(int argc, char** argv) {
             options.languages.append(language);
         }
     }
-    const QStringList numbers = parser.value(QStringLiteral("backgrounds")).split(QLatin1Char(','));
-    for (const QString& number : numbers) {
-        options.backgrounds.append(qBound(1, number.toInt(), 11));
+    const QString list = parser.value(QStringLiteral("backgrounds"));
+    const int count = kivo::BuiltInBackgrounds().size();
+    for (int number = 1; list == QLatin1String("all") && number <= count; ++number) {
+        options.backgrounds.append(number);
     }
-    const QFileInfo file(parser.positionalArguments().constFirst());
-    const QString stem = file.path() + QLatin1Char('/') + file.completeBaseName();
-    const bool good =
-        Sheet(options, kivo::Orientation::Landscape).save(stem + QStringLiteral("-landscape.png")) &&
-        Sheet(options, kivo::Orientation::Portrait).save(stem + QStringLiteral("-portrait.png"));
+    const QStringList numbers = list.split(QLatin1Char(','));
+    for (const QString& number : numbers) {
+        if (number != QLatin1String("all")) {
+            options.backgrounds.append(qBound(1, number.toInt(), count));
+        }
+    }
+    const bool good = Sheet(options).save(parser.positionalArguments().constFirst());
     return good ? 0 : 1;
 }

@@ -3,10 +3,12 @@
 # The one warning that is off is about Qt's own logging macros.
 set -euo pipefail
 cd "$(dirname "$0")/../.."
+# The packages of the checks may have come after the build was configured.
+cmake --preset dev >/dev/null
 if [ $# -gt 0 ]; then
     files=("$@")
 else
-    mapfile -t files < <(git ls-files 'src/*.cpp' 'tools/*.cpp' | grep -v '_windows\.cpp$')
+    mapfile -t files < <(git ls-files 'src/*.cpp' 'tools/*.cpp' 'resources/*.cpp' | grep -v '_windows\.cpp$')
 fi
 printf '%s\n' "${files[@]}" | xargs -P "$(nproc)" -n 4 clang-tidy --quiet -p build/dev 2> >(grep -v 'warnings generated' >&2 || true)
 printf '%s\n' "${files[@]}" | xargs -P "$(nproc)" -n 8 clazy-standalone -p build/dev --ignore-included-files \

@@ -1,6 +1,7 @@
-// Pictures of the window to look at: every page, state and dialog in one language, in a home of its own.
+// Pictures of the window to look at: every page, state and dialog, in a home of its own.
 //
-//     kivo-window-shots FOLDER [en_US|zh_CN|ru_RU]
+//     kivo-window-shots FOLDER [en_US|zh_CN|ru_RU]    one language, a file a picture
+//     kivo-window-shots --sheet FILE [LOCALE...]      all of them on one page, a column a language
 //
 // QT_SCALE_FACTOR=1.5 or 2 gives the scaled screens.
 
@@ -9,9 +10,12 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDir>
+#include <QEnterEvent>
+#include <QFileInfo>
 #include <QListWidget>
 #include <QPainter>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QTemporaryDir>
 #include <QTimer>
 #include <cstdio>
@@ -32,7 +36,7 @@ namespace {
 
 class Photographer {
 public:
-    Photographer(kivo::MainWindow& window, QString folder) : m_window(window), m_folder(std::move(folder)) {}
+    explicit Photographer(kivo::MainWindow& window) : m_window(window) {}
 
     void Wait(int ms) const {
         QEventLoop loop;
@@ -40,18 +44,32 @@ public:
         loop.exec();
     }
 
+    // Until thumbnails have ceased to come in.
+    void WaitForStillness() const {
+        constexpr int kStill = 4;
+        constexpr int kMostRounds = 60;
+        QImage before;
+        for (int round = 0, still = 0; round < kMostRounds && still < kStill; ++round) {
+            Wait(500);
+            const QImage now = Find("pictureList")->grab().toImage();
+            still = now == before ? still + 1 : 0;
+            before = now;
+        }
+    }
+
     // The window, and over it what stands in windows of its own.
     void Shoot(const QString& name, QWidget* over = nullptr) const {
         Wait(250);
         QPixmap picture = m_window.grab();
         if (over != nullptr) {
-            QPainter(&picture).drawPixmap(over->mapToGlobal(QPoint()) - m_window.mapToGlobal(QPoint()),
-                                          over->grab());
+            const QPoint corner = over->mapToGlobal(QPoint()) - m_window.mapToGlobal(QPoint());
+            QPainter painter(&picture);
+            if (!over->mask().isEmpty()) {
+                painter.setClipRegion(over->mask().translated(corner));
+            }
+            painter.drawPixmap(corner, over->grab());
         }
-        const QString path = QStringLiteral("%1/%2.png").arg(m_folder, name);
-        if (!picture.save(path)) {
-            std::fprintf(stderr, "Cannot write %s\n", qPrintable(path));
-        }
+        m_shots.append({name, picture.toImage()});
     }
 
     template <typename Widget = QWidget>
@@ -60,9 +78,24 @@ public:
     }
     void Click(const char* name) const { Find<QAbstractButton>(name)->click(); }
 
+    // The mouse comes over a widget, or goes.
+    void Hover(const char* name, bool over) const {
+        auto* widget = Find<QWidget>(name);
+        QEnterEvent enter(QPointF(1, 1), QPointF(1, 1), QPointF(1, 1));
+        QEvent leave(QEvent::Leave);
+        QApplication::sendEvent(widget, over ? static_cast<QEvent*>(&enter) : &leave);
+    }
+    void Key(int key) const {
+        QWidget* widget = m_window.focusWidget() != nullptr ? m_window.focusWidget() : &m_window;
+        QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier);
+        QApplication::sendEvent(widget, &press);
+    }
+
+    const QVector<QPair<QString, QImage>>& Shots() const { return m_shots; }
+
 private:
     kivo::MainWindow& m_window;
-    const QString m_folder;
+    mutable QVector<QPair<QString, QImage>> m_shots;
 };
 
 void ShootThemes(const Photographer& photographer) {
@@ -94,10 +127,13 @@ void ShootCustom(const Photographer& photographer, kivo::MainWindow& window) {
     photographer.Click("btnEdit_cancel");
     photographer.Click("choiceSecond");
     photographer.Shoot(QStringLiteral("custom_one"));
-    photographer.Click("choiceFirst");
     photographer.Click("btnPortrait");
+    photographer.Shoot(QStringLiteral("custom_one_portrait"));
+    photographer.Click("choiceFirst");
     photographer.Click("btnEdit");
     photographer.Shoot(QStringLiteral("custom_portrait"));
+    window.slotEdit(1);
+    photographer.Shoot(QStringLiteral("custom_portrait_trim"));
     photographer.Click("btnEdit_cancel");
     photographer.Click("btnLandscape");
     photographer.Click("btnTheme");
@@ -105,9 +141,37 @@ void ShootCustom(const Photographer& photographer, kivo::MainWindow& window) {
 
 void ShootReadOut(const Photographer& photographer, kivo::MainWindow& window) {
     photographer.Click("pushButton");
-    photographer.Wait(100);
+    photographer.WaitForStillness();
     photographer.Shoot(QStringLiteral("thermal_zone"));
     window.slotCpuPowClock(65, 48, 0, 0);
+}
+
+// What changes under mouse and keyboard.
+void ShootStates(const Photographer& photographer, kivo::MainWindow& window) {
+    for (const char* name : {"btnApply", "btnImage", "btnExit", "btnMini"}) {
+        photographer.Hover(name, true);
+    }
+    photographer.Shoot(QStringLiteral("hover"));
+    for (const char* name : {"btnApply", "btnImage", "btnExit", "btnMini"}) {
+        photographer.Hover(name, false);
+    }
+    auto* apply = photographer.Find<QAbstractButton>("btnApply");
+    apply->setFocus(Qt::OtherFocusReason);
+    photographer.Key(Qt::Key_Tab);
+    photographer.Shoot(QStringLiteral("focus"));
+    // Pictures of the user's own, with their crosses, and more rows than fit.
+    auto* pictures = photographer.Find<QListWidget>("pictureList");
+    for (int count = 0; count < 3; ++count) {
+        window.itemClickedImage(pictures->model()->index(0, 0));
+    }
+    pictures->verticalScrollBar()->setValue(0);
+    photographer.WaitForStillness();
+    photographer.Shoot(QStringLiteral("own_pictures"));
+    QTimer::singleShot(100, &window, [&] {
+        photographer.Shoot(QStringLiteral("delete"), QApplication::activeModalWidget());
+        static_cast<QDialog*>(QApplication::activeModalWidget())->reject();
+    });
+    window.SlotDeletePix(1);
 }
 
 void ShootDialogs(const Photographer& photographer, kivo::MainWindow& window) {
@@ -120,20 +184,85 @@ void ShootDialogs(const Photographer& photographer, kivo::MainWindow& window) {
         photographer.Shoot(QStringLiteral("built_in"), QApplication::activeModalWidget());
         static_cast<QDialog*>(QApplication::activeModalWidget())->accept();
     });
-    window.SlotDeletePix(1);
+    window.SlotDeletePix(photographer.Find<QListWidget>("pictureList")->count() - 1);
     QTimer::singleShot(300, &window, [&] {
         photographer.Shoot(QStringLiteral("progress"), QApplication::activeModalWidget());
     });
     window.slotApply();
 }
 
+QVector<QPair<QString, QImage>> ShootWindow(const QString& locale, const QString& ownPicture) {
+    kivo::VirtualHidApi panel;
+    kivo::MainWindow::Parts parts{panel, nullptr, QCoreApplication::applicationDirPath()};
+    parts.locale = QLocale(locale);
+    parts.hasTray = [] { return true; };
+    parts.choosePicture = [ownPicture](QWidget*) { return ownPicture; };
+    parts.readThermalZone = [](const kivo::StopAsked&) { return kivo::ThermalText(-10.5); };
+    kivo::MainWindow window(parts);
+    window.show();
+    const Photographer photographer(window);
+    photographer.WaitForStillness();
+    ShootThemes(photographer);
+    ShootCustom(photographer, window);
+    ShootStates(photographer, window);
+    ShootReadOut(photographer, window);
+    ShootDialogs(photographer, window);
+    if (!window.Stop()) {
+        std::fputs("The window's threads did not end.\n", stderr);
+    }
+    return photographer.Shots();
+}
+
+bool Save(const QImage& image, const QString& path) {
+    if (!image.save(path)) {
+        std::fprintf(stderr, "Cannot write %s\n", qPrintable(path));
+        return false;
+    }
+    return true;
+}
+
+// Twice as many columns as languages, so that the page is not a ribbon; a title over each picture.
+QImage Sheet(const QStringList& locales, const QVector<QVector<QPair<QString, QImage>>>& languages) {
+    constexpr int kGap = 16;
+    constexpr int kTitle = 24;
+    constexpr int kSetsAcross = 2;
+    const QImage& first = languages[0][0].second;
+    const QSize cell(first.width() + kGap, first.height() + kTitle + kGap);
+    const int rows = (languages[0].size() + kSetsAcross - 1) / kSetsAcross;
+    QImage sheet(cell.width() * locales.size() * kSetsAcross + kGap, cell.height() * rows + kGap,
+                 QImage::Format_RGB32);
+    sheet.fill(QColor(60, 60, 64));
+    QPainter painter(&sheet);
+    QFont font(kivo::FontFamily());
+    font.setPixelSize(16);
+    painter.setFont(font);
+    painter.setPen(Qt::white);
+    for (int language = 0; language < languages.size(); ++language) {
+        const auto& shots = languages[language];
+        for (int shot = 0; shot < shots.size(); ++shot) {
+            const int column = shot / rows * locales.size() + language;
+            const QPoint corner(kGap + column * cell.width(), kGap + shot % rows * cell.height());
+            painter.drawText(QRect(corner, QSize(first.width(), kTitle)), Qt::AlignVCenter,
+                             shots[shot].first + QStringLiteral("  ") + locales[language]);
+            painter.drawImage(QRect(corner + QPoint(0, kTitle), first.size()), shots[shot].second);
+        }
+    }
+    return sheet;
+}
+
+// As after a first run, with nothing that an earlier language has left.
+void SetUpProfile(const QString& home) {
+    for (const char* folder : {"/Kivo Tool", "/.config/Kivo Tool"}) {
+        QDir(home + QLatin1String(folder)).removeRecursively();
+    }
+    kivo::SeedDefaultProfile(QCoreApplication::applicationDirPath());
+    kivo::MarkInitialized();
+    kivo::configFolderCreated = 0;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
-    if (argc < 2) {
-        std::fputs("Usage: kivo-window-shots FOLDER [LOCALE]\n", stderr);
-        return 2;
-    }
     const QTemporaryDir home;
     for (const char* name : {"HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME"}) {
         qputenv(name, home.path().toUtf8());
@@ -144,6 +273,20 @@ int main(int argc, char** argv) {
     QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
     QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
     QApplication application(argc, argv);
+    QStringList arguments = QCoreApplication::arguments().mid(1);
+    const bool asSheet = arguments.removeAll(QStringLiteral("--sheet")) > 0;
+    if (arguments.isEmpty()) {
+        std::fputs(
+            "Usage: kivo-window-shots FOLDER [LOCALE]\n       kivo-window-shots --sheet FILE [LOCALE...]\n",
+            stderr);
+        return 2;
+    }
+    const QString target = arguments.takeFirst();
+    if (arguments.isEmpty()) {
+        arguments =
+            asSheet ? QStringList{QStringLiteral("zh_CN"), QStringLiteral("en_US"), QStringLiteral("ru_RU")}
+                    : QStringList{QStringLiteral("en_US")};
+    }
     QApplication::setQuitOnLastWindowClosed(false);
     kivo::InitResources();
     kivo::InstallFontSubstitutes();
@@ -151,24 +294,21 @@ int main(int argc, char** argv) {
     font.setPointSize(12);
     QApplication::setFont(font);
     kivo::ApplyWindowStyle(application);
-    const QString folder = QString::fromLocal8Bit(argv[1]);
-    QDir().mkpath(folder);
+    const QString ownPicture = home.filePath(QStringLiteral("Kivo.png"));
+    QImage(QStringLiteral("://background/9.jpg")).mirrored(true, false).save(ownPicture);
 
-    kivo::SeedDefaultProfile(QCoreApplication::applicationDirPath());
-    kivo::MarkInitialized();
-    kivo::configFolderCreated = 0;
-    kivo::VirtualHidApi panel;
-    kivo::MainWindow::Parts parts{panel, nullptr, QCoreApplication::applicationDirPath()};
-    parts.locale = QLocale(QString::fromLatin1(argc > 2 ? argv[2] : "en_US"));
-    parts.hasTray = [] { return true; };
-    parts.readThermalZone = [](const kivo::StopAsked&) { return kivo::ThermalText(-10.5); };
-    kivo::MainWindow window(parts);
-    window.show();
-    const Photographer photographer(window, folder);
-    photographer.Wait(2000);
-    ShootThemes(photographer);
-    ShootCustom(photographer, window);
-    ShootReadOut(photographer, window);
-    ShootDialogs(photographer, window);
-    return window.Stop() ? 0 : 1;
+    QVector<QVector<QPair<QString, QImage>>> languages;
+    for (const QString& locale : qAsConst(arguments)) {
+        SetUpProfile(home.path());
+        languages.append(ShootWindow(locale, ownPicture));
+    }
+    if (asSheet) {
+        return Save(Sheet(arguments, languages), target) ? 0 : 1;
+    }
+    QDir().mkpath(target);
+    bool good = true;
+    for (const auto& [name, image] : qAsConst(languages[0])) {
+        good = Save(image, QStringLiteral("%1/%2.png").arg(target, name)) && good;
+    }
+    return good ? 0 : 1;
 }

@@ -92,7 +92,8 @@ __declspec(dllexport) int HID_API_CALL hid_exit() {
 }
 
 // An id of 0 stands for any.
-__declspec(dllexport) hid_device_info* HID_API_CALL hid_enumerate(unsigned short vendor, unsigned short product) {
+__declspec(dllexport) hid_device_info* HID_API_CALL
+    hid_enumerate(unsigned short vendor, unsigned short product) {
     hid_device_info* list = nullptr;
     const auto isWanted = [&](unsigned short ofVendor, unsigned short ofProduct) {
         return (vendor == 0 || vendor == ofVendor) && (product == 0 || product == ofProduct);

@@ -1,0 +1,263 @@
+#include "skins.h"
+
+#include "icons.h"
+#include "noise.h"
+
+#include <cmath>
+
+namespace kivo::artwork {
+
+namespace {
+
+constexpr QRgb kMint = 0xFF5CE6C8;
+constexpr QRgb kAmber = 0xFFFFB45A;
+constexpr QRgb kIce = 0xFF8FC7FF;
+constexpr QRgb kWhite = 0xFFFFFFFF;
+
+// The layers of one skin while they are painted.
+struct Canvas {
+    Canvas(Orientation orientation, int scale)
+        : glass(orientation, scale),
+          ornaments(orientation, scale),
+          frame(orientation, scale),
+          icons(orientation, scale) {}
+    Layer glass;
+    Layer ornaments;
+    Layer frame;
+    Layer icons;
+};
+
+struct CardRow {
+    QPointF corner;
+    Icon icon;
+};
+
+// Small cards of the default theme: icon at the head, foot scale under the value.
+void DrawValueCards(Canvas& canvas, QSizeF size, const std::array<CardRow, 4>& cards, QPointF scaleAt) {
+    for (const CardRow& card : cards) {
+        DrawGlass(canvas.glass.Painter(), RoundedCard(QRectF(card.corner, size), 10));
+        DrawFootScale(canvas.ornaments.Painter(), card.corner + scaleAt, kMint);
+        DrawIcon(canvas.icons.Painter(), card.icon, card.corner + QPointF(11, 13), 14, kMint);
+    }
+}
+
+void DrawDefault(Canvas& canvas, Orientation orientation) {
+    QPainter& glass = canvas.glass.Painter();
+    QPainter& ornaments = canvas.ornaments.Painter();
+    if (orientation == Orientation::Portrait) {
+        DrawGlass(glass, RoundedCard(QRectF(4, 4, 163, 150), 12));
+        DrawUnderLight(glass, QPointF(85.5, 98), 46, kMint, 0.13);
+        DrawRing(ornaments, Ring{QPointF(85.5, 106), 43.5, 36.5, 40.5, 37}, kMint);
+        DrawValueCards(canvas, QSizeF(80, 78),
+                       {{{QPointF(4, 158), Icon::Thermometer},
+                         {QPointF(87, 158), Icon::Memory},
+                         {QPointF(4, 239), Icon::Fan},
+                         {QPointF(87, 239), Icon::Chip}}},
+                       QPointF(41.5, 65));
+        return;
+    }
+    DrawGlass(glass, RoundedCard(QRectF(5, 5, 131, 160), 12));
+    DrawUnderLight(glass, QPointF(70, 110), 46, kMint, 0.13);
+    DrawHair(ornaments, QPointF(38, 64), QPointF(98, 64));
+    DrawRing(ornaments, Ring{QPointF(70, 118), 43.5, 36.5, 40.5, 37}, kMint);
+    DrawValueCards(canvas, QSizeF(82, 78),
+                   {{{QPointF(141, 5), Icon::Thermometer},
+                     {QPointF(227, 5), Icon::Memory},
+                     {QPointF(141, 87), Icon::Fan},
+                     {QPointF(227, 87), Icon::Chip}}},
+                   QPointF(41, 66));
+    for (int i = -10; i <= 10; ++i) {
+        const int away = std::abs(i);
+        const double y = 85 + 6 * i;
+        const double left = away > 0 && away % 5 == 0 ? 311 : 312;
+        const QColor colour = i == 0 ? QColor::fromRgb(kMint) : White(0.50 - 0.035 * away);
+        DrawTick(ornaments, QPointF(left, y), QPointF(316, y), 1.6, colour);
+    }
+}
+
+void DrawScene(Canvas& canvas, Orientation orientation) {
+    QPainter& glass = canvas.glass.Painter();
+    QPainter& ornaments = canvas.ornaments.Painter();
+    const QRectF panel(QPointF(0, 0), PanelSize(orientation));
+    const bool portrait = orientation == Orientation::Portrait;
+    if (portrait) {
+        DrawScrim(glass, panel, {{.48, 0}, {.56, .12}, {.63, .34}, {.70, .58}, {.78, .64}, {1, .70}});
+    } else {
+        DrawScrim(glass, panel, {{.22, 0}, {.34, .12}, {.44, .34}, {.54, .58}, {.64, .64}, {1, .70}});
+    }
+    // Standing, they lie half way between the feet of the hour's digits and the head of the date's.
+    const QPointF middle = portrait ? QPointF(84.5, 272.5) : QPointF(161.5, 110.5);
+    if (portrait) {
+        DrawTick(ornaments, middle - QPointF(0, 4.5), middle + QPointF(0, 4.5), 1.6, White(1));
+    }
+    const int count = portrait ? 8 : 14;
+    const double first = portrait ? 10 : 58;
+    for (int i = 0; i < count; ++i) {
+        const double t = i / static_cast<double>(count - 1);
+        const double half = Lerp(6, 3, t) / 2;
+        const double alpha = 0.06 + 0.94 * std::pow(1 - t, 1.1);
+        for (const double side : {-1.0, 1.0}) {
+            const QPointF at = middle + QPointF(side * (first + 5 * i), 0);
+            DrawTick(ornaments, at - QPointF(0, half), at + QPointF(0, half), 1.6, White(alpha));
+        }
+    }
+}
+
+void DrawTdp(Canvas& canvas, Orientation orientation) {
+    QPainter& glass = canvas.glass.Painter();
+    QPainter& ornaments = canvas.ornaments.Painter();
+    QPainter& icons = canvas.icons.Painter();
+    if (orientation == Orientation::Portrait) {
+        const QPointF centre(86, 159);
+        DrawGlass(glass, HeadWing(QRectF(QPointF(4.5, 4.5), QPointF(167.5, 97)), 12, centre, 85, 10));
+        // The lower wing is two pixels taller: mirrored about the dial's centre, then told its own foot.
+        DrawGlass(glass,
+                  MirroredY(HeadWing(QRectF(QPointF(4.5, 2.5), QPointF(167.5, 97)), 12, centre, 85, 10),
+                            centre.y()));
+        DrawGlass(glass, Disc(centre, 81));
+        DrawUnderLight(glass, QPointF(86, 153), 70, kAmber, 0.13);
+        DrawRing(ornaments, Ring{centre, 77.5, 70, 74.5, 61}, kAmber);
+        DrawHair(ornaments, QPointF(60, 182.5), QPointF(113, 182.5));
+        DrawHair(ornaments, QPointF(86, 22), QPointF(86, 58));
+        DrawHair(ornaments, QPointF(86, 262), QPointF(86, 298));
+        DrawIcon(icons, Icon::Bolt, QPointF(86.5, 101.5), 14, kAmber);
+        DrawIcon(icons, Icon::Thermometer, QPointF(54.5, 17), 15, kAmber);
+        DrawIcon(icons, Icon::Memory, QPointF(117.5, 17), 15, kAmber);
+        DrawIcon(icons, Icon::Chip, QPointF(54.5, 302), 15, kAmber);
+        DrawIcon(icons, Icon::Fan, QPointF(117.5, 302), 15, kAmber);
+        return;
+    }
+    const QPointF centre(162, 85.5);
+    const Shape left = SideWing(QRectF(QPointF(5.5, 5.5), QPointF(162, 165.5)), 12, centre, 85, 8);
+    DrawGlass(glass, left);
+    DrawGlass(glass, MirroredX(left, centre.x()));
+    DrawGlass(glass, Disc(centre, 81));
+    DrawUnderLight(glass, QPointF(162, 79.5), 70, kAmber, 0.13);
+    DrawRing(ornaments, Ring{centre, 75.5, 67.5, 72, 61}, kAmber);
+    DrawHair(ornaments, QPointF(136, 107.5), QPointF(189, 107.5));
+    DrawHair(ornaments, QPointF(20.5, 83.5), QPointF(60.5, 83.5));
+    DrawHair(ornaments, QPointF(258.5, 83.5), QPointF(298.5, 83.5));
+    DrawIcon(icons, Icon::Bolt, QPointF(162.5, 36), 18, kAmber);
+    DrawIcon(icons, Icon::Thermometer, QPointF(40.5, 25), 16, kAmber);
+    DrawIcon(icons, Icon::Chip, QPointF(40.5, 142.5), 16, kAmber);
+    DrawIcon(icons, Icon::Fan, QPointF(278.5, 25), 16, kAmber);
+    DrawIcon(icons, Icon::Memory, QPointF(278.5, 142.5), 16, kAmber);
+}
+
+void DrawTime(Canvas& canvas, Orientation orientation) {
+    QPainter& glass = canvas.glass.Painter();
+    QPainter& ornaments = canvas.ornaments.Painter();
+    QPainter& icons = canvas.icons.Painter();
+    if (orientation == Orientation::Portrait) {
+        DrawGlass(glass, RoundedCard(QRectF(4, 4, 162, 82), 12));
+        DrawGlass(glass, RoundedCard(QRectF(4, 90, 162, 144), 16));
+        DrawGlass(glass, RoundedCard(QRectF(4, 238, 162, 78), 12));
+        DrawUnderLight(glass, QPointF(84.5, 158), 66, kIce, 0.10);
+        DrawTickFrame(canvas.frame.Painter(), QRectF(11, 97, 148, 130), 20, kIce);
+        DrawFootScale(ornaments, QPointF(84.5, 208), kIce, 6);
+        DrawHair(ornaments, QPointF(85, 26), QPointF(85, 64));
+        DrawHair(ornaments, QPointF(85, 258), QPointF(85, 296));
+        DrawIcon(icons, Icon::Thermometer, QPointF(35.5, 47), 18, kIce);
+        DrawIcon(icons, Icon::Bolt, QPointF(134.5, 47), 18, kIce);
+        DrawIcon(icons, Icon::Chip, QPointF(35.5, 300.5), 18, kIce);
+        DrawIcon(icons, Icon::Memory, QPointF(134.5, 300.5), 18, kIce);
+        return;
+    }
+    DrawGlass(glass, RoundedCard(QRectF(4, 4, 65, 162), 12));
+    DrawGlass(glass, RoundedCard(QRectF(73, 4, 174, 162), 16));
+    DrawGlass(glass, RoundedCard(QRectF(251, 4, 65, 162), 12));
+    DrawUnderLight(glass, QPointF(159.5, 80), 66, kIce, 0.10);
+    DrawTickFrame(canvas.frame.Painter(), QRectF(80, 11, 160, 148), 22, kIce);
+    DrawFootScale(ornaments, QPointF(159.5, 137), kIce, 6);
+    DrawHair(ornaments, QPointF(20.5, 84.2), QPointF(50.5, 84.2));
+    DrawHair(ornaments, QPointF(270.5, 84.2), QPointF(300.5, 84.2));
+    DrawIcon(icons, Icon::Thermometer, QPointF(35.5, 44.5), 20, kIce);
+    DrawIcon(icons, Icon::Chip, QPointF(35.5, 145), 20, kIce);
+    DrawIcon(icons, Icon::Bolt, QPointF(285.5, 44.5), 20, kIce);
+    DrawIcon(icons, Icon::Memory, QPointF(285.5, 145), 20, kIce);
+}
+
+QRectF Centred(double x, double y, double size) {
+    return {x - size / 2, y - size / 2, size, size};
+}
+
+}  // namespace
+
+QLatin1String NameOf(Theme theme) {
+    constexpr std::array<const char*, 4> kNames = {"default", "scene", "TDP", "time"};
+    return QLatin1String(kNames[static_cast<size_t>(theme)]);
+}
+
+QRgb AccentOf(Theme theme) {
+    constexpr std::array<QRgb, 4> kAccents = {kMint, kWhite, kAmber, kIce};
+    return kAccents[static_cast<size_t>(theme)];
+}
+
+SkinLayers DrawSkin(Theme theme, Orientation orientation, int scale) {
+    Canvas canvas(orientation, scale);
+    switch (theme) {
+        case Theme::Default:
+            DrawDefault(canvas, orientation);
+            break;
+        case Theme::Scene:
+            DrawScene(canvas, orientation);
+            break;
+        case Theme::Tdp:
+            DrawTdp(canvas, orientation);
+            break;
+        case Theme::Time:
+            DrawTime(canvas, orientation);
+            break;
+    }
+    const quint64 seed =
+        100 + 2 * static_cast<quint64>(theme) + (orientation == Orientation::Portrait ? 1 : 0);
+    SkinLayers layers;
+    layers.glass = canvas.glass.Finish();
+    if (scale == 1) {
+        layers.glass = WithAlphaGrain(layers.glass, seed);
+    }
+    layers.ornaments = canvas.ornaments.Finish();
+    if (theme == Theme::Time) {
+        layers.frame = canvas.frame.Finish();
+    }
+    if (theme != Theme::Scene) {
+        layers.icons = canvas.icons.Finish();
+    }
+    return layers;
+}
+
+// The bolt: 13 panel pixels about (70, 152.5), portrait about (85.5, 141). The clock: about (159.5, 41) and
+// 17.74 pixels in landscape, so that it covers exactly the canvas pixels 204,43 24 x 24 and stays sharp;
+// 16 pixels about (84.5, 121) in portrait.
+QRectF IconRect(Theme theme, Orientation orientation) {
+    const bool portrait = orientation == Orientation::Portrait;
+    if (theme == Theme::Default) {
+        return portrait ? Centred(85.5, 141, 13) : Centred(70, 152.5, 13);
+    }
+    if (theme == Theme::Time) {
+        const double toX = 320.0 / 433;
+        const double toY = 170.0 / 230;
+        return portrait ? Centred(84.5, 121, 16) : QRectF(204 * toX, 43 * toY, 24 * toX, 24 * toY);
+    }
+    return {};
+}
+
+QImage DrawThemeIcon(Theme theme, int scale) {
+    switch (theme) {
+        case Theme::Default:
+            return IconPicture(Icon::Bolt, kMint, 13, scale);
+        case Theme::Time:
+            // Drawn at two sizes; the middle keeps both strokes within a tenth of a pixel of 1.5.
+            return IconPicture(Icon::Clock, kIce, 17, scale);
+        default:
+            return {};
+    }
+}
+
+QImage DrawBlackVeil() {
+    QImage veil(433, 320, QImage::Format_ARGB32);
+    veil.fill(WithAlpha(kInk, 0.59));
+    return WithAlphaGrain(veil, 99);
+}
+
+}  // namespace kivo::artwork
