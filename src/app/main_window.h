@@ -102,7 +102,7 @@ public Q_SLOTS:
     // after a clock. The last two are reserved.
     void slotCpuPowClock(qint32 iPow, qint32 iClock, qint32 iGPow, qint32 iGClock);
     // The read-out was clicked: reads the firmware's thermal zone, beside the window, and shows it there.
-    void on_pushButton_clicked();
+    void on_pushButton_clicked();  // clazy:exclude=connect-by-name
     // Asks whether to end the program, and ends it.
     void slotExit();
     void slotApply();

@@ -60,7 +60,7 @@ void MainWindow::slotCpuPowClock(qint32 iPow, qint32 iClock, qint32 iGPow, qint3
     m_session->SetCpuPowClock(iPow, iClock);
 }
 
-void MainWindow::on_pushButton_clicked() {  // clazy:exclude=connect-by-name
+void MainWindow::on_pushButton_clicked() {
     if (!m_ui->pushButton->isEnabled()) {
         return;  // one reading at a time
     }

@@ -102,7 +102,7 @@ bool EnergyLibrary::Load() {
 
 QString EnergyLibrary::FindFolder() {
     const auto& read = m_parts.environment ? m_parts.environment : EnvironmentReader(ProcessEnvironment);
-    const QString folder = read("IPG_Dir");
+    QString folder = read("IPG_Dir");
     // Deliberate: what the version is does not matter, but without one the folder does not count either.
     const QString version = read("IPG_Ver");
     if (folder.isEmpty() || version.isEmpty()) {

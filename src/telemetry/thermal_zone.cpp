@@ -85,7 +85,7 @@ QByteArray ReadCommandOutput(const QString& commandLine, std::chrono::millisecon
         const auto left = std::min<qint64>(kBetweenLooks.count(), deadline.remainingTime());
         process.waitForFinished(int(std::max<qint64>(left, 1)));
     }
-    const QByteArray output = process.readAllStandardOutput();
+    QByteArray output = process.readAllStandardOutput();
     if (process.state() != QProcess::NotRunning) {
         process.kill();
         process.waitForFinished(int(kLongestKill.count()));
