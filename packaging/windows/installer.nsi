@@ -6,6 +6,7 @@
 ; Command line: /S installs or removes without asking, /D=FOLDER says where to, /AUTOSTART starts it with Windows.
 ; The uninstaller keeps what the user made; /SETTINGS removes that too.
 
+Target amd64-unicode ; as the program: the installer needs nothing that is not needed anyway
 Unicode true
 SetCompressor /SOLID lzma
 RequestExecutionLevel user
@@ -81,12 +82,13 @@ LangString StillRunning ${LANG_RUSSIAN} "Kivo Screen ещё работает. З
 ; be written again once it is gone.
 !macro EndRunningCopy
     ${If} ${FileExists} "$INSTDIR\KivoScreen.exe"
-        FindWindow $0 "" "Kivo Screen"
-        ${If} $0 <> 0
-            SendMessage $0 ${WM_ENDSESSION} 1 0 /TIMEOUT=3000
-        ${EndIf}
         StrCpy $1 0
         ${Do}
+            ; Each time: one that has just been started has no window yet.
+            FindWindow $0 "" "Kivo Screen"
+            ${If} $0 <> 0
+                SendMessage $0 ${WM_ENDSESSION} 1 0 /TIMEOUT=3000
+            ${EndIf}
             ClearErrors
             FileOpen $2 "$INSTDIR\KivoScreen.exe" a
             ${IfNot} ${Errors}
@@ -94,7 +96,7 @@ LangString StillRunning ${LANG_RUSSIAN} "Kivo Screen ещё работает. З
                 ${ExitDo}
             ${EndIf}
             IntOp $1 $1 + 1
-            ${If} $1 > 50
+            ${If} $1 > 100
                 MessageBox MB_RETRYCANCEL|MB_ICONEXCLAMATION "$(StillRunning)" /SD IDCANCEL IDRETRY +2
                 Abort
                 StrCpy $1 0
