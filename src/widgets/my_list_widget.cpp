@@ -1,5 +1,6 @@
 #include "widgets/my_list_widget.h"
 
+#include <QGuiApplication>
 #include <QMouseEvent>
 #include <QScrollBar>
 
@@ -7,6 +8,8 @@ namespace kivo {
 
 MyListWidget::MyListWidget(QWidget* parent) : QListWidget(parent) {
     setFrameShape(QFrame::NoFrame);
+    // Windows has a font of its own for lists.
+    setFont(QGuiApplication::font());
     // The delegates outline the row under the mouse.
     setMouseTracking(true);
     viewport()->setAttribute(Qt::WA_Hover);
