@@ -4,6 +4,7 @@
 
 #include <QtTest>
 
+#include "../config/forget_mark.h"
 #include "config/first_run_marker.h"
 
 using namespace kivo;
@@ -12,10 +13,6 @@ namespace {
 
 constexpr char kKeyPath[] = "Software\\Kivo Tool\\Kivo Config";
 constexpr char kValueName[] = "isInitialized";
-
-void RemoveKey() {
-    RegDeleteKeyA(HKEY_CURRENT_USER, kKeyPath);
-}
 
 void WriteMark(DWORD type, const QByteArray& bytes) {
     HKEY key = nullptr;
@@ -34,8 +31,8 @@ class TestRegistryMarker : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() { RemoveKey(); }
-    void cleanupTestCase() { RemoveKey(); }
+    void init() { test::ForgetMark(); }
+    void cleanupTestCase() { test::ForgetMark(); }
 
     void NoKeyIsAFirstRun() { QVERIFY(IsFirstRun()); }
 

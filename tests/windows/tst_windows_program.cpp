@@ -9,6 +9,7 @@
 #include <memory>
 #include <vector>
 
+#include "../config/forget_mark.h"
 #include "virtualscreen/panel_decoder.h"
 
 using namespace kivo;
@@ -120,7 +121,7 @@ void TestWindowsProgram::init() {
     m_environment = QProcessEnvironment::systemEnvironment();
     m_environment.insert(QStringLiteral("KIVO_TEST_SCREEN"), m_screen->path());
     m_environment.insert(QStringLiteral("KIVO_TEST_UTILISATIONS"), QStringLiteral("37.99"));
-    RegDeleteKeyA(HKEY_CURRENT_USER, kMarkKey);
+    test::ForgetMark();
     const QString roaming =
         QFileInfo(QStandardPaths::writableLocation(QStandardPaths::AppDataLocation)).path();
     QVERIFY(QDir(roaming + QStringLiteral("/Kivo Tool")).removeRecursively());
