@@ -18,6 +18,7 @@ export WINEDLLOVERRIDES="winedbg.exe=d;winemenubuilder.exe=d;mscoree=d;mshtml=d$
 
 template=${KIVO_WINDOWS_CACHE:-$(getent passwd "$(id -un)" | cut -d: -f6)/.cache/kivo-screen/windows}/wine-prefix-$(dpkg-query -W -f='${Version}' wine64)
 prefix=${XDG_CACHE_HOME:-$HOME/.cache}/kivo-screen/wine
+made=$prefix/made-from-$(basename "$template") # of another Wine it is made anew
 
 make_template() {
     mkdir -p "$(dirname "$template")"
@@ -35,6 +36,7 @@ make_template() {
 
 # Registry and user's folders are the prefix's own; Windows itself is shared.
 make_prefix() {
+    rm -rf "$prefix"
     mkdir -p "$prefix/drive_c" "$prefix/dosdevices"
     cp "$template"/*.reg "$template/.update-timestamp" "$prefix/"
     cp -a "$template/drive_c/users" "$template/drive_c/ProgramData" "$prefix/drive_c/"
@@ -44,11 +46,11 @@ make_prefix() {
     done
     ln -sfn ../drive_c "$prefix/dosdevices/c:"
     ln -sfn / "$prefix/dosdevices/z:"
-    touch "$prefix/complete"
+    touch "$made"
 }
 
 [ -e "$template/complete" ] || make_template
-[ -e "$prefix/complete" ] || make_prefix
+[ -e "$made" ] || make_prefix
 export WINEPREFIX=$prefix
 [ -z "$dlls" ] || export WINEPATH="Z:${dlls//\//\\}${WINEPATH:+;$WINEPATH}"
 
