@@ -9,6 +9,11 @@ kivo_add_test(app live_session LINK kivo_app kivo_virtualscreen)
 kivo_add_test(app live_session_uploads LINK kivo_app kivo_virtualscreen)
 kivo_add_test(app nimb_process LINK kivo_app kivo_virtualscreen)
 kivo_add_test(app sleep_watch LINK kivo_app)
+# One of several copies of the program.
+kivo_platform_sources(become_nobody app/become_nobody)
+kivo_add_program(instance_copy SOURCES app/instance_copy.cpp ${become_nobody} LINK kivo_app)
+set_target_properties(instance_copy PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests)
+
 # Signals, homes without rights, the system's table of shared memory: as Linux has them. Windows has tests of its own for
 # the program as a process.
 if(NOT WIN32)
@@ -16,8 +21,6 @@ if(NOT WIN32)
     add_dependencies(tst_program kivo-screen)
     target_compile_definitions(tst_program PRIVATE KIVO_BIN_DIR="${CMAKE_RUNTIME_OUTPUT_DIRECTORY}")
     kivo_add_test(app single_instance LINK kivo_app)
-    kivo_add_program(instance_copy SOURCES app/instance_copy.cpp LINK kivo_app)
-    set_target_properties(instance_copy PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests)
     add_dependencies(tst_single_instance instance_copy)
     target_compile_definitions(tst_single_instance PRIVATE KIVO_INSTANCE_COPY="$<TARGET_FILE:instance_copy>")
 endif()
