@@ -37,6 +37,7 @@ private Q_SLOTS:
     void HelperWindowThatDoesNotAnswer();
     void EndOfTheSessionEndsIt();
     void EndOfTheSessionThatIsCalledOff();
+    void EndOfTheSessionWhileTheExitIsAskedFor();
     void CopiesStartedAtOnceGiveOne();
     void PathsInEveryScript();
 
@@ -396,6 +397,22 @@ void TestWindowsProgram::EndOfTheSessionThatIsCalledOff() {
     SendMessageW(Window(), WM_CLOSE, 0, 0);
     QTest::qWait(1000);
     QCOMPARE(int(m_process->state()), int(QProcess::Running));
+    QVERIFY(SendMessageW(Window(), WM_QUERYENDSESSION, 0, 0) != 0);
+    SendMessageW(Window(), WM_ENDSESSION, TRUE, 0);
+    QVERIFY(EndsWell());
+}
+
+void TestWindowsProgram::EndOfTheSessionWhileTheExitIsAskedFor() {
+    Mark(QByteArray("true\0", 5));
+    Start();
+    QTRY_VERIFY_WITH_TIMEOUT(Panel().counts.areas > 12, kPatienceMs);
+    QVERIFY(SecondCopyEndsWell());
+    QTRY_VERIFY_WITH_TIMEOUT(IsWindowVisible(Window()) && GetForegroundWindow() == Window(), kPatienceMs);
+    // The exit button, by hand; the box that asks disables the window.
+    RECT place = {};
+    QVERIFY(GetWindowRect(Window(), &place) != 0);
+    QTRY_VERIFY_WITH_TIMEOUT((ClickAt(place.left + 918, place.top + 19), !IsWindowEnabled(Window())),
+                             kPatienceMs);
     QVERIFY(SendMessageW(Window(), WM_QUERYENDSESSION, 0, 0) != 0);
     SendMessageW(Window(), WM_ENDSESSION, TRUE, 0);
     QVERIFY(EndsWell());

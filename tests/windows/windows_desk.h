@@ -25,6 +25,18 @@ inline void SendDeviceChange(HWND window, WPARAM event, const wchar_t* name) {
     SendMessageW(window, WM_DEVICECHANGE, event, reinterpret_cast<LPARAM>(message));
 }
 
+// A person's click at a point of the screen.
+inline void ClickAt(int x, int y) {
+    SetCursorPos(x, y);
+    INPUT press = {};
+    press.type = INPUT_MOUSE;
+    press.mi.dwFlags = MOUSEEVENTF_LEFTDOWN;
+    INPUT release = press;
+    release.mi.dwFlags = MOUSEEVENTF_LEFTUP;
+    SendInput(1, &press, sizeof(press));
+    SendInput(1, &release, sizeof(release));
+}
+
 inline int helperCloseMessages = 0;
 
 inline LRESULT CALLBACK HelperProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
