@@ -56,7 +56,8 @@ void TestHangingOpen::OtherDevicesComeAndGo() {
     QVERIFY(screen.entered.tryAcquire(1, kPatienceMs));
     // All of these return while the opening still hangs, or this test would not get further.
     const ArrivalPath pathFrom = byName ? ArrivalPath::Name : ArrivalPath::Enumeration;
-    for (const char* name : {R"(\\?\HID#VID_046D&PID_C31C&MI_01#8)", R"(\\?\HID#VID_046D&PID_C31C&MI_00#8)", ""}) {
+    for (const char* name :
+         {R"(\\?\HID#VID_046D&PID_C31C&MI_01#8)", R"(\\?\HID#VID_046D&PID_C31C&MI_00#8)", ""}) {
         for (const bool arrived : {true, false}) {
             const ScreenChangeOutcome outcome =
                 ApplyScreenChange(screen.session, {QString::fromLatin1(name), arrived}, false, pathFrom);

@@ -34,7 +34,7 @@ add_custom_command(TARGET test_pdh POST_BUILD
     COMMAND ${CMAKE_COMMAND} -E make_directory ${with_pdh}
     COMMAND ${CMAKE_COMMAND} -E copy $<TARGET_FILE:test_pdh> ${with_pdh}/pdh.dll)
 
-kivo_add_test(windows windows_program LINK kivo_virtualscreen kivo_test_support TIMEOUT 300)
+kivo_add_test(windows windows_program LINK kivo_virtualscreen kivo_test_support TIMEOUT 600)
 add_dependencies(tst_windows_program kivo-screen test_pdh test_hidapi)
 target_compile_definitions(tst_windows_program PRIVATE
     KIVO_PROGRAM_FOLDER="${CMAKE_RUNTIME_OUTPUT_DIRECTORY}"
