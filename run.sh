@@ -17,6 +17,14 @@ screen_nodes() {
 # The device's own chatter is for QT_LOGGING_RULES="kivo.*=true".
 export QT_LOGGING_RULES=${QT_LOGGING_RULES-*.debug=false}
 
+for argument in "$@"; do
+    case $argument in
+        --autostart* | --help | --version | -h | -v)
+            exec build/release/bin/kivo-screen "$@" # says or switches something and ends: nothing is added
+            ;;
+    esac
+done
+
 arguments=()
 picture=
 if [ -z "$(screen_nodes)" ]; then

@@ -6,6 +6,7 @@ cd "$(dirname "$0")"
 . tools/scripts/packages.sh
 
 preset=${1:-dev}
+fresh=
 [ $# -eq 0 ] || shift
 case $preset in
     dev | asan | tsan | windows) ;;
@@ -19,7 +20,10 @@ if [ "$preset" = windows ]; then
     install_packages packaging/debian/windows-packages.txt
     KIVO_WINDOWS_DEPENDENCIES=$(packaging/windows/build_dependencies.sh)
     export KIVO_WINDOWS_DEPENDENCIES
+    # Another recipe makes another folder; CMake would go on with the one it knows.
+    cached=$(sed -n 's/^KIVO_WINDOWS_DEPENDENCIES:PATH=//p' build/windows/CMakeCache.txt 2>/dev/null || true)
+    [ -z "$cached" ] || [ "$cached" = "$KIVO_WINDOWS_DEPENDENCIES" ] || fresh=yes
 fi
-cmake --preset "$preset"
+cmake ${fresh:+--fresh} --preset "$preset"
 cmake --build --preset "$preset"
 ctest --preset "$preset" "$@"

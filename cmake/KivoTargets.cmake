@@ -9,6 +9,10 @@ endif()
 target_compile_definitions(kivo_build_flags INTERFACE
     QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_FOREACH QT_NO_NARROWING_CONVERSIONS_IN_CONNECT
     QT_NO_URL_CAST_FROM_STRING QT_STRICT_ITERATORS QT_DISABLE_DEPRECATED_BEFORE=0x050F00)
+if(WIN32)
+    # Else the system's header makes macros of min and max. 1, as libstdc++ defines it too.
+    target_compile_definitions(kivo_build_flags INTERFACE NOMINMAX=1)
+endif()
 if(KIVO_SANITIZERS)
     target_compile_options(kivo_build_flags INTERFACE
         -fsanitize=${KIVO_SANITIZERS} -fno-omit-frame-pointer -fno-sanitize-recover=all)

@@ -35,6 +35,11 @@ diff packaging/debian/contents.txt "$work/contents" || fail "the package does no
 dpkg-deb --extract "$package" "$work/tree"
 tree=$work/tree/usr
 file "$tree/lib/kivo-screen/kivo-screen" | grep -q ', stripped' || fail "the program is not stripped."
+# Pictures and all: a program of this kind may not weigh more. Qt comes as packages of its own.
+most_bytes=$((12 * 1024 * 1024))
+bytes=$(find "$tree/lib/kivo-screen" -type f -printf '%s\n' | awk '{ sum += $1 } END { print sum }')
+echo "The program's folder holds $bytes bytes."
+[ "$bytes" -lt $most_bytes ] || fail "the program weighs $bytes bytes, more than $most_bytes."
 for icon in "$tree"/share/icons/hicolor/*/apps/kivo-screen.png; do
     side=$(basename "$(dirname "$(dirname "$icon")")")
     file "$icon" | grep -q "PNG image data, ${side/x/ x }" || fail "$icon is not $side."

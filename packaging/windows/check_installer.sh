@@ -27,10 +27,15 @@ uninstall_key='Software\Microsoft\Windows\CurrentVersion\Uninstall\Kivo Screen'
 wine_run "$setup" /S
 users=$(dirname "$(find "$home/.cache/kivo-screen/wine/drive_c/users" -maxdepth 2 -name AppData -not -path '*/Public/*')")
 program="$users/AppData/Local/Programs/Kivo Screen"
-[ -x "$program/KivoScreen.exe" ] || [ -e "$program/KivoScreen.exe" ] || fail "nothing was installed"
+[ -e "$program/KivoScreen.exe" ] || fail "nothing was installed"
 diff <(cd build/windows/stage && find . -type f | sort) <(cd "$program" && find . -type f -not -name Uninstall.exe | sort) ||
     fail "what is installed is not what was packed"
 [ -e "$program/Uninstall.exe" ] || fail "there is no uninstaller"
+# All but the libraries, which are Qt, hidapi and the compiler's.
+most_bytes=$((12 * 1024 * 1024))
+bytes=$(find "$program" -type f -not -name '*.dll' -printf '%s\n' | awk '{ sum += $1 } END { print sum }')
+echo "The program's own files are $bytes bytes."
+[ "$bytes" -lt $most_bytes ] || fail "the program weighs $bytes bytes, more than $most_bytes"
 menu=$(find "$users" -name 'Kivo Screen.lnk' -path '*Start Menu*')
 [ -n "$menu" ] || fail "there is no Start menu entry"
 [ -z "$(registry "$run_key" "Kivo Screen")" ] || fail "it starts with Windows though nobody asked for it"

@@ -5,4 +5,7 @@ namespace kivo {
 // Standard output and error are the terminal's already.
 void UseParentConsole() {}
 
+// A shell waits for the program here, and Ctrl+C ends it.
+void LeaveParentConsole() {}
+
 }  // namespace kivo

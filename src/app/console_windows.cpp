@@ -1,6 +1,3 @@
-#ifndef NOMINMAX
-#define NOMINMAX
-#endif
 #include <windows.h>
 
 #include <cstdio>
@@ -12,6 +9,9 @@ namespace kivo {
 
 namespace {
 
+bool isAttached = false;
+bool hasOwnOutput = false;
+bool hasOwnError = false;
 UINT formerCodePage = 0;
 
 bool IsRedirected(DWORD handle) {
@@ -28,15 +28,28 @@ void UseParentConsole() {
         return;
     }
     // What is printed is UTF-8. The console is its owner's, who gets it back as it was.
+    isAttached = true;
     formerCodePage = GetConsoleOutputCP();
     SetConsoleOutputCP(CP_UTF8);
-    std::atexit([] { SetConsoleOutputCP(formerCodePage); });
-    if (!hasOutput) {
-        std::freopen("CONOUT$", "w", stdout);
+    std::atexit(LeaveParentConsole);
+    hasOwnOutput = !hasOutput && std::freopen("CONOUT$", "w", stdout) != nullptr;
+    hasOwnError = !hasError && std::freopen("CONOUT$", "w", stderr) != nullptr;
+}
+
+void LeaveParentConsole() {
+    if (!isAttached) {
+        return;
     }
-    if (!hasError) {
-        std::freopen("CONOUT$", "w", stderr);
+    isAttached = false;
+    // What is printed from now on goes nowhere; a file it was sent to stays.
+    if (hasOwnOutput) {
+        std::freopen("NUL", "w", stdout);
     }
+    if (hasOwnError) {
+        std::freopen("NUL", "w", stderr);
+    }
+    SetConsoleOutputCP(formerCodePage);
+    FreeConsole();
 }
 
 }  // namespace kivo

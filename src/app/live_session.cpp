@@ -14,7 +14,6 @@ namespace kivo {
 
 namespace {
 
-constexpr std::chrono::milliseconds kLongestStop{1500};
 constexpr unsigned long kStopGraceMs = 10;
 
 }  // namespace
@@ -35,10 +34,10 @@ LiveSession::~LiveSession() {
     }
 }
 
-void LiveSession::OpenScreen() {
+void LiveSession::OpenScreen(const QByteArray& name) {
     m_session.InitDeviceTable();
     m_session.EnumerateScreens();
-    m_session.OpenScreenByName(kScreenName);
+    m_session.OpenScreenByName(name);
     m_session.WarnIfDenied();
 }
 
@@ -190,7 +189,7 @@ void LiveSession::ReapRetired() {
                     m_retired.end());
 }
 
-bool LiveSession::Stop() {
+bool LiveSession::Stop(QDeadlineTimer deadline) {
     m_stopped = true;
     m_transfers.StopTransfers();
     if (m_refresh) {
@@ -199,7 +198,6 @@ bool LiveSession::Stop() {
     for (const Upload& upload : m_uploads) {
         upload.thread->stop();
     }
-    const QDeadlineTimer deadline(kLongestStop);
     bool allEnded = !m_refresh || m_refresh->wait(deadline);
     for (const Upload& upload : m_uploads) {
         allEnded = upload.thread->wait(deadline) && allEnded;

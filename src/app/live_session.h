@@ -4,6 +4,7 @@
 // on the GUI thread, which calls every function, and owns all workers that write to the screen. Knows no
 // widget and no settings: who uses it loads them and hands the states in.
 
+#include <QDeadlineTimer>
 #include <QObject>
 #include <atomic>
 #include <chrono>
@@ -36,13 +37,18 @@ class LiveSession : public QObject {
     Q_OBJECT
 
 public:
+    // How long the end of the program waits for workers at most, all together.
+    static constexpr std::chrono::milliseconds kLongestStop{1500};
+
     // hid outlives the session.
     LiveSession(HidApi& hid, InterfaceLanguage language, UploadPauses pauses = {}, QObject* parent = nullptr);
     // Stops everything; whoever could not Stop it must have ended the process by now.
     ~LiveSession() override;
 
-    // Fills the device table and opens the screen; quietly does nothing where there is none.
-    void OpenScreen();
+    // Fills the device table and opens the screen under this name, UTF-8; quietly does nothing where there is
+    // none. Deliberate: at the start the name is the window's title as it is translated; under any other than
+    // kScreenName no screen is opened.
+    void OpenScreen(const QByteArray& name = kScreenName);
     ScreenSession& Screen() { return m_session; }
     bool SendTimeSync() { return m_transfers.SendTimeSync(); }
 
@@ -92,11 +98,11 @@ public:
     // What the panel took last, item by item; empty for what it does not show.
     ItemTexts ShownTexts() const { return m_screen.ShownTexts(); }
 
-    // Asks all workers to end and waits for them, but not for ever (1.5 s together): a screen that hangs
-    // holds a write up for seconds. False when one is still in a write; then neither this object nor what it
+    // Asks all workers to end and waits for them until the deadline: a screen that hangs holds a write up for
+    // seconds. False when one is still in a write; then neither this object nor what it
     // was given may be destroyed, and all that is left is to end the process. Nothing can be started
     // afterwards.
-    bool Stop();
+    bool Stop(QDeadlineTimer deadline = QDeadlineTimer(kLongestStop));
 
 Q_SIGNALS:
     // No upload runs any more; whether the panel took the newest one's frame.

@@ -188,6 +188,8 @@ int main(int argc, char** argv) {
     if (line.options.runSeconds) {
         QTimer::singleShot(std::chrono::milliseconds(qRound64(*line.options.runSeconds * 1000)), &application,
                            &QCoreApplication::quit);
+    } else {
+        kivo::LeaveParentConsole();
     }
     const int status = QApplication::exec();
     const bool stopped = window->Stop();

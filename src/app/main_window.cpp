@@ -18,6 +18,7 @@
 #include "app/single_instance.h"
 #include "app/window_looks.h"
 #include "config/first_run_marker.h"
+#include "config/settings_file.h"
 #include "editor/color_bar.h"
 #include "editor/edit_bar.h"
 #include "pictures/picture_list.h"
@@ -33,7 +34,6 @@ namespace {
 constexpr std::chrono::milliseconds kThreadsAfter{500};
 constexpr std::chrono::milliseconds kPollEvery{1000};
 constexpr unsigned long kFirstRunPauseMs = 1000;
-constexpr std::chrono::milliseconds kLongestStop{1500};
 constexpr qint64 kLongestExposeMs = 500;
 constexpr int kHeadHeight = 100;  // what is above the pages, by which the window is dragged
 
@@ -78,9 +78,10 @@ MainWindow::MainWindow(const Parts& parts)
     LoadState();
 
     RegisterScreenNotification();
-    m_session->OpenScreen();
     // The screen is opened by this name, so it is the same in every language.
-    setWindowTitle(QCoreApplication::translate("MainWindow", "Kivo Screen"));
+    const QString title = QCoreApplication::translate("MainWindow", "Kivo Screen");
+    m_session->OpenScreen(title.toUtf8());
+    setWindowTitle(title);
     WireShell();
     ProbeEnergyLibrary();
     m_session->SendTimeSync();
@@ -125,6 +126,10 @@ void MainWindow::WireShell() {
 }
 
 void MainWindow::on_ReadEC_clicked() {}
+
+void MainWindow::on_pushButton_3_clicked() {
+    SettingsWriter().SetText(QString(keys::kTest.name), QStringLiteral("点击输入"));
+}
 
 void MainWindow::slotCreateThread() {
     if (m_uploading || QApplication::activeModalWidget() != nullptr) {
@@ -228,9 +233,9 @@ void MainWindow::StopRefresh() {
 
 bool MainWindow::Stop() {
     m_poll.stop();
-    const QDeadlineTimer deadline(kLongestStop);
+    const QDeadlineTimer deadline(LiveSession::kLongestStop);
     AskSensorsToStop();
-    const bool hasSessionEnded = m_session->Stop();
+    const bool hasSessionEnded = m_session->Stop(deadline);
     return HaveSensorsEnded(deadline) && hasSessionEnded;
 }
 

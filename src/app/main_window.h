@@ -109,6 +109,9 @@ public Q_SLOTS:
     // Deliberate: does nothing. No embedded controller is read; the button of that name has no place, it only
     // keeps Qt from looking for one in vain.
     void on_ReadEC_clicked();  // clazy:exclude=connect-by-name
+    // Deliberate: writes a fixed text into the settings, to see that they can be written. Its button has no
+    // place either.
+    void on_pushButton_3_clicked();  // clazy:exclude=connect-by-name
 
     // Picture list.
     void itemClickedImage(const QModelIndex& index);

@@ -102,9 +102,10 @@ QString FontFamily() {
 void InstallFontSubstitutes() {
     QFont::insertSubstitutions(
         FontFamily(),
-        {QStringLiteral("Noto Sans CJK SC"), QStringLiteral("Source Han Sans SC"),
-         QStringLiteral("WenQuanYi Micro Hei"), QStringLiteral("WenQuanYi Zen Hei"),
-         QStringLiteral("Droid Sans Fallback"), QStringLiteral("Noto Sans"), QStringLiteral("DejaVu Sans")});
+        {QStringLiteral("Microsoft YaHei UI"), QStringLiteral("Noto Sans CJK SC"),
+         QStringLiteral("Source Han Sans SC"), QStringLiteral("WenQuanYi Micro Hei"),
+         QStringLiteral("WenQuanYi Zen Hei"), QStringLiteral("Droid Sans Fallback"), QStringLiteral("SimHei"),
+         QStringLiteral("Segoe UI"), QStringLiteral("Noto Sans"), QStringLiteral("DejaVu Sans")});
 }
 
 QFont PanelFont(int pixelSize) {

@@ -13,11 +13,6 @@ QString FolderName() {
     return QStringLiteral("/Kivo Tool");
 }
 
-// One level up, whether or not the location exists (QDir::cdUp would refuse).
-QString ParentOf(QStandardPaths::StandardLocation location) {
-    return QFileInfo(QDir::cleanPath(QStandardPaths::writableLocation(location))).path();
-}
-
 // The root folder ends in a slash already.
 QString Inside(const QString& parent) {
     return QDir::cleanPath(parent + FolderName());
@@ -37,7 +32,9 @@ Folder Provide(const QString& path) {
 std::atomic<quint8> configFolderCreated{0};
 
 QString SettingsFolder() {
-    QString path = Inside(ParentOf(QStandardPaths::AppDataLocation));
+    // One level up, whether or not the location exists (QDir::cdUp would refuse).
+    const QString own = QDir::cleanPath(QStandardPaths::writableLocation(QStandardPaths::AppDataLocation));
+    QString path = Inside(QFileInfo(own).path());
     switch (Provide(path)) {
         case Folder::Existed:
             break;
@@ -54,17 +51,16 @@ QString SettingsFolder() {
 }
 
 QString WorkingFolder() {
-    const QString profile = ParentOf(QStandardPaths::DocumentsLocation);
+    // Not beside the documents: those may lie in a cloud's folder, where two computers would share a panel's
+    // picture.
+    QString profile = QDir::homePath();
     QString path = Inside(profile);
     if (Provide(path) != Folder::Missing) {
         return path;
     }
-    // Where the documents folder is the home folder itself, the folder above it belongs to somebody else.
-    const QFileInfo profileInfo(profile);
-    QString standIn = profileInfo.isDir() && profileInfo.isWritable() ? profile : QDir::homePath();
     WarnOnce(QStringLiteral("The working folder %1 cannot be created; %2 is used instead.")
-                 .arg(QDir::toNativeSeparators(path), QDir::toNativeSeparators(standIn)));
-    return standIn;
+                 .arg(QDir::toNativeSeparators(path), QDir::toNativeSeparators(profile)));
+    return profile;
 }
 
 QString ConfigFilePath() {

@@ -19,8 +19,8 @@ extern std::atomic<quint8> configFolderCreated;
 // configFolderCreated. Where it cannot be made the path is given all the same, and one log line tells.
 QString SettingsFolder();
 
-// "<profile>/Kivo Tool", where the profile is the parent of the documents folder; made when missing. Where
-// it cannot be made: the profile folder itself, and one log line tells.
+// "<profile>/Kivo Tool", in the user's own folder; made when missing. Where it cannot be made: the user's
+// folder itself, and one log line tells.
 QString WorkingFolder();
 
 // SettingsFolder() followed by "/Config.ini".

@@ -18,6 +18,7 @@ class TestLiveSession : public QObject {
 private Q_SLOTS:
     void initTestCase();
     void init();
+    void OnlyItsNameOpensTheScreen();
     void FirstFrameThenLiveValues();
     void ScreenThatVanishesInTheFrame_data();
     void ScreenThatVanishesInTheFrame();
@@ -59,6 +60,16 @@ void TestLiveSession::initTestCase() {
 void TestLiveSession::init() {
     QVERIFY(QDir(SettingsFolder()).removeRecursively());
     QVERIFY(QDir(WorkingFolder()).removeRecursively());
+}
+
+void TestLiveSession::OnlyItsNameOpensTheScreen() {
+    VirtualHidApi panel;
+    LiveSession session(panel, InterfaceLanguage::English, kShortPauses);
+    session.OpenScreen("Kivo Bildschirm");
+    QCOMPARE(int(session.Screen().Entry(0).dataFound), 1);
+    QCOMPARE(panel.OpenHandles(), 0);
+    session.OpenScreen("Kivo Screen");
+    QCOMPARE(panel.OpenHandles(), 2);
 }
 
 void TestLiveSession::FirstFrameThenLiveValues() {

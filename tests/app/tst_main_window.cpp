@@ -6,6 +6,7 @@
 
 #include "app/nimb_process_dialog.h"
 #include "app/single_instance.h"
+#include "config/settings_file.h"
 #include "widgets/exit_message_box.h"
 #include "widgets/nimb_push_button.h"
 #include "window_test_support.h"
@@ -50,6 +51,7 @@ private Q_SLOTS:
     void WithoutATrayItIsPutAwayMinimised();
     void PowerSamplesReachTheTexts();
     void TheControllersButtonDoesNothing();
+    void TheTestButtonWritesItsText();
     void EverythingIsReachedByKeyboard();
 };
 
@@ -409,6 +411,15 @@ void TestMainWindow::TheControllersButtonDoesNothing() {
     QVERIFY(QMetaObject::invokeMethod(desk.window.get(), "on_ReadEC_clicked", Qt::DirectConnection));
     QCOMPARE(desk.window->findChildren<QObject*>().size(), children);
     QCOMPARE(desk.window->grab().toImage(), before);
+}
+
+void TestMainWindow::TheTestButtonWritesItsText() {
+    const Desk desk;
+    QVERIFY(!SettingsReader().Contains(QStringLiteral("test/test")));
+    auto* button = desk.Find<QPushButton>("pushButton_3");
+    QVERIFY(button->size().isEmpty());
+    button->click();
+    QCOMPARE(SettingsReader().Text(QStringLiteral("test/test")), QStringLiteral("点击输入"));
 }
 
 void TestMainWindow::EverythingIsReachedByKeyboard() {

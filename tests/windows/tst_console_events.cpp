@@ -1,20 +1,46 @@
 #include <windows.h>
 
+#include <QProcess>
 #include <QSignalSpy>
 #include <QtTest>
+#include <cstring>
 
+#include "app/console.h"
 #include "app/quit_signals.h"
 
 using namespace kivo;
 
-// A program started from a console hears that console's Ctrl+C.
+namespace {
+
+constexpr char kAsChild[] = "--as-child";
+
+// The test once more, as a program with windows is started from a console: without one, without streams.
+// Tells in a file which code page its console has, before and after it has let go of it; 0 is no console.
+int RunAsChild(const char* path) {
+    UseParentConsole();
+    const UINT attached = GetConsoleOutputCP();
+    LeaveParentConsole();
+    const UINT alone = GetConsoleOutputCP();
+    QFile file(QString::fromLocal8Bit(path));
+    return file.open(QIODevice::WriteOnly) &&
+                   file.write(QByteArray::number(attached) + ' ' + QByteArray::number(alone)) > 0
+               ? 0
+               : 1;
+}
+
+}  // namespace
+
+// The console a program was started from.
 class TestConsoleEvents : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void CtrlCAsksToQuit() {
+    void initTestCase() {
         FreeConsole();  // one of its own, that no other program listens to
         QVERIFY2(AllocConsole() != 0, qPrintable(QString::number(GetLastError())));
+    }
+
+    void CtrlCAsksToQuit() {
         SetConsoleCtrlHandler(nullptr, FALSE);  // a parent may have switched Ctrl+C off
         const QuitSignals quitSignals;
         QSignalSpy asked(&quitSignals, &QuitSignals::quitRequested);
@@ -22,7 +48,34 @@ private Q_SLOTS:
         QVERIFY(asked.wait(10000));
         QCOMPARE(asked.count(), 1);
     }
+
+    void ConsoleIsUsedAndGivenBackAsItWas() {
+        constexpr UINT kWesternEurope = 850;
+        QVERIFY(SetConsoleOutputCP(kWesternEurope) != 0);
+        const QTemporaryDir folder;
+        const QString told = folder.filePath(QStringLiteral("told"));
+        QProcess child;
+        child.setCreateProcessArgumentsModifier([](QProcess::CreateProcessArguments* arguments) {
+            arguments->flags |= DETACHED_PROCESS;
+            arguments->startupInfo->dwFlags &= ~DWORD(STARTF_USESTDHANDLES);
+        });
+        child.start(QCoreApplication::applicationFilePath(), {QLatin1String(kAsChild), told});
+        QVERIFY(child.waitForFinished());
+        QCOMPARE(child.exitCode(), 0);
+        QFile file(told);
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        QCOMPARE(file.readAll(), QByteArray("65001 0"));
+        QCOMPARE(GetConsoleOutputCP(), kWesternEurope);
+    }
 };
 
-QTEST_GUILESS_MAIN(TestConsoleEvents)
+int main(int argc, char** argv) {
+    if (argc == 3 && std::strcmp(argv[1], kAsChild) == 0) {
+        return RunAsChild(argv[2]);
+    }
+    QCoreApplication application(argc, argv);
+    TestConsoleEvents test;
+    return QTest::qExec(&test, argc, argv);
+}
+
 #include "tst_console_events.moc"

@@ -61,7 +61,7 @@ private Q_SLOTS:
     }
 
     void WorkingFolderLiesInTheProfile() {
-        const QString profile = QFileInfo(KnownFolder(FOLDERID_Documents)).path();
+        const QString profile = KnownFolder(FOLDERID_Profile);
         QCOMPARE(WorkingFolder(), profile + QStringLiteral("/Kivo Tool"));
         QVERIFY(QFileInfo(WorkingFolder()).isDir());
     }
