@@ -269,6 +269,10 @@ Exit anyway?</translation>
         <translation>The screen is ready. Click this icon to open the settings window.</translation>
     </message>
     <message>
+        <source>屏幕尚未响应。点击此图标可打开设置窗口。</source>
+        <translation>No screen answers yet. Click this icon to open the settings window.</translation>
+    </message>
+    <message>
         <source>图片太多，无法再添加。</source>
         <translation>There are too many pictures to add another one.</translation>
     </message>

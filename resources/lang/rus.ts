@@ -269,6 +269,10 @@
         <translation>Экран готов. Нажмите этот значок, чтобы открыть окно настроек.</translation>
     </message>
     <message>
+        <source>屏幕尚未响应。点击此图标可打开设置窗口。</source>
+        <translation>Экран пока не отвечает. Нажмите этот значок, чтобы открыть окно настроек.</translation>
+    </message>
+    <message>
         <source>图片太多，无法再添加。</source>
         <translation>Изображений слишком много, добавить ещё одно нельзя.</translation>
     </message>

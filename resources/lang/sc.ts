@@ -269,6 +269,10 @@
         <translation>屏幕已就绪。点击此图标可打开设置窗口。</translation>
     </message>
     <message>
+        <source>屏幕尚未响应。点击此图标可打开设置窗口。</source>
+        <translation>屏幕尚未响应。点击此图标可打开设置窗口。</translation>
+    </message>
+    <message>
         <source>图片太多，无法再添加。</source>
         <translation>图片太多，无法再添加。</translation>
     </message>

@@ -60,6 +60,7 @@ void LiveSession::StartRefresh() {
     }
     RefreshDataThread::Parts parts{m_transfers, m_snapshot, liveItemRenderer, m_language};
     parts.prepare = [this] { m_screen.RestoreBackground(); };
+    parts.roundDone = [this](bool allTaken) { NoteRound(allTaken); };
     m_refresh = std::make_unique<RefreshDataThread>(std::move(parts));
     m_refresh->start(QThread::InheritPriority);
 }
@@ -84,8 +85,15 @@ void LiveSession::RedrawValues() {
 }
 
 void LiveSession::BringPanelUpToDate() {
+    m_wasAway = false;
     RedrawValues();
     SendPendingFrame();
+}
+
+void LiveSession::NoteRound(bool allTaken) {
+    if (m_wasAway.exchange(!allTaken) && allTaken) {
+        QMetaObject::invokeMethod(this, &LiveSession::BringPanelUpToDate, Qt::QueuedConnection);
+    }
 }
 
 NimbProcessThread* LiveSession::StartUpload(const std::function<void(NimbProcessThread&)>& beforeStart) {

@@ -6,6 +6,7 @@
 
 #include <QDeadlineTimer>
 #include <QObject>
+#include <atomic>
 #include <chrono>
 #include <functional>
 #include <memory>
@@ -66,7 +67,8 @@ public:
     // Takes every live value as never drawn: each is sent in full with the next round.
     void RedrawValues();
     // For a screen that came back, or a system that woke up: sends the pending frame, if there is one, and
-    // redraws the values. The clock goes with the next round.
+    // redraws the values. The clock goes with the next round. A screen that did not take what it was sent,
+    // and takes it again, gets the same by itself: it may answer later than the system says that it is there.
     void BringPanelUpToDate();
 
     // Starts the upload of the chosen state and gives its thread, which belongs to the session and must not
@@ -115,6 +117,7 @@ private:
     NimbProcessThread* BeginUpload(bool isSilent, const std::function<void(NimbProcessThread&)>& beforeStart);
     void EndUpload(int number);
     void ReapRetired();
+    void NoteRound(bool allTaken);  // refresh thread
     void SetPending(bool isPending);
 
     const InterfaceLanguage m_language;
@@ -127,8 +130,9 @@ private:
 
     ScreenState m_uploadState;  // of the newest upload; before the first one, what was loaded
     bool m_isFramePending = false;
-    bool m_sendAgain = false;           // a screen arrived while an upload ran
-    bool m_refreshAfterUpload = false;  // a refresh was asked for while an upload ran
+    std::atomic<bool> m_wasAway{false};  // the last round of the refresh thread was not taken as a whole
+    bool m_sendAgain = false;            // a screen arrived while an upload ran
+    bool m_refreshAfterUpload = false;   // a refresh was asked for while an upload ran
     bool m_stopped = false;
     int m_uploadCount = 0;
     std::vector<Upload> m_uploads;  // that have not reported, oldest first

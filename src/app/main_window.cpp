@@ -163,8 +163,8 @@ void MainWindow::FirstRunUpload() {
     }
     MarkInitialized();
     PutAway();
-    if (m_parts.hasTray() && !m_session->HasPendingFrame()) {
-        m_tray.TellWhereItIs();
+    if (m_parts.hasTray()) {
+        m_tray.TellWhereItIs(!m_session->HasPendingFrame());
     }
     configFolderCreated = 0;
 }
@@ -261,7 +261,11 @@ void MainWindow::ShowLiveTexts() {
 
 // In the middle of the screen at first. A low screen cuts the foot of the window off, never its head.
 void MainWindow::PlaceOnScreen() {
-    const QRect room = QGuiApplication::primaryScreen()->availableGeometry();
+    const QScreen* const screen = QGuiApplication::primaryScreen();
+    if (screen == nullptr) {
+        return;  // no monitor at all; BringToFront looks again
+    }
+    const QRect room = screen->availableGeometry();
     const QPoint corner =
         room.topLeft() + QPoint((room.width() - width()) / 2, (room.height() - height()) / 2);
     move(qMax(room.left(), corner.x()), qMax(room.top(), corner.y()));

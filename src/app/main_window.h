@@ -192,7 +192,7 @@ private:
     TwoWayChoice* m_pageChoice = nullptr;
     PictureList* m_pictures = nullptr;
     FocusRing* m_focusRing = nullptr;
-    Tray m_tray;
+    Tray m_tray{this};
     QTimer m_poll;
     std::unique_ptr<Hotplug> m_hotplug;
     SleepWatch m_sleepWatch;

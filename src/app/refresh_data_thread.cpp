@@ -47,6 +47,9 @@ void RefreshDataThread::run() {
             RefreshValue(index);
         }
         m_firstRound = false;
+        if (m_parts.roundDone && isStop == 0) {
+            m_parts.roundDone(!m_parts.transfers.TakeFailure());
+        }
         m_pause.Sleep(m_parts.pauses.afterRound);
     }
     qDebug("isStop.\n");

@@ -42,6 +42,8 @@ public:
         Pauses pauses = {};
         // Called on the thread before its first round; empty for nothing to do.
         std::function<void()> prepare = {};
+        // Called on the thread after each whole round, with whether the screen took everything.
+        std::function<void(bool allTaken)> roundDone = {};
     };
     explicit RefreshDataThread(Parts parts, QObject* parent = nullptr);
     // Stops the thread and waits for it.

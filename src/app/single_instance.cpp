@@ -15,6 +15,9 @@ Q_LOGGING_CATEGORY(instanceLog, "kivo.instance")
 constexpr int kMemoryBytes = 1;
 // The memory's key file is touched about once an hour.
 constexpr int kPollsPerTouch = 3600;
+// A start may wait for a copy that is slow; the running window must not.
+constexpr std::chrono::milliseconds kLongestStartWait{5000};
+constexpr std::chrono::milliseconds kLongestWait{50};
 
 // Deliberate: never destroyed. Qt takes a semaphore away from the system with the object that made it, also
 // from under a copy that holds it, which then goes on with a new one of the wrong count. What stays is one
@@ -25,21 +28,38 @@ QSystemSemaphore& Semaphore() {
     return *semaphore;
 }
 
-// Holds the semaphore, if it can be had, until the scope is left, whichever way. The system releases it for
-// a copy that is killed.
+// Holds the semaphore, if it can be had, until the scope is left, whichever way. Unix releases it for a copy
+// that is killed; Windows does not, so there is a guard around it that tells of such a copy.
 class SemaphoreHold {
 public:
-    SemaphoreHold() : m_held(Semaphore().acquire()) {}
+    explicit SemaphoreHold(std::chrono::milliseconds longest) : m_guard(TakeInstanceGuard(longest)) {
+        if (m_guard == InstanceGuard::Refused) {
+            return;
+        }
+        if (m_guard == InstanceGuard::Abandoned) {
+            // Perhaps it had not come to the semaphore; once too often does no harm inside the guard.
+            Semaphore().release();
+        }
+        m_held = Semaphore().acquire();
+    }
     ~SemaphoreHold() {
         if (m_held) {
             Semaphore().release();
         }
+        if (m_guard != InstanceGuard::Refused) {
+            ReleaseInstanceGuard();
+        }
     }
     Q_DISABLE_COPY(SemaphoreHold)
     bool IsHeld() const { return m_held; }
+    QString Trouble() const {
+        return m_guard == InstanceGuard::Refused ? QStringLiteral("another copy keeps them locked")
+                                                 : Semaphore().errorString();
+    }
 
 private:
-    const bool m_held;
+    const InstanceGuard m_guard;
+    bool m_held = false;
 };
 
 quint8& RequestByte(QSharedMemory& memory) {
@@ -68,16 +88,15 @@ SingleInstance::SingleInstance() = default;
 
 SingleInstance::~SingleInstance() {
     if (m_memory && m_memory->isAttached()) {
-        const SemaphoreHold hold;
+        const SemaphoreHold hold(kLongestWait);
         m_memory->detach();
     }
 }
 
 bool SingleInstance::Start() {
-    const SemaphoreHold hold;
+    const SemaphoreHold hold(kLongestStartWait);
     if (!hold.IsHeld()) {
-        qCWarning(instanceLog).noquote()
-            << "Other copies of the program cannot be found:" << Semaphore().errorString();
+        qCWarning(instanceLog).noquote() << "Other copies of the program cannot be found:" << hold.Trouble();
         return true;
     }
     m_memory = MakeMemory();
@@ -107,7 +126,7 @@ bool SingleInstance::AttachToRunningCopy() {
 }
 
 bool SingleInstance::TakeWakeUpRequest() {
-    const SemaphoreHold hold;
+    const SemaphoreHold hold(kLongestWait);
     if (!hold.IsHeld()) {
         return false;
     }

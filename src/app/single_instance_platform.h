@@ -3,11 +3,23 @@
 // What the systems do their own way about a second copy of the program; for single_instance.cpp.
 
 #include <QString>
+#include <chrono>
 
 namespace kivo {
 
 // What the shared names end in so that two users never meet; empty where the system sees to it.
 QString InstanceNameSuffix();
+
+enum class InstanceGuard {
+    Refused,  // another copy kept it for the whole time, or it cannot be had
+    Held,
+    Abandoned,  // held; whoever held it before was killed, perhaps with the semaphore in hand
+};
+
+// Stands around the semaphore where the system does not give that back for a copy that is killed: it is taken
+// first and released last, on one thread. Where the system does, it is always held.
+InstanceGuard TakeInstanceGuard(std::chrono::milliseconds longest);
+void ReleaseInstanceGuard();
 
 // Called by the second copy, which the user has just started, before it wakes the first: without the leave
 // of the process in front a window may not come to the front by itself.

@@ -32,12 +32,13 @@ void Tray::Show() {
     }
 }
 
-void Tray::TellWhereItIs() {
+void Tray::TellWhereItIs(bool isScreenReady) {
+    m_told = isScreenReady
+                 ? QCoreApplication::translate("MainWindow", "屏幕已就绪。点击此图标可打开设置窗口。")
+                 : QCoreApplication::translate("MainWindow", "屏幕尚未响应。点击此图标可打开设置窗口。");
     if (m_icon.isVisible()) {
-        m_icon.showMessage(
-            QCoreApplication::translate("MainWindow", "Kivo Screen"),
-            QCoreApplication::translate("MainWindow", "屏幕已就绪。点击此图标可打开设置窗口。"),
-            QIcon(QStringLiteral("://skins/logo.ico")));
+        m_icon.showMessage(QCoreApplication::translate("MainWindow", "Kivo Screen"), m_told,
+                           QIcon(QStringLiteral("://skins/logo.ico")));
     }
 }
 

@@ -4,6 +4,7 @@
 
 #include <QMenu>
 #include <QObject>
+#include <QString>
 #include <QSystemTrayIcon>
 #include <functional>
 
@@ -31,8 +32,11 @@ public:
     // The icon's tool tip and the menu's texts in the language of the translator that is installed.
     void SetTexts();
 
-    // Says, once and for a few seconds, that the program goes on here though its window has gone.
-    void TellWhereItIs();
+    // Says, once and for a few seconds, that the program goes on here though its window has gone, and whether
+    // the screen shows something.
+    void TellWhereItIs(bool isScreenReady);
+    // What it said, also where there is no notification area to say it in; empty before.
+    const QString& Told() const { return m_told; }
 
     QMenu& Menu() { return m_menu; }
 
@@ -52,6 +56,7 @@ private:
     QAction* const m_atLogin;
     QAction* const m_exit;
     QSystemTrayIcon m_icon;
+    QString m_told;
 };
 
 }  // namespace kivo

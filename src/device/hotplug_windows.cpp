@@ -19,6 +19,9 @@ public:
         if (m_notification != nullptr) {
             UnregisterDeviceNotification(m_notification);
         }
+        if (m_resume != nullptr) {
+            UnregisterSuspendResumeNotification(m_resume);
+        }
     }
 
     bool Register(const std::function<quintptr()>& nativeWindow, Listener /*listener*/) override {
@@ -27,8 +30,11 @@ public:
         filter.dbcc_size = sizeof filter;
         filter.dbcc_devicetype = DBT_DEVTYP_DEVICEINTERFACE;
         filter.dbcc_classguid = kHidInterfaces;
-        m_notification = RegisterDeviceNotificationW(reinterpret_cast<HANDLE>(nativeWindow()), &filter,
-                                                     DEVICE_NOTIFY_WINDOW_HANDLE);
+        const auto window = reinterpret_cast<HANDLE>(nativeWindow());
+        m_notification = RegisterDeviceNotificationW(window, &filter, DEVICE_NOTIFY_WINDOW_HANDLE);
+        // A machine that is never quite off (modern standby) tells only those who asked; any other tells
+        // everybody, and a second message does no harm.
+        m_resume = RegisterSuspendResumeNotification(window, DEVICE_NOTIFY_WINDOW_HANDLE);
         return m_notification != nullptr;
     }
 
@@ -36,6 +42,7 @@ public:
 
 private:
     HDEVNOTIFY m_notification = nullptr;
+    HPOWERNOTIFY m_resume = nullptr;
 };
 
 // Messages of other kinds may carry anything in lParam; it is looked at for these two only.

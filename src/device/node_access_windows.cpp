@@ -2,7 +2,8 @@
 
 namespace kivo {
 
-// Windows lets everybody at HID devices; one that cannot be opened is gone, or another program's alone.
+// Windows lets everybody at HID devices; one that cannot be opened is gone. One that another program has to
+// itself is opened all the same, without the right to write: see Transfers, which tells of it.
 bool IsNodeDenied(const QByteArray& /*path*/) {
     return false;
 }

@@ -1,6 +1,7 @@
 #include "device/screen_change.h"
 
 #include <QLoggingCategory>
+#include <vector>
 
 #include "device/interface_name.h"
 #include "device/screen_session.h"
@@ -37,9 +38,55 @@ public:
         if (m_pathFrom == ArrivalPath::Enumeration) {
             m_session.EnumerateScreens();
         }
-        if (m_suspended || !IsDataFound(index)) {
+        if (!m_suspended && IsDataFound(index)) {
+            Open();
+        }
+    }
+
+    // before: the entry as it was when the change came.
+    void Leave(quint32 index, const ScreenDeviceEntry& before) {
+        if (m_interface.matched && m_pathFrom == ArrivalPath::Enumeration) {
+            LeaveListed(index, before);
             return;
         }
+        // Deliberate: the data interface that is gone already does nothing; another one does nothing while
+        // the data interface is there, and closes once more after it.
+        if (m_interface.matched != (before.dataFound == 1)) {
+            return;
+        }
+        if (m_interface.matched) {
+            m_session.ChangeTable(
+                [index](ScreenDeviceTable& table) { table.entries.at(index).dataFound = 0; });
+        }
+        if (m_pathFrom == ArrivalPath::Enumeration) {
+            m_session.ForgetMissingPaths();
+        }
+        Close();
+    }
+
+private:
+    bool IsDataFound(quint32 index) const { return m_session.Entry(index).dataFound == 1; }
+
+    // The name does not tell which of two screens it was; the list does.
+    void LeaveListed(quint32 index, const ScreenDeviceEntry& before) {
+        m_session.ForgetMissingPaths();
+        const ScreenDeviceEntry left = m_session.Entry(index);
+        if (left.dataFound == 1 && left.dataPath == before.dataPath) {
+            return;  // not the one that is used
+        }
+        // Another one that is still there takes its place.
+        m_session.EnumerateScreens();
+        const bool isThereAnother = IsDataFound(index);
+        if (before.dataFound == 0 && !isThereAnother) {
+            return;
+        }
+        Close();
+        if (isThereAnother && !m_suspended) {
+            Open();
+        }
+    }
+
+    void Open() {
         // Deliberate: the name as it stands, not the window's title.
         m_session.OpenScreenByName(kScreenName);
         if (m_interface.matched) {
@@ -48,27 +95,12 @@ public:
         }
     }
 
-    void Leave(quint32 index) {
-        // Deliberate: the data interface that is gone already does nothing; another one does nothing while
-        // the data interface is there, and closes once more after it.
-        if (m_interface.matched != IsDataFound(index)) {
-            return;
-        }
-        if (m_interface.matched) {
-            m_session.ChangeTable(
-                [index](ScreenDeviceTable& table) { table.entries.at(index).dataFound = 0; });
-        }
-        if (m_pathFrom == ArrivalPath::Enumeration) {
-            m_session.ForgetMissingDataPaths();
-        }
+    void Close() {
         if (!m_suspended) {
             m_session.CloseScreen();
             m_outcome.closed = true;
         }
     }
-
-private:
-    bool IsDataFound(quint32 index) const { return m_session.Entry(index).dataFound == 1; }
 
     ScreenSession& m_session;
     const QString& m_name;
@@ -87,16 +119,20 @@ ScreenChangeOutcome ApplyScreenChange(ScreenSession& session, const DeviceChange
     if (changed.matched) {
         qCDebug(changeLog, "vid = %d, pid = %d\n", changed.vendorId, changed.productId);
     }
+    std::vector<ScreenDeviceEntry> entries;
     const quint32 count = session.EntryCount();
     for (quint32 index = 0; index < count; ++index) {
-        const ScreenDeviceEntry entry = session.Entry(index);
+        entries.push_back(session.Entry(index));
+    }
+    for (quint32 index = 0; index < entries.size(); ++index) {
+        const ScreenDeviceEntry& entry = entries[index];
         if (entry.vendorId != changed.vendorId || entry.productId != changed.productId) {
             continue;
         }
         if (change.arrived) {
             applied.Arrive(index);
         } else {
-            applied.Leave(index);
+            applied.Leave(index, entry);
         }
     }
     return applied.Outcome();

@@ -30,6 +30,24 @@ bool IsScreen(const HidDeviceInfo& device) {
     return device.vendorId == kScreenVendorId && device.productId == kScreenProductId;
 }
 
+void ForgetIfMissing(ScreenDeviceEntry& entry, const std::vector<HidDeviceInfo>& devices) {
+    const auto isListed = [&entry, &devices](
+                              bool (*isCollection)(const ScreenDeviceEntry&, const HidDeviceInfo&),
+                              const QByteArray& path) {
+        return std::any_of(devices.begin(), devices.end(), [&](const HidDeviceInfo& device) {
+            return device.path == path && isCollection(entry, device);
+        });
+    };
+    if (!isListed(&IsControlCollection, TextOf(entry.controlPath))) {
+        entry.controlPath.fill('\0');
+        entry.controlFound = 0;
+    }
+    if (!isListed(&IsDataCollection, TextOf(entry.dataPath))) {
+        entry.dataPath.fill('\0');
+        entry.dataFound = 0;
+    }
+}
+
 }  // namespace
 
 ScreenSession::ScreenSession(HidApi& api)
@@ -44,6 +62,7 @@ void ScreenSession::InitDeviceTable() {
                            QSettings::IniFormat);
 
     const std::lock_guard lock(m_deviceMutex);
+    const std::lock_guard table(m_tableMutex);
     ResetScreenTable(*m_screenDeviceTable);
 }
 
@@ -51,7 +70,9 @@ int ScreenSession::EnumerateScreens() {
     const std::lock_guard lock(m_deviceMutex);
     if (m_api.Init() != 0)
         return -1;
-    for (const HidDeviceInfo& device : m_api.Enumerate(0, 0)) {
+    const std::vector<HidDeviceInfo> devices = m_api.Enumerate(0, 0);
+    const std::lock_guard table(m_tableMutex);
+    for (const HidDeviceInfo& device : devices) {
         if (IsScreen(device))
             LogDevice(device);
         NoteDevice(*m_screenDeviceTable, device);
@@ -116,20 +137,15 @@ void ScreenSession::WarnIfDenied() {
     }
 }
 
-void ScreenSession::ForgetMissingDataPaths() {
+void ScreenSession::ForgetMissingPaths() {
     const std::lock_guard lock(m_deviceMutex);
-    if (m_api.Init() != 0)
-        return;
-    const std::vector<HidDeviceInfo> devices = m_api.Enumerate(0, 0);
+    // Of what cannot be listed nothing is known.
+    const std::vector<HidDeviceInfo> devices =
+        m_api.Init() == 0 ? m_api.Enumerate(0, 0) : std::vector<HidDeviceInfo>();
+    const std::lock_guard table(m_tableMutex);
     const quint32 count = EntryCount();
     for (quint32 i = 0; i < count; ++i) {
-        ScreenDeviceEntry& entry = m_screenDeviceTable->entries.at(i);
-        const bool isListed =
-            std::any_of(devices.begin(), devices.end(), [&entry](const HidDeviceInfo& device) {
-                return device.path == TextOf(entry.dataPath) && IsDataCollection(entry, device);
-            });
-        if (!isListed)
-            SetText(entry.dataPath, QByteArray());
+        ForgetIfMissing(m_screenDeviceTable->entries.at(i), devices);
     }
 }
 
@@ -160,17 +176,18 @@ SharedScreenHandle ScreenSession::dataHandle() const {
 }
 
 quint32 ScreenSession::EntryCount() const {
-    const std::lock_guard lock(m_deviceMutex);
+    const std::lock_guard table(m_tableMutex);
     return std::min<quint32>(m_screenDeviceTable->count, kScreenTableCapacity);
 }
 
 ScreenDeviceEntry ScreenSession::Entry(quint32 index) const {
-    const std::lock_guard lock(m_deviceMutex);
+    const std::lock_guard table(m_tableMutex);
     return index < EntryCount() ? m_screenDeviceTable->entries.at(index) : ScreenDeviceEntry();
 }
 
 void ScreenSession::ChangeTable(const std::function<void(ScreenDeviceTable&)>& change) {
     const std::lock_guard lock(m_deviceMutex);
+    const std::lock_guard table(m_tableMutex);
     change(*m_screenDeviceTable);
 }
 

@@ -3,7 +3,8 @@
 // Finds the screen among the HID devices and keeps what the whole process knows of it: the device table, the
 // control handle and the data handle. One object a process, handed on by reference. Every
 // function may be called on any thread; one mutex covers initialising, enumerating, opening and closing,
-// never a write, so that a screen that hangs does not stop the window.
+// never a write, so that a screen that hangs does not stop the window. Reading the table needs a mutex of its
+// own only: what other devices come and go is not held up by an opening that hangs.
 
 #include <functional>
 #include <memory>
@@ -46,9 +47,9 @@ public:
     // wonders why it stays dark. To be called after an opening that somebody waits for.
     void WarnIfDenied();
 
-    // Empties the data path of every entry whose data collection is not listed under it any more. Where paths
-    // are numbers that the system gives out again, it may soon be another device's.
-    void ForgetMissingDataPaths();
+    // Empties the paths of every entry whose collection is not listed under it any more, which is not found
+    // then. Where paths are numbers that the system gives out again, one may soon be another device's.
+    void ForgetMissingPaths();
 
     // Release number (binary coded decimal) of the device a handle was opened on, from a fresh list of the
     // devices; none for a null handle or a device that is gone.
@@ -65,7 +66,7 @@ public:
     quint32 EntryCount() const;
     // A copy of one record; a default one for an index out of range.
     ScreenDeviceEntry Entry(quint32 index) const;
-    // Changes the table under the session's mutex. The function may call the session again.
+    // Changes the table under the session's mutexes. The function may call the session again.
     void ChangeTable(const std::function<void(ScreenDeviceTable&)>& change);
 
     // The start of a transfer: closes the session's data handle and opens the data path of the first entry as
@@ -79,7 +80,9 @@ private:
     HidApi& m_api;
     // Recursive: the last owner of a handle may let go of it while a session call holds the mutex.
     mutable std::recursive_mutex m_deviceMutex;
-    std::unique_ptr<ScreenDeviceTable> m_screenDeviceTable;
+    // Taken after the other one, never held over a call of the interface. Recursive for ChangeTable.
+    mutable std::recursive_mutex m_tableMutex;
+    std::unique_ptr<ScreenDeviceTable> m_screenDeviceTable;  // written under both, read under either
     SharedScreenHandle m_controlHandle;
     SharedScreenHandle m_dataHandle;
 };

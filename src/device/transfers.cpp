@@ -21,6 +21,9 @@ constexpr char kUnableFeature[] = "Unable to send a feature report.\n";
 // Between the parts of an image, so that the panel keeps up.
 constexpr std::chrono::milliseconds kPartPause{100};
 
+// One may be a screen that is just being pulled out.
+constexpr int kRefusedBeforeWarning = 3;
+
 void LogIfFailed(int written, const char* text) {
     if (written < 0)
         qCDebug(transferLog, "%s", text);
@@ -52,7 +55,24 @@ Transfers::Transfers(ScreenSession& session, Clock clock, Pause pause)
 }
 
 SharedScreenHandle Transfers::Open() {
-    return m_stopped ? SharedScreenHandle() : m_session.OpenForTransfer();
+    if (m_stopped)
+        return {};
+    SharedScreenHandle handle = m_session.OpenForTransfer();
+    if (!handle)
+        m_hasFailed = true;
+    return handle;
+}
+
+bool Transfers::NoteFirstWrite(int written) {
+    if (written >= 0) {
+        m_refusedInARow = 0;
+        return true;
+    }
+    if (++m_refusedInARow == kRefusedBeforeWarning) {
+        qCWarning(transferLog,
+                  "The screen can be opened but takes no report; another program may have it to itself.");
+    }
+    return false;
 }
 
 bool Transfers::SendAreaImageWithPos(const quint8* pixels, int x, int y, int width, int height) {
@@ -71,7 +91,10 @@ bool Transfers::SendAreaImageWithPos(const quint8* pixels, int x, int y, int wid
 
     const int written = handle->Write(report.data(), kAreaWriteBytes);
     LogIfFailed(written, kUnableAreaWithPos);
-    return written >= 0;
+    const bool taken = NoteFirstWrite(written);
+    if (!taken)
+        m_hasFailed = true;
+    return taken;
 }
 
 bool Transfers::SendWholeImage(const quint8* frame, quint8 reportId) {
@@ -89,7 +112,10 @@ bool Transfers::SendWholeImage(const quint8* frame, quint8 reportId) {
 bool Transfers::WriteChunks(ScreenHandle& handle, const quint8* frame, quint8 reportId) {
     for (int number = 1; number <= kChunkCount; ++number) {
         const ChunkReport report = BuildChunkReport(frame, number, reportId);
-        if (m_stopped || handle.Write(report.data(), report.size()) < 0)
+        if (m_stopped)
+            return false;
+        const int written = handle.Write(report.data(), report.size());
+        if (number == 1 ? !NoteFirstWrite(written) : written < 0)
             return false;
     }
     return true;
@@ -100,7 +126,10 @@ bool Transfers::SendRawReport(const quint8* message, int length) {
     if (!handle)
         return false;
     const CommandReport report = BuildCommandReport(message, length);
-    return handle->Write(report.data(), report.size()) >= 0;
+    const bool taken = NoteFirstWrite(handle->Write(report.data(), report.size()));
+    if (!taken)
+        m_hasFailed = true;
+    return taken;
 }
 
 bool Transfers::SendOrientation(int flag) {

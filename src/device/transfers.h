@@ -2,7 +2,8 @@
 
 // Every transfer to the screen. Each opens the data path, writes and closes; the screen never answers. Any
 // function may be called on any thread. With no screen they return quietly. A failed write gives one line in
-// the debug log, but for whole frames and short commands, which say so by their result.
+// the debug log, but for whole frames and short commands, which say so by their result. A screen that can be
+// opened again and again but takes nothing gives one warning, until it takes something.
 
 #include <QImage>
 #include <QTime>
@@ -59,17 +60,25 @@ public:
     // and a screen that hangs must not hold it up for longer than the write it is in.
     void StopTransfers() { m_stopped = true; }
 
+    // Whether the screen could not be opened, or did not take an area or a command, since the last call. What
+    // was dropped for a whole frame, or for StopTransfers, is no failure; nor is a chunk that was not taken.
+    bool TakeFailure() { return m_hasFailed.exchange(false); }
+
     // 1 for the whole duration of SendWholeImage.
     quint8 wholeFrameBusy() const { return m_wholeFrameBusy.load(); }
 
 private:
     SharedScreenHandle Open();
+    // Of the first report on a handle of the transfer's own.
+    bool NoteFirstWrite(int written);
     bool WriteChunks(ScreenHandle& handle, const quint8* frame, quint8 reportId);
 
     ScreenSession& m_session;
     Clock m_clock;
     Pause m_pause;
     std::atomic<bool> m_stopped{false};
+    std::atomic<bool> m_hasFailed{false};
+    std::atomic<int> m_refusedInARow{0};  // transfers whose first report was not taken
     std::atomic<quint8> m_wholeFrameBusy{0};
     std::mutex m_uploadMutex;           // one whole frame at a time
     std::shared_mutex m_areaGateMutex;  // shared by area writes, held alone by a whole frame

@@ -107,6 +107,12 @@ bool Run(const QString& text, QWidget* window, bool onlyOk) {
     return isThere && accepted;
 }
 
+// Of the desktop. Without any monitor nobody sees where the box stands.
+QRect FreeRoom() {
+    const QScreen* const screen = QGuiApplication::primaryScreen();
+    return screen != nullptr ? screen->availableGeometry() : QRect(QPoint(0, 0), 2 * kPanel);
+}
+
 }  // namespace
 
 ExitMessageBox::ExitMessageBox(const QString& text, QWidget* window)
@@ -174,7 +180,7 @@ void ExitMessageBox::Place() {
             setGeometry(m_window->geometry());
     } else {
         QRect place(QPoint(0, 0), m_panelSize);
-        place.moveCenter(QGuiApplication::primaryScreen()->availableGeometry().center());
+        place.moveCenter(FreeRoom().center());
         setGeometry(place);
         // A shadow would be a black frame where the desktop does not blend windows.
         QPainterPath panel;
@@ -189,8 +195,8 @@ void ExitMessageBox::LayOutPanel() {
     QString text = m_text;
     text.replace(QLatin1Char('\n'), QChar::LineSeparator);
     const QFont textFont = SizedFont(font(), kTextPixels, QFont::Normal);
-    const QSize room = (m_overWindow ? m_window->size() : QGuiApplication::primaryScreen()->availableSize()) -
-                       QSize(2 * kShadow, 2 * kShadow);
+    const QSize room =
+        (m_overWindow ? m_window->size() : FreeRoom().size()) - QSize(2 * kShadow, 2 * kShadow);
     const int around = kIcon.top() + kMargin + kButton.height() + kButtonFoot;
     const int widest = qMax(kPanel.width(), qMin(kWidestPanel, room.width()));
     int width = kPanel.width();

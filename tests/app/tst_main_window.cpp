@@ -191,6 +191,8 @@ void TestMainWindow::FirstRunShowsUploadsMarksAndHides() {
     QVERIFY(seen);
     const QRect window = desk.window->geometry();
     QCOMPARE(dialogPlace, QRect(window.x() + 480 - 64, window.y() + 294 - 64, 128, 128));
+    QTRY_COMPARE(desk.window->findChild<Tray*>()->Told(),
+                 QStringLiteral("The screen is ready. Click this icon to open the settings window."));
     QVERIFY(!IsFirstRun());
     QCOMPARE(int(configFolderCreated), 0);
     // Live values go on.
@@ -206,6 +208,8 @@ void TestMainWindow::FirstRunWithoutAScreenEndsTheSame() {
     QTRY_VERIFY_WITH_TIMEOUT(shown.count > 0 && !desk.window->isVisible(), 20000);
     QVERIFY(!IsFirstRun());
     QVERIFY(desk.window->Session().HasPendingFrame());
+    QTRY_COMPARE(desk.window->findChild<Tray*>()->Told(),
+                 QStringLiteral("No screen answers yet. Click this icon to open the settings window."));
 }
 
 void TestMainWindow::DefaultFilesSeededLaterUploadToo() {

@@ -1,7 +1,6 @@
 #include <sys/ipc.h>
 #include <sys/shm.h>
 #include <unistd.h>
-#include <QProcess>
 #include <QSharedMemory>
 #include <QSystemSemaphore>
 #include <QtTest>
@@ -10,8 +9,10 @@
 
 #include "../config/private_home.h"
 #include "app/single_instance.h"
+#include "instance_copies.h"
 
 using namespace kivo;
+using kivo::test::Copy;
 using kivo::test::kReachableFolder;
 
 // Copies of the program as processes of their own, started, killed and set against each other.
@@ -44,51 +45,7 @@ private:
 
 namespace {
 
-constexpr int kPatienceMs = 20000;
 constexpr quint32 kStartUs = 5000;  // what a start takes and more
-
-class Copy {
-public:
-    Copy() {
-        m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-        m_process.start(QStringLiteral(KIVO_INSTANCE_COPY), QStringList());
-    }
-    ~Copy() {
-        m_process.kill();
-        m_process.waitForFinished(kPatienceMs);
-    }
-    Q_DISABLE_COPY(Copy)
-
-    void Tell(const char* what) { m_process.write(QByteArray(what) + '\n'); }
-    QByteArray Answer() {
-        while (!m_process.canReadLine()) {
-            if (!m_process.waitForReadyRead(kPatienceMs)) {
-                return "no answer";
-            }
-        }
-        return m_process.readLine().trimmed();
-    }
-    QByteArray Ask(const char* what) {
-        Tell(what);
-        return Answer();
-    }
-    // By itself, as a process that was not killed; its exit code, or -1.
-    int End() {
-        m_process.closeWriteChannel();
-        if (!m_process.waitForFinished(kPatienceMs) || m_process.exitStatus() != QProcess::NormalExit) {
-            return -1;
-        }
-        return m_process.exitCode();
-    }
-    bool Kill() {
-        m_process.kill();
-        return m_process.waitForFinished(kPatienceMs);
-    }
-    bool WaitStarted() { return m_process.waitForStarted(kPatienceMs); }
-
-private:
-    QProcess m_process;
-};
 
 // Both as a copy of this user makes them, and as one without rights does.
 void RemoveFromSystem(const QString& semaphore, const QString& memory) {

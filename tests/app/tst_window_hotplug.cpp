@@ -284,6 +284,7 @@ void TestWindowHotplug::RemovalTwice() {
     Desk desk;
     ScreenSession& screen = desk.window->Session().Screen();
     desk.window->screenAttached = 1;
+    desk.panel.Unplug();
     QVERIFY(desk.window->HandleScreenChange(kData, false));
     QCOMPARE(int(desk.window->screenAttached), 0);
     QCOMPARE(screen.Entry(0).dataFound, 0U);

@@ -40,6 +40,12 @@ struct Machine {
     const ArrivalPath pathFrom;
 };
 
+HidDeviceInfo Keyboard(const QByteArray& path) {
+    HidDeviceInfo keyboard = Collection(path, 0x0001, 6, 0);
+    keyboard.vendorId = 0x046D;
+    return keyboard;
+}
+
 struct NamedMachine : Machine {
     NamedMachine() : Machine(ArrivalPath::Name) {}
 };
@@ -72,6 +78,10 @@ private Q_SLOTS:
     void ListedArrivalWithALibraryThatFails();
     void ListedRemovalForgetsAPathThatIsAnotherDevices();
     void ListedRemovalOfASecondScreenKeepsTheFirst();
+    void ListedRemovalOfTwoScreensForgetsBoth();
+    void ListedRemovalOfTheUsedScreenGoesOnWithTheOther_data();
+    void ListedRemovalOfTheUsedScreenGoesOnWithTheOther();
+    void ListedRemovalWithALibraryThatFails();
     void IdsAreLogged();
     void DeniedScreenIsToldOnceAnArrival();
     void ScreenThatCannotBeOpenedOtherwiseIsNotTold();
@@ -262,9 +272,7 @@ void TestScreenChange::ListedArrivalWithALibraryThatFails() {
 void TestScreenChange::ListedRemovalForgetsAPathThatIsAnotherDevices() {
     ListedMachine machine;
     machine.StartWithScreen();
-    HidDeviceInfo keyboard = Collection("d", 0x0001, 6, 0);
-    keyboard.vendorId = 0x046D;
-    machine.api.devices = {keyboard};
+    machine.api.devices = {Keyboard("d")};
     QVERIFY(machine.Leaves(kData).closed);
     QCOMPARE(machine.DataPath(), QByteArray());
     QVERIFY(machine.session.OpenForTransfer() == nullptr);
@@ -273,10 +281,77 @@ void TestScreenChange::ListedRemovalForgetsAPathThatIsAnotherDevices() {
 void TestScreenChange::ListedRemovalOfASecondScreenKeepsTheFirst() {
     ListedMachine machine;
     machine.StartWithScreen();
+    const SharedScreenHandle open = machine.session.dataHandle();
     // The one that goes was not in use.
-    QVERIFY(machine.Leaves(kData).closed);
+    const ScreenChangeOutcome outcome = machine.Leaves(kData);
+    QVERIFY(!outcome.closed);
+    QVERIFY(!outcome.dataArrived);
     QCOMPARE(machine.DataPath(), QByteArray("d"));
+    QCOMPARE(machine.DataFound(), 1U);
+    QVERIFY(machine.session.dataHandle() == open);
     QVERIFY(machine.session.OpenForTransfer() != nullptr);
+}
+
+// Pulled one after the other; what gets the second one's number afterwards must never be written to.
+void TestScreenChange::ListedRemovalOfTwoScreensForgetsBoth() {
+    ListedMachine machine;
+    machine.api.devices = {ControlCollection("c1"), DataCollection("d1"), ControlCollection("c2"),
+                           DataCollection("d2")};
+    QVERIFY(machine.Arrives(kData).dataArrived);
+    QCOMPARE(machine.DataPath(), QByteArray("d2"));
+    machine.api.devices = {ControlCollection("c2"), DataCollection("d2")};
+    QVERIFY(!machine.Leaves(kData).closed);
+    machine.Leaves(kControl);
+    QCOMPARE(machine.DataPath(), QByteArray("d2"));
+
+    machine.api.devices = {Keyboard("d2"), Keyboard("c2")};
+    const ScreenChangeOutcome outcome = machine.Leaves(kData);
+    machine.Leaves(kControl);
+    QVERIFY(outcome.closed);
+    QVERIFY(!outcome.dataArrived);
+    QCOMPARE(machine.DataFound(), 0U);
+    QCOMPARE(machine.DataPath(), QByteArray());
+    QCOMPARE(TextOf(machine.session.Entry(0).controlPath), QByteArray());
+    QVERIFY(machine.session.OpenForTransfer() == nullptr);
+    machine.session.OpenScreenByName(kScreenName);
+    QCOMPARE(machine.api.OpenCount(), 0);
+    QCOMPARE(machine.api.misuses, 0);
+}
+
+void TestScreenChange::ListedRemovalOfTheUsedScreenGoesOnWithTheOther() {
+    QFETCH(bool, suspended);
+    ListedMachine machine;
+    machine.api.devices = {ControlCollection("c1"), DataCollection("d1"), ControlCollection("c2"),
+                           DataCollection("d2")};
+    machine.Arrives(kData);
+    machine.api.devices = {ControlCollection("c1"), DataCollection("d1"), Keyboard("d2")};
+    const ScreenChangeOutcome outcome = machine.Leaves(kData, suspended ? Suspended::Yes : Suspended::No);
+    QCOMPARE(outcome.closed, !suspended);
+    QCOMPARE(outcome.dataArrived, !suspended);
+    QCOMPARE(machine.DataPath(), QByteArray("d1"));
+    QCOMPARE(machine.DataFound(), 1U);
+    const std::vector<QByteArray> open =
+        suspended ? std::vector<QByteArray>{"c2", "d2"} : std::vector<QByteArray>{"c1", "d1"};
+    QCOMPARE(machine.api.OpenPaths(), open);
+    machine.Leaves(kControl);
+    QCOMPARE(machine.api.OpenPaths(), open);
+    QCOMPARE(machine.session.OpenForTransfer()->Path(), QByteArray("d1"));
+    QCOMPARE(machine.api.misuses, 0);
+}
+
+void TestScreenChange::ListedRemovalOfTheUsedScreenGoesOnWithTheOther_data() {
+    QTest::addColumn<bool>("suspended");
+    QTest::newRow("opened") << false;
+    QTest::newRow("suspended") << true;
+}
+
+void TestScreenChange::ListedRemovalWithALibraryThatFails() {
+    ListedMachine machine;
+    machine.StartWithScreen();
+    machine.api.initResult = -1;
+    QVERIFY(machine.Leaves(kData).closed);
+    QCOMPARE(machine.DataFound(), 0U);
+    QCOMPARE(machine.DataPath(), QByteArray());
 }
 
 void TestScreenChange::IdsAreLogged() {

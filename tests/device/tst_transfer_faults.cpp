@@ -1,6 +1,7 @@
 #include <QtTest>
 #include <memory>
 
+#include "../config/log_catcher.h"
 #include "device/transfers.h"
 #include "virtualscreen/virtual_hid_api.h"
 
@@ -101,6 +102,64 @@ private slots:
         QVERIFY(!m_transfers->SendTimeSync());
         QCOMPARE(m_session->EnumerateScreens(), 0);
         QVERIFY(m_transfers->SendTimeSync());
+    }
+
+    void aFailureIsToldOnce() {
+        QVERIFY(!m_transfers->TakeFailure());
+        m_screen->FailOpens();
+        m_transfers->SendTimeSync();
+        QVERIFY(m_transfers->TakeFailure());
+        QVERIFY(!m_transfers->TakeFailure());
+        m_transfers->SendAreaImageWithPos(m_new.data(), 0, 0, 10, 10);
+        QVERIFY(m_transfers->TakeFailure());
+        m_transfers->SendWholeImage(m_new.data(), 0);
+        QVERIFY(m_transfers->TakeFailure());
+        m_screen->ClearFaults();
+        m_screen->FailWritesFrom(1);
+        m_transfers->SendOrientation(0);
+        QVERIFY(m_transfers->TakeFailure());
+        QTest::ignoreMessage(QtDebugMsg, "Unable to SendAreaImageWithPos.\n");
+        m_transfers->SendAreaImageWithPos(m_new.data(), 0, 0, 10, 10);
+        QVERIFY(m_transfers->TakeFailure());
+        m_screen->ClearFaults();
+        m_screen->FailWritesFrom(14);
+        m_transfers->SendWholeImage(m_new.data(), 0);
+        QVERIFY(!m_transfers->TakeFailure());  // a frame that is cut off stays pending by itself
+        m_transfers->StopTransfers();
+        m_transfers->SendTimeSync();
+        QVERIFY(!m_transfers->TakeFailure());
+    }
+
+    void openedButTakingNothingIsToldOnceUntilItTakesSomething() {
+        QLoggingCategory::setFilterRules(QStringLiteral("*.debug=false"));
+        const auto restore = qScopeGuard([] { QLoggingCategory::setFilterRules(QString()); });
+        const test::LogCatcher log;
+        for (int round = 1; round <= 2; ++round) {
+            m_screen->FailWritesFrom(1);
+            m_transfers->SendTimeSync();
+            m_transfers->SendAreaImageWithPos(m_new.data(), 0, 0, 10, 10);
+            QCOMPARE(log.lines().size(), round - 1);
+            m_transfers->SendWholeImage(m_new.data(), 0);
+            QCOMPARE(log.lines().size(), round);
+            QVERIFY(log.lines().constLast().contains(QLatin1String("another program")));
+            for (int further = 0; further < 5; ++further) {
+                m_transfers->SendTimeSync();
+            }
+            QCOMPARE(log.lines().size(), round);
+            m_screen->ClearFaults();
+            QVERIFY(m_transfers->SendTimeSync());
+        }
+    }
+
+    void aScreenThatIsPulledOutIsNotToldSo() {
+        QLoggingCategory::setFilterRules(QStringLiteral("*.debug=false"));
+        const auto restore = qScopeGuard([] { QLoggingCategory::setFilterRules(QString()); });
+        const test::LogCatcher log;
+        m_screen->VanishAtReport(1);
+        for (int k = 0; k < 5; ++k) {
+            m_transfers->SendTimeSync();
+        }
+        QVERIFY(log.lines().isEmpty());
     }
 
     void areaVanishesWhileWritten() {

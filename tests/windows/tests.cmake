@@ -18,6 +18,12 @@ kivo_add_test(windows registry_marker LINK kivo_config kivo_test_support)
 kivo_add_test(windows windows_folders LINK kivo_config kivo_test_support)
 target_link_libraries(tst_windows_folders PRIVATE ole32 shell32 uuid)
 kivo_add_test(windows console_events LINK kivo_app)
+kivo_add_test(windows native_event LINK kivo_app kivo_virtualscreen kivo_test_support)
+add_dependencies(tst_native_event kivo-screen)
+target_compile_definitions(tst_native_event PRIVATE KIVO_BIN_DIR="${CMAKE_RUNTIME_OUTPUT_DIRECTORY}")
+kivo_add_test(windows instance_guard TIMEOUT 300)
+add_dependencies(tst_instance_guard instance_copy)
+target_compile_definitions(tst_instance_guard PRIVATE KIVO_INSTANCE_COPY="$<TARGET_FILE:instance_copy>")
 
 # The library is looked for beside the program first, so this one gets a folder of its own.
 kivo_add_test(windows pdh_counter LINK kivo_telemetry)
@@ -28,7 +34,7 @@ add_custom_command(TARGET test_pdh POST_BUILD
     COMMAND ${CMAKE_COMMAND} -E make_directory ${with_pdh}
     COMMAND ${CMAKE_COMMAND} -E copy $<TARGET_FILE:test_pdh> ${with_pdh}/pdh.dll)
 
-kivo_add_test(windows windows_program LINK kivo_virtualscreen kivo_test_support TIMEOUT 300)
+kivo_add_test(windows windows_program LINK kivo_virtualscreen kivo_test_support TIMEOUT 600)
 add_dependencies(tst_windows_program kivo-screen test_pdh test_hidapi)
 target_compile_definitions(tst_windows_program PRIVATE
     KIVO_PROGRAM_FOLDER="${CMAKE_RUNTIME_OUTPUT_DIRECTORY}"

@@ -1,18 +1,20 @@
 // clang-format off
 #include <windows.h>
-#include <dbt.h>
 // clang-format on
 
 #include <QProcess>
+#include <QThread>
 #include <QtTest>
-#include <cstring>
+#include <atomic>
 #include <memory>
 #include <vector>
 
 #include "../config/forget_mark.h"
 #include "virtualscreen/panel_decoder.h"
+#include "windows_desk.h"
 
 using namespace kivo;
+using namespace kivo::test;
 
 // The whole program as a person has it: its own folder, real windows, real messages. Only the libraries of
 // screen and counters beside it are the tests' own.
@@ -29,13 +31,21 @@ private Q_SLOTS:
     void LoadOfTheCounter_data();
     void LoadOfTheCounter();
     void ScreenThatComesAndGoes();
+    void AwakeAgainDrawsTheValuesAnew();
     void SecondCopyBringsTheFirstToTheFront();
     void EndClosesTheHelperWindow();
+    void HelperWindowThatDoesNotAnswer();
     void EndOfTheSessionEndsIt();
+    void EndOfTheSessionThatIsCalledOff();
+    void EndOfTheSessionWhileTheExitIsAskedFor();
     void CopiesStartedAtOnceGiveOne();
+    void PathsInEveryScript();
 
 private:
-    void Start(const QStringList& arguments = {});
+    void Start(const QStringList& arguments = {}) { StartIn(m_folder->path(), arguments); }
+    void StartIn(const QString& folder, const QStringList& arguments);
+    // Another copy beside it; true once that has ended with status 0.
+    bool SecondCopyEndsWell() const;
     // True once the program has ended by itself with status 0.
     bool EndsWell();
     HWND Window() const;
@@ -43,6 +53,7 @@ private:
     // What the screen has taken so far.
     PanelState Panel() const;
     QByteArray Reports() const;
+    std::vector<PanelReport> DecodedReports(PanelDecoder& decoder) const;
     void Mark(const QByteArray& bytes);
     bool IsMarked() const;
 
@@ -73,27 +84,6 @@ void CopyTree(const QString& from, const QString& to) {
             QVERIFY2(QFile::copy(entry.filePath(), target), qPrintable(target));
         }
     }
-}
-
-// What Windows sends when one of a device's interfaces comes or goes.
-void SendDeviceChange(HWND window, WPARAM event, const wchar_t* name) {
-    const std::size_t nameBytes = (wcslen(name) + 1) * sizeof(wchar_t);
-    QByteArray bytes(static_cast<int>(sizeof(DEV_BROADCAST_DEVICEINTERFACE_W) + nameBytes), '\0');
-    auto* message = reinterpret_cast<DEV_BROADCAST_DEVICEINTERFACE_W*>(bytes.data());
-    message->dbcc_size = static_cast<DWORD>(bytes.size());
-    message->dbcc_devicetype = DBT_DEVTYP_DEVICEINTERFACE;
-    std::memcpy(message->dbcc_name, name, nameBytes);
-    SendMessageW(window, WM_DEVICECHANGE, event, reinterpret_cast<LPARAM>(message));
-}
-
-int helperCloseMessages = 0;
-
-LRESULT CALLBACK HelperProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-    if (message == WM_CLOSE) {
-        helperCloseMessages += (wParam == 0 && lParam == 0) ? 1 : 1000;
-        return 0;
-    }
-    return DefWindowProcW(window, message, wParam, lParam);
 }
 
 }  // namespace
@@ -131,11 +121,19 @@ void TestWindowsProgram::cleanup() {
     m_process.reset();  // kills what still runs
 }
 
-void TestWindowsProgram::Start(const QStringList& arguments) {
+void TestWindowsProgram::StartIn(const QString& folder, const QStringList& arguments) {
     m_process = std::make_unique<QProcess>();
     m_process->setProcessEnvironment(m_environment);
-    m_process->start(m_folder->filePath(QStringLiteral("KivoScreen.exe")), arguments);
+    m_process->start(folder + QStringLiteral("/KivoScreen.exe"), arguments);
     QVERIFY(m_process->waitForStarted(kPatienceMs));
+}
+
+bool TestWindowsProgram::SecondCopyEndsWell() const {
+    QProcess second;
+    second.setProcessEnvironment(m_environment);
+    second.start(m_folder->filePath(QStringLiteral("KivoScreen.exe")), QStringList());
+    return second.waitForFinished(kPatienceMs) && second.exitStatus() == QProcess::NormalExit &&
+           second.exitCode() == 0;
 }
 
 bool TestWindowsProgram::EndsWell() {
@@ -161,9 +159,9 @@ QByteArray TestWindowsProgram::Reports() const {
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-PanelState TestWindowsProgram::Panel() const {
+std::vector<PanelReport> TestWindowsProgram::DecodedReports(PanelDecoder& decoder) const {
     const QByteArray reports = Reports();
-    PanelDecoder decoder;
+    std::vector<PanelReport> decoded;
     int at = 0;
     while (at + 4 <= reports.size()) {
         quint32 length = 0;
@@ -174,9 +172,15 @@ PanelState TestWindowsProgram::Panel() const {
         if (at + int(length) > reports.size()) {
             break;  // it is just being written
         }
-        decoder.Decode(reinterpret_cast<const quint8*>(reports.constData()) + at, length);
+        decoded.push_back(decoder.Decode(reinterpret_cast<const quint8*>(reports.constData()) + at, length));
         at += int(length);
     }
+    return decoded;
+}
+
+PanelState TestWindowsProgram::Panel() const {
+    PanelDecoder decoder;
+    DecodedReports(decoder);
     return decoder.State();
 }
 
@@ -274,13 +278,52 @@ void TestWindowsProgram::ScreenThatComesAndGoes() {
     QTest::qWait(1500);
     QVERIFY(QFile::remove(m_screen->filePath(QStringLiteral("reports"))));
 
-    // Back again, under a name in other letters: every value is drawn anew.
+    // Back again, under a whole path and in other letters: every value is drawn anew.
     SetPlugged(true);
     SendDeviceChange(Window(), DBT_DEVICEARRIVAL, kControlName);
-    SendDeviceChange(Window(), DBT_DEVICEARRIVAL,
-                     QString::fromWCharArray(kDataName).toLower().toStdWString().c_str());
+    const QString path = QStringLiteral(R"(\\?\)") + QString::fromWCharArray(kDataName).toLower();
+    SendDeviceChange(Window(), DBT_DEVICEARRIVAL, path.toStdWString().c_str());
     QTRY_VERIFY_WITH_TIMEOUT(Panel().counts.areas >= 7, kPatienceMs);
     QCOMPARE(Panel().counts.errors, quint64(0));
+}
+
+void TestWindowsProgram::AwakeAgainDrawsTheValuesAnew() {
+    Mark(QByteArray("true\0", 5));
+    Start();
+    QTRY_VERIFY_WITH_TIMEOUT(Panel().counts.areas > 12, kPatienceMs);  // past the first rounds
+    const auto areasFrom = [this](std::size_t first) {
+        PanelDecoder decoder;
+        const std::vector<PanelReport> reports = DecodedReports(decoder);
+        QVector<QRect> areas;
+        for (std::size_t k = first; k < reports.size(); ++k) {
+            if (reports[k].kind == PanelReportKind::Area && !areas.contains(reports[k].area)) {
+                areas.append(reports[k].area);
+            }
+        }
+        return areas;
+    };
+    const auto count = [this] {
+        PanelDecoder decoder;
+        return DecodedReports(decoder).size();
+    };
+    // Time and date go out in every round; load, power and fan stand still.
+    const std::size_t before = count();
+    QTRY_VERIFY_WITH_TIMEOUT(count() > before + 20, kPatienceMs);
+    const QVector<QRect> always = areasFrom(before);
+    const std::size_t asleep = count();
+    const auto others = [&] {
+        int number = 0;
+        const QVector<QRect> areas = areasFrom(asleep);
+        for (const QRect& area : areas) {
+            number += always.contains(area) ? 0 : 1;
+        }
+        return number;
+    };
+    SendMessageW(Window(), WM_POWERBROADCAST, PBT_APMSUSPEND, 0);
+    QTRY_VERIFY_WITH_TIMEOUT(count() > asleep + 10, kPatienceMs);
+    QVERIFY(others() < 3);  // the memory's load may change
+    SendMessageW(Window(), WM_POWERBROADCAST, PBT_APMRESUMEAUTOMATIC, 0);
+    QTRY_VERIFY_WITH_TIMEOUT(others() >= 3, kPatienceMs);
 }
 
 void TestWindowsProgram::SecondCopyBringsTheFirstToTheFront() {
@@ -291,30 +334,43 @@ void TestWindowsProgram::SecondCopyBringsTheFirstToTheFront() {
     QTRY_VERIFY_WITH_TIMEOUT(Window() != nullptr && (!IsWindowVisible(Window()) || IsIconic(Window())),
                              kPatienceMs);
 
-    QProcess second;
-    second.setProcessEnvironment(m_environment);
-    second.start(m_folder->filePath(QStringLiteral("KivoScreen.exe")), QStringList());
-    QVERIFY(second.waitForFinished(kPatienceMs));
-    QCOMPARE(second.exitStatus(), QProcess::NormalExit);
-    QCOMPARE(second.exitCode(), 0);
-    QTRY_VERIFY_WITH_TIMEOUT(IsWindowVisible(Window()) && !IsIconic(Window()), kPatienceMs);
-    QCOMPARE(int(m_process->state()), int(QProcess::Running));
+    // A further start does it again: the request was taken.
+    for (int start = 0; start < 2; ++start) {
+        QVERIFY(SecondCopyEndsWell());
+        QTRY_VERIFY_WITH_TIMEOUT(IsWindowVisible(Window()) && !IsIconic(Window()), kPatienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(GetForegroundWindow() == Window(), kPatienceMs);
+        QCOMPARE(int(m_process->state()), int(QProcess::Running));
+        SendMessageW(Window(), WM_CLOSE, 0, 0);
+        QTRY_VERIFY_WITH_TIMEOUT(!IsWindowVisible(Window()) || IsIconic(Window()), kPatienceMs);
+        QTest::qWait(1500);  // nothing asks for it any more
+        QVERIFY(!IsWindowVisible(Window()) || IsIconic(Window()));
+    }
 }
 
 void TestWindowsProgram::EndClosesTheHelperWindow() {
-    WNDCLASSW helperClass{};
-    helperClass.lpfnWndProc = &HelperProcedure;
-    helperClass.hInstance = GetModuleHandleW(nullptr);
-    helperClass.lpszClassName = L"KivoTestHelper";
-    RegisterClassW(&helperClass);
-    const HWND helper = CreateWindowW(L"KivoTestHelper", L"GetCPUInfo", WS_OVERLAPPEDWINDOW, 0, 0, 100, 100,
-                                      nullptr, nullptr, helperClass.hInstance, nullptr);
-    QVERIFY(helper != nullptr);
-    helperCloseMessages = 0;
-    Start({QStringLiteral("--run-for"), QStringLiteral("2")});
+    const HelperWindow helper;
+    QVERIFY(helper.window != nullptr);
+    Start({QStringLiteral("--run-for"), QStringLiteral("15")});
+    QTRY_VERIFY_WITH_TIMEOUT(Reports().size() > 0, kPatienceMs);
+    // A second copy never had a window of its own, and closes nobody's.
+    std::atomic<bool> endedWell{false};
+    const std::unique_ptr<QThread> starter(QThread::create([&] { endedWell = SecondCopyEndsWell(); }));
+    starter->start();
+    QTRY_VERIFY_WITH_TIMEOUT(starter->isFinished(), kPatienceMs);
+    QVERIFY(endedWell);
+    QCOMPARE(int(m_process->state()), int(QProcess::Running));
+    QCOMPARE(helperCloseMessages, 0);
     QTRY_COMPARE_WITH_TIMEOUT(int(m_process->state()), int(QProcess::NotRunning), kPatienceMs);
     QCOMPARE(helperCloseMessages, 1);
-    DestroyWindow(helper);
+}
+
+void TestWindowsProgram::HelperWindowThatDoesNotAnswer() {
+    const HelperWindow helper;
+    QVERIFY(helper.window != nullptr);
+    Start({QStringLiteral("--run-for"), QStringLiteral("3")});
+    // Nobody looks at this window's messages meanwhile.
+    QVERIFY(EndsWell());
+    QCOMPARE(helperCloseMessages, 0);
 }
 
 void TestWindowsProgram::EndOfTheSessionEndsIt() {
@@ -324,6 +380,39 @@ void TestWindowsProgram::EndOfTheSessionEndsIt() {
     SendMessageW(Window(), WM_CLOSE, 0, 0);
     QTest::qWait(1000);
     QCOMPARE(int(m_process->state()), int(QProcess::Running));
+    QVERIFY(SendMessageW(Window(), WM_QUERYENDSESSION, 0, 0) != 0);
+    SendMessageW(Window(), WM_ENDSESSION, TRUE, 0);
+    QVERIFY(EndsWell());
+}
+
+void TestWindowsProgram::EndOfTheSessionThatIsCalledOff() {
+    Start();
+    QTRY_VERIFY_WITH_TIMEOUT(Window() != nullptr && IsMarked(), kPatienceMs);
+    QVERIFY(SendMessageW(Window(), WM_QUERYENDSESSION, 0, 0) != 0);
+    SendMessageW(Window(), WM_ENDSESSION, FALSE, 0);
+    const quint64 areas = Panel().counts.areas;
+    QTRY_VERIFY_WITH_TIMEOUT(Panel().counts.areas > areas + 5, kPatienceMs);
+    QCOMPARE(int(m_process->state()), int(QProcess::Running));
+    // It is as before: a close only hides it, and an end that comes does end it.
+    SendMessageW(Window(), WM_CLOSE, 0, 0);
+    QTest::qWait(1000);
+    QCOMPARE(int(m_process->state()), int(QProcess::Running));
+    QVERIFY(SendMessageW(Window(), WM_QUERYENDSESSION, 0, 0) != 0);
+    SendMessageW(Window(), WM_ENDSESSION, TRUE, 0);
+    QVERIFY(EndsWell());
+}
+
+void TestWindowsProgram::EndOfTheSessionWhileTheExitIsAskedFor() {
+    Mark(QByteArray("true\0", 5));
+    Start();
+    QTRY_VERIFY_WITH_TIMEOUT(Panel().counts.areas > 12, kPatienceMs);
+    QVERIFY(SecondCopyEndsWell());
+    QTRY_VERIFY_WITH_TIMEOUT(IsWindowVisible(Window()) && GetForegroundWindow() == Window(), kPatienceMs);
+    // The exit button, by hand; the box that asks disables the window.
+    RECT place = {};
+    QVERIFY(GetWindowRect(Window(), &place) != 0);
+    QTRY_VERIFY_WITH_TIMEOUT((ClickAt(place.left + 918, place.top + 19), !IsWindowEnabled(Window())),
+                             kPatienceMs);
     QVERIFY(SendMessageW(Window(), WM_QUERYENDSESSION, 0, 0) != 0);
     SendMessageW(Window(), WM_ENDSESSION, TRUE, 0);
     QVERIFY(EndsWell());
@@ -346,6 +435,29 @@ void TestWindowsProgram::CopiesStartedAtOnceGiveOne() {
         sessions += copy->readAllStandardOutput().contains("Live values sent last") ? 1 : 0;
     }
     QCOMPARE(sessions, 1);
+}
+
+void TestWindowsProgram::PathsInEveryScript() {
+    const QTemporaryDir place;
+    const QString home = place.filePath(QString::fromUtf8("用户 Ж"));
+    const QString program = home + QString::fromUtf8("/程序 Ы");
+    const QString roaming = home + QStringLiteral("/Roaming");
+    QVERIFY(QDir().mkpath(roaming));
+    CopyTree(m_folder->path(), program);
+    m_environment.insert(QStringLiteral("APPDATA"), QDir::toNativeSeparators(roaming));
+    m_environment.insert(QStringLiteral("USERPROFILE"), QDir::toNativeSeparators(home));
+    const MovedFolder movedRoaming(L"AppData", roaming);
+    StartIn(program, {QStringLiteral("--run-for"), QStringLiteral("8")});
+    QTRY_COMPARE_WITH_TIMEOUT(Panel().counts.frames, quint64(1), kPatienceMs);
+    QVERIFY(EndsWell());
+    QVERIFY(IsMarked());
+    QVERIFY(QFile::exists(roaming + QStringLiteral("/Kivo Tool/Config.ini")));
+    QVERIFY(QFile::exists(roaming + QStringLiteral("/Kivo Tool/whole.png")));
+    // Where the profile itself lies can only be told by the account.
+    QVERIFY(QFile::exists(QDir::homePath() + QStringLiteral("/Kivo Tool/whole.png")) ||
+            QFile::exists(home + QStringLiteral("/Kivo Tool/whole.png")));
+    QCOMPARE(Panel().counts.errors, quint64(0));
+    QVERIFY(Panel().counts.areas > 5);
 }
 
 QTEST_GUILESS_MAIN(TestWindowsProgram)

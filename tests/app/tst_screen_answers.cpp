@@ -1,0 +1,176 @@
+#include <QtTest>
+
+#include "app/live_session.h"
+#include "compose/panel_text.h"
+#include "config/folders.h"
+#include "forwarding_hid_api.h"
+#include "resources/resources.h"
+#include "session_start.h"
+#include "virtualscreen/virtual_hid_api.h"
+
+using namespace kivo;
+using namespace kivo::test;
+
+namespace {
+
+const QString kBin = QStringLiteral(KIVO_BIN_DIR);
+constexpr int kPatienceMs = 20000;
+
+// Counts what is asked of a panel, and what it takes; may refuse one chunk of every frame.
+class CountingHidApi final : public ForwardingHidApi {
+public:
+    using ForwardingHidApi::ForwardingHidApi;
+    HidHandle* OpenPath(const QByteArray& path) override {
+        ++opens;
+        return ForwardingHidApi::OpenPath(path);
+    }
+    int Write(HidHandle* handle, const quint8* data, std::size_t length) override {
+        PanelReport report;
+        {
+            const std::lock_guard<std::mutex> lock(m_mutex);
+            report = m_decoder.Decode(data, length);
+        }
+        const bool isChunk = report.kind == PanelReportKind::Chunk;
+        framesBegun += isChunk && report.chunkNumber == 1 ? 1 : 0;
+        const bool isRefused = isChunk && report.chunkNumber == refusedChunk;
+        const int written = isRefused ? -1 : ForwardingHidApi::Write(handle, data, length);
+        if (written < 0) {
+            const std::lock_guard<std::mutex> lock(m_mutex);
+            m_decoder.AbandonFrame();
+            return written;
+        }
+        rounds += report.kind == PanelReportKind::TimeSync ? 1 : 0;
+        temperatures += report.kind == PanelReportKind::Area && report.area.contains(temperature) ? 1 : 0;
+        return written;
+    }
+
+    QPoint temperature;
+    std::atomic<int> refusedChunk{0};
+    std::atomic<int> opens{0};
+    std::atomic<int> framesBegun{0};
+    std::atomic<int> rounds{0};  // each sets the clock
+    std::atomic<int> temperatures{0};
+
+private:
+    std::mutex m_mutex;
+    PanelDecoder m_decoder;
+};
+
+// A session that refreshes, with a temperature that stands still.
+struct Running {
+    explicit Running(const ScreenState& state) {
+        hid.temperature = state.layout.textRect[CpuTemperature].center();
+        session.SetCpuPowClock(83, 61);
+        Open(session, state);
+    }
+
+    VirtualHidApi panel;
+    CountingHidApi hid{panel};
+    LiveSession session{hid, InterfaceLanguage::English, kShortPauses};
+};
+
+}  // namespace
+
+// A screen that does not answer for a while, though nobody says that it went or came.
+class TestScreenAnswers : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void init();
+    void ValuesComeBack_data();
+    void ValuesComeBack();
+    void PendingFrameIsSent();
+    void FrameThatIsNeverTakenIsNotTriedForEver();
+    void ScreenThatAnswersIsNotRedrawn();
+
+private:
+    ScreenState m_state;
+};
+
+void TestScreenAnswers::initTestCase() {
+    InitResources();
+    InstallFontSubstitutes();
+    QLoggingCategory::setFilterRules(QStringLiteral("*.debug=false"));
+}
+
+void TestScreenAnswers::init() {
+    QVERIFY(QDir(SettingsFolder()).removeRecursively());
+    QVERIFY(QDir(WorkingFolder()).removeRecursively());
+    m_state = LoadState(kBin, InterfaceLanguage::English);
+}
+
+void TestScreenAnswers::ValuesComeBack_data() {
+    QTest::addColumn<bool>("canBeOpened");
+    QTest::addColumn<bool>("isResume");
+    QTest::newRow("cannot be opened after a resume") << false << true;
+    QTest::newRow("takes nothing after a resume") << true << true;
+    QTest::newRow("cannot be opened for a while") << false << false;
+}
+
+void TestScreenAnswers::ValuesComeBack() {
+    QFETCH(bool, canBeOpened);
+    QFETCH(bool, isResume);
+    Running run(m_state);
+    run.session.StartRefresh();
+    QTRY_COMPARE_WITH_TIMEOUT(run.hid.temperatures.load(), 1, kPatienceMs);
+    if (canBeOpened) {
+        run.panel.FailWritesFrom(1);
+    } else {
+        run.panel.FailOpens();
+    }
+    if (isResume) {
+        run.session.BringPanelUpToDate();
+    }
+    // Some rounds go by: everything that the resume asked for has been tried, in vain.
+    const int opens = run.hid.opens;
+    QTRY_VERIFY_WITH_TIMEOUT(run.hid.opens > opens + 12, kPatienceMs);
+    run.panel.ClearFaults();
+    QTRY_COMPARE_WITH_TIMEOUT(run.hid.temperatures.load(), 2, kPatienceMs);
+    // Once is enough.
+    const int rounds = run.hid.rounds;
+    QTRY_VERIFY_WITH_TIMEOUT(run.hid.rounds > rounds + 4, kPatienceMs);
+    QCOMPARE(run.hid.temperatures.load(), 2);
+    QCOMPARE(run.hid.framesBegun.load(), 0);
+}
+
+void TestScreenAnswers::PendingFrameIsSent() {
+    Running run(m_state);
+    QSignalSpy done(&run.session, &LiveSession::uploadDone);
+    run.panel.FailOpens();
+    run.session.StartUpload();
+    run.session.StartRefresh();
+    QVERIFY(done.wait(kPatienceMs));
+    QVERIFY(run.session.HasPendingFrame());
+    const int opens = run.hid.opens;
+    QTRY_VERIFY_WITH_TIMEOUT(run.hid.opens > opens + 6, kPatienceMs);
+    run.panel.ClearFaults();
+    QTRY_VERIFY_WITH_TIMEOUT(!run.session.HasPendingFrame(), kPatienceMs);
+    const quint64 areas = run.panel.State().counts.areas;
+    QTRY_VERIFY_WITH_TIMEOUT(run.panel.State().counts.areas > areas + 2, kPatienceMs);
+    QCOMPARE(run.panel.State().counts.frames, quint64(1));
+    QCOMPARE(run.panel.State().counts.errors, quint64(0));
+}
+
+void TestScreenAnswers::FrameThatIsNeverTakenIsNotTriedForEver() {
+    Running run(m_state);
+    QSignalSpy done(&run.session, &LiveSession::uploadDone);
+    run.hid.refusedChunk = 14;
+    run.session.StartUpload();
+    run.session.StartRefresh();
+    QVERIFY(done.wait(kPatienceMs));
+    const int rounds = run.hid.rounds;
+    QTRY_VERIFY_WITH_TIMEOUT(run.hid.rounds > rounds + 5, kPatienceMs);
+    QCOMPARE(run.hid.framesBegun.load(), 1);
+    QVERIFY(run.session.HasPendingFrame());
+}
+
+void TestScreenAnswers::ScreenThatAnswersIsNotRedrawn() {
+    Running run(m_state);
+    run.session.StartRefresh();
+    QTRY_VERIFY_WITH_TIMEOUT(run.hid.rounds > 6, kPatienceMs);
+    QCOMPARE(run.hid.temperatures.load(), 1);
+}
+
+QTEST_MAIN(TestScreenAnswers)
+#include "tst_screen_answers.moc"

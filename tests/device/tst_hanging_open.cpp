@@ -1,0 +1,86 @@
+#include <QSemaphore>
+#include <QtTest>
+#include <thread>
+
+#include "device/screen_change.h"
+#include "device/transfers.h"
+#include "recording_hid_api.h"
+
+using namespace kivo;
+
+namespace {
+
+constexpr int kPatienceMs = 10000;
+
+// Opening the data interface waits until it is let go.
+struct HangingScreen {
+    HangingScreen() {
+        hid.devices = {ControlCollection("control"), DataCollection("data")};
+        session.InitDeviceTable();
+        session.EnumerateScreens();
+        hid.beforeOpen = [this] {
+            entered.release();
+            letGo.acquire();
+        };
+    }
+
+    RecordingHidApi hid;
+    QSemaphore entered;
+    QSemaphore letGo;
+    ScreenSession session{hid};
+    Transfers transfers{session};
+};
+
+}  // namespace
+
+// An opening that hangs in a transfer holds nobody up who only wants to know what the table says.
+class TestHangingOpen : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void OtherDevicesComeAndGo_data();
+    void OtherDevicesComeAndGo();
+    void TheTableCanBeRead();
+};
+
+void TestHangingOpen::OtherDevicesComeAndGo_data() {
+    QTest::addColumn<bool>("byName");
+    QTest::newRow("as Windows tells it") << true;
+    QTest::newRow("listed afresh") << false;
+}
+
+void TestHangingOpen::OtherDevicesComeAndGo() {
+    QFETCH(bool, byName);
+    HangingScreen screen;
+    std::thread hanging([&screen] { screen.transfers.SendTimeSync(); });
+    QVERIFY(screen.entered.tryAcquire(1, kPatienceMs));
+    // All of these return while the opening still hangs, or this test would not get further.
+    const ArrivalPath pathFrom = byName ? ArrivalPath::Name : ArrivalPath::Enumeration;
+    for (const char* name :
+         {R"(\\?\HID#VID_046D&PID_C31C&MI_01#8)", R"(\\?\HID#VID_046D&PID_C31C&MI_00#8)", ""}) {
+        for (const bool arrived : {true, false}) {
+            const ScreenChangeOutcome outcome =
+                ApplyScreenChange(screen.session, {QString::fromLatin1(name), arrived}, false, pathFrom);
+            QVERIFY(!outcome.dataArrived && !outcome.closed);
+        }
+    }
+    screen.letGo.release();
+    hanging.join();
+    QCOMPARE(int(screen.hid.writes.size()), 1);
+    QCOMPARE(screen.hid.misuses, 0);
+}
+
+void TestHangingOpen::TheTableCanBeRead() {
+    HangingScreen screen;
+    std::thread hanging([&screen] { screen.session.OpenScreenByName(kScreenName); });
+    QVERIFY(screen.entered.tryAcquire(1, kPatienceMs));
+    QCOMPARE(screen.session.EntryCount(), 1U);
+    QCOMPARE(TextOf(screen.session.Entry(0).dataPath), QByteArray("data"));
+    screen.letGo.release(2);
+    hanging.join();
+    QVERIFY(screen.session.dataHandle() != nullptr);
+    QCOMPARE(screen.hid.misuses, 0);
+}
+
+QTEST_GUILESS_MAIN(TestHangingOpen)
+#include "tst_hanging_open.moc"
