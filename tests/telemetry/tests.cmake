@@ -53,4 +53,12 @@ target_compile_definitions(tst_thermal_zone PRIVATE KIVO_THERMAL_STAND_IN="$<TAR
 if(NOT WIN32)
     kivo_add_test(telemetry sysfs_sensors LINK kivo_telemetry)
     kivo_add_test(telemetry sysfs_thermal_zone LINK kivo_telemetry)
+else()
+    kivo_add_test(telemetry thermal_client LINK kivo_telemetry)
+    # The WMI client's name, in a folder with a blank in it.
+    kivo_add_program(wmic_stand_in SOURCES telemetry/wmic_stand_in.cpp)
+    set_target_properties(wmic_stand_in PROPERTIES OUTPUT_NAME wmic
+        RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/tests/stand in")
+    add_dependencies(tst_thermal_client wmic_stand_in)
+    target_compile_definitions(tst_thermal_client PRIVATE KIVO_WMIC_STAND_IN="$<TARGET_FILE:wmic_stand_in>")
 endif()
