@@ -53,6 +53,7 @@ target_compile_definitions(tst_thermal_zone PRIVATE KIVO_THERMAL_STAND_IN="$<TAR
 if(NOT WIN32)
     kivo_add_test(telemetry sysfs_sensors LINK kivo_telemetry)
     kivo_add_test(telemetry sysfs_thermal_zone LINK kivo_telemetry)
+    kivo_use_energy_libraries(tst_sysfs_sensors)
 else()
     kivo_add_test(telemetry thermal_client LINK kivo_telemetry)
     # The WMI client's name, in a folder with a blank in it.
