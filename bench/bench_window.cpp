@@ -24,9 +24,11 @@ using namespace kivo::bench;
 namespace {
 
 std::unique_ptr<MainWindow> MakeWindow(HidApi& hid) {
-    return std::make_unique<MainWindow>(
-        MainWindow::Parts{hid, nullptr, QCoreApplication::applicationDirPath(), false,
-                          QLocale(QStringLiteral("en_US")), [] { return true; }});
+    MainWindow::Parts parts{hid, nullptr, QCoreApplication::applicationDirPath()};
+    parts.locale = QLocale(QStringLiteral("en_US"));
+    parts.hasTray = [] { return true; };
+    parts.makeSensors = [](const TerminationGate& gate) { return MakeLibrarySensors(gate); };
+    return std::make_unique<MainWindow>(parts);
 }
 
 void PaintFirst(MainWindow& window) {
@@ -62,6 +64,9 @@ int main(int argc, char** argv) {
     qputenv("XDG_DATA_HOME", home.filePath(QStringLiteral("data")).toUtf8());
     qputenv("XDG_CONFIG_HOME", home.filePath(QStringLiteral("config")).toUtf8());
     qputenv("XDG_CACHE_HOME", home.filePath(QStringLiteral("cache")).toUtf8());
+    // No sensors, whatever the machine has.
+    qputenv("IPG_Dir", home.path().toUtf8());
+    qputenv("IPG_Ver", "3.6");
     QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
     QApplication application(argc, argv);
     InitResources();

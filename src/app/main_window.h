@@ -202,6 +202,7 @@ private:
     std::unique_ptr<ThermalZoneThread> m_thermalZone;
     QString m_thermalText;          // empty: there is none to show
     QDeadlineTimer m_thermalUntil;  // for so long it stands before the live temperature
+    bool m_isReadingZone = false;
 
     int m_pageStyle[2] = {0, 0};  // what "style" means on each page, while the other is shown
     bool m_live = false;          // workers run, so that there are live texts to show

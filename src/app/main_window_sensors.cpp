@@ -61,12 +61,12 @@ void MainWindow::slotCpuPowClock(qint32 iPow, qint32 iClock, qint32 iGPow, qint3
 }
 
 void MainWindow::on_pushButton_clicked() {
-    if (!m_ui->pushButton->isEnabled()) {
-        return;  // one reading at a time
+    // One reading at a time. The button stays enabled, or the keyboard's focus would leave it.
+    if (std::exchange(m_isReadingZone, true)) {
+        return;
     }
     m_thermalText = QStringLiteral("...");
     m_thermalUntil = QDeadlineTimer(QDeadlineTimer::Forever);
-    m_ui->pushButton->setEnabled(false);
     ShowTemperature();
     m_thermalZone = std::make_unique<ThermalZoneThread>(m_parts.readThermalZone);
     connect(m_thermalZone.get(), &ThermalZoneThread::temperatureRead, this, &MainWindow::ShowThermalZone);
@@ -76,7 +76,7 @@ void MainWindow::on_pushButton_clicked() {
 void MainWindow::ShowThermalZone(const QString& text) {
     m_thermalText = text;
     m_thermalUntil = QDeadlineTimer(kThermalTextStands);
-    m_ui->pushButton->setEnabled(true);
+    m_isReadingZone = false;
     ShowTemperature();
 }
 

@@ -11,7 +11,7 @@ namespace kivo {
 // One raw reading of the utilisation counter, shaped like the record of Windows' performance counters. What
 // the two values count is the counter's own business: only CpuCounter::Calculate looks inside.
 struct CpuRawSample {
-    quint32 status = 0;      // 0: valid.
+    quint32 status = 0;      // 0: valid (Windows: 1 too, valid and new).
     qint64 timeStamp = 0;    // 100 ns units (Windows), unused on Linux.
     qint64 firstValue = 0;   // Linux: busy time, in clock ticks since boot.
     qint64 secondValue = 0;  // Linux: busy and idle time, in clock ticks since boot.
@@ -22,7 +22,7 @@ struct CpuRawSample {
 inline constexpr quint32 kCpuSampleNoData = 0x800007D5;
 
 // The whole machine's utilisation counter, opened by its constructor and closed by its destructor. No call
-// reports failure: what cannot be read is a zeroed sample, what cannot be calculated is 0.
+// reports failure: what cannot be read is a sample whose status says so, what cannot be calculated is 0.
 class CpuCounter {
 public:
     CpuCounter() = default;

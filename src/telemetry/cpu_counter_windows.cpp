@@ -1,6 +1,7 @@
 // clang-format off
 #include <windows.h>
 #include <pdh.h>
+#include <pdhmsg.h>
 // clang-format on
 
 #include "telemetry/cpu_counter.h"
@@ -34,8 +35,13 @@ CpuRawSample FromRecord(const PDH_RAW_COUNTER& record) {
     return sample;
 }
 
-// Deliberate: no return code decides anything. Every structure starts zeroed, so that a call that fails
-// leaves a 0 behind, which the panel shows as 1%; the handles are null then, which PDH refuses politely.
+bool IsValid(const CpuRawSample& sample) {
+    return sample.status == PDH_CSTATUS_VALID_DATA || sample.status == PDH_CSTATUS_NEW_DATA;
+}
+
+// Deliberate: no return code decides anything. What a call is to fill in starts as what its failure means:
+// a record as one without data, a utilisation as 0, which the panel shows as 1%. The handles are null after
+// a failure, which PDH refuses politely.
 class PdhCounter final : public CpuCounter {
 public:
     PdhCounter() {
@@ -46,13 +52,19 @@ public:
     ~PdhCounter() override { PdhCloseQuery(m_query); }
 
     CpuRawSample Collect() override {
+        // Zeroed alone it would be a valid sample of the moment the machine was started, and the next one
+        // would show the average since then.
         PDH_RAW_COUNTER record{};
+        record.CStatus = PDH_CSTATUS_INVALID_DATA;
         PdhCollectQueryData(m_query);
         PdhGetRawCounterValue(m_counter, nullptr, &record);
         return FromRecord(record);
     }
 
     double Calculate(const CpuRawSample& now, const CpuRawSample& previous) override {
+        if (!IsValid(now) || !IsValid(previous)) {
+            return 0.0;
+        }
         PDH_RAW_COUNTER nowRecord = ToRecord(now);
         PDH_RAW_COUNTER previousRecord = ToRecord(previous);
         PDH_FMT_COUNTERVALUE value{};

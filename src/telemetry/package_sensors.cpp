@@ -40,8 +40,10 @@ private:
 }  // namespace
 
 std::unique_ptr<PackageSensors> MakeLibrarySensors(const TerminationGate& allowTermination,
-                                                   EnvironmentReader environment) {
+                                                   EnvironmentReader environment,
+                                                   const QString& defaultFolder) {
     EnergyLibrary::Parts parts;
+    parts.defaultFolder = defaultFolder;
     parts.environment = std::move(environment);
     parts.allowTermination = allowTermination;
     return std::make_unique<LibrarySensors>(std::move(parts));

@@ -40,8 +40,9 @@ using PackageSensorsFactory = std::function<std::unique_ptr<PackageSensors>(cons
 // environment names one; else the kernel's energy counter (powercap) and temperature sensors (hwmon).
 std::unique_ptr<PackageSensors> MakePackageSensors(const TerminationGate& allowTermination);
 
-// The energy library alone.
-std::unique_ptr<PackageSensors> MakeLibrarySensors(const TerminationGate& allowTermination,
-                                                   EnvironmentReader environment = {});
+// The energy library alone, found as EnergyLibrary finds it.
+std::unique_ptr<PackageSensors> MakeLibrarySensors(
+    const TerminationGate& allowTermination, EnvironmentReader environment = {},
+    const QString& defaultFolder = EnergyLibrary::DefaultFolder());
 
 }  // namespace kivo

@@ -1,5 +1,6 @@
-#include "telemetry/package_sensors.h"
-#include "telemetry/sysfs_sensors.h"
+#include "telemetry/package_sensors_linux.h"
+
+#include <utility>
 
 namespace kivo {
 namespace {
@@ -8,8 +9,10 @@ namespace {
 // While there are neither both are looked for.
 class LibraryElseSysfs final : public PackageSensors {
 public:
-    explicit LibraryElseSysfs(const TerminationGate& allowTermination)
-        : m_library(MakeLibrarySensors(allowTermination)) {}
+    LibraryElseSysfs(const TerminationGate& allowTermination, EnvironmentReader environment,
+                     SysfsPlaces places)
+        : m_library(MakeLibrarySensors(allowTermination, std::move(environment))),
+          m_sysfs(std::move(places)) {}
 
     bool Load() override {
         for (PackageSensors* sensors : {m_library.get(), static_cast<PackageSensors*>(&m_sysfs)}) {
@@ -36,8 +39,13 @@ private:
 
 }  // namespace
 
+std::unique_ptr<PackageSensors> MakeLibraryElseSysfs(const TerminationGate& allowTermination,
+                                                     EnvironmentReader environment, SysfsPlaces places) {
+    return std::make_unique<LibraryElseSysfs>(allowTermination, std::move(environment), std::move(places));
+}
+
 std::unique_ptr<PackageSensors> MakePackageSensors(const TerminationGate& allowTermination) {
-    return std::make_unique<LibraryElseSysfs>(allowTermination);
+    return MakeLibraryElseSysfs(allowTermination, {}, {});
 }
 
 }  // namespace kivo

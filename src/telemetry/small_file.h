@@ -12,7 +12,10 @@ namespace kivo {
 // only.
 std::optional<QByteArray> ReadSmallFile(const QString& path);
 
-// The same as a whole number; nothing where it is none.
+// Such a line as a whole number; nothing where it is none.
+std::optional<qint64> WholeNumber(const QByteArray& line);
+
+// Both in one. errno says nothing here.
 std::optional<qint64> ReadNumberFile(const QString& path);
 
 // Folders called prefix and a number, in the order of their numbers; paths. What else begins with the prefix

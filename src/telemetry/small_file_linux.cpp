@@ -29,11 +29,15 @@ std::optional<QByteArray> ReadSmallFile(const QString& path) {
     return text.left(text.indexOf('\n')).trimmed();
 }
 
-std::optional<qint64> ReadNumberFile(const QString& path) {
-    const auto text = ReadSmallFile(path);
+std::optional<qint64> WholeNumber(const QByteArray& line) {
     bool isNumber = false;
-    const qint64 number = text ? text->toLongLong(&isNumber) : 0;
+    const qint64 number = line.toLongLong(&isNumber);
     return isNumber ? std::make_optional(number) : std::nullopt;
+}
+
+std::optional<qint64> ReadNumberFile(const QString& path) {
+    const auto line = ReadSmallFile(path);
+    return line ? WholeNumber(*line) : std::nullopt;
 }
 
 QStringList NumberedFolders(const QString& folder, const QString& prefix) {

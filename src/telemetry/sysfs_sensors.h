@@ -43,8 +43,9 @@ private:
 // The counters of the package with the lowest number; none where there are no counters.
 std::vector<EnergyCounter> FindEnergyCounters(const QString& powercap);
 
-// File with the package's temperature (thousandths of a degree Celsius); empty where there is none.
-QString FindTemperatureFile(const QString& hwmon);
+// Files with the package's temperature (thousandths of a degree Celsius): its own sensor's, or where it has
+// none all of the first driver that knows one; the hottest of them counts. Empty where there is none.
+QStringList FindTemperatureFiles(const QString& hwmon);
 
 class SysfsSensors final : public PackageSensors {
 public:
@@ -69,7 +70,7 @@ private:
     const SysfsPlaces m_places;
     const Clock m_clock;
     std::vector<EnergyCounter> m_counters;
-    QString m_temperatureFile;
+    QStringList m_temperatureFiles;
     std::chrono::nanoseconds m_sampledAt{0};
     double m_power = 0.0;
     int m_temperature = 0;

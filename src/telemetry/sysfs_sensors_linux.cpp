@@ -1,3 +1,4 @@
+#include <QDir>
 #include <QFile>
 
 #include <algorithm>
@@ -51,8 +52,18 @@ QString InputWithLabel(const QString& folder, const char* label) {
     return {};
 }
 
+QStringList AllInputs(const QString& folder) {
+    QStringList inputs;
+    const QStringList names = QDir(folder).entryList({QStringLiteral("temp*_input")}, QDir::Files);
+    for (const QString& name : names) {
+        inputs.append(folder + QLatin1Char('/') + name);
+    }
+    return inputs;
+}
+
 // The drivers that know the package's temperature, and the labels it may have there, the best one first.
-// Tctl may be shifted for the fan control's sake, Tdie never is. What has no label is the only one there.
+// Tctl may be shifted for the fan control's sake, Tdie never is. Without such a label there are the cores
+// alone, or a single sensor.
 struct Driver {
     const char* name;
     std::array<const char*, 2> labels;
@@ -70,9 +81,9 @@ EnergyCounter::EnergyCounter(const QString& folder)
       m_range(ReadNumberFile(folder + QLatin1String("/max_energy_range_uj")).value_or(0)) {}
 
 std::optional<double> EnergyCounter::Sample() {
-    errno = 0;
-    const auto now = ReadNumberFile(m_file);
-    m_error = now ? 0 : errno;
+    const auto line = ReadSmallFile(m_file);
+    m_error = line ? 0 : errno;
+    const auto now = line ? WholeNumber(*line) : std::nullopt;
     const auto last = std::exchange(m_last, now);
     if (!now || !last) {
         return std::nullopt;
@@ -106,8 +117,8 @@ std::vector<EnergyCounter> FindEnergyCounters(const QString& powercap) {
     return counters;
 }
 
-QString FindTemperatureFile(const QString& hwmon) {
-    QString withoutLabel;
+QStringList FindTemperatureFiles(const QString& hwmon) {
+    QStringList withoutLabel;
     const QStringList folders = NumberedFolders(hwmon, QStringLiteral("hwmon"));
     for (const QString& folder : folders) {
         const QByteArray name = ReadSmallFile(folder + QLatin1String("/name")).value_or(QByteArray());
@@ -119,12 +130,11 @@ QString FindTemperatureFile(const QString& hwmon) {
         for (const char* label : driver->labels) {
             QString input = InputWithLabel(folder, label);
             if (!input.isEmpty()) {
-                return input;
+                return {input};
             }
         }
-        const QString first = folder + QLatin1String("/temp1_input");
-        if (withoutLabel.isEmpty() && QFile::exists(first)) {
-            withoutLabel = first;
+        if (withoutLabel.isEmpty()) {
+            withoutLabel = AllInputs(folder);
         }
     }
     return withoutLabel;
@@ -138,7 +148,7 @@ bool SysfsSensors::Load() {
     const bool isCounterReadable =
         std::any_of(m_counters.begin(), m_counters.end(),
                     [](const EnergyCounter& counter) { return ReadNumberFile(counter.File()).has_value(); });
-    if (isCounterReadable || !m_temperatureFile.isEmpty()) {
+    if (isCounterReadable || !m_temperatureFiles.isEmpty()) {
         return true;
     }
     m_error = QStringLiteral("No energy counter that can be read in %1, no temperature sensor in %2.")
@@ -150,8 +160,8 @@ void SysfsSensors::FindWhatIsMissing() {
     if (m_counters.empty()) {
         m_counters = FindEnergyCounters(m_places.powercap);
     }
-    if (m_temperatureFile.isEmpty()) {
-        m_temperatureFile = FindTemperatureFile(m_places.hwmon);
+    if (m_temperatureFiles.isEmpty()) {
+        m_temperatureFiles = FindTemperatureFiles(m_places.hwmon);
     }
 }
 
@@ -195,15 +205,21 @@ void SysfsSensors::SampleEnergy() {
 
 void SysfsSensors::SampleTemperature() {
     m_temperature = 0;
-    if (m_temperatureFile.isEmpty()) {
-        return;
+    std::optional<qint64> hottest;
+    bool isGone = !m_temperatureFiles.isEmpty();
+    for (const QString& file : qAsConst(m_temperatureFiles)) {
+        const auto thousandths = ReadNumberFile(file);
+        if (thousandths) {
+            hottest = std::max(hottest.value_or(*thousandths), *thousandths);
+        }
+        isGone = isGone && !thousandths && !QFile::exists(file);
     }
-    const auto thousandths = ReadNumberFile(m_temperatureFile);
-    if (thousandths) {
-        const qint64 degrees = *thousandths / kThousandthsPerDegree;
+    if (hottest) {
+        const qint64 degrees = *hottest / kThousandthsPerDegree;
         m_temperature = degrees == int(degrees) ? int(degrees) : 0;
-    } else if (!QFile::exists(m_temperatureFile)) {
-        m_temperatureFile.clear();
+    }
+    if (isGone) {
+        m_temperatureFiles.clear();
     }
 }
 

@@ -2,7 +2,6 @@
 
 #include <QDeadlineTimer>
 #include <QProcess>
-#include <QStringList>
 #include <QtEndian>
 
 #include <algorithm>
@@ -12,7 +11,6 @@ namespace {
 
 constexpr QChar kDegreeSign(0x00B0);
 constexpr std::chrono::milliseconds kBetweenLooks{50};
-constexpr std::chrono::milliseconds kLongestKill{500};
 
 // The property is in tenths of a kelvin. Deliberate: 273.2, not 273.15.
 constexpr double kFreezingPoint = 2732.0;
@@ -21,6 +19,15 @@ constexpr double kTenths = 10.0;
 bool IsUtf16(const QByteArray& output) {
     return output.startsWith("\xFF\xFE") || (output.size() >= 2 && output[1] == '\0' && output[0] != '\0');
 }
+
+// A process that need not have ended when this goes: QProcess would wait another half minute for it.
+class ChildProcess final : public QProcess {
+public:
+    ChildProcess() = default;
+    ChildProcess(const ChildProcess&) = delete;
+    ChildProcess& operator=(const ChildProcess&) = delete;
+    ~ChildProcess() override { setProcessState(NotRunning); }
+};
 
 QString Decode(const QByteArray& output) {
     if (!IsUtf16(output)) {
@@ -68,27 +75,25 @@ QString ParseThermalZones(const QByteArray& output) {
     return result;
 }
 
-QByteArray ReadCommandOutput(const QString& commandLine, std::chrono::milliseconds limit,
+QByteArray ReadCommandOutput(const Command& command, const CommandLimits& limits,
                              const StopAsked& isStopAsked) {
-    QStringList arguments = QProcess::splitCommand(commandLine);
-    if (arguments.isEmpty()) {
-        return {};
-    }
-    const QString program = arguments.takeFirst();
-    const QDeadlineTimer deadline(limit);
-    QProcess process;
-    process.start(program, arguments);
+    const QDeadlineTimer deadline(limits.run);
+    ChildProcess process;
+    process.start(command.program, command.arguments);
     process.closeWriteChannel();  // the WMI client waits for the end of its input
     // In short waits, so that giving up is quick.
-    while (process.state() != QProcess::NotRunning && !deadline.hasExpired() &&
-           !(isStopAsked && isStopAsked())) {
+    while (process.state() != QProcess::NotRunning && !(isStopAsked && isStopAsked()) &&
+           !deadline.hasExpired()) {
         const auto left = std::min<qint64>(kBetweenLooks.count(), deadline.remainingTime());
         process.waitForFinished(int(std::max<qint64>(left, 1)));
+    }
+    if (process.state() != QProcess::NotRunning) {
+        process.waitForReadyRead(0);  // takes in what has come since
     }
     QByteArray output = process.readAllStandardOutput();
     if (process.state() != QProcess::NotRunning) {
         process.kill();
-        process.waitForFinished(int(kLongestKill.count()));
+        process.waitForFinished(int(limits.end.count()));
     }
     return output;
 }

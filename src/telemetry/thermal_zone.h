@@ -5,6 +5,7 @@
 
 #include <QByteArray>
 #include <QString>
+#include <QStringList>
 
 #include <chrono>
 #include <functional>
@@ -15,7 +16,7 @@ namespace kivo {
 using StopAsked = std::function<bool()>;
 
 // The reading as text: degrees Celsius with six decimals ("28.000000°C"), "N/A" where there is none. Blocks:
-// on Windows, where the system's WMI client is run, up to 30 s and a short wait.
+// on Windows, where the system's WMI client is run, up to kLongestReading and half a second more.
 QString ReadThermalZoneTemperature(const StopAsked& isStopAsked = {});
 
 // The text of a temperature. Deliberate: degree sign and C, not the single character of the live values.
@@ -24,6 +25,8 @@ QString ThermalText(double degreesCelsius);
 // "N/A".
 QString NoThermalText();
 
+inline constexpr std::chrono::seconds kLongestReading{30};
+
 // The WMI client's command line.
 QString ThermalCommand();
 
@@ -31,9 +34,21 @@ QString ThermalCommand();
 // kelvin. Single-byte text, or UTF-16 (little end first) with or without its mark.
 QString ParseThermalZones(const QByteArray& output);
 
-// Runs a command line, its input closed, and gives what it wrote to standard output: all of it, or what came
-// within the time limit, after which it is ended. Empty where it cannot be started.
-QByteArray ReadCommandOutput(const QString& commandLine, std::chrono::milliseconds limit,
+// A program's path and what it is given.
+struct Command {
+    QString program;
+    QStringList arguments;
+};
+
+struct CommandLimits {
+    std::chrono::milliseconds run = kLongestReading;
+    std::chrono::milliseconds end{500};  // for one that was killed
+};
+
+// Runs a command, its input closed, and gives what it wrote to standard output: all of it, or what came
+// within the time limit, after which it is killed. Empty where it cannot be started. One that has not ended
+// within the second limit either is left to the system, so that no call takes longer than both together.
+QByteArray ReadCommandOutput(const Command& command, const CommandLimits& limits = {},
                              const StopAsked& isStopAsked = {});
 
 }  // namespace kivo

@@ -117,7 +117,11 @@ public:
 };
 
 MainWindow::Parts PartsFor(HidApi& hid) {
-    return {hid, nullptr, kBin, false, QLocale(QStringLiteral("en_US")), [] { return true; }};
+    MainWindow::Parts parts{hid, nullptr, kBin};
+    parts.locale = QLocale(QStringLiteral("en_US"));
+    parts.hasTray = [] { return true; };
+    parts.makeSensors = MakeNoSensors;
+    return parts;
 }
 
 // Debug lines of the window's own, and every warning.

@@ -1,5 +1,6 @@
 #include <QPushButton>
 #include <QSemaphore>
+#include <atomic>
 
 #include "../telemetry/energy_library_folders.h"
 #include "window_test_support.h"
@@ -18,11 +19,14 @@ private Q_SLOTS:
     void LibrarysNumbersReachThePanel_data();
     void LibrarysNumbersReachThePanel();
     void LibraryIsProbedAndLeftAlone();
+    void ConstructorProbesTheLibraryOnce();
     void FirstRunStartsThePollerToo();
     void OnePollerAtATime();
+    void NoPollerAfterTheEnd();
     void HangingLibraryDoesNotHoldTheEndUp();
     void ReadOutShowsTheLiveTemperature();
     void ClickReadsTheThermalZone();
+    void KeyboardStaysOnTheReadOut();
     void ReadingStandsBeforeTheLiveTemperatureForAWhile();
     void OneReadingAtATime();
     void EndDoesNotWaitForAReading();
@@ -36,21 +40,31 @@ private:
 
 namespace {
 
-// With the sensors that the program itself has.
+// With the energy library that a test has installed, and no sensors of the machine's own.
 struct SensorDesk : Desk {
     SensorDesk() { Close(); }
+    ~SensorDesk() { Close(); }
 
     void Start() {
         window = std::make_unique<MainWindow>([this] {
             MainWindow::Parts parts{wire, nullptr, kBin};
             parts.locale = QLocale(QStringLiteral("en_US"));
             parts.hasTray = [] { return true; };
+            parts.makeSensors = [this](const TerminationGate& gate) {
+                ++pollers;
+                return MakeLibrarySensors([this, gate](bool isAllowed) {
+                    calls += isAllowed ? 1 : 0;
+                    gate(isAllowed);
+                });
+            };
             parts.readThermalZone = readThermalZone;
             return parts;
         }());
     }
     QPushButton* ReadOut() const { return Find<QPushButton>("pushButton"); }
 
+    std::atomic<int> pollers{0};  // that have begun
+    std::atomic<int> calls{0};    // of theirs into the library
     ThermalZoneThread::Reader readThermalZone = [](const StopAsked&) { return ThermalText(28); };
 };
 
@@ -67,8 +81,8 @@ void TestWindowSensors::init() {
 }
 
 void TestWindowSensors::cleanup() {
-    qunsetenv("IPG_Dir");
-    qunsetenv("IPG_Ver");
+    UninstallEnergyLibrary();
+    qunsetenv("KIVO_TEST_LIBRARY_LOG");
 }
 
 void TestWindowSensors::LibrarysNumbersReachThePanel_data() {
@@ -113,6 +127,19 @@ void TestWindowSensors::LibraryIsProbedAndLeftAlone() {
     QCOMPARE(desk.window->Session().LiveText(CpuPower), QStringLiteral("1w"));
 }
 
+void TestWindowSensors::ConstructorProbesTheLibraryOnce() {
+    const QTemporaryDir folder;
+    const QString log = folder.filePath(QStringLiteral("calls"));
+    SensorDesk desk;
+    qputenv("KIVO_TEST_LIBRARY_LOG", QFile::encodeName(log));
+    Install("complete");
+    desk.Start();
+    QFile file(log);
+    QVERIFY(file.open(QIODevice::ReadOnly | QIODevice::Text));
+    QCOMPARE(file.readAll(), QByteArray("loaded\nstarted\nunloaded\n"));
+    QCOMPARE(desk.pollers.load(), 0);
+}
+
 void TestWindowSensors::FirstRunStartsThePollerToo() {
     ForgetEverything();
     Install("complete");
@@ -131,11 +158,27 @@ void TestWindowSensors::OnePollerAtATime() {
     window.StartPowerPoller();
     window.StartPowerPoller();
     QTRY_COMPARE_WITH_TIMEOUT(window.Session().LiveText(CpuTemperature), QStringLiteral("45℃"), 20000);
+    QCOMPARE(desk.pollers.load(), 1);
     window.StopPowerPoller();
     QCoreApplication::processEvents();
     window.slotCpuPowClock(5, 30, 0, 0);
     window.StartPowerPoller();
     QTRY_COMPARE_WITH_TIMEOUT(window.Session().LiveText(CpuTemperature), QStringLiteral("45℃"), 20000);
+    QCOMPARE(desk.pollers.load(), 2);
+}
+
+void TestWindowSensors::NoPollerAfterTheEnd() {
+    Install("complete");
+    SensorDesk desk;
+    desk.Start();
+    QVERIFY(desk.window->Stop());
+    desk.window->StartPowerPoller();
+    // The start that the constructor put off is over when this, put off later, has come.
+    bool isOver = false;
+    QTimer::singleShot(1000, desk.window.get(), [&isOver] { isOver = true; });
+    QTRY_VERIFY_WITH_TIMEOUT(isOver, 20000);
+    QVERIFY(desk.window->Stop());
+    QCOMPARE(desk.pollers.load(), 0);
 }
 
 void TestWindowSensors::HangingLibraryDoesNotHoldTheEndUp() {
@@ -143,7 +186,7 @@ void TestWindowSensors::HangingLibraryDoesNotHoldTheEndUp() {
     SensorDesk desk;
     desk.Start();
     desk.window->StartPowerPoller();
-    QTest::qWait(300);
+    QTRY_COMPARE_WITH_TIMEOUT(desk.calls.load(), 2, 20000);  // it has begun; its first sample hangs
     // The process would be ended now. Here it goes on, so the poller has to be got rid of first.
     QVERIFY(!desk.window->Stop());
     desk.window->StopPowerPoller();
@@ -169,9 +212,29 @@ void TestWindowSensors::ClickReadsTheThermalZone() {
     desk.Show();
     QTest::mouseClick(desk.ReadOut(), Qt::LeftButton);
     QTRY_COMPARE(desk.ReadOut()->text(), kDegrees28);
-    QVERIFY(desk.ReadOut()->isEnabled());
     QVERIFY(QFontMetrics(desk.ReadOut()->font()).horizontalAdvance(QStringLiteral("-10.000000°C")) <=
             desk.ReadOut()->width());
+}
+
+void TestWindowSensors::KeyboardStaysOnTheReadOut() {
+    SensorDesk desk;
+    QSemaphore mayEnd;
+    desk.readThermalZone = [&mayEnd](const StopAsked& isStopAsked) {
+        while (!mayEnd.tryAcquire(1, 20) && !isStopAsked()) {
+        }
+        return ThermalText(28);
+    };
+    desk.Start();
+    desk.Show();
+    desk.window->activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(desk.window.get()));
+    desk.ReadOut()->setFocus(Qt::TabFocusReason);
+    QTest::keyClick(desk.ReadOut(), Qt::Key_Space);
+    QCOMPARE(desk.ReadOut()->text(), QStringLiteral("..."));
+    QVERIFY(desk.ReadOut()->hasFocus());
+    mayEnd.release();
+    QTRY_COMPARE(desk.ReadOut()->text(), kDegrees28);
+    QVERIFY(desk.ReadOut()->hasFocus());
 }
 
 void TestWindowSensors::ReadingStandsBeforeTheLiveTemperatureForAWhile() {
@@ -198,13 +261,11 @@ void TestWindowSensors::OneReadingAtATime() {
     desk.Show();
     desk.Click("pushButton");
     begun.acquire();
-    QVERIFY(!desk.ReadOut()->isEnabled());
     QCOMPARE(desk.ReadOut()->text(), QStringLiteral("..."));
     desk.Click("pushButton");
     desk.window->on_pushButton_clicked();
     mayEnd.release();
     QTRY_COMPARE(desk.ReadOut()->text(), QStringLiteral("N/A"));
-    QVERIFY(desk.ReadOut()->isEnabled());
     QCOMPARE(begun.available(), 0);
     mayEnd.release();
     desk.Click("pushButton");

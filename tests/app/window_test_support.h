@@ -31,8 +31,15 @@ namespace kivo::test {
 
 inline const QString kBin = QStringLiteral(KIVO_BIN_DIR);
 
+// No energy library, wherever the machine on which the tests run has one.
+inline void UninstallEnergyLibrary() {
+    qputenv("IPG_Dir", QFile::encodeName(QDir::home().filePath(QStringLiteral("no sensors"))));
+    qputenv("IPG_Ver", "3.6");
+}
+
 // Once a test program.
 inline void PrepareApplication() {
+    UninstallEnergyLibrary();
     InitResources();
     InstallFontSubstitutes();
     QFont font(FontFamily());
@@ -59,7 +66,7 @@ inline void SetUpProfile() {
     configFolderCreated = 0;
 }
 
-// A machine without sensors, whatever the one has on which the tests run.
+// A machine without sensors.
 class NoSensors final : public PackageSensors {
 public:
     bool Load() override { return false; }
@@ -68,6 +75,10 @@ public:
     int Temperature() override { return 0; }
     double Power() override { return 0.0; }
 };
+
+inline std::unique_ptr<PackageSensors> MakeNoSensors(const TerminationGate& /*gate*/) {
+    return std::make_unique<NoSensors>();
+}
 
 // Whether the window is told of screens that come and go.
 enum class Plugging { Untold, Told };
@@ -87,7 +98,7 @@ struct Desk {
                   parts.makeHotplug = [this] { return std::make_unique<VirtualHotplug>(panel); };
               }
               parts.timeAsleep = [this] { return timeAsleep; };
-              parts.makeSensors = [](const TerminationGate&) { return std::make_unique<NoSensors>(); };
+              parts.makeSensors = MakeNoSensors;
               window = std::make_unique<MainWindow>(parts);
           }) {
         startWindow();

@@ -97,7 +97,7 @@ private slots:
         const CpuRawSample first = MakeCpuCounter()->Collect();
         CpuRawSample second;
         QTRY_VERIFY((second = MakeCpuCounter()->Collect()).secondValue > first.secondValue);
-        QCOMPARE(second.status, 0U);
+        QVERIFY(second.status <= 1U);  // valid, or on Windows valid and new
         const double percent = MakeCpuCounter()->Calculate(second, first);
         // The kernel corrects its idle figures now and then, so a little beyond either end is allowed.
         QVERIFY2(percent > -5.0 && percent < 105.0, qPrintable(QString::number(percent)));

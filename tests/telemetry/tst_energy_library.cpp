@@ -179,6 +179,29 @@ private Q_SLOTS:
         QVERIFY(library.Load());
     }
 
+    void FoldersAsTheyAreWritten_data() {
+        QTest::addColumn<QString>("folder");
+        const QString folder = LibraryFolder("complete");
+        const QString native = QDir::toNativeSeparators(folder);
+        QTest::newRow("the system's separators") << native;
+        QTest::newRow("and one at the end") << native + QDir::separator();
+        QTest::newRow("a slash at the end") << folder + QLatin1Char('/');
+        QTest::newRow("by way of another folder") << folder + QStringLiteral("/../complete");
+    }
+    void FoldersAsTheyAreWritten() {
+        QFETCH(QString, folder);
+        EnergyLibrary library(Found(folder));
+        QVERIFY(library.Load());
+        QCOMPARE(TakeSamples(library).degreesCelsius, 45);
+        EnergyLibrary byProcess;
+        qputenv("IPG_Dir", QFile::encodeName(folder));
+        qputenv("IPG_Ver", "3.6");
+        const bool isLoaded = byProcess.Load();
+        qunsetenv("IPG_Dir");
+        qunsetenv("IPG_Ver");
+        QVERIFY(isLoaded);
+    }
+
     void LibraryThatComesLaterIsLoaded() {
         const LibraryPlace place;
         EnergyLibrary library(Found(place.Folder()));

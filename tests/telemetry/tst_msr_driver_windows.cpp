@@ -16,6 +16,8 @@ private Q_SLOTS:
     void cleanup();
     void AbsentFileTouchesNoService();
     void AFileGetsItsServiceOnce();
+    void AnOpenDriverNeedsNoService();
+    void AServiceThatIsThereKeepsItsFile();
     void TheServiceIsTheDrivers();
     void StoppingWhatIsNotThereFailsRemovingSucceeds();
     void StoppingWhatDoesNotRunFails();
@@ -35,6 +37,15 @@ private:
         QCOMPARE(file.write("no driver"), qint64(9));
     }
     bool ServiceExists() const;
+    // Of the service, as Windows has noted it; Windows may put its own "\??\" before the path.
+    struct Registered {
+        DWORD type = 0;
+        DWORD start = 0;
+        DWORD errorControl = 0;
+        QString displayName;
+        QString path;
+    };
+    Registered Service() const;
 
     SC_HANDLE m_scm = nullptr;
 };
@@ -84,24 +95,50 @@ void TestMsrDriverWindows::AFileGetsItsServiceOnce() {
     QVERIFY(!ServiceExists());
 }
 
-void TestMsrDriverWindows::TheServiceIsTheDrivers() {
-    msrDriver.driverPath = QDir::toNativeSeparators(Beside(kDriverFile32));
+void TestMsrDriverWindows::AnOpenDriverNeedsNoService() {
+    PutFile(kDriverFile32);
+    int device = 0;
+    msrDriver.driverHandle = &device;
+    QVERIFY(InitDriver());
+    QVERIFY(msrDriver.driverHandle == &device);
+    QCOMPARE(msrDriver.driverPath, QDir::toNativeSeparators(Beside(kDriverFile32)));
+    QVERIFY(!ServiceExists());
+}
+
+void TestMsrDriverWindows::AServiceThatIsThereKeepsItsFile() {
+    const QString elsewhere = QStringLiteral("C:\\elsewhere\\WinRing0.sys");
+    msrDriver.driverPath = elsewhere;
     InstallDriverService();
+    QVERIFY(Service().path.endsWith(elsewhere));
+    PutFile(kDriverFile32);
+    QVERIFY(!InitDriver());
+    QVERIFY(msrDriver.driverPath != elsewhere);
+    QVERIFY(Service().path.endsWith(elsewhere));
+}
+
+TestMsrDriverWindows::Registered TestMsrDriverWindows::Service() const {
     const SC_HANDLE service =
         OpenServiceW(m_scm, QString(kDriverService).toStdWString().c_str(), SERVICE_QUERY_CONFIG);
-    QVERIFY(service != nullptr);
     alignas(QUERY_SERVICE_CONFIGW) std::array<BYTE, 8192> room{};
     DWORD needed = 0;
     auto* const config = reinterpret_cast<QUERY_SERVICE_CONFIGW*>(room.data());
     const BOOL asked = QueryServiceConfigW(service, config, DWORD(room.size()), &needed);
     CloseServiceHandle(service);
-    QVERIFY(asked != FALSE);
-    QCOMPARE(config->dwServiceType, DWORD(1));
-    QCOMPARE(config->dwStartType, DWORD(3));
-    QCOMPARE(config->dwErrorControl, DWORD(1));
-    QCOMPARE(QString::fromWCharArray(config->lpDisplayName), QStringLiteral("MyWinRing0"));
-    // Windows may put its own "\??\" before it.
-    QVERIFY(QString::fromWCharArray(config->lpBinaryPathName).endsWith(msrDriver.driverPath));
+    return asked == FALSE ? Registered{}
+                          : Registered{config->dwServiceType, config->dwStartType, config->dwErrorControl,
+                                       QString::fromWCharArray(config->lpDisplayName),
+                                       QString::fromWCharArray(config->lpBinaryPathName)};
+}
+
+void TestMsrDriverWindows::TheServiceIsTheDrivers() {
+    msrDriver.driverPath = QDir::toNativeSeparators(Beside(kDriverFile32));
+    InstallDriverService();
+    const Registered service = Service();
+    QCOMPARE(service.type, DWORD(1));
+    QCOMPARE(service.start, DWORD(3));
+    QCOMPARE(service.errorControl, DWORD(1));
+    QCOMPARE(service.displayName, QStringLiteral("MyWinRing0"));
+    QVERIFY(service.path.endsWith(msrDriver.driverPath));
 }
 
 void TestMsrDriverWindows::StoppingWhatIsNotThereFailsRemovingSucceeds() {

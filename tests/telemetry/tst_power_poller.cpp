@@ -110,6 +110,41 @@ private Q_SLOTS:
         QCOMPARE(samples.at(1), told);
     }
 
+    // A call that fails brings no temperature, and leaves the power of the one before.
+    void LibraryThatFailsLater() {
+        IntelPowerGadgetThread poller(LibraryParts("fails_later"));
+        const Samples samples(poller);
+        poller.start();
+        QTRY_VERIFY(samples.count() >= 3);
+        QCOMPARE(samples.at(0), (Sample{12, 45, 0, 0}));
+        QCOMPARE(samples.at(1), (Sample{12, 0, 0, 0}));
+        QCOMPARE(samples.at(2), (Sample{12, 0, 0, 0}));
+    }
+
+    void PeriodIsASecond() { QCOMPARE(Parts{}.period.count(), std::chrono::milliseconds::rep(1000)); }
+
+    void EachSampleIsLoggedWhereThatIsAskedFor_data() {
+        QTest::addColumn<double>("watts");
+        QTest::addColumn<QByteArray>("line");
+        QTest::newRow("a fraction") << 12.9 << QByteArray("-1 -- 12.9");
+        QTest::newRow("whole") << 65.0 << QByteArray("-1 -- 65");
+    }
+    void EachSampleIsLoggedWhereThatIsAskedFor() {
+        QFETCH(double, watts);
+        QFETCH(QByteArray, line);
+        Record record;
+        record.watts = watts;
+        QLoggingCategory::setFilterRules(QStringLiteral("kivo.telemetry.sensors.debug=true"));
+        QTest::ignoreMessage(QtDebugMsg, line.constData());
+        IntelPowerGadgetThread poller(RecordingParts(record));
+        const Samples samples(poller);
+        poller.start();
+        QTRY_VERIFY(samples.count() >= 1);
+        poller.AskToStop();
+        QVERIFY(poller.wait());
+        QLoggingCategory::setFilterRules(QString());
+    }
+
     void SignalHasTheNameThatOthersConnectTo() {
         const QMetaObject& meta = IntelPowerGadgetThread::staticMetaObject;
         QVERIFY(meta.indexOfSignal("RefreshCpuPowClock(qint32,qint32,qint32,qint32)") >= 0);
@@ -140,13 +175,42 @@ private Q_SLOTS:
         QCOMPARE(samples.count(), 0);
     }
 
+    void NothingInstalled() {
+        const LibraryPlace empty;
+        std::atomic<int> tries{0};
+        const auto noEnvironment = [&tries](const char*) {
+            ++tries;
+            return QString();
+        };
+        IntelPowerGadgetThread poller(Parts{[&](const TerminationGate& gate) {
+                                                return MakeLibrarySensors(gate, noEnvironment,
+                                                                          empty.Folder());
+                                            },
+                                            kShortPeriod});
+        const Samples samples(poller);
+        QTest::ignoreMessage(QtDebugMsg, "Error: 无法在指定路径下找到库文件。");
+        QTest::ignoreMessage(QtDebugMsg, "isStop.\n");
+        poller.start();
+        QTRY_VERIFY(tries > 10);
+        poller.AskToStop();
+        QVERIFY(poller.wait());
+        QCOMPARE(samples.count(), 0);
+    }
+
     void LibraryThatIsInstalledLaterIsFound() {
         const LibraryPlace place;
-        IntelPowerGadgetThread poller(LibraryParts(place.Folder()));
+        std::atomic<int> tries{0};
+        IntelPowerGadgetThread poller(Parts{[&](const TerminationGate& gate) {
+                                                return MakeLibrarySensors(gate, [&](const char* name) {
+                                                    ++tries;
+                                                    return Environment(place.Folder())(name);
+                                                });
+                                            },
+                                            kShortPeriod});
         const Samples samples(poller);
         QTest::ignoreMessage(QtDebugMsg, "Error: 无法在指定路径下找到库文件。");
         poller.start();
-        QTest::qWait(60);
+        QTRY_VERIFY(tries > 4);
         QCOMPARE(samples.count(), 0);
         QVERIFY(place.Put("complete"));
         QTRY_VERIFY(samples.count() >= 1);

@@ -1,8 +1,11 @@
 #include <QtTest>
 
+#include <cerrno>
+
 #include "../config/log_catcher.h"
+#include "energy_library_folders.h"
 #include "made_up_sysfs.h"
-#include "telemetry/sysfs_sensors.h"
+#include "telemetry/package_sensors_linux.h"
 
 using namespace kivo;
 using namespace kivo::test;
@@ -37,13 +40,22 @@ struct Machine {
         sensors.ReadSample();
     }
 
+    SysfsPlaces Places() const {
+        return {sysfs.Path(QStringLiteral("powercap")), sysfs.Path(QStringLiteral("hwmon"))};
+    }
+
     const MadeUpSysfs sysfs;
     std::chrono::nanoseconds now{1000};
-    SysfsSensors sensors{{sysfs.Path(QStringLiteral("powercap")), sysfs.Path(QStringLiteral("hwmon"))},
-                         [this] { return now; }};
+    SysfsSensors sensors{Places(), [this] { return now; }};
 };
 
 constexpr std::chrono::seconds kSecond{1};
+
+// What is logged where the package's counter does not tell.
+QString PowerIsNotKnown(const Machine& machine, const QString& reason) {
+    const QString file = machine.sysfs.Path(QStringLiteral("powercap/intel-rapl:0/energy_uj"));
+    return QStringLiteral("The processor's power is not known. %1: %2").arg(file, reason);
+}
 
 void IntelMachine(const Machine& machine) {
     machine.Counter("intel-rapl:0", "package-0", "1000000");
@@ -107,6 +119,10 @@ private Q_SLOTS:
         row("the name it had on old kernels", "coretemp", {QStringLiteral("Physical id 0")}, 1);
         row("Tctl where there is no Tdie", "k10temp", {QStringLiteral("Tctl"), QStringLiteral("Tccd1")}, 1);
         row("no label", "k10temp", {none}, 1);
+        // Their sensors are what a package's own is made from.
+        row("cores alone: the hottest", "coretemp",
+            {none, QStringLiteral("Core 0"), QStringLiteral("Core 1")}, 3);
+        row("another package's: the hottest", "coretemp", {QStringLiteral("Package id 1")}, 1);
         row("another driver", "nvme", {QStringLiteral("Package id 0")}, 0);
         row("no input", "coretemp", {}, 0);
     }
@@ -124,6 +140,62 @@ private Q_SLOTS:
         QCOMPARE(machine.sensors.Load(), found != 0);
         machine.sensors.ReadSample();
         QCOMPARE(machine.sensors.Temperature(), found * 10);
+    }
+
+    void CoresWithoutAPackage() {
+        const LogCatcher log;
+        Machine machine;
+        machine.Driver(2, "coretemp");
+        machine.Input(2, 2, "Core 0", "61000");
+        machine.Input(2, 3, "Core 1", "58000");
+        machine.Input(2, 20, "Core 18", "59900");
+        machine.Driver(3, "coretemp");  // of a second processor
+        machine.Input(3, 2, "Core 0", "90000");
+        QVERIFY(machine.sensors.Load());
+        machine.sensors.ReadSample();
+        QCOMPARE(machine.sensors.Temperature(), 61);
+        machine.Input(2, 20, "Core 18", "72500");
+        machine.SampleAfter(kSecond);
+        QCOMPARE(machine.sensors.Temperature(), 72);
+        // A core that is switched off loses its file, or its reading.
+        QVERIFY(QFile::remove(machine.sysfs.Path(QStringLiteral("hwmon/hwmon2/temp20_input"))));
+        machine.Input(2, 3, "Core 1", "N/A");
+        machine.SampleAfter(kSecond);
+        QCOMPARE(machine.sensors.Temperature(), 61);
+        machine.Input(2, 2, "Core 0", "-3000");
+        machine.SampleAfter(kSecond);
+        QCOMPARE(machine.sensors.Temperature(), -3);
+    }
+
+    void LibraryElseTheKernel_data() {
+        QTest::addColumn<bool>("isInstalled");
+        QTest::addColumn<bool>("hasSensors");
+        QTest::addColumn<int>("degrees");  // 0: none found
+        QTest::newRow("both: the library's") << true << true << 45;
+        QTest::newRow("the library alone") << true << false << 45;
+        QTest::newRow("the kernel's alone") << false << true << 62;
+        QTest::newRow("neither") << false << false << 0;
+    }
+    void LibraryElseTheKernel() {
+        QFETCH(bool, isInstalled);
+        QFETCH(bool, hasSensors);
+        QFETCH(int, degrees);
+        const LibraryPlace place;
+        QVERIFY(!isInstalled || place.Put("complete"));
+        const Machine machine;
+        if (hasSensors) {
+            machine.Driver(0, "coretemp");
+            machine.Input(0, 1, "Package id 0", "62000");
+        }
+        const auto sensors = MakeLibraryElseSysfs({}, Environment(place.Folder()), machine.Places());
+        QCOMPARE(sensors->Load(), degrees != 0);
+        sensors->ReadSample();
+        sensors->ReadSample();
+        QCOMPARE(sensors->Temperature(), degrees);
+        if (degrees == 0) {
+            QVERIFY(sensors->ErrorString().startsWith(QStringLiteral("无法在指定路径下找到库文件。 ")));
+            QVERIFY(sensors->ErrorString().contains(machine.Places().hwmon));
+        }
     }
 
     void SeveralPackages() {
@@ -283,8 +355,7 @@ private Q_SLOTS:
             QCOMPARE(machine.sensors.Power(), 0.0);
             QCOMPARE(machine.sensors.Temperature(), 45);
         }
-        QCOMPARE(log.lines().size(), 1);
-        QVERIFY(log.lines().at(0).contains(QLatin1String("energy_uj")));
+        QCOMPARE(log.lines(), QStringList(PowerIsNotKnown(machine, qt_error_string(EISDIR))));
         // The right may come later.
         QVERIFY(QDir().rmdir(machine.sysfs.Path(QStringLiteral("powercap/intel-rapl:0/energy_uj"))));
         machine.Energy("intel-rapl:0", "1000000");
@@ -293,6 +364,22 @@ private Q_SLOTS:
         machine.Energy("intel-rapl:0", "8000000");
         machine.SampleAfter(kSecond);
         QCOMPARE(machine.sensors.Power(), 7.0);
+    }
+
+    void CounterThatIsNoNumber_data() {
+        QTest::addColumn<QByteArray>("energy");
+        QTest::newRow("a word") << QByteArray("much");
+        QTest::newRow("more than fits") << QByteArray("99999999999999999999999");
+    }
+    void CounterThatIsNoNumber() {
+        QFETCH(QByteArray, energy);
+        const LogCatcher log;
+        Machine machine;
+        machine.Counter("intel-rapl:0", "package-0", energy);
+        machine.sensors.Load();
+        machine.sensors.ReadSample();
+        machine.SampleAfter(kSecond);
+        QCOMPARE(log.lines(), QStringList(PowerIsNotKnown(machine, QStringLiteral("it is no number."))));
     }
 
     void FoldersOfTheKernelAreLinks() {

@@ -1,5 +1,6 @@
 #include <QtTest>
 
+#include "../config/log_catcher.h"
 #include "telemetry/thermal_zone.h"
 #include "telemetry/thermal_zone_thread.h"
 #include "told.h"
@@ -9,7 +10,7 @@ using namespace kivo::test;
 
 namespace {
 
-constexpr std::chrono::seconds kLongEnough{60};
+const CommandLimits kLongEnough{std::chrono::seconds(60), std::chrono::seconds(60)};
 
 QByteArray Utf16(const char* text, bool withMark) {
     QByteArray bytes = withMark ? QByteArray("\xFF\xFE") : QByteArray();
@@ -23,9 +24,23 @@ QString Degrees(const char* number) {
     return QString::fromLatin1(number) + QChar(0x00B0) + QLatin1Char('C');
 }
 
-// The stand-in for the WMI client, as a command line.
-QString StandIn(const char* behaviour) {
-    return QStringLiteral("\"%1\" %2").arg(QStringLiteral(KIVO_THERMAL_STAND_IN), QLatin1String(behaviour));
+// The stand-in for the WMI client; made is a file that it makes.
+Command StandIn(const QString& behaviour, const QString& made = {}) {
+    Command command{QStringLiteral(KIVO_THERMAL_STAND_IN), {behaviour}};
+    if (!made.isEmpty()) {
+        command.arguments.append(made);
+    }
+    return command;
+}
+
+// Asked whether to give up, waits until there is such a file, and then never gives up.
+StopAsked GoOnOnceThereIs(const QString& file) {
+    return [file] {
+        while (!QFile::exists(file)) {
+            QThread::msleep(5);
+        }
+        return false;
+    };
 }
 
 struct Texts : Told<QString> {
@@ -99,29 +114,51 @@ private Q_SLOTS:
     }
     void CommandsOutputIsRead() {
         QFETCH(QString, behaviour);
-        const QByteArray output = ReadCommandOutput(StandIn(qPrintable(behaviour)), kLongEnough);
+        const QByteArray output = ReadCommandOutput(StandIn(behaviour), kLongEnough);
         QCOMPARE(ParseThermalZones(output), Degrees("28.000000"));
     }
 
+    void LimitsOfTheReading() {
+        QVERIFY(kLongestReading == std::chrono::seconds(30));
+        QVERIFY(CommandLimits().run == kLongestReading);
+        QVERIFY(CommandLimits().end == std::chrono::milliseconds(500));
+    }
+
+    // The limit is long over when the reading comes; all that has come by then counts.
     void WhatCameBeforeTheLimitIsRead() {
-        const QByteArray output = ReadCommandOutput(StandIn("hang"), std::chrono::milliseconds(2000));
+        const QTemporaryDir folder;
+        const QString sign = folder.filePath(QStringLiteral("written"));
+        const QByteArray output =
+            ReadCommandOutput(StandIn(QStringLiteral("hang"), sign),
+                              {std::chrono::milliseconds(1), kLongEnough.end}, GoOnOnceThereIs(sign));
         QCOMPARE(ParseThermalZones(output), Degrees("28.000000"));
+    }
+
+    // Qt would warn of a process that is still running, and wait for it half a minute.
+    void ProcessThatDoesNotEndIsLeft() {
+        const LogCatcher log;
+        const QTemporaryDir folder;
+        const QString sign = folder.filePath(QStringLiteral("written"));
+        const std::chrono::milliseconds none{0};
+        ReadCommandOutput(StandIn(QStringLiteral("hang"), sign), {none, none}, GoOnOnceThereIs(sign));
+        QCOMPARE(log.lines(), QStringList());
     }
 
     void MissingCommand_data() {
-        QTest::addColumn<QString>("command");
-        QTest::newRow("no such program") << "kivo-no-such-program /value";
+        QTest::addColumn<QString>("program");
+        QTest::newRow("no such program") << "kivo-no-such-program";
+        QTest::newRow("a folder") << QDir::tempPath();
         QTest::newRow("nothing") << QString();
     }
     void MissingCommand() {
-        QFETCH(QString, command);
-        QCOMPARE(ReadCommandOutput(command, kLongEnough), QByteArray());
+        QFETCH(QString, program);
+        QCOMPARE(ReadCommandOutput({program, {QStringLiteral("/value")}}, kLongEnough), QByteArray());
     }
 
     void HangingCommandIsGivenUp() {
         int looks = 0;
         // Would last a minute otherwise, and the test's time be over.
-        ReadCommandOutput(StandIn("hang"), kLongEnough, [&looks] { return ++looks > 2; });
+        ReadCommandOutput(StandIn(QStringLiteral("hang")), kLongEnough, [&looks] { return ++looks > 2; });
         QCOMPARE(looks, 3);
     }
 
@@ -143,7 +180,8 @@ private Q_SLOTS:
         QSemaphore isReading;
         auto thread = std::make_unique<ThermalZoneThread>([&isReading](const StopAsked& isStopAsked) {
             isReading.release();
-            return ParseThermalZones(ReadCommandOutput(StandIn("hang"), kLongEnough, isStopAsked));
+            return ParseThermalZones(
+                ReadCommandOutput(StandIn(QStringLiteral("hang")), kLongEnough, isStopAsked));
         });
         const Texts told(*thread);
         thread->start();

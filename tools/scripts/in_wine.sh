@@ -34,15 +34,18 @@ make_template() {
     exec 9>&-
 }
 
-# Registry and user's folders are the prefix's own; Windows itself is shared.
+# Registry, user's folders and what is installed are the prefix's own; Windows itself, and what it has installed,
+# is shared.
 make_prefix() {
     rm -rf "$prefix"
     mkdir -p "$prefix/drive_c" "$prefix/dosdevices"
     cp "$template"/*.reg "$template/.update-timestamp" "$prefix/"
     cp -a "$template/drive_c/users" "$template/drive_c/ProgramData" "$prefix/drive_c/"
     local folder
-    for folder in windows "Program Files" "Program Files (x86)"; do
-        ln -sfn "$template/drive_c/$folder" "$prefix/drive_c/$folder"
+    ln -sfn "$template/drive_c/windows" "$prefix/drive_c/windows"
+    for folder in "Program Files" "Program Files (x86)"; do
+        mkdir "$prefix/drive_c/$folder"
+        ln -s "$template/drive_c/$folder"/* "$prefix/drive_c/$folder/"
     done
     ln -sfn ../drive_c "$prefix/dosdevices/c:"
     ln -sfn / "$prefix/dosdevices/z:"

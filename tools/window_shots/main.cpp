@@ -197,6 +197,7 @@ QVector<QPair<QString, QImage>> ShootWindow(const QString& locale, const QString
     parts.locale = QLocale(locale);
     parts.hasTray = [] { return true; };
     parts.choosePicture = [ownPicture](QWidget*) { return ownPicture; };
+    parts.makeSensors = [](const kivo::TerminationGate& gate) { return kivo::MakeLibrarySensors(gate); };
     parts.readThermalZone = [](const kivo::StopAsked&) { return kivo::ThermalText(-10.5); };
     kivo::MainWindow window(parts);
     window.show();
@@ -267,6 +268,9 @@ int main(int argc, char** argv) {
     for (const char* name : {"HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME"}) {
         qputenv(name, home.path().toUtf8());
     }
+    // No sensors, whatever the machine has: the pictures are the same everywhere.
+    qputenv("IPG_Dir", home.path().toUtf8());
+    qputenv("IPG_Ver", "3.6");
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) {
         qputenv("QT_QPA_PLATFORM", "offscreen");
     }

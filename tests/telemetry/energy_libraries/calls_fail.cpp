@@ -1,3 +1,3 @@
 #include "energy_library.h"
 
-const Behaviour kBehaviour{true, false, true, 12.9, 45};
+const Behaviour kBehaviour{true, 0, true, 12.9, 45};

@@ -1,3 +1,3 @@
 #include "energy_library.h"
 
-const Behaviour kBehaviour{true, true, false, 12.9, 45};
+const Behaviour kBehaviour{true, kAlways, false, 12.9, 45};

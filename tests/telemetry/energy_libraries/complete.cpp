@@ -1,3 +1,3 @@
 #include "energy_library.h"
 
-const Behaviour kBehaviour{true, true, true, 12.9, 45};
+const Behaviour kBehaviour{true, kAlways, true, 12.9, 45};

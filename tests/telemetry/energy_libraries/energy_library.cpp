@@ -1,6 +1,8 @@
 #include "energy_library.h"
 
 #include <chrono>
+#include <cstdio>
+#include <cstdlib>
 #include <thread>
 
 namespace {
@@ -27,9 +29,30 @@ int WhatIsWrong(bool isRightArgument, int samplesNeeded) {
     return samples < samplesNeeded ? kNoSample : 0;
 }
 
+bool Answers() {
+    return samples <= kBehaviour.answers && kBehaviour.answers > 0;
+}
+
+void Note(const char* line) {
+    const char* path = std::getenv("KIVO_TEST_LIBRARY_LOG");
+    if (path == nullptr) {
+        return;
+    }
+    if (FILE* file = std::fopen(path, "a")) {
+        std::fprintf(file, "%s\n", line);
+        std::fclose(file);
+    }
+}
+
+const struct Life {
+    Life() { Note("loaded"); }
+    ~Life() { Note("unloaded"); }
+} life;
+
 }  // namespace
 
 ENERGY_LIBRARY_CALL bool IntelEnergyLibInitialize() {
+    Note("started");
     isStarted = kBehaviour.starts;
     samples = 0;
     return isStarted;
@@ -40,11 +63,11 @@ ENERGY_LIBRARY_CALL bool ReadSample() {
         std::this_thread::sleep_for(std::chrono::milliseconds(10));
     }
     ++samples;
-    return kBehaviour.answers;
+    return Answers();
 }
 
 ENERGY_LIBRARY_CALL bool GetTemperature(int node, int* degreesCelsius) {
-    if (!kBehaviour.answers) {
+    if (!Answers()) {
         return false;
     }
     const int wrong = WhatIsWrong(node == kFirstNode, 1);
@@ -53,7 +76,7 @@ ENERGY_LIBRARY_CALL bool GetTemperature(int node, int* degreesCelsius) {
 }
 
 ENERGY_LIBRARY_CALL bool GetPowerData(int node, int meter, double* result, int* count) {
-    if (!kBehaviour.answers) {
+    if (!Answers()) {
         return false;
     }
     const int wrong = WhatIsWrong(node == kFirstNode && meter == kPackageMeter, kSamplesForPower);

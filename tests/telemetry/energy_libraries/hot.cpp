@@ -1,3 +1,3 @@
 #include "energy_library.h"
 
-const Behaviour kBehaviour{true, true, true, 65.2, 74};
+const Behaviour kBehaviour{true, kAlways, true, 65.2, 74};

@@ -1,3 +1,3 @@
 #include "energy_library.h"
 
-const Behaviour kBehaviour{true, true, true, 1e300, -40};
+const Behaviour kBehaviour{true, kAlways, true, 1e300, -40};

@@ -1,3 +1,3 @@
 #include "energy_library.h"
 
-const Behaviour kBehaviour{false, true, true, 12.9, 45};
+const Behaviour kBehaviour{false, kAlways, true, 12.9, 45};

@@ -1,0 +1,105 @@
+#ifndef NOMINMAX
+#define NOMINMAX
+#endif
+#include <windows.h>
+
+#include <QtTest>
+
+#include "telemetry/thermal_zone_windows.h"
+
+using namespace kivo;
+
+// The WMI client as Windows is asked for it. A stand-in tells what arrives there.
+class TestThermalClient : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void ItIsTheSystemsOwn();
+    void ItReceivesTheCommandLine();
+    void WithoutOneThereIsNoReading();
+    void ClientsOfThatNameElsewhereAreNotRun();
+
+private:
+    static const QString& StandIn() {
+        static const QString path = QDir(QStringLiteral(KIVO_WMIC_STAND_IN)).absolutePath();
+        return path;
+    }
+};
+
+namespace {
+
+const QString kDegrees28 = QStringLiteral("28.000000") + QChar(0x00B0) + QLatin1Char('C');
+
+// What a stand-in notes, a line each.
+class Notes {
+public:
+    Notes() { qputenv("KIVO_TEST_WMIC_LOG", QDir::toNativeSeparators(Path()).toLocal8Bit()); }
+    ~Notes() { qunsetenv("KIVO_TEST_WMIC_LOG"); }
+    Q_DISABLE_COPY(Notes)
+
+    QStringList Lines() const {
+        QFile file(Path());
+        return file.open(QIODevice::ReadOnly)
+                   ? QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'), Qt::SkipEmptyParts)
+                   : QStringList();
+    }
+
+private:
+    QString Path() const { return m_folder.filePath(QStringLiteral("notes")); }
+
+    const QTemporaryDir m_folder;
+};
+
+}  // namespace
+
+void TestThermalClient::ItIsTheSystemsOwn() {
+    std::array<wchar_t, MAX_PATH> folder{};
+    QVERIFY(GetSystemDirectoryW(folder.data(), UINT(folder.size())) > 0);
+    const Command command = ThermalClient();
+    QCOMPARE(command.program, QString::fromWCharArray(folder.data()) + QStringLiteral("/wbem/wmic.exe"));
+    QCOMPARE(command.arguments,
+             (QStringList{QStringLiteral(R"(/namespace:\\root\wmi)"), QStringLiteral("PATH"),
+                          QStringLiteral("MSAcpi_ThermalZoneTemperature"), QStringLiteral("get"),
+                          QStringLiteral("CurrentTemperature"), QStringLiteral("/value")}));
+}
+
+void TestThermalClient::ItReceivesTheCommandLine() {
+    const Notes notes;
+    Command command = ThermalClient();
+    command.program = StandIn();
+    QCOMPARE(ReadThermalZoneWith(command), kDegrees28);
+    // The command's own words, behind the client's path; the program's working folder.
+    const QString words = ThermalCommand().mid(int(qstrlen("wmic ")));
+    QStringList lines = notes.Lines();
+    QVERIFY(!lines.isEmpty());
+    lines[0] = lines[0].simplified();  // Qt puts two blanks behind the program
+    QCOMPARE(lines, (QStringList{QStringLiteral("\"%1\" %2").arg(QDir::toNativeSeparators(StandIn()), words),
+                                 QDir::toNativeSeparators(QDir::currentPath())}));
+}
+
+void TestThermalClient::WithoutOneThereIsNoReading() {
+    Command command = ThermalClient();
+    command.program.clear();
+    QCOMPARE(ReadThermalZoneWith(command), NoThermalText());
+    command.program = QStringLiteral("C:/no such folder/wbem/wmic.exe");
+    QCOMPARE(ReadThermalZoneWith(command), NoThermalText());
+}
+
+// Beside the program and in the working folder, where the system looks first for a bare name.
+void TestThermalClient::ClientsOfThatNameElsewhereAreNotRun() {
+    const Notes notes;
+    const QTemporaryDir folder;
+    const QString name = QStringLiteral("wmic.exe");
+    const QString beside = QCoreApplication::applicationDirPath() + QLatin1Char('/') + name;
+    QVERIFY(QFile::copy(StandIn(), beside));
+    QVERIFY(QFile::copy(StandIn(), folder.filePath(name)));
+    const QString before = QDir::currentPath();
+    QVERIFY(QDir::setCurrent(folder.path()));
+    ReadThermalZoneTemperature();
+    QVERIFY(QDir::setCurrent(before));
+    QVERIFY(QFile::remove(beside));
+    QCOMPARE(notes.Lines(), QStringList());
+}
+
+QTEST_GUILESS_MAIN(TestThermalClient)
+#include "tst_thermal_client.moc"
