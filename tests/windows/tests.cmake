@@ -15,6 +15,7 @@ kivo_add_test_library(test_hidapi hidapi)
 target_include_directories(test_hidapi PRIVATE ${HIDAPI_INCLUDE_DIRS})
 
 kivo_add_test(windows registry_marker LINK kivo_config)
+kivo_add_test(windows autostart_registry LINK kivo_app)
 kivo_add_test(windows windows_folders LINK kivo_config kivo_pictures kivo_test_support)
 target_link_libraries(tst_windows_folders PRIVATE ole32 shell32 uuid)
 kivo_add_test(windows console_events LINK kivo_app)
