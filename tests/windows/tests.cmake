@@ -20,6 +20,11 @@ kivo_add_test(windows windows_folders LINK kivo_config kivo_pictures kivo_test_s
 target_link_libraries(tst_windows_folders PRIVATE ole32 shell32 uuid)
 kivo_add_test(windows console_events LINK kivo_app)
 
+# For packaging/windows/check_installer.sh. It runs without the folder of libraries.
+kivo_add_program(window_stand_in SOURCES windows/window_stand_in.cpp)
+target_link_options(window_stand_in PRIVATE -municode -static)
+set_target_properties(window_stand_in PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests)
+
 # The library is looked for beside the program first, so this one gets a folder of its own.
 kivo_add_test(windows pdh_counter LINK kivo_telemetry)
 set(with_pdh ${CMAKE_BINARY_DIR}/tests/with_pdh)
