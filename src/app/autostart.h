@@ -1,7 +1,8 @@
 #pragma once
 
 // Whether the program starts together with the user's session. Linux: an entry in the desktop's autostart
-// folder; Windows: a value under the user's Run key. Nothing but the user's own wish sets it. Any thread.
+// folder; Windows: a value under the user's Run key. The system's own tools may switch it off too; nothing
+// but the user's own wish sets it. Any thread.
 
 #include <QByteArray>
 #include <QString>

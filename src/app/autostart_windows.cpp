@@ -11,6 +11,10 @@ namespace kivo {
 namespace {
 
 constexpr wchar_t kRunKey[] = L"Software\\Microsoft\\Windows\\CurrentVersion\\Run";
+// Where the task manager and the system's settings note that an entry of that key is switched off. The key's
+// layout is not documented; an odd first byte is what every tool takes for off.
+constexpr wchar_t kApprovedKey[] =
+    L"Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\StartupApproved\\Run";
 constexpr wchar_t kValueName[] = L"Kivo Screen";
 
 QString Told(LSTATUS status) {
@@ -35,20 +39,36 @@ QString Command() {
     return QString::fromWCharArray(text.data());
 }
 
+bool IsSwitchedOffBySystem() {
+    BYTE bytes[64] = {};
+    DWORD size = sizeof(bytes);
+    return RegGetValueW(HKEY_CURRENT_USER, kApprovedKey, kValueName, RRF_RT_REG_BINARY, nullptr, bytes,
+                        &size) == ERROR_SUCCESS &&
+           size > 0 && bytes[0] % 2 != 0;
+}
+
+LSTATUS Remove(const wchar_t* key) {
+    const LSTATUS status = RegDeleteKeyValueW(HKEY_CURRENT_USER, key, kValueName);
+    return status == ERROR_FILE_NOT_FOUND ? ERROR_SUCCESS : status;
+}
+
 }  // namespace
 
 bool StartsAtLogin() {
-    return QFileInfo(ProgramOfCommand(Command())).isFile();
+    return !IsSwitchedOffBySystem() && QFileInfo(ProgramOfCommand(Command())).isFile();
 }
 
 QString SetStartsAtLogin(bool on) {
-    if (!on) {
-        const LSTATUS status = RegDeleteKeyValueW(HKEY_CURRENT_USER, kRunKey, kValueName);
-        return Told(status == ERROR_FILE_NOT_FOUND ? ERROR_SUCCESS : status);
+    LSTATUS status = ERROR_SUCCESS;
+    if (on) {
+        const std::wstring command = RunCommand(QCoreApplication::applicationFilePath()).toStdWString();
+        status = RegSetKeyValueW(HKEY_CURRENT_USER, kRunKey, kValueName, REG_SZ, command.c_str(),
+                                 static_cast<DWORD>((command.size() + 1) * sizeof(wchar_t)));
+    } else {
+        status = Remove(kRunKey);
     }
-    const std::wstring command = RunCommand(QCoreApplication::applicationFilePath()).toStdWString();
-    return Told(RegSetKeyValueW(HKEY_CURRENT_USER, kRunKey, kValueName, REG_SZ, command.c_str(),
-                                static_cast<DWORD>((command.size() + 1) * sizeof(wchar_t))));
+    // Also when switching on: what the system has switched off stays off, whatever stands under the Run key.
+    return Told(status == ERROR_SUCCESS ? Remove(kApprovedKey) : status);
 }
 
 }  // namespace kivo

@@ -160,9 +160,16 @@ int main(int argc, char** argv) {
     QApplication::setQuitOnLastWindowClosed(false);
     QGuiApplication::setFallbackSessionManagementEnabled(false);
 
-    // Before there is anything to end: a request that comes early is heard when the event loop runs.
+    // Before there is anything to end. A loop that begins to run knows nothing of a request that was there
+    // before, so that is remembered here; a session that ends is told by aboutToQuit alone.
+    bool endRequested = false;
+    QObject::connect(&application, &QCoreApplication::aboutToQuit, &application,
+                     [&endRequested] { endRequested = true; });
     const kivo::QuitSignals quitSignals;
-    QObject::connect(&quitSignals, &kivo::QuitSignals::quitRequested, &application, &QCoreApplication::quit);
+    QObject::connect(&quitSignals, &kivo::QuitSignals::quitRequested, &application, [&endRequested] {
+        endRequested = true;
+        QCoreApplication::quit();
+    });
 
     kivo::SingleInstance instance;
     if (!instance.Start()) {
@@ -191,7 +198,7 @@ int main(int argc, char** argv) {
     } else {
         kivo::LeaveParentConsole();
     }
-    const int status = QApplication::exec();
+    const int status = endRequested ? 0 : QApplication::exec();
     const bool stopped = window->Stop();
     if (line.options.runSeconds) {
         Say(stdout, ValuesLine(window->Session().ShownTexts()));

@@ -6,7 +6,6 @@
 #include <QDir>
 #include <QFile>
 #include <QSaveFile>
-#include <QStandardPaths>
 
 #include <utility>
 
@@ -42,11 +41,6 @@ void MarkAsUsed(QFile& file) {
 }
 
 }  // namespace
-
-QString ThumbnailCache::DefaultFolder() {
-    const QString caches = QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation);
-    return caches.isEmpty() ? QString() : caches + QStringLiteral("/Kivo Tool/thumbnails");
-}
 
 ThumbnailCache::ThumbnailCache(QString folder, qint64 mostBytes)
     : m_folder(std::move(folder)),

@@ -16,8 +16,8 @@ namespace kivo {
 
 class ThumbnailCache {
 public:
-    // The user's cache folder followed by "/Kivo Tool/thumbnails" (Linux: below "~/.cache", Windows: below
-    // the local application data).
+    // The user's cache folder (Linux: "~/.cache"; Windows: the local application data, as the uninstaller
+    // has it too) followed by "/Kivo Tool/thumbnails". Empty where there is none.
     static QString DefaultFolder();
     // Thousands of pictures on a sharp screen.
     static constexpr qint64 kDefaultMostBytes = 64LL * 1024 * 1024;

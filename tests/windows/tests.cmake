@@ -15,7 +15,8 @@ kivo_add_test_library(test_hidapi hidapi)
 target_include_directories(test_hidapi PRIVATE ${HIDAPI_INCLUDE_DIRS})
 
 kivo_add_test(windows registry_marker LINK kivo_config kivo_test_support)
-kivo_add_test(windows windows_folders LINK kivo_config kivo_test_support)
+kivo_add_test(windows autostart_registry LINK kivo_app)
+kivo_add_test(windows windows_folders LINK kivo_config kivo_pictures kivo_test_support)
 target_link_libraries(tst_windows_folders PRIVATE ole32 shell32 uuid)
 kivo_add_test(windows console_events LINK kivo_app)
 kivo_add_test(windows native_event LINK kivo_app kivo_virtualscreen kivo_test_support)
@@ -24,6 +25,11 @@ target_compile_definitions(tst_native_event PRIVATE KIVO_BIN_DIR="${CMAKE_RUNTIM
 kivo_add_test(windows instance_guard TIMEOUT 300)
 add_dependencies(tst_instance_guard instance_copy)
 target_compile_definitions(tst_instance_guard PRIVATE KIVO_INSTANCE_COPY="$<TARGET_FILE:instance_copy>")
+
+# For packaging/windows/check_installer.sh. It runs without the folder of libraries.
+kivo_add_program(window_stand_in SOURCES windows/window_stand_in.cpp)
+target_link_options(window_stand_in PRIVATE -municode -static)
+set_target_properties(window_stand_in PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests)
 
 # The library is looked for beside the program first, so this one gets a folder of its own.
 kivo_add_test(windows pdh_counter LINK kivo_telemetry)

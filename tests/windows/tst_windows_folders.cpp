@@ -9,6 +9,7 @@
 #include "config/default_profile.h"
 #include "config/first_run_marker.h"
 #include "config/folders.h"
+#include "pictures/thumbnail_cache.h"
 
 using namespace kivo;
 
@@ -64,6 +65,12 @@ private Q_SLOTS:
         const QString profile = KnownFolder(FOLDERID_Profile);
         QCOMPARE(WorkingFolder(), profile + QStringLiteral("/Kivo Tool"));
         QVERIFY(QFileInfo(WorkingFolder()).isDir());
+    }
+
+    // Where the uninstaller looks for them.
+    void ThumbnailsLieInTheLocalFolder() {
+        QCOMPARE(ThumbnailCache::DefaultFolder(),
+                 KnownFolder(FOLDERID_LocalAppData) + QStringLiteral("/Kivo Tool/thumbnails"));
     }
 
     void FirstRunReplacesWhatIsThere() {

@@ -38,6 +38,7 @@ private Q_SLOTS:
     void EndOfTheSessionEndsIt();
     void EndOfTheSessionThatIsCalledOff();
     void EndOfTheSessionWhileTheExitIsAskedFor();
+    void EndOfTheSessionWhileItStarts();
     void CopiesStartedAtOnceGiveOne();
     void PathsInEveryScript();
 
@@ -416,6 +417,21 @@ void TestWindowsProgram::EndOfTheSessionWhileTheExitIsAskedFor() {
     QVERIFY(SendMessageW(Window(), WM_QUERYENDSESSION, 0, 0) != 0);
     SendMessageW(Window(), WM_ENDSESSION, TRUE, 0);
     QVERIFY(EndsWell());
+}
+
+// Told once, as soon as there is a window: before the event loop runs, or just after.
+void TestWindowsProgram::EndOfTheSessionWhileItStarts() {
+    Mark(QByteArray("true\0", 5));
+    for (int time = 0; time < 3; ++time) {
+        Start();
+        QElapsedTimer timer;
+        timer.start();
+        while (Window() == nullptr && timer.elapsed() < kPatienceMs) {
+            Sleep(0);
+        }
+        SendMessageW(Window(), WM_ENDSESSION, TRUE, 0);
+        QVERIFY(EndsWell());
+    }
 }
 
 void TestWindowsProgram::CopiesStartedAtOnceGiveOne() {

@@ -1,0 +1,23 @@
+#include <QDir>
+#include <QTest>
+
+#include "pictures/thumbnail_cache.h"
+
+using namespace kivo;
+
+// Where thumbnails are kept on Linux, after the XDG Base Directory Specification.
+class TestThumbnailFolder : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void FollowsTheUsersCacheFolder() {
+        qputenv("XDG_CACHE_HOME", "/somewhere/else");
+        QCOMPARE(ThumbnailCache::DefaultFolder(), QStringLiteral("/somewhere/else/Kivo Tool/thumbnails"));
+        qunsetenv("XDG_CACHE_HOME");
+        QCOMPARE(ThumbnailCache::DefaultFolder(),
+                 QDir::homePath() + QStringLiteral("/.cache/Kivo Tool/thumbnails"));
+    }
+};
+
+QTEST_GUILESS_MAIN(TestThumbnailFolder)
+#include "tst_thumbnail_folder.moc"
