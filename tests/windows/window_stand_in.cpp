@@ -1,7 +1,7 @@
 // Stands in for other people's programs while the installer is tried: window_stand_in.exe TITLE FLAG [HELD].
 // Shows a window with that title, such as a folder window has, and keeps the file HELD open for itself. Makes
-// the file FLAG once all that stands, and ends with 0 when FLAG is gone, or with 3 as soon as somebody tells its
-// window that the session ends.
+// the file FLAG once all that stands, and ends with 0 when FLAG is gone, or with 3 as soon as somebody tells
+// its window that the session ends.
 #include <windows.h>
 
 namespace {
@@ -34,9 +34,8 @@ int wmain(int argc, wchar_t** argv) {
     windowClass.hInstance = GetModuleHandleW(nullptr);
     windowClass.lpszClassName = L"KivoTestFolderWindow";
     RegisterClassW(&windowClass);
-    const HWND window =
-        CreateWindowW(windowClass.lpszClassName, argv[1], WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0, 200, 100,
-                      nullptr, nullptr, windowClass.hInstance, nullptr);
+    const HWND window = CreateWindowW(windowClass.lpszClassName, argv[1], WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0,
+                                      0, 200, 100, nullptr, nullptr, windowClass.hInstance, nullptr);
     if (window == nullptr || (argc > 3 && Open(argv[3], OPEN_EXISTING) == INVALID_HANDLE_VALUE)) {
         return kBadArguments;
     }
