@@ -68,8 +68,9 @@ thumbnails="$me/AppData/Local/Kivo Tool/thumbnails"
 is_running() { # soon; every process with the program's name that was started in this script's home
     local tenths process
     for tenths in $(seq 100); do
-        for process in $(pgrep -f '^[A-Z]:.*KivoScreen\.exe'); do
-            ! grep -qz "^HOME=$home$" "/proc/$process/environ" 2>/dev/null || return 0
+        for process in /proc/[0-9]*; do
+            ! grep -qz '^[A-Z]:.*\\KivoScreen\.exe$' "$process/cmdline" 2>/dev/null ||
+                ! grep -qz "^HOME=$home$" "$process/environ" 2>/dev/null || return 0
         done
         sleep 0.1
     done
@@ -88,7 +89,6 @@ is_whole() { # the program is there as it was packed, with nothing left of its m
         <(cd "$program" && find . -type f -not -name Uninstall.exe -not -name "mine*" | sort)
 }
 stand_in() { # [HELD]: a folder window of another program, which holds that file open
-    touch "$home/held"
     wine_run build/windows/tests/window_stand_in.exe "Kivo Screen" "Z:$home/flag" ${1:+"Z:$1"} &
     stand_in=$!
     until [ -e "$home/flag" ]; do
@@ -140,7 +140,7 @@ step "an update while it runs"
 # It ends the running copy, which would hold its files, and no other program; and starts it again.
 echo "mine" >"$program/mine.txt"
 mkdir -p "$program/former/deep"
-touch "$program/former.dll" "$program/former/deep/former.png" "$program/former/mine.png" "$home/outside"
+touch "$program/former.dll" "$program/former/deep/former.png" "$program/former/mine.png"
 printf 'former.dll\r\nformer\\deep\\former.png\r\nmine*\r\n..\\outside\r\nformer\\deep\\\r\nformer\\\r\n' >>"$program/installed.txt"
 touch "$me/AppData/Local/Programs/outside" "$desktop"
 chmod a-w "$program/Config.ini"
