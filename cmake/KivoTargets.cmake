@@ -46,6 +46,45 @@ function(kivo_add_program name)
     target_link_libraries(${name} PRIVATE kivo_build_flags ${arg_LINK})
 endfunction()
 
+# Where the program is built as people get it, its tests are not: to make their own code fast takes longer than it saves.
+add_library(kivo_test_flags INTERFACE)
+target_link_libraries(kivo_test_flags INTERFACE kivo_build_flags Qt5::Test)
+target_compile_options(kivo_test_flags INTERFACE $<$<CONFIG:Release>:-O0>)
+
+# <QtTest>, which is half of what a test's compiler reads, compiled once for each set of Qt's modules that tests link:
+# gives the name of the target that has it for a test which links these libraries.
+function(kivo_test_headers out)
+    set(libraries "${ARGN}")
+    set(seen "")
+    while(NOT libraries STREQUAL "")
+        list(POP_FRONT libraries library)
+        if(library IN_LIST seen OR NOT TARGET ${library})
+            continue()
+        endif()
+        list(APPEND seen ${library})
+        get_target_property(next ${library} INTERFACE_LINK_LIBRARIES)
+        if(next)
+            list(APPEND libraries ${next})
+        endif()
+    endwhile()
+    set(name kivo_test_headers)
+    set(qt "")
+    foreach(module Gui Widgets)
+        if(Qt5::${module} IN_LIST seen)
+            string(APPEND name _${module})
+            list(APPEND qt Qt5::${module})
+        endif()
+    endforeach()
+    if(NOT TARGET ${name})
+        file(WRITE ${CMAKE_BINARY_DIR}/${name}.cpp "")
+        add_library(${name} OBJECT ${CMAKE_BINARY_DIR}/${name}.cpp)
+        set_target_properties(${name} PROPERTIES AUTOMOC OFF AUTOUIC OFF AUTORCC OFF)
+        target_link_libraries(${name} PRIVATE kivo_test_flags ${qt})
+        target_precompile_headers(${name} PRIVATE <QtTest>)
+    endif()
+    set(${out} ${name} PARENT_SCOPE)
+endfunction()
+
 # kivo_add_test(<folder> <unit> LINK ...): tests/<folder>/tst_<unit>.cpp, run on Qt's offscreen platform in a home
 # of its own, so that no test ever sees the settings of the person who runs it. Its folder for temporary files is
 # its own too: running copies of the program find each other through it.
@@ -67,10 +106,11 @@ function(kivo_add_test folder unit)
     endif()
     set(name tst_${unit})
     add_executable(${name} ${folder}/${name}.cpp ${arg_SOURCES})
-    target_link_libraries(${name} PRIVATE kivo_build_flags Qt5::Test ${arg_LINK})
-    # Where the program is built as people get it, its tests are not: to make their own code fast takes longer than
-    # it saves.
-    target_compile_options(${name} PRIVATE $<$<CONFIG:Release>:-O0>)
+    target_link_libraries(${name} PRIVATE kivo_test_flags ${arg_LINK})
+    kivo_test_headers(headers ${arg_LINK})
+    target_precompile_headers(${name} REUSE_FROM ${headers})
+    set_source_files_properties(${CMAKE_CURRENT_BINARY_DIR}/${name}_autogen/mocs_compilation.cpp
+        PROPERTIES SKIP_PRECOMPILE_HEADERS ON)
     set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests)
     add_test(NAME ${folder}/${unit} COMMAND ${name})
     set(home ${CMAKE_BINARY_DIR}/test-home/${name})
