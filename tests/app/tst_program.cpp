@@ -3,6 +3,8 @@
 #include <csignal>
 
 #include "device/report_log.h"
+#include "support/built_paths.h"
+#include "support/test_program.h"
 #include "virtualscreen/panel_decoder.h"
 
 using namespace kivo;
@@ -50,7 +52,7 @@ QProcessEnvironment TestProgram::Environment() const {
 
 int TestProgram::Run(QProcess& process, const QStringList& arguments) {
     process.setProcessEnvironment(Environment());
-    process.start(QStringLiteral(KIVO_BIN_DIR "/kivo-screen"), arguments);
+    process.start(test::BuiltProgram("kivo-screen"), arguments);
     if (!process.waitForFinished(60000) || process.exitStatus() != QProcess::NormalExit) {
         return -1;
     }
@@ -116,7 +118,7 @@ void TestProgram::PicturesAndLogsThatCannotBeWritten() {
 void TestProgram::EndsCleanlyWhenAsked() {
     QProcess process;
     process.setProcessEnvironment(Environment());
-    process.start(QStringLiteral(KIVO_BIN_DIR "/kivo-screen"), {QStringLiteral("--virtual-screen")});
+    process.start(test::BuiltProgram("kivo-screen"), {QStringLiteral("--virtual-screen")});
     QVERIFY(process.waitForStarted());
     // Settings are there once it is well under way.
     QTRY_VERIFY(QFile::exists(m_home->filePath(QStringLiteral("data/Kivo Tool/Config.ini"))));
@@ -149,7 +151,7 @@ void TestProgram::TheAutostartIsSwitchedFromTheCommandLine() {
     QCOMPARE(process.readAllStandardOutput().count('\n'), 1);
     QVERIFY(entry.open(QIODevice::ReadOnly));
     QVERIFY(entry.readAll().contains(
-        "TryExec=" + QFileInfo(QStringLiteral(KIVO_BIN_DIR "/kivo-screen")).canonicalFilePath().toUtf8()));
+        "TryExec=" + QFileInfo(test::BuiltProgram("kivo-screen")).canonicalFilePath().toUtf8()));
     QCOMPARE(Run(process, {QStringLiteral("--autostart"), QStringLiteral("off")}), 0);
     QVERIFY(!entry.exists());
     // The program itself has not run.
@@ -198,5 +200,5 @@ void TestProgram::HomeThatCannotBeWritten() {
     QVERIFY2(colors.size() > 100, "the panel shows a picture all the same");
 }
 
-QTEST_GUILESS_MAIN(TestProgram)
+KIVO_GUILESS_TEST(TestProgram)
 #include "tst_program.moc"
