@@ -53,5 +53,4 @@ kivo_register_test(windows/pdh_counter pdh_counter COMMAND ${with_pdh}/tests_win
 kivo_register_test(telemetry/cpu_counter cpu_counter COMMAND ${with_pdh}/tests_telemetry.exe ENVIRONMENT ${own_pdh})
 kivo_register_test(device/hid_api_hidapi hid_api_hidapi COMMAND ${with_hidapi}/tests_device.exe)
 kivo_register_test(windows/windows_program windows_program ENVIRONMENT ${own_pdh})
-kivo_limit_tests(300 windows/instance_guard)
-kivo_limit_tests(600 windows/windows_program)
+kivo_limit_tests(1200 windows/instance_guard windows/windows_program)
