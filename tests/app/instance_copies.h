@@ -5,13 +5,15 @@
 #include <QProcess>
 #include <QtGlobal>
 
+#include "support/built_paths.h"
+
 namespace kivo::test {
 
 class Copy {
 public:
     Copy() {
         m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-        m_process.start(QStringLiteral(KIVO_INSTANCE_COPY), QStringList());
+        m_process.start(TestHelper("instance_copy"), QStringList());
     }
     ~Copy() {
         m_process.kill();

@@ -1,6 +1,7 @@
 #include <QtTest>
 
 #include "app/autostart.h"
+#include "support/test_program.h"
 
 using namespace kivo;
 
@@ -148,5 +149,5 @@ void TestAutostart::OnAndOff() {
     }
 }
 
-QTEST_GUILESS_MAIN(TestAutostart)
+KIVO_GUILESS_TEST(TestAutostart)
 #include "tst_autostart.moc"

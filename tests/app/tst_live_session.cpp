@@ -6,6 +6,8 @@
 #include "forwarding_hid_api.h"
 #include "resources/resources.h"
 #include "session_start.h"
+#include "support/built_paths.h"
+#include "support/test_program.h"
 #include "virtualscreen/virtual_hid_api.h"
 
 using namespace kivo;
@@ -31,7 +33,7 @@ private Q_SLOTS:
 
 namespace {
 
-const QString kBin = QStringLiteral(KIVO_BIN_DIR);
+const QString kBin = ProgramFolder();
 
 bool WriteFile(const QString& path, const QByteArray& bytes) {
     QFile file(path);
@@ -204,5 +206,5 @@ void TestLiveSession::NoiseInTheSettingsStillGivesAPicture() {
     QCOMPARE(panel.State().counts.frames, quint64(1));
 }
 
-QTEST_MAIN(TestLiveSession)
+KIVO_TEST(TestLiveSession)
 #include "tst_live_session.moc"

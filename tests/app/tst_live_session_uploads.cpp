@@ -6,6 +6,8 @@
 #include "forwarding_hid_api.h"
 #include "resources/resources.h"
 #include "session_start.h"
+#include "support/built_paths.h"
+#include "support/test_program.h"
 #include "virtualscreen/virtual_hid_api.h"
 
 using namespace kivo;
@@ -47,7 +49,7 @@ private:
 
 namespace {
 
-const QString kBin = QStringLiteral(KIVO_BIN_DIR);
+const QString kBin = ProgramFolder();
 constexpr int kPatienceMs = 20000;
 
 quint64 Frames(const VirtualHidApi& panel) {
@@ -420,5 +422,5 @@ void TestLiveSessionUploads::NothingStartsAfterTheEnd() {
     QCOMPARE(panel.State().counts.commands, commands);
 }
 
-QTEST_MAIN(TestLiveSessionUploads)
+KIVO_TEST(TestLiveSessionUploads)
 #include "tst_live_session_uploads.moc"

@@ -7,6 +7,7 @@
 #include "app/nimb_process_dialog.h"
 #include "app/single_instance.h"
 #include "config/settings_file.h"
+#include "support/test_program.h"
 #include "widgets/exit_message_box.h"
 #include "widgets/nimb_push_button.h"
 #include "window_test_support.h"
@@ -452,5 +453,5 @@ void TestMainWindow::EverythingIsReachedByKeyboard() {
     }
 }
 
-QTEST_MAIN(TestMainWindow)
+KIVO_TEST(TestMainWindow)
 #include "tst_main_window.moc"

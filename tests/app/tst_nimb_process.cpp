@@ -14,6 +14,7 @@
 #include "device/screen_session.h"
 #include "device/transfers.h"
 #include "resources/resources.h"
+#include "support/test_program.h"
 #include "telemetry/metric_snapshot.h"
 #include "virtualscreen/virtual_hid_api.h"
 
@@ -340,5 +341,5 @@ void TestNimbProcess::SlotsHaveTheirOrder() {
     QVERIFY(NimbProcessThread::staticMetaObject.indexOfSignal("DoProcessDlg()") >= 0);
 }
 
-QTEST_MAIN(TestNimbProcess)
+KIVO_TEST(TestNimbProcess)
 #include "tst_nimb_process.moc"

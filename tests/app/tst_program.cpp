@@ -3,6 +3,8 @@
 #include <csignal>
 
 #include "device/report_log.h"
+#include "support/built_paths.h"
+#include "support/test_program.h"
 #include "virtualscreen/panel_decoder.h"
 
 using namespace kivo;
@@ -93,7 +95,7 @@ QProcessEnvironment TestProgram::Environment() const {
 
 void TestProgram::Start(QProcess& process, const QStringList& arguments) const {
     process.setProcessEnvironment(Environment());
-    process.start(QStringLiteral(KIVO_BIN_DIR "/kivo-screen"), arguments);
+    process.start(test::BuiltProgram("kivo-screen"), arguments);
 }
 
 int TestProgram::Result(QProcess& process) {
@@ -194,7 +196,7 @@ void TestProgram::TheAutostartIsSwitchedFromTheCommandLine() {
     QCOMPARE(process.readAllStandardOutput().count('\n'), 1);
     QVERIFY(entry.open(QIODevice::ReadOnly));
     QVERIFY(entry.readAll().contains(
-        "TryExec=" + QFileInfo(QStringLiteral(KIVO_BIN_DIR "/kivo-screen")).canonicalFilePath().toUtf8()));
+        "TryExec=" + QFileInfo(test::BuiltProgram("kivo-screen")).canonicalFilePath().toUtf8()));
     QCOMPARE(Run(process, {QStringLiteral("--autostart"), QStringLiteral("off")}), 0);
     QVERIFY(!entry.exists());
     // The program itself has not run.
@@ -237,5 +239,5 @@ void TestProgram::HomeThatCannotBeWritten() {
     QVERIFY(ColoursOf(image).size() > 100);
 }
 
-QTEST_GUILESS_MAIN(TestProgram)
+KIVO_GUILESS_TEST(TestProgram)
 #include "tst_program.moc"

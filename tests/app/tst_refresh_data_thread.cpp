@@ -5,6 +5,7 @@
 #include "app/refresh_data_thread.h"
 #include "device/screen_session.h"
 #include "device/transfers.h"
+#include "support/test_program.h"
 #include "telemetry/metric_snapshot.h"
 #include "virtualscreen/virtual_hid_api.h"
 
@@ -303,5 +304,5 @@ void TestRefreshDataThread::WithoutAScreenTheLoopCarriesOn() {
     QVERIFY(bench.AwaitRounds(2));
 }
 
-QTEST_GUILESS_MAIN(TestRefreshDataThread)
+KIVO_GUILESS_TEST(TestRefreshDataThread)
 #include "tst_refresh_data_thread.moc"

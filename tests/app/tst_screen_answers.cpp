@@ -6,6 +6,8 @@
 #include "forwarding_hid_api.h"
 #include "resources/resources.h"
 #include "session_start.h"
+#include "support/built_paths.h"
+#include "support/test_program.h"
 #include "virtualscreen/virtual_hid_api.h"
 
 using namespace kivo;
@@ -13,7 +15,7 @@ using namespace kivo::test;
 
 namespace {
 
-const QString kBin = QStringLiteral(KIVO_BIN_DIR);
+const QString kBin = ProgramFolder();
 constexpr int kPatienceMs = 20000;
 
 // Counts what is asked of a panel, and what it takes; may refuse one chunk of every frame.
@@ -172,5 +174,5 @@ void TestScreenAnswers::ScreenThatAnswersIsNotRedrawn() {
     QCOMPARE(run.hid.temperatures.load(), 1);
 }
 
-QTEST_MAIN(TestScreenAnswers)
+KIVO_TEST(TestScreenAnswers)
 #include "tst_screen_answers.moc"

@@ -10,6 +10,7 @@
 #include "../config/private_home.h"
 #include "app/single_instance.h"
 #include "instance_copies.h"
+#include "support/test_program.h"
 
 using namespace kivo;
 using kivo::test::Copy;
@@ -311,5 +312,5 @@ void TestSingleInstance::PollKeepsTheKeyFileFresh() {
     QCOMPARE(Copy().Ask("start"), QByteArray("second"));
 }
 
-QTEST_GUILESS_MAIN(TestSingleInstance)
+KIVO_GUILESS_TEST(TestSingleInstance)
 #include "tst_single_instance.moc"

@@ -2,6 +2,7 @@
 #include <QtTest>
 
 #include "app/tray.h"
+#include "support/test_program.h"
 
 using namespace kivo;
 
@@ -111,5 +112,5 @@ void TestTray::ASwitchThatFailsGoesBack() {
     QVERIFY(!EntryOf(tray, kAtLogin)->isChecked());
 }
 
-QTEST_MAIN(TestTray)
+KIVO_TEST(TestTray)
 #include "tst_tray.moc"

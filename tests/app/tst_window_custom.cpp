@@ -1,6 +1,7 @@
 #include <tuple>
 
 #include "custom_page_test_support.h"
+#include "support/test_program.h"
 
 Q_DECLARE_METATYPE(kivo::SlotRow)
 
@@ -401,5 +402,5 @@ void TestWindowCustom::TenKeysAreStored() {
                                        "1-2=-1", "1-3=-1", "1-4=-1"}));
 }
 
-QTEST_MAIN(TestWindowCustom)
+KIVO_TEST(TestWindowCustom)
 #include "tst_window_custom.moc"

@@ -2,6 +2,7 @@
 
 #include "../config/log_catcher.h"
 #include "config/pending_frame.h"
+#include "support/test_program.h"
 #include "window_test_support.h"
 
 using namespace kivo;
@@ -445,5 +446,5 @@ void TestWindowHotplug::PluggingWhileTheWindowEnds() {
     QCOMPARE(desk.panel.OpenHandles(), 0);
 }
 
-QTEST_MAIN(TestWindowHotplug)
+KIVO_TEST(TestWindowHotplug)
 #include "tst_window_hotplug.moc"

@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "custom_page_test_support.h"
+#include "support/test_program.h"
 #include "widgets/exit_message_box.h"
 
 using namespace kivo;
@@ -238,6 +239,6 @@ void TestWindowLegibility::MessagesAreShownWhole() {
     QVERIFY(looked);
 }
 
-QTEST_MAIN(TestWindowLegibility)
+KIVO_TEST(TestWindowLegibility)
 
 #include "tst_window_legibility.moc"

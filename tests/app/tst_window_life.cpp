@@ -3,6 +3,7 @@
 #include "app/nimb_process_dialog.h"
 #include "compose/theme_state.h"
 #include "config/pending_frame.h"
+#include "support/test_program.h"
 #include "widgets/exit_message_box.h"
 #include "window_test_support.h"
 
@@ -170,5 +171,5 @@ void TestWindowLife::CancelLeavesTheKeyboardOnEdit() {
     QCOMPARE(desk.window->focusWidget(), desk.Find("btnEdit"));
 }
 
-QTEST_MAIN(TestWindowLife)
+KIVO_TEST(TestWindowLife)
 #include "tst_window_life.moc"

@@ -1,5 +1,6 @@
 #include "compose/item_drawing.h"
 #include "custom_page_test_support.h"
+#include "support/test_program.h"
 
 using namespace kivo;
 using namespace kivo::test;
@@ -184,5 +185,5 @@ void TestWindowLikeness::BackgroundIsThePanels() {
     QVERIFY2(difference / count < 5, qPrintable(QString::number(difference / count)));
 }
 
-QTEST_MAIN(TestWindowLikeness)
+KIVO_TEST(TestWindowLikeness)
 #include "tst_window_likeness.moc"

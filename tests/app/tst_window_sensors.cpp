@@ -3,6 +3,7 @@
 #include <atomic>
 
 #include "../telemetry/energy_library_folders.h"
+#include "support/test_program.h"
 #include "window_test_support.h"
 
 using namespace kivo;
@@ -295,5 +296,5 @@ void TestWindowSensors::EndDoesNotWaitForAReading() {
     desk.Close();
 }
 
-QTEST_MAIN(TestWindowSensors)
+KIVO_TEST(TestWindowSensors)
 #include "tst_window_sensors.moc"

@@ -1,4 +1,5 @@
 #include "person.h"
+#include "support/test_program.h"
 #include "widgets/nimb_push_button.h"
 
 Q_DECLARE_METATYPE(kivo::Theme)
@@ -492,5 +493,5 @@ void TestWindowThemes::KeyboardAlonePicksAndApplies() {
     QCOMPARE(desk.window->focusWidget(), desk.Find("btnApply"));
 }
 
-QTEST_MAIN(TestWindowThemes)
+KIVO_TEST(TestWindowThemes)
 #include "tst_window_themes.moc"

@@ -23,13 +23,15 @@
 #include "editor/zoom_widget.h"
 #include "forwarding_hid_api.h"
 #include "resources/resources.h"
+#include "support/built_paths.h"
+#include "support/test_program.h"
 #include "virtualscreen/virtual_hid_api.h"
 #include "virtualscreen/virtual_hotplug.h"
 #include "widgets/window_style.h"
 
 namespace kivo::test {
 
-inline const QString kBin = QStringLiteral(KIVO_BIN_DIR);
+inline const QString kBin = ProgramFolder();
 
 // No energy library, wherever the machine on which the tests run has one.
 inline void UninstallEnergyLibrary() {

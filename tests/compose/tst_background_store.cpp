@@ -6,6 +6,7 @@
 #include "compose/background_store.h"
 #include "compose_test_support.h"
 #include "config/folders.h"
+#include "support/test_program.h"
 
 using namespace kivo;
 using namespace kivo::test;
@@ -182,5 +183,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(TestBackgroundStore)
+KIVO_GUILESS_TEST(TestBackgroundStore)
 #include "tst_background_store.moc"

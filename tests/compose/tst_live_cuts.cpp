@@ -7,6 +7,7 @@
 #include "compose/live_renderer.h"
 #include "compose/rgb565.h"
 #include "compose_test_support.h"
+#include "support/test_program.h"
 
 using namespace kivo;
 using namespace kivo::test;
@@ -264,5 +265,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(TestLiveCuts)
+KIVO_TEST(TestLiveCuts)
 #include "tst_live_cuts.moc"

@@ -4,6 +4,7 @@
 #include "compose/live_renderer.h"
 #include "compose/rgb565.h"
 #include "compose_test_support.h"
+#include "support/test_program.h"
 
 using namespace kivo;
 using namespace kivo::test;
@@ -294,5 +295,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(TestLiveRenderer)
+KIVO_TEST(TestLiveRenderer)
 #include "tst_live_renderer.moc"

@@ -4,6 +4,7 @@
 #include "compose/live_screen.h"
 #include "compose_test_support.h"
 #include "device/transfers.h"
+#include "support/test_program.h"
 #include "virtualscreen/virtual_hid_api.h"
 
 using namespace kivo;
@@ -284,5 +285,5 @@ void TestLiveScreen::OddItemsAndTextsDoNothing() {
     QCOMPARE(desk.Areas(), areas);
 }
 
-QTEST_MAIN(TestLiveScreen)
+KIVO_TEST(TestLiveScreen)
 #include "tst_live_screen.moc"

@@ -5,6 +5,7 @@
 #include "device/screen_change.h"
 #include "device/transfers.h"
 #include "recording_hid_api.h"
+#include "support/test_program.h"
 
 using namespace kivo;
 
@@ -82,5 +83,5 @@ void TestHangingOpen::TheTableCanBeRead() {
     QCOMPARE(screen.hid.misuses, 0);
 }
 
-QTEST_GUILESS_MAIN(TestHangingOpen)
+KIVO_GUILESS_TEST(TestHangingOpen)
 #include "tst_hanging_open.moc"

@@ -4,6 +4,7 @@
 
 #include "device/transfers.h"
 #include "recording_hid_api.h"
+#include "support/test_program.h"
 
 using namespace kivo;
 
@@ -105,5 +106,5 @@ void TestHangingWrite::NoTransferBeginsAfterStop() {
     QVERIFY(screen.hid.writes.empty());
 }
 
-QTEST_GUILESS_MAIN(TestHangingWrite)
+KIVO_GUILESS_TEST(TestHangingWrite)
 #include "tst_hanging_write.moc"

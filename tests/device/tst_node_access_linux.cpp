@@ -3,6 +3,7 @@
 #include <QtTest>
 
 #include "device/node_access.h"
+#include "support/test_program.h"
 
 using namespace kivo;
 
@@ -42,5 +43,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestNodeAccess)
+KIVO_GUILESS_TEST(TestNodeAccess)
 #include "tst_node_access_linux.moc"

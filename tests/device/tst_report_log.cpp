@@ -4,6 +4,7 @@
 #include <thread>
 
 #include "device/report_log.h"
+#include "support/test_program.h"
 #include "virtualscreen/virtual_hid_api.h"
 
 using namespace kivo;
@@ -282,5 +283,5 @@ private:
     QString m_fileName;
 };
 
-QTEST_GUILESS_MAIN(TestReportLog)
+KIVO_GUILESS_TEST(TestReportLog)
 #include "tst_report_log.moc"

@@ -4,6 +4,7 @@
 #include "device/screen_change.h"
 #include "device/screen_session.h"
 #include "recording_hid_api.h"
+#include "support/test_program.h"
 
 using namespace kivo;
 using namespace kivo::test;
@@ -401,5 +402,5 @@ void TestScreenChange::ScreenThatCannotBeOpenedOtherwiseIsNotTold() {
     QCOMPARE(log.lines(), QStringList());
 }
 
-QTEST_GUILESS_MAIN(TestScreenChange)
+KIVO_GUILESS_TEST(TestScreenChange)
 #include "tst_screen_change.moc"

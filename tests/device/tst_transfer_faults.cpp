@@ -3,6 +3,7 @@
 
 #include "../config/log_catcher.h"
 #include "device/transfers.h"
+#include "support/test_program.h"
 #include "virtualscreen/virtual_hid_api.h"
 
 using namespace kivo;
@@ -204,5 +205,5 @@ private:
     std::unique_ptr<Transfers> m_transfers;
 };
 
-QTEST_APPLESS_MAIN(TestTransferFaults)
+KIVO_APPLESS_TEST(TestTransferFaults)
 #include "tst_transfer_faults.moc"

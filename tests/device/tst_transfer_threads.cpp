@@ -4,6 +4,7 @@
 #include <thread>
 
 #include "device/transfers.h"
+#include "support/test_program.h"
 #include "virtualscreen/virtual_hid_api.h"
 
 using namespace kivo;
@@ -126,5 +127,5 @@ private:
     QtMessageHandler m_former = nullptr;
 };
 
-QTEST_GUILESS_MAIN(TestTransferThreads)
+KIVO_GUILESS_TEST(TestTransferThreads)
 #include "tst_transfer_threads.moc"

@@ -5,6 +5,7 @@
 
 #include "device/transfers.h"
 #include "recording_hid_api.h"
+#include "support/test_program.h"
 
 using namespace kivo;
 
@@ -361,5 +362,5 @@ private:
     std::vector<quint8> m_pixels;
 };
 
-QTEST_GUILESS_MAIN(TestTransfers)
+KIVO_GUILESS_TEST(TestTransfers)
 #include "tst_transfers.moc"

@@ -10,6 +10,7 @@
 #include "picture_files.h"
 #include "pictures/thumbnail_work.h"
 #include "pictures/thumbnails.h"
+#include "support/test_program.h"
 
 using namespace kivo;
 using namespace kivo::test;
@@ -283,5 +284,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(TestThumbnails)
+KIVO_GUILESS_TEST(TestThumbnails)
 #include "tst_thumbnails.moc"

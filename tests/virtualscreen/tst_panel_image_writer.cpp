@@ -6,6 +6,7 @@
 #include <optional>
 
 #include "device/transfers.h"
+#include "support/test_program.h"
 #include "virtualscreen/panel_image_writer.h"
 
 using namespace kivo;
@@ -180,5 +181,5 @@ private:
     std::unique_ptr<Transfers> m_transfers;
 };
 
-QTEST_GUILESS_MAIN(TestPanelImageWriter)
+KIVO_GUILESS_TEST(TestPanelImageWriter)
 #include "tst_panel_image_writer.moc"

@@ -2,6 +2,7 @@
 #include <atomic>
 #include <thread>
 
+#include "support/test_program.h"
 #include "virtualscreen/virtual_hid_api.h"
 
 using namespace kivo;
@@ -308,5 +309,5 @@ private slots:
     }
 };
 
-QTEST_APPLESS_MAIN(TestVirtualHidApi)
+KIVO_APPLESS_TEST(TestVirtualHidApi)
 #include "tst_virtual_hid_api.moc"

@@ -6,6 +6,7 @@
 #include <thread>
 
 #include "device/transfers.h"
+#include "support/test_program.h"
 #include "virtualscreen/virtual_screen_window.h"
 
 using namespace kivo;
@@ -142,5 +143,5 @@ private:
     std::unique_ptr<VirtualScreenWindow> m_window;
 };
 
-QTEST_MAIN(TestVirtualScreenWindow)
+KIVO_TEST(TestVirtualScreenWindow)
 #include "tst_virtual_screen_window.moc"

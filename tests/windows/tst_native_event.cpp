@@ -7,6 +7,7 @@
 #include <cstring>
 
 #include "../app/window_test_support.h"
+#include "support/test_program.h"
 
 using namespace kivo;
 using namespace kivo::test;
@@ -138,5 +139,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(TestNativeEvent)
+KIVO_TEST(TestNativeEvent)
 #include "tst_native_event.moc"

@@ -10,6 +10,8 @@
 #include <vector>
 
 #include "../config/forget_mark.h"
+#include "support/built_paths.h"
+#include "support/test_program.h"
 #include "virtualscreen/panel_decoder.h"
 #include "windows_desk.h"
 
@@ -91,7 +93,7 @@ void CopyTree(const QString& from, const QString& to) {
 
 void TestWindowsProgram::initTestCase() {
     m_folder = std::make_unique<QTemporaryDir>();
-    const QDir source(QStringLiteral(KIVO_PROGRAM_FOLDER));
+    const QDir source(ProgramFolder());
     for (const char* file :
          {"KivoScreen.exe", "Config.ini", "whole.png", "Default.ini", "DefaultProfile.bin"}) {
         const QString name = QLatin1String(file);
@@ -101,8 +103,7 @@ void TestWindowsProgram::initTestCase() {
     CopyTree(source.filePath(QStringLiteral("skin")), m_folder->filePath(QStringLiteral("skin")));
     for (const char* library : {"pdh.dll", "hidapi.dll"}) {
         const QString name = QLatin1String(library);
-        QVERIFY2(QFile::copy(QStringLiteral(KIVO_TEST_LIBRARIES "/") + name, m_folder->filePath(name)),
-                 library);
+        QVERIFY2(QFile::copy(InTestFolder("libraries/") + name, m_folder->filePath(name)), library);
     }
 }
 
@@ -476,5 +477,5 @@ void TestWindowsProgram::PathsInEveryScript() {
     QVERIFY(Panel().counts.areas > 5);
 }
 
-QTEST_GUILESS_MAIN(TestWindowsProgram)
+KIVO_GUILESS_TEST(TestWindowsProgram)
 #include "tst_windows_program.moc"
