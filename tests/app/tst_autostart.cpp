@@ -49,7 +49,7 @@ void TestAutostart::TheEntryNamesItsProgram_data() {
     QTest::newRow("what a shell would read")
         << QStringLiteral("/a\"b`c$d/kivo") << QByteArray(R"("/a\\"b\\`c\\$d/kivo")")
         << QByteArray("/a\"b`c$d/kivo");
-    // Escaped once for the quotes and once more as a value: the specification's own example.
+    // Escaped once for the quotes and once more as a value: the desktop entry standard's own example.
     QTest::newRow("a backslash") << QStringLiteral("/a\\b") << QByteArray(R"("/a\\\\b")")
                                  << QByteArray(R"(/a\\b)");
     QTest::newRow("a field code") << QStringLiteral("/100%f/kivo") << QByteArray(R"("/100%%f/kivo")")
