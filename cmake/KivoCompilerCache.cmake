@@ -17,12 +17,14 @@ elseif(DEFINED ENV{XDG_CACHE_HOME})
 else()
     set(folder $ENV{HOME}/.cache/kivo-screen/ccache)
 endif()
-set(CMAKE_CXX_COMPILER_LAUNCHER
+set(launcher
     ${CMAKE_COMMAND} -E env
     CCACHE_DIR=${folder}
     CCACHE_MAXSIZE=2G
     CCACHE_BASEDIR=${PROJECT_SOURCE_DIR}
     CCACHE_NOHASHDIR=1
-    # What a precompiled header holds is hashed by its contents.
-    CCACHE_SLOPPINESS=pch_defines,time_macros
-    ${KIVO_CCACHE})
+    CCACHE_SLOPPINESS=pch_defines,time_macros)
+# By what the compiler says that it has read: no preprocessor runs beforehand, and the macros of a precompiled header count.
+set(CMAKE_CXX_COMPILER_LAUNCHER ${launcher} CCACHE_DEPEND=1 ${KIVO_CCACHE})
+# By what the preprocessor leaves: for sources with the clone's path in comments.
+set(KIVO_CCACHE_WITHOUT_COMMENTS ${launcher} ${KIVO_CCACHE})
