@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "device/node_access.h"
+#include "device/node_identity.h"
 
 namespace kivo {
 
@@ -26,17 +27,23 @@ QString TextOrEmpty(const wchar_t* text) {
     return text == nullptr ? QString() : QString::fromWCharArray(text);
 }
 
-HidDeviceInfo FromHidapi(const hid_device_info& info) {
+// Without the strings.
+HidDeviceInfo NumbersFromHidapi(const hid_device_info& info) {
     HidDeviceInfo device;
     device.path = info.path;
     device.vendorId = info.vendor_id;
     device.productId = info.product_id;
     device.releaseNumber = info.release_number;
-    device.manufacturer = TextOrEmpty(info.manufacturer_string);
-    device.product = TextOrEmpty(info.product_string);
     device.usagePage = info.usage_page;
     device.usage = info.usage;
     device.interfaceNumber = info.interface_number;
+    return device;
+}
+
+HidDeviceInfo FromHidapi(const hid_device_info& info) {
+    HidDeviceInfo device = NumbersFromHidapi(info);
+    device.manufacturer = TextOrEmpty(info.manufacturer_string);
+    device.product = TextOrEmpty(info.product_string);
     return device;
 }
 
@@ -62,6 +69,23 @@ HidHandle* HidapiHidApi::OpenPath(const QByteArray& path) {
 
 bool HidapiHidApi::IsDenied(const QByteArray& path) {
     return IsNodeDenied(path);
+}
+
+std::vector<HidDeviceInfo> HidapiHidApi::Identify(HidHandle* handle) {
+    std::vector<HidDeviceInfo> collections;
+    // The list belongs to the device.
+    for (const hid_device_info* info = hid_get_device_info(DeviceOf(handle)); info != nullptr;
+         info = info->next)
+        collections.push_back(NumbersFromHidapi(*info));
+    return collections;
+}
+
+QByteArray HidapiHidApi::NodeStamp(const QByteArray& path) {
+    return StampOfNode(path);
+}
+
+QByteArray HidapiHidApi::PanelKey(const QByteArray& path) {
+    return PanelKeyOfNode(path);
 }
 
 int HidapiHidApi::Write(HidHandle* handle, const quint8* data, std::size_t length) {

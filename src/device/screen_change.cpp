@@ -129,6 +129,7 @@ ScreenChangeOutcome ApplyScreenChange(ScreenSession& session, const DeviceChange
         if (entry.vendorId != changed.vendorId || entry.productId != changed.productId) {
             continue;
         }
+        session.DoubtNode();
         if (change.arrived) {
             applied.Arrive(index);
         } else {

@@ -23,6 +23,9 @@ public:
     }
     HidHandle* OpenPath(const QByteArray& path) override { return m_inner.OpenPath(path); }
     bool IsDenied(const QByteArray& path) override { return m_inner.IsDenied(path); }
+    std::vector<HidDeviceInfo> Identify(HidHandle* handle) override { return m_inner.Identify(handle); }
+    QByteArray NodeStamp(const QByteArray& path) override { return m_inner.NodeStamp(path); }
+    QByteArray PanelKey(const QByteArray& path) override { return m_inner.PanelKey(path); }
     int Write(HidHandle* handle, const quint8* data, std::size_t length) override {
         return m_inner.Write(handle, data, length);
     }
