@@ -376,15 +376,16 @@ void TestWindowHotplug::NotificationsAreLogged() {
     parts.makeHotplug = [&listener] { return std::make_unique<ScriptedHotplug>(true, &listener); };
     MainWindow window(parts);
     const HotplugLog hotplug;
-    listener({kData, false});
-    QCOMPARE(window.Session().Screen().Entry(0).dataFound, 0U);
     listener({kData, true});
     // Here the name is the path.
     QCOMPARE(TextOf(window.Session().Screen().Entry(0).dataPath), kData.toLatin1());
+    panel.Unplug();
+    listener({kData, false});
+    QCOMPARE(window.Session().Screen().Entry(0).dataFound, 0U);
     listener({QString(), true});
-    QCOMPARE(hotplug.log.lines(),
-             (QStringList{QStringLiteral("DBT_DEVICEREMOVECOMPLETE\n"), QStringLiteral("DBT_DEVICEARRIVAL\n"),
-                          kData, QStringLiteral("DBT_DEVICEARRIVAL\n")}));
+    QCOMPARE(hotplug.log.lines(), (QStringList{QStringLiteral("DBT_DEVICEARRIVAL\n"), kData,
+                                               QStringLiteral("DBT_DEVICEREMOVECOMPLETE\n"),
+                                               QStringLiteral("DBT_DEVICEARRIVAL\n")}));
     QVERIFY(window.Stop());
 }
 

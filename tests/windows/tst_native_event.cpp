@@ -117,14 +117,15 @@ private Q_SLOTS:
         VirtualHidApi panel;
         OpenWindow window(PartsFor(panel));
         const ScreenSession& screen = window.Session().Screen();
+        QVERIFY(!window.IsTaken(WM_DEVICECHANGE, DBT_DEVICEARRIVAL, InterfaceHeader(kData)));
+        QCOMPARE(screen.Entry(0).dataFound, 1U);
+        QCOMPARE(TextOf(screen.Entry(0).dataPath), kData.toLatin1());
+        panel.Unplug();
         QVERIFY(!window.IsTaken(WM_DEVICECHANGE, DBT_DEVICEREMOVECOMPLETE, InterfaceHeader(kData)));
         QCOMPARE(screen.Entry(0).dataFound, 0U);
         QVERIFY(!window.IsTaken(WM_DEVICECHANGE, DBT_DEVICEARRIVAL, VolumeHeader()));
         QVERIFY(!window.IsTaken(WM_DEVICECHANGE, DBT_DEVNODES_CHANGED, QByteArray()));
         QCOMPARE(screen.Entry(0).dataFound, 0U);
-        QVERIFY(!window.IsTaken(WM_DEVICECHANGE, DBT_DEVICEARRIVAL, InterfaceHeader(kData)));
-        QCOMPARE(screen.Entry(0).dataFound, 1U);
-        QCOMPARE(TextOf(screen.Entry(0).dataPath), kData.toLatin1());
         QVERIFY(!window.IsTaken(WM_POWERBROADCAST, PBT_APMRESUMEAUTOMATIC, QByteArray()));
         QVERIFY(window.Stop());
     }
