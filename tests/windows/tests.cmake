@@ -50,9 +50,11 @@ target_compile_definitions(tst_windows_program PRIVATE
 # hidapi does not start there.
 set(with_hidapi ${CMAKE_BINARY_DIR}/tests/with_hidapi)
 set_target_properties(tst_cpu_counter PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${with_pdh})
-set_target_properties(tst_hid_api_hidapi PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${with_hidapi})
+kivo_add_test(windows hidapi_identity LINK kivo_device)
+set_target_properties(tst_hid_api_hidapi tst_hidapi_identity PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${with_hidapi})
 add_dependencies(tst_cpu_counter test_pdh)
 add_dependencies(tst_hid_api_hidapi test_hidapi)
+add_dependencies(tst_hidapi_identity test_hidapi)
 add_custom_command(TARGET test_hidapi POST_BUILD
     COMMAND ${CMAKE_COMMAND} -E make_directory ${with_hidapi}
     COMMAND ${CMAKE_COMMAND} -E copy $<TARGET_FILE:test_hidapi> ${with_hidapi}/hidapi.dll)
