@@ -7,15 +7,16 @@
 
 namespace kivo {
 
-// Numbers of nodes are given out again, inodes are not; the change time is newer after a change of rights too,
-// which costs a question more and does no harm.
+// Numbers of nodes are given out again, inodes are not; the change time is newer after a change of rights
+// too, which costs a question more and does no harm.
 QByteArray StampOfNode(const QByteArray& path) {
     struct stat node = {};
     if (::stat(path.constData(), &node) != 0) {
         return {};
     }
-    return QByteArray::number(qulonglong{node.st_ino}) + ' ' + QByteArray::number(qlonglong{node.st_ctim.tv_sec}) +
-           '.' + QByteArray::number(qlonglong{node.st_ctim.tv_nsec});
+    return QByteArray::number(qulonglong{node.st_ino}) + ' ' +
+           QByteArray::number(qlonglong{node.st_ctim.tv_sec}) + '.' +
+           QByteArray::number(qlonglong{node.st_ctim.tv_nsec});
 }
 
 QByteArray PanelKeyOfNode(const QByteArray& path) {

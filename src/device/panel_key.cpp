@@ -25,7 +25,8 @@ QByteArray PanelKeyOfUevent(const QByteArray& uevent) {
         return serialNumber;
     }
     const QByteArray port = Property(uevent, "HID_PHYS");
-    return port.left(port.lastIndexOf('/'));
+    const int end = port.lastIndexOf('/');
+    return end < 0 ? port : port.left(end);
 }
 
 QByteArray PanelKeyOfInterfacePath(const QByteArray& path) {

@@ -35,12 +35,12 @@ public:
     // The next look, or the next opening, asks the node again. Any thread, never waits.
     void Doubt() { ++m_doubts; }
 
-    // Opens and asks a node in doubt; else it costs one NodeStamp. The panel that is seen is the one that Open
-    // is for from now on.
+    // Opens and asks a node in doubt; else it costs one NodeStamp. The panel that is seen is the one that
+    // Open is for from now on.
     PanelSighting Look(const ScreenDeviceEntry& entry);
 
-    // A handle on the entry's data path, asked on this very handle when in doubt. Null when the node cannot be
-    // opened, is not the screen's, or belongs to another panel than the one last looked at.
+    // A handle on the entry's data path, asked on this very handle when in doubt. Null when the node cannot
+    // be opened, is not the screen's, or belongs to another panel than the one last looked at.
     SharedScreenHandle Open(const ScreenDeviceEntry& entry);
 
 private:
@@ -55,8 +55,8 @@ private:
 
     // Whether m_answer is about the node that is there now.
     bool IsKnown(const QByteArray& path, const QByteArray& stamp) const;
-    // Opens the path, whose node had this stamp a moment ago; afterwards m_answer is about the handle's node, or
-    // is empty with a null handle.
+    // Opens the path, whose node had this stamp a moment ago; afterwards m_answer is about the handle's node,
+    // or is empty with a null handle.
     SharedScreenHandle OpenKnown(const ScreenDeviceEntry& entry, const QByteArray& stamp);
     Answer Ask(const ScreenDeviceEntry& entry, const ScreenHandle& handle) const;
 

@@ -132,7 +132,7 @@ int VirtualHidApi::Write(HidHandle* handle, const quint8* data, std::size_t leng
     }
     if (m_failWritesFrom && m_writesSinceFault >= *m_failWritesFrom)
         return kFailed;
-    if (open->collection.path == InterfacePath(0)) {
+    if (open->collection.interfaceNumber == 0) {
         m_decoder.Count(PanelError::Interface, QStringLiteral("a report for the control interface"));
         return kFailed;
     }

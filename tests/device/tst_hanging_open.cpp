@@ -41,6 +41,7 @@ private Q_SLOTS:
     void OtherDevicesComeAndGo_data();
     void OtherDevicesComeAndGo();
     void TheTableCanBeRead();
+    void DoubtDoesNotWaitForALook();
 };
 
 void TestHangingOpen::OtherDevicesComeAndGo_data() {
@@ -79,6 +80,22 @@ void TestHangingOpen::TheTableCanBeRead() {
     screen.letGo.release(2);
     hanging.join();
     QVERIFY(screen.session.dataHandle() != nullptr);
+    QCOMPARE(screen.hid.misuses, 0);
+}
+
+void TestHangingOpen::DoubtDoesNotWaitForALook() {
+    HangingScreen screen;
+    std::thread hanging([&screen] { screen.session.LookAtPanel(); });
+    QVERIFY(screen.entered.tryAcquire(1, kPatienceMs));
+    screen.session.DoubtNode();
+    QCOMPARE(TextOf(screen.session.Entry(0).dataPath), QByteArray("data"));
+    screen.letGo.release();
+    hanging.join();
+    QCOMPARE(screen.hid.OpenCount(), 0);
+    // The doubt came while the node was asked.
+    screen.letGo.release();
+    QCOMPARE(screen.session.LookAtPanel().presence, ScreenPresence::Present);
+    QCOMPARE(screen.hid.identified, 2);
     QCOMPARE(screen.hid.misuses, 0);
 }
 

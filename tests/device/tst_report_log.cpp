@@ -79,6 +79,19 @@ private slots:
         QVERIFY(log.IsDenied(screen.DataPath()));
     }
 
+    void passesTheQuestionsForTheNodeThrough() {
+        VirtualHidApi screen;
+        ReportLogHidApi log(screen, m_fileName);
+        const QByteArray path = screen.DataPath();
+        HidHandle* const handle = log.OpenPath(path);
+        const std::vector<HidDeviceInfo> said = log.Identify(handle);
+        log.Close(handle);
+        QCOMPARE(said.size(), std::size_t{1});
+        QCOMPARE(said.front().path, path);
+        QCOMPARE(log.NodeStamp(path), screen.NodeStamp(path));
+        QCOMPARE(log.PanelKey(path), screen.PanelKey(path));
+    }
+
     void layoutOfTheFile() {
         VirtualHidApi screen;
         {
