@@ -3,6 +3,8 @@
 #include <hidapi.h>
 
 #include <memory>
+#include <optional>
+#include <utility>
 
 #include "device/node_access.h"
 #include "device/node_identity.h"
@@ -13,9 +15,10 @@ namespace {
 
 class HidapiHandle final : public HidHandle {
 public:
-    explicit HidapiHandle(hid_device* opened) : device(opened) {}
+    HidapiHandle(hid_device* opened, QByteArray openedPath) : device(opened), path(std::move(openedPath)) {}
 
     hid_device* const device;
+    const QByteArray path;
 };
 
 hid_device* DeviceOf(HidHandle* handle) {
@@ -63,8 +66,11 @@ std::vector<HidDeviceInfo> HidapiHidApi::Enumerate(quint16 vendorId, quint16 pro
 }
 
 HidHandle* HidapiHidApi::OpenPath(const QByteArray& path) {
+    const NodeHold hold(path);
+    if (hold.IsGone())
+        return nullptr;
     hid_device* const device = hid_open_path(path.constData());
-    return device == nullptr ? nullptr : std::make_unique<HidapiHandle>(device).release();
+    return device == nullptr ? nullptr : std::make_unique<HidapiHandle>(device, path).release();
 }
 
 bool HidapiHidApi::IsDenied(const QByteArray& path) {
@@ -72,6 +78,8 @@ bool HidapiHidApi::IsDenied(const QByteArray& path) {
 }
 
 std::vector<HidDeviceInfo> HidapiHidApi::Identify(HidHandle* handle) {
+    if (const auto known = CollectionsOfNode(static_cast<HidapiHandle*>(handle)->path))
+        return *known;
     std::vector<HidDeviceInfo> collections;
     // The list belongs to the device.
     for (const hid_device_info* info = hid_get_device_info(DeviceOf(handle)); info != nullptr;

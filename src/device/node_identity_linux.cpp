@@ -2,10 +2,18 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include "device/hidraw_sysfs.h"
 #include "device/node_identity.h"
-#include "device/panel_key.h"
 
 namespace kivo {
+
+namespace {
+
+QString NodeOf(const QByteArray& path) {
+    return QFileInfo(QFile::decodeName(path)).fileName();
+}
+
+}  // namespace
 
 // Numbers of nodes are given out again, inodes are not; the change time is newer after a change of rights
 // too, which costs a question more and does no harm.
@@ -20,9 +28,11 @@ QByteArray StampOfNode(const QByteArray& path) {
 }
 
 QByteArray PanelKeyOfNode(const QByteArray& path) {
-    const QString name = QFileInfo(QFile::decodeName(path)).fileName();
-    QFile uevent(QStringLiteral("/sys/class/hidraw/%1/device/uevent").arg(name));
-    return uevent.open(QIODevice::ReadOnly) ? PanelKeyOfUevent(uevent.readAll()) : QByteArray();
+    return PanelKeyOfHidraw(QLatin1String(kHidrawFolder), NodeOf(path));
+}
+
+std::optional<std::vector<HidDeviceInfo>> CollectionsOfNode(const QByteArray& path) {
+    return DescribeHidraw(QLatin1String(kHidrawFolder), NodeOf(path));
 }
 
 }  // namespace kivo

@@ -12,4 +12,8 @@ QByteArray PanelKeyOfNode(const QByteArray& path) {
     return PanelKeyOfInterfacePath(path);
 }
 
+std::optional<std::vector<HidDeviceInfo>> CollectionsOfNode(const QByteArray& /*path*/) {
+    return std::nullopt;
+}
+
 }  // namespace kivo

@@ -4,10 +4,7 @@
 
 namespace kivo {
 
-namespace {
-
-// Empty where there is none of that name.
-QByteArray Property(const QByteArray& uevent, const QByteArray& name) {
+QByteArray PropertyOfUevent(const QByteArray& uevent, const QByteArray& name) {
     const QByteArray start = name + '=';
     for (const QByteArray& line : uevent.split('\n')) {
         if (line.startsWith(start)) {
@@ -17,14 +14,12 @@ QByteArray Property(const QByteArray& uevent, const QByteArray& name) {
     return {};
 }
 
-}  // namespace
-
 QByteArray PanelKeyOfUevent(const QByteArray& uevent) {
-    const QByteArray serialNumber = Property(uevent, "HID_UNIQ");
+    const QByteArray serialNumber = PropertyOfUevent(uevent, "HID_UNIQ");
     if (!serialNumber.isEmpty()) {
         return serialNumber;
     }
-    const QByteArray port = Property(uevent, "HID_PHYS");
+    const QByteArray port = PropertyOfUevent(uevent, "HID_PHYS");
     const int end = port.lastIndexOf('/');
     return end < 0 ? port : port.left(end);
 }

@@ -7,6 +7,9 @@
 
 namespace kivo {
 
+// The value of one property of a uevent file; empty where there is none of that name.
+QByteArray PropertyOfUevent(const QByteArray& uevent, const QByteArray& name);
+
 // From the uevent file of a HID device on Linux: HID_UNIQ, its serial number, else HID_PHYS, the port with
 // the interface ("usb-0000:00:14.0-2/input1"), up to the last '/'.
 QByteArray PanelKeyOfUevent(const QByteArray& uevent);

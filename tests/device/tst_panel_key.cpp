@@ -22,8 +22,8 @@ void TestPanelKey::OfUevent_data() {
     const QByteArray port = "HID_PHYS=usb-0000:00:14.0-2/input1\n";
     QTest::newRow("serial number") << start + port + "HID_UNIQ=K0042\n" + end << QByteArray("K0042");
     QTest::newRow("serial number first") << "HID_UNIQ=K0042\n" + port << QByteArray("K0042");
-    QTest::newRow("no serial number") << start + port + "HID_UNIQ=\n" + end
-                                      << QByteArray("usb-0000:00:14.0-2");
+    QTest::newRow("no serial number")
+        << start + port + "HID_UNIQ=\n" + end << QByteArray("usb-0000:00:14.0-2");
     QTest::newRow("blank serial number") << port + "HID_UNIQ=  \n" << QByteArray("usb-0000:00:14.0-2");
     QTest::newRow("no such line") << start + port << QByteArray("usb-0000:00:14.0-2");
     QTest::newRow("behind a hub") << QByteArray("HID_PHYS=usb-0000:00:14.0-2.4.1/input1\n")
@@ -47,8 +47,8 @@ void TestPanelKey::OfInterfacePath_data() {
     const QByteArray hid = "#{4d1e55b2-f16f-11cf-88cb-001111000030}";
     QTest::newRow("listed") << R"(\\?\hid#vid_04d9&pid_fd01&mi_01#7&2a3b4c&0&0000)" + hid << key;
     QTest::newRow("notified") << R"(\\?\HID#VID_04D9&PID_FD01&MI_01#7&2A3B4C&0&0000)" + hid << key;
-    QTest::newRow("without the class") << QByteArray(R"(\\?\hid#vid_04d9&pid_fd01&mi_01#7&2A3B4C&0&0000)")
-                                       << key;
+    QTest::newRow("without the class")
+        << QByteArray(R"(\\?\hid#vid_04d9&pid_fd01&mi_01#7&2A3B4C&0&0000)") << key;
     QTest::newRow("no instance") << QByteArray(R"(\\?\hid#vid_04d9&pid_fd01&mi_01)") << QByteArray();
     QTest::newRow("another kind of path") << QByteArray("/dev/hidraw5") << QByteArray();
     QTest::newRow("empty") << QByteArray() << QByteArray();

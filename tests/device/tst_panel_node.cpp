@@ -42,9 +42,7 @@ struct Panel {
     }
 
     // As the system's notification would have it done.
-    void TellOfArrival() {
-        ApplyScreenChange(session, {kDataName, true}, false, ArrivalPath::Enumeration);
-    }
+    void TellOfArrival() { ApplyScreenChange(session, {kDataName, true}, false, ArrivalPath::Enumeration); }
     quint64 MisdirectedReports() const { return hid.State().counts.Errors(PanelError::Interface); }
 
     VirtualHidApi hid;
