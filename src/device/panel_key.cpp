@@ -15,13 +15,13 @@ QByteArray PropertyOfUevent(const QByteArray& uevent, const QByteArray& name) {
 }
 
 QByteArray PanelKeyOfUevent(const QByteArray& uevent) {
-    const QByteArray serialNumber = PropertyOfUevent(uevent, "HID_UNIQ");
-    if (!serialNumber.isEmpty()) {
-        return serialNumber;
+    QByteArray key = PropertyOfUevent(uevent, "HID_UNIQ");
+    if (key.isEmpty()) {
+        const QByteArray port = PropertyOfUevent(uevent, "HID_PHYS");
+        const int end = port.lastIndexOf('/');
+        key = end < 0 ? port : port.left(end);
     }
-    const QByteArray port = PropertyOfUevent(uevent, "HID_PHYS");
-    const int end = port.lastIndexOf('/');
-    return end < 0 ? port : port.left(end);
+    return key;
 }
 
 QByteArray PanelKeyOfInterfacePath(const QByteArray& path) {
