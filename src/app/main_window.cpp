@@ -240,11 +240,30 @@ bool MainWindow::Stop() {
 }
 
 void MainWindow::PollWakeUp() {
-    if (m_parts.instance != nullptr && m_parts.instance->TakeWakeUpRequest()) {
+    const InstanceRequest request = m_parts.instance != nullptr
+                                        ? m_parts.instance->TakeWakeUpRequest(MayGiveWay())
+                                        : InstanceRequest::None;
+    if (request == InstanceRequest::GiveWay) {
+        qInfo("A copy that uses the screen starts; this one, on a software panel, ends.");
+        EndNow();
+        return;
+    }
+    if (request == InstanceRequest::ComeToFront) {
         BringToFront();
     }
     LookForWakeUp();
     ShowLiveTexts();
+}
+
+GivesWay MainWindow::MayGiveWay() const {
+    if (!m_parts.panelStartsBlank) {
+        return GivesWay::Never;
+    }
+    const bool isBusy = m_uploading || QApplication::activeModalWidget() != nullptr ||
+                        QApplication::activePopupWidget() != nullptr;
+    const ZoomWidget& editor = *m_ui->zoomwidget;
+    return isBusy || editor.IsEditing() || editor.Edited() != editor.Saved() ? GivesWay::NotNow
+                                                                             : GivesWay::Yes;
 }
 
 void MainWindow::ShowLiveTexts() {
@@ -324,6 +343,10 @@ void MainWindow::slotExit() {
     if (!ExitMessageBox::Ask(this, question)) {
         return;
     }
+    EndNow();
+}
+
+void MainWindow::EndNow() {
     StopRefresh();
     m_exitConfirmed = true;
     close();

@@ -37,6 +37,7 @@ class FocusRing;
 class HidApi;
 class PictureList;
 class SingleInstance;
+enum class GivesWay;
 class ThemePage;
 class TwoWayChoice;
 
@@ -49,7 +50,8 @@ public:
         HidApi& hid;
         SingleInstance* instance = nullptr;  // null: nobody asks for the window
         QString applicationDir;              // default files, translations, the progress dialog's mask
-        bool panelStartsBlank = false;       // the panel keeps no picture while the program does not run
+        // A software panel: it keeps no picture while the program does not run, and gives way to a screen.
+        bool panelStartsBlank = false;
         QLocale locale = QLocale::system();
         std::function<bool()> hasTray = &QSystemTrayIcon::isSystemTrayAvailable;
         std::function<QString(QWidget*)> choosePicture = {};  // default: a file dialog; empty: cancelled
@@ -162,6 +164,8 @@ private:
 
     void PlaceOnScreen();
     void PollWakeUp();
+    GivesWay MayGiveWay() const;
+    void EndNow();
     void ShowLiveTexts();
     void ShowTemperature();
     void ShowThermalZone(const QString& text);

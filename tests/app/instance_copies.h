@@ -28,6 +28,8 @@ public:
         }
         return m_process.readLine().trimmed();
     }
+    // Looks for a moment only.
+    bool HasAnswer() { return m_process.canReadLine() || m_process.waitForReadyRead(kGlanceMs); }
     QByteArray Ask(const char* what) {
         Tell(what);
         return Answer();
@@ -48,6 +50,7 @@ public:
 
 private:
     static constexpr int kAnswerMs = 60000;
+    static constexpr int kGlanceMs = 10;
 
     QProcess m_process;
 };

@@ -278,7 +278,7 @@ void TestMainWindow::SecondCopyBringsTheWindowBack() {
         SingleInstance second;
         QVERIFY(!second.Start());
         QTRY_VERIFY(window.isVisible());
-        QVERIFY(!first.TakeWakeUpRequest());
+        QVERIFY(first.TakeWakeUpRequest() == InstanceRequest::None);
     }
     QVERIFY(window.Stop());
 }

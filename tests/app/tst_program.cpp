@@ -3,6 +3,7 @@
 #include <csignal>
 
 #include "device/report_log.h"
+#include "program_home.h"
 #include "virtualscreen/panel_decoder.h"
 
 using namespace kivo;
@@ -24,32 +25,18 @@ private Q_SLOTS:
     void HomeThatCannotBeWritten();
 
 private:
-    QProcessEnvironment Environment() const;
     int Run(QProcess& process, const QStringList& arguments);
 
-    QScopedPointer<QTemporaryDir> m_home;
+    QScopedPointer<kivo::test::ProgramHome> m_home;
 };
 
 void TestProgram::init() {
-    m_home.reset(new QTemporaryDir);
-    QVERIFY(m_home->isValid());
-}
-
-QProcessEnvironment TestProgram::Environment() const {
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"}) {
-        environment.remove(QString::fromLatin1(name));
-    }
-    for (const char* name : {"HOME", "XDG_RUNTIME_DIR"}) {
-        environment.insert(QString::fromLatin1(name), m_home->path());
-    }
-    environment.insert(QStringLiteral("XDG_CONFIG_HOME"), m_home->filePath(QStringLiteral("config")));
-    environment.insert(QStringLiteral("XDG_DATA_HOME"), m_home->filePath(QStringLiteral("data")));
-    return environment;
+    m_home.reset(new kivo::test::ProgramHome);
+    QVERIFY(m_home->IsValid());
 }
 
 int TestProgram::Run(QProcess& process, const QStringList& arguments) {
-    process.setProcessEnvironment(Environment());
+    process.setProcessEnvironment(m_home->Environment());
     process.start(QStringLiteral(KIVO_BIN_DIR "/kivo-screen"), arguments);
     if (!process.waitForFinished(60000) || process.exitStatus() != QProcess::NormalExit) {
         return -1;
@@ -58,8 +45,8 @@ int TestProgram::Run(QProcess& process, const QStringList& arguments) {
 }
 
 void TestProgram::OneStartOnTheWire() {
-    const QString log = m_home->filePath(QStringLiteral("wire.log"));
-    const QString image = m_home->filePath(QStringLiteral("panel.png"));
+    const QString log = m_home->File("wire.log");
+    const QString image = m_home->File("panel.png");
     QProcess process;
     QCOMPARE(
         Run(process, {QStringLiteral("--virtual-screen"), QStringLiteral("--run-for"), QStringLiteral("6"),
@@ -115,11 +102,11 @@ void TestProgram::PicturesAndLogsThatCannotBeWritten() {
 
 void TestProgram::EndsCleanlyWhenAsked() {
     QProcess process;
-    process.setProcessEnvironment(Environment());
+    process.setProcessEnvironment(m_home->Environment());
     process.start(QStringLiteral(KIVO_BIN_DIR "/kivo-screen"), {QStringLiteral("--virtual-screen")});
     QVERIFY(process.waitForStarted());
     // Settings are there once it is well under way.
-    QTRY_VERIFY(QFile::exists(m_home->filePath(QStringLiteral("data/Kivo Tool/Config.ini"))));
+    QTRY_VERIFY(QFile::exists(m_home->File("data/Kivo Tool/Config.ini")));
     process.terminate();
     QVERIFY(process.waitForFinished(10000));
     QCOMPARE(process.exitStatus(), QProcess::NormalExit);
@@ -139,11 +126,11 @@ void TestProgram::HelpAndVersionNeedNoDisplay() {
     QProcess process;
     QCOMPARE(Run(process, {option}), 0);
     QVERIFY(process.readAllStandardOutput().contains(says));
-    QVERIFY(!QFile::exists(m_home->filePath(QStringLiteral("data"))));
+    QVERIFY(!QFile::exists(m_home->File("data")));
 }
 
 void TestProgram::TheAutostartIsSwitchedFromTheCommandLine() {
-    QFile entry(m_home->filePath(QStringLiteral("config/autostart/kivo-screen.desktop")));
+    QFile entry(m_home->File("config/autostart/kivo-screen.desktop"));
     QProcess process;
     QCOMPARE(Run(process, {QStringLiteral("--autostart"), QStringLiteral("on")}), 0);
     QCOMPARE(process.readAllStandardOutput().count('\n'), 1);
@@ -153,7 +140,7 @@ void TestProgram::TheAutostartIsSwitchedFromTheCommandLine() {
     QCOMPARE(Run(process, {QStringLiteral("--autostart"), QStringLiteral("off")}), 0);
     QVERIFY(!entry.exists());
     // The program itself has not run.
-    QVERIFY(!QFile::exists(m_home->filePath(QStringLiteral("data"))));
+    QVERIFY(!QFile::exists(m_home->File("data")));
 
     QVERIFY(QDir().mkpath(entry.fileName()));
     QCOMPARE(Run(process, {QStringLiteral("--autostart"), QStringLiteral("off")}), 1);
@@ -178,12 +165,12 @@ void TestProgram::WithoutAScreenItSaysSoAndRunsOn() {
 void TestProgram::HomeThatCannotBeWritten() {
     // A file where the folders should go; permissions would not stop a superuser.
     for (const char* name : {"data", "config"}) {
-        QFile file(m_home->filePath(QString::fromLatin1(name)));
+        QFile file(m_home->File(name));
         QVERIFY(file.open(QIODevice::WriteOnly));
     }
-    QFile blocked(m_home->filePath(QStringLiteral("Kivo Tool")));
+    QFile blocked(m_home->File("Kivo Tool"));
     QVERIFY(blocked.open(QIODevice::WriteOnly));
-    const QString image = m_home->filePath(QStringLiteral("panel.png"));
+    const QString image = m_home->File("panel.png");
     QProcess process;
     QCOMPARE(Run(process, {QStringLiteral("--virtual-screen"), QStringLiteral("--run-for"),
                            QStringLiteral("6"), QStringLiteral("--panel-image"), image}),

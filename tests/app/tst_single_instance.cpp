@@ -38,6 +38,10 @@ private Q_SLOTS:
     void NoFolderForTemporaryFiles();
     void StaleMemoryOfAnotherUser();
     void PollKeepsTheKeyFileFresh();
+    void CopyThatIsStoppedInsideHoldsNobodyUp();
+    void GuardThatIsCleanedAwayIsMadeAnew();
+    void GuardThatCannotBeHadIsDoneWithout_data();
+    void GuardThatCannotBeHadIsDoneWithout();
 
 private:
     std::unique_ptr<QTemporaryDir> m_folder;
@@ -60,6 +64,10 @@ void RemoveFromSystem(const QString& semaphore, const QString& memory) {
 QString OfNobody(QString name) {
     name.truncate(name.lastIndexOf(QLatin1Char(' ')));
     return name + QStringLiteral(" %1").arg(kivo::test::kNobody);
+}
+
+QString GuardFile() {
+    return QDir::temp().filePath(QStringLiteral("Kivo Screen Setting Guard %1").arg(::getuid()));
 }
 
 QString MemoryKeyFile() {
@@ -309,6 +317,64 @@ void TestSingleInstance::PollKeepsTheKeyFileFresh() {
     QVERIFY(QFileInfo(MemoryKeyFile()).lastModified() > longAgo.addYears(10));
     // It is still the same memory.
     QCOMPARE(Copy().Ask("start"), QByteArray("second"));
+}
+
+void TestSingleInstance::CopyThatIsStoppedInsideHoldsNobodyUp() {
+    Copy first;
+    QCOMPARE(first.Ask("start"), QByteArray("first"));
+    Copy holder;
+    QCOMPARE(holder.Ask("hold"), QByteArray("holding"));
+    // The running copy's window would stand still.
+    QCOMPARE(first.Ask("poll"), QByteArray("quiet"));
+    // It cannot know, and a program that does not start is worse than two.
+    QCOMPARE(Copy().Ask("start"), QByteArray("first"));
+    QVERIFY(holder.Kill());
+    QCOMPARE(Copy().Ask("start"), QByteArray("second"));
+    QCOMPARE(first.Ask("poll"), QByteArray("asked"));
+}
+
+void TestSingleInstance::GuardThatIsCleanedAwayIsMadeAnew() {
+    Copy first;
+    QCOMPARE(first.Ask("start"), QByteArray("first"));
+    const QFileInfo guard(GuardFile());
+    QVERIFY(guard.isFile());
+    QCOMPARE(guard.permissions() & QFile::Permissions(0x0077), QFile::Permissions());
+    QVERIFY(QFile::remove(GuardFile()));
+    Copy holder;
+    QCOMPARE(holder.Ask("guard"), QByteArray("guarding"));
+    QCOMPARE(Copy().Ask("guard"), QByteArray("refused"));
+    QVERIFY(holder.Kill());
+    QCOMPARE(Copy().Ask("start"), QByteArray("second"));
+    QCOMPARE(first.Ask("poll"), QByteArray("asked"));
+}
+
+void TestSingleInstance::GuardThatCannotBeHadIsDoneWithout_data() {
+    QTest::addColumn<QByteArray>("inItsPlace");
+    for (const char* what : {"link", "folder", "file of another user"}) {
+        QTest::newRow(what) << QByteArray(what);
+    }
+}
+
+void TestSingleInstance::GuardThatCannotBeHadIsDoneWithout() {
+    QFETCH(QByteArray, inItsPlace);
+    const QString target = m_folder->filePath(QStringLiteral("elsewhere"));
+    if (inItsPlace == "link") {
+        QVERIFY(QFile::link(target, GuardFile()));
+    } else if (inItsPlace == "folder") {
+        QVERIFY(QDir().mkpath(GuardFile()));
+    } else {
+        QFile file(GuardFile());
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        if (::chown(QFile::encodeName(GuardFile()).constData(), kivo::test::kNobody, gid_t(-1)) != 0) {
+            QVERIFY(::geteuid() != 0);
+            QVERIFY(file.setPermissions(QFile::Permissions()));
+        }
+    }
+    Copy first;
+    QCOMPARE(first.Ask("start"), QByteArray("first"));
+    QCOMPARE(Copy().Ask("start"), QByteArray("second"));
+    QCOMPARE(first.Ask("poll"), QByteArray("asked"));
+    QVERIFY(!QFile::exists(target));
 }
 
 QTEST_GUILESS_MAIN(TestSingleInstance)

@@ -1,6 +1,7 @@
 #include <QScreen>
 
 #include "app/nimb_process_dialog.h"
+#include "app/single_instance.h"
 #include "compose/theme_state.h"
 #include "config/pending_frame.h"
 #include "widgets/exit_message_box.h"
@@ -26,6 +27,8 @@ private Q_SLOTS:
     void ApplyingOnePageLeavesTheOtherOnesEdits_data();
     void ApplyingOnePageLeavesTheOtherOnesEdits();
     void CancelLeavesTheKeyboardOnEdit();
+    void SoftwarePanelGivesWayUnlessSomethingWouldBeLost_data();
+    void SoftwarePanelGivesWayUnlessSomethingWouldBeLost();
 };
 
 void TestWindowLife::initTestCase() {
@@ -168,6 +171,57 @@ void TestWindowLife::CancelLeavesTheKeyboardOnEdit() {
     desk.Find("btnEdit_cancel")->setFocus(Qt::TabFocusReason);
     QTest::keyClick(desk.Find("btnEdit_cancel"), Qt::Key_Space);
     QCOMPARE(desk.window->focusWidget(), desk.Find("btnEdit"));
+}
+
+void TestWindowLife::SoftwarePanelGivesWayUnlessSomethingWouldBeLost_data() {
+    QTest::addColumn<QByteArray>("what");
+    QTest::addColumn<bool>("panel");
+    QTest::addColumn<bool>("givesWay");
+    QTest::newRow("nothing") << QByteArray() << true << true;
+    QTest::newRow("dialog") << QByteArray("dialog") << true << false;
+    QTest::newRow("editing") << QByteArray("editing") << true << false;
+    QTest::newRow("not applied") << QByteArray("not applied") << true << false;
+    QTest::newRow("a real screen") << QByteArray() << false << false;
+}
+
+void TestWindowLife::SoftwarePanelGivesWayUnlessSomethingWouldBeLost() {
+    QFETCH(QByteArray, what);
+    QFETCH(bool, panel);
+    QFETCH(bool, givesWay);
+    SingleInstance first;
+    QVERIFY(first.Start());
+    VirtualHidApi screen;
+    MainWindow window({screen, &first, kBin, panel, QLocale(QStringLiteral("en_US")), [] { return true; }});
+    auto* editor = window.findChild<ZoomWidget*>(QStringLiteral("zoomwidget"));
+    if (what == "editing") {
+        editor->SetEditing(true);
+    } else if (what == "not applied") {
+        editor->SetOrientation(1);
+    }
+    SingleInstance second;
+    InstanceAnswer answer = InstanceAnswer::None;
+    const auto start = [&second, &answer] {
+        QVERIFY(!second.Start([] { return InstanceRequest::GiveWay; }));
+        answer = second.AwaitAnswer();
+    };
+    if (what == "dialog") {
+        OnNextDialog<ExitMessageBox>(&window, [&start](ExitMessageBox* box) {
+            start();
+            box->reject();
+            QCoreApplication::quit();
+        });
+        QTimer::singleShot(0, &window, &MainWindow::slotExit);
+    } else {
+        QTimer::singleShot(0, &window, [&start] {
+            start();
+            QCoreApplication::quit();
+        });
+    }
+    QCOMPARE(QApplication::exec(), 0);
+    const InstanceAnswer goesOn = panel ? InstanceAnswer::Stays : InstanceAnswer::ComesToFront;
+    QVERIFY(answer == (givesWay ? InstanceAnswer::TookPlace : goesOn));
+    QCOMPARE(window.isVisible(), !givesWay);
+    QVERIFY(window.Stop());
 }
 
 QTEST_MAIN(TestWindowLife)
