@@ -119,7 +119,7 @@ void MainWindow::WireShell() {
     connect(&m_tray, &Tray::activated, this, &MainWindow::iconActivated);
     connect(&m_tray, &Tray::showRequested, this, &MainWindow::BringToFront);
     connect(&m_tray, &Tray::exitRequested, this, &MainWindow::slotExit);
-    m_tray.Show();
+    LookForTray();
     connect(m_ui->btnExit, &QAbstractButton::clicked, this, &MainWindow::slotExit);
     connect(m_ui->btnMini, &QAbstractButton::clicked, this, &MainWindow::showMinimized);
     connect(m_ui->btnApply, &QAbstractButton::clicked, this, &MainWindow::slotApply);
@@ -251,6 +251,7 @@ void MainWindow::PollWakeUp() {
     if (request == InstanceRequest::ComeToFront) {
         BringToFront();
     }
+    LookForTray();
     LookForWakeUp();
     ShowLiveTexts();
 }
@@ -264,6 +265,19 @@ GivesWay MainWindow::MayGiveWay() const {
     const ZoomWidget& editor = *m_ui->zoomwidget;
     return isBusy || editor.IsEditing() || editor.Edited() != editor.Saved() ? GivesWay::NotNow
                                                                              : GivesWay::Yes;
+}
+
+// At login the tray may come after the program.
+void MainWindow::LookForTray() {
+    m_isPutAway = m_isPutAway && isMinimized();
+    if (m_hasTray || !m_parts.hasTray()) {
+        return;
+    }
+    m_hasTray = true;
+    m_tray.Show();
+    if (m_isPutAway) {
+        hide();
+    }
 }
 
 void MainWindow::ShowLiveTexts() {
@@ -300,6 +314,11 @@ void MainWindow::BringToFront() {
         })) {
         PlaceOnScreen();
     }
+    m_isPutAway = false;
+    // There a window comes in sight only when it is mapped anew; a dialog over it would be left behind it.
+    if (m_parts.desktopPlacesWindows() && !isActiveWindow() && QApplication::activeModalWidget() == nullptr) {
+        hide();
+    }
     showNormal();
     activateWindow();
     raise();
@@ -309,6 +328,7 @@ void MainWindow::PutAway() {
     if (m_parts.hasTray()) {
         hide();
     } else {
+        m_isPutAway = true;
         showMinimized();
     }
 }
@@ -381,9 +401,7 @@ void MainWindow::showEvent(QShowEvent* event) {
 
 void MainWindow::mousePressEvent(QMouseEvent* event) {
     if (event->button() == Qt::LeftButton) {
-        // Where windows may not place themselves, the desktop moves them.
-        if (QGuiApplication::platformName().startsWith(QLatin1String("wayland")) &&
-            windowHandle() != nullptr) {
+        if (m_parts.desktopPlacesWindows() && windowHandle() != nullptr) {
             windowHandle()->startSystemMove();
             return;
         }

@@ -14,9 +14,11 @@
 #include <memory>
 #include <vector>
 
+#include "app/display.h"
 #include "app/live_session.h"
 #include "app/sleep_watch.h"
 #include "app/tray.h"
+#include "app/tray_host.h"
 #include "compose/theme_state.h"
 #include "device/hotplug.h"
 #include "telemetry/intel_power_gadget_thread.h"
@@ -53,8 +55,9 @@ public:
         // A software panel: it keeps no picture while the program does not run, and gives way to a screen.
         bool panelStartsBlank = false;
         QLocale locale = QLocale::system();
-        std::function<bool()> hasTray = &QSystemTrayIcon::isSystemTrayAvailable;
+        std::function<bool()> hasTray = &IsTrayThere;
         std::function<QString(QWidget*)> choosePicture = {};  // default: a file dialog; empty: cancelled
+        std::function<bool()> desktopPlacesWindows = &DesktopPlacesWindows;
         // Who tells of screens that come and go; default: nobody does.
         std::function<std::unique_ptr<Hotplug>()> makeHotplug = {};
         std::function<std::chrono::nanoseconds()> timeAsleep = &TimeAsleep;
@@ -72,7 +75,7 @@ public:
     // Shows the window as a person wants it back: restored, in front, active.
     void BringToFront();
 
-    // Out of sight, but within reach: hidden where there is a tray, else minimised.
+    // Out of sight, but within reach: hidden where there is a tray, else minimised until there is one.
     void PutAway();
 
     // Ends the workers, the sensors' too; see LiveSession::Stop. Nothing is uploaded any more.
@@ -166,6 +169,7 @@ private:
     void PollWakeUp();
     GivesWay MayGiveWay() const;
     void EndNow();
+    void LookForTray();
     void ShowLiveTexts();
     void ShowTemperature();
     void ShowThermalZone(const QString& text);
@@ -211,6 +215,8 @@ private:
     int m_pageStyle[2] = {0, 0};  // what "style" means on each page, while the other is shown
     bool m_live = false;          // workers run, so that there are live texts to show
     bool m_uploading = false;
+    bool m_hasTray = false;     // it has been there
+    bool m_isPutAway = false;   // minimised for want of a tray; a person who minimises the window may stay
     bool m_exitWanted = false;  // asked for while something else went on
     bool m_exitConfirmed = false;
     bool m_isEnding = false;

@@ -7,6 +7,7 @@
 #include <QString>
 #include <QSystemTrayIcon>
 #include <functional>
+#include <memory>
 
 #include "app/autostart.h"
 
@@ -25,8 +26,8 @@ public:
     explicit Tray(QObject* parent = nullptr);
     explicit Tray(Autostart autostart, QObject* parent = nullptr);
 
-    // Makes the icon visible. Where the desktop has no notification area nothing is seen; should one come
-    // later, the icon appears in it.
+    // Makes the icon, visible. To be called when there is a place for it (IsTrayThere), at the start or
+    // later.
     void Show();
 
     // The icon's tool tip and the menu's texts in the language of the translator that is installed.
@@ -49,13 +50,14 @@ private:
     // Asked afresh each time the menu opens: the desktop's own settings change it too.
     void ShowAutostart();
     void SetAutostart(bool on);
+    void ShowToolTip();
 
     const Autostart m_autostart;
     QMenu m_menu;
     QAction* const m_show;
     QAction* const m_atLogin;
     QAction* const m_exit;
-    QSystemTrayIcon m_icon;
+    std::unique_ptr<QSystemTrayIcon> m_icon;  // null until it is shown
     QString m_told;
 };
 

@@ -6,8 +6,8 @@
 
 using kivo::test::Copy;
 
-// What comes of a start that meets a running copy: whatever that does, a copy runs afterwards, and the start's
-// request is met.
+// What comes of a start that meets a running copy: whatever that does, a copy runs afterwards, and the
+// start's request is met.
 class TestInstanceAnswers : public QObject {
     Q_OBJECT
 

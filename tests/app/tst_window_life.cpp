@@ -1,4 +1,5 @@
 #include <QScreen>
+#include <QWindow>
 
 #include "app/nimb_process_dialog.h"
 #include "app/single_instance.h"
@@ -29,6 +30,10 @@ private Q_SLOTS:
     void CancelLeavesTheKeyboardOnEdit();
     void SoftwarePanelGivesWayUnlessSomethingWouldBeLost_data();
     void SoftwarePanelGivesWayUnlessSomethingWouldBeLost();
+    void TrayThatComesLaterTakesThePutAwayWindow_data();
+    void TrayThatComesLaterTakesThePutAwayWindow();
+    void WindowThatTheDesktopPlacesIsMappedAnew_data();
+    void WindowThatTheDesktopPlacesIsMappedAnew();
 };
 
 void TestWindowLife::initTestCase() {
@@ -221,6 +226,87 @@ void TestWindowLife::SoftwarePanelGivesWayUnlessSomethingWouldBeLost() {
     const InstanceAnswer goesOn = panel ? InstanceAnswer::Stays : InstanceAnswer::ComesToFront;
     QVERIFY(answer == (givesWay ? InstanceAnswer::TookPlace : goesOn));
     QCOMPARE(window.isVisible(), !givesWay);
+    QVERIFY(window.Stop());
+}
+
+void TestWindowLife::TrayThatComesLaterTakesThePutAwayWindow_data() {
+    QTest::addColumn<QByteArray>("meanwhile");
+    QTest::addColumn<bool>("isVisible");
+    QTest::newRow("nothing") << QByteArray() << false;
+    QTest::newRow("shown by a person") << QByteArray("shown") << true;
+    QTest::newRow("shown, then minimised by a person") << QByteArray("minimised") << true;
+    QTest::newRow("shown by the desktop, then minimised by a person") << QByteArray("task bar") << true;
+}
+
+void TestWindowLife::TrayThatComesLaterTakesThePutAwayWindow() {
+    QFETCH(QByteArray, meanwhile);
+    QFETCH(bool, isVisible);
+    bool hasTray = false;
+    int asked = 0;
+    VirtualHidApi panel;
+    MainWindow window({panel, nullptr, kBin, false, QLocale(QStringLiteral("en_US")), [&hasTray, &asked] {
+                           ++asked;
+                           return hasTray;
+                       }});
+    const auto aPollPasses = [&asked] {
+        const int before = asked;
+        QTRY_VERIFY(asked > before);
+    };
+    window.PutAway();
+    QVERIFY(window.isMinimized());
+    aPollPasses();
+    QVERIFY(window.isMinimized());
+    if (meanwhile == "task bar") {
+        window.setWindowState(Qt::WindowNoState);
+        aPollPasses();
+    } else if (!meanwhile.isEmpty()) {
+        window.BringToFront();
+    }
+    if (meanwhile == "minimised" || meanwhile == "task bar") {
+        window.findChild<QAbstractButton*>(QStringLiteral("btnMini"))->click();
+    }
+    hasTray = true;
+    aPollPasses();
+    QCOMPARE(window.isVisible(), isVisible);
+    // Put away again, it needs no task bar.
+    window.BringToFront();
+    window.PutAway();
+    QVERIFY(!window.isVisible());
+    QVERIFY(window.Stop());
+}
+
+void TestWindowLife::WindowThatTheDesktopPlacesIsMappedAnew_data() {
+    QTest::addColumn<bool>("desktopPlaces");
+    QTest::addColumn<bool>("hasDialog");
+    QTest::addColumn<int>("changes");  // unmapped, mapped
+    QTest::newRow("by the desktop") << true << false << 2;
+    QTest::newRow("by the desktop, under a dialog") << true << true << 0;
+    QTest::newRow("by itself") << false << false << 0;
+}
+
+void TestWindowLife::WindowThatTheDesktopPlacesIsMappedAnew() {
+    QFETCH(bool, desktopPlaces);
+    QFETCH(bool, hasDialog);
+    QFETCH(int, changes);
+    VirtualHidApi panel;
+    MainWindow::Parts parts{
+        panel, nullptr, kBin, false, QLocale(QStringLiteral("en_US")), [] { return false; }};
+    parts.desktopPlacesWindows = [desktopPlaces] { return desktopPlaces; };
+    MainWindow window(parts);
+    window.PutAway();
+    QDialog dialog;
+    dialog.setModal(true);
+    dialog.setVisible(hasDialog);
+    const QSignalSpy mapped(window.windowHandle(), &QWindow::visibleChanged);
+    window.BringToFront();
+    QCOMPARE(mapped.count(), changes);
+    QVERIFY(window.isVisible() && !window.isMinimized());
+    if (!hasDialog) {
+        // What is in front already stays as it is.
+        QTRY_VERIFY(window.isActiveWindow());
+        window.BringToFront();
+        QCOMPARE(mapped.count(), changes);
+    }
     QVERIFY(window.Stop());
 }
 
