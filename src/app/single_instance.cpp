@@ -178,11 +178,9 @@ std::optional<InstanceAnswer> SingleInstance::LookForAnswer() {
     std::optional<InstanceAnswer> answer;
     if (byte == InstanceRequest::None) {
         answer = InstanceAnswer::ComesToFront;
-    } else if (byte == InstanceRequest::Stays && m_asked == InstanceRequest::ComeToFront) {
-        answer = InstanceAnswer::ComesToFront;  // another copy asked for more, and reads that answer itself
     } else if (byte == InstanceRequest::Stays) {
-        answer = InstanceAnswer::Stays;
-        byte = InstanceRequest::None;
+        // It stands there for every start that waits, until the running copy looks again.
+        answer = m_asked == InstanceRequest::GiveWay ? InstanceAnswer::Stays : InstanceAnswer::ComesToFront;
     } else {
         Raise(byte, m_asked);
     }

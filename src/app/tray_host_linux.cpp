@@ -26,13 +26,12 @@ struct Disconnect {
 // Plasma, Xfce, LXQt, GNOME with its extension: icons are told of over D-Bus.
 bool IsNotifierHostThere(int longestMs) {
     const QString watcher = QStringLiteral("org.kde.StatusNotifierWatcher");
-    QDBusMessage question =
-        QDBusMessage::createMethodCall(watcher, QStringLiteral("/StatusNotifierWatcher"),
-                                       QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"));
+    QDBusMessage question = QDBusMessage::createMethodCall(watcher, QStringLiteral("/StatusNotifierWatcher"),
+                                                           QStringLiteral("org.freedesktop.DBus.Properties"),
+                                                           QStringLiteral("Get"));
     question << watcher << QStringLiteral("IsStatusNotifierHostRegistered");
     question.setAutoStartService(false);
-    const QDBusReply<QVariant> answer =
-        QDBusConnection::sessionBus().call(question, QDBus::Block, longestMs);
+    const QDBusReply<QVariant> answer = QDBusConnection::sessionBus().call(question, QDBus::Block, longestMs);
     return answer.isValid() && answer.value().toBool();
 }
 

@@ -162,8 +162,11 @@ void TestInstanceAnswers::BusySoftwarePanelSaysThatItStays() {
     for (int k = 0; k < 2; ++k) {
         Copy screen;
         QCOMPARE(screen.Ask("start for the screen"), QByteArray("second"));
+        Copy another;
+        QCOMPARE(another.Ask("start for the screen"), QByteArray("second"));
         QCOMPARE(panel.Ask("poll on a panel, busy"), QByteArray("asked"));
         QCOMPARE(screen.Ask("answer"), QByteArray("stays"));
+        QCOMPARE(another.Ask("answer"), QByteArray("stays"));
         QCOMPARE(panel.Ask("poll on a panel"), QByteArray("quiet"));
     }
     // When it is done, the next start gets what it asks for.

@@ -1,3 +1,4 @@
+#include <sys/file.h>
 #include <sys/ipc.h>
 #include <sys/shm.h>
 #include <unistd.h>
@@ -358,13 +359,15 @@ void TestSingleInstance::GuardThatCannotBeHadIsDoneWithout_data() {
 void TestSingleInstance::GuardThatCannotBeHadIsDoneWithout() {
     QFETCH(QByteArray, inItsPlace);
     const QString target = m_folder->filePath(QStringLiteral("elsewhere"));
+    QFile file(GuardFile());
     if (inItsPlace == "link") {
         QVERIFY(QFile::link(target, GuardFile()));
     } else if (inItsPlace == "folder") {
         QVERIFY(QDir().mkpath(GuardFile()));
     } else {
-        QFile file(GuardFile());
         QVERIFY(file.open(QIODevice::WriteOnly));
+        // That user keeps it locked.
+        QCOMPARE(::flock(file.handle(), LOCK_EX), 0);
         if (::chown(QFile::encodeName(GuardFile()).constData(), kivo::test::kNobody, gid_t(-1)) != 0) {
             QVERIFY(::geteuid() != 0);
             QVERIFY(file.setPermissions(QFile::Permissions()));

@@ -297,6 +297,11 @@ void TestWindowLife::WindowThatTheDesktopPlacesIsMappedAnew() {
     QDialog dialog;
     dialog.setModal(true);
     dialog.setVisible(hasDialog);
+    if (hasDialog) {
+        dialog.activateWindow();
+        QTRY_VERIFY(dialog.isActiveWindow());
+    }
+    QVERIFY(!window.isActiveWindow());
     const QSignalSpy mapped(window.windowHandle(), &QWindow::visibleChanged);
     window.BringToFront();
     QCOMPARE(mapped.count(), changes);
