@@ -1,7 +1,7 @@
 #pragma once
 
-// What the window and the tray say about the panel. A value made from the panel's record (panel_record.h); any
-// thread.
+// What the window and the tray say about the panel. A value made from the panel's record (panel_record.h);
+// any thread.
 
 #include <QByteArray>
 #include <QTime>
