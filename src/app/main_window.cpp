@@ -16,6 +16,7 @@
 #include "app/nimb_process_dialog.h"
 #include "app/nimb_process_thread.h"
 #include "app/single_instance.h"
+#include "app/state_line.h"
 #include "app/window_looks.h"
 #include "config/first_run_marker.h"
 #include "config/settings_file.h"
@@ -35,6 +36,7 @@ constexpr std::chrono::milliseconds kThreadsAfter{500};
 constexpr std::chrono::milliseconds kPollEvery{1000};
 constexpr unsigned long kFirstRunPauseMs = 1000;
 constexpr qint64 kLongestExposeMs = 500;
+constexpr QPoint kStateLineCorner(140, 30);
 constexpr int kHeadHeight = 100;  // what is above the pages, by which the window is dragged
 
 // Blocking pauses must not catch a window that was shown but not yet painted.
@@ -70,6 +72,8 @@ MainWindow::MainWindow(const Parts& parts)
     setWindowFlags(Qt::Window | Qt::FramelessWindowHint | Qt::WindowSystemMenuHint |
                    Qt::WindowMinimizeButtonHint);
     DressWindow(*m_ui);
+    m_stateLine = new StateLine(m_ui->centralwidget);
+    m_stateLine->move(kStateLineCorner);
     ShowTemperature();
     PlaceOnScreen();
     WirePages();
@@ -81,6 +85,7 @@ MainWindow::MainWindow(const Parts& parts)
     // The screen is opened by this name, so it is the same in every language.
     const QString title = QCoreApplication::translate("MainWindow", "Kivo Screen");
     m_session->OpenScreen(title.toUtf8());
+    ShowPanelStatus(StatusOfTable());
     setWindowTitle(title);
     WireShell();
     ProbeEnergyLibrary();
@@ -116,6 +121,8 @@ void MainWindow::WireShell() {
     const QIcon logo(QStringLiteral("://skins/logo.ico"));
     setWindowIcon(logo);
     m_tray.SetTexts();
+    m_tray.SetState(m_stateLine->Phrase());
+    connect(m_stateLine, &StateLine::phraseChanged, &m_tray, &Tray::SetState);
     connect(&m_tray, &Tray::activated, this, &MainWindow::iconActivated);
     connect(&m_tray, &Tray::showRequested, this, &MainWindow::BringToFront);
     connect(&m_tray, &Tray::exitRequested, this, &MainWindow::slotExit);
@@ -128,7 +135,9 @@ void MainWindow::WireShell() {
 void MainWindow::on_ReadEC_clicked() {}
 
 void MainWindow::on_pushButton_3_clicked() {
-    SettingsWriter().SetText(QString(keys::kTest.name), QStringLiteral("点击输入"));
+    SettingsWriter settings;
+    settings.SetText(QString(keys::kTest.name), QStringLiteral("点击输入"));
+    m_stateLine->SetSettingsSaved(settings.Commit());
 }
 
 void MainWindow::slotCreateThread() {
@@ -198,13 +207,16 @@ void MainWindow::slotApply() {
     ZoomWidget* editor = m_ui->zoomwidget;
     ThemeState themes = editor->Edited().themes;
     KeepOtherPage(themes, editor->Saved().themes);
+    bool isLayoutSaved = true;
     if (IsCustomPage()) {
-        editor->CommitLayout();
+        isLayoutSaved = editor->CommitLayout();
         OpenEditing(false);
     }
-    if (SaveThemeState(themes)) {
+    const bool areThemesSaved = SaveThemeState(themes);
+    if (areThemesSaved) {
         editor->SetSavedThemes(themes);
     }
+    m_stateLine->SetSettingsSaved(isLayoutSaved && areThemesSaved);
     m_session->SetChosen(editor->Shown());
     if (UploadWithProgress()) {
         StartRefresh();

@@ -19,6 +19,7 @@
 #include "app/tray.h"
 #include "compose/theme_state.h"
 #include "device/hotplug.h"
+#include "panel/panel_status.h"
 #include "telemetry/intel_power_gadget_thread.h"
 #include "telemetry/thermal_zone_thread.h"
 
@@ -37,6 +38,7 @@ class FocusRing;
 class HidApi;
 class PictureList;
 class SingleInstance;
+class StateLine;
 class ThemePage;
 class TwoWayChoice;
 
@@ -75,6 +77,9 @@ public:
 
     // Ends the workers, the sensors' too; see LiveSession::Stop. Nothing is uploaded any more.
     bool Stop();
+
+    // Says what state the screen is in, in the window and in the tool tip of the tray.
+    void ShowPanelStatus(const PanelStatus& status);
 
     // An interface of any device arrived or went: brings the table up to date, opens or closes the screen.
     // Always true.
@@ -159,6 +164,7 @@ private:
     void NoteArrival(const QString& name);
     void NoteRemoval(const QString& name);
     void LookForWakeUp();
+    PanelStatus StatusOfTable();
 
     void PlaceOnScreen();
     void PollWakeUp();
@@ -191,6 +197,7 @@ private:
     TwoWayChoice* m_orientation = nullptr;
     TwoWayChoice* m_pageChoice = nullptr;
     PictureList* m_pictures = nullptr;
+    StateLine* m_stateLine = nullptr;
     FocusRing* m_focusRing = nullptr;
     Tray m_tray{this};
     QTimer m_poll;

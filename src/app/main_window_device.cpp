@@ -3,6 +3,7 @@
 #include <QLoggingCategory>
 
 #include "app/main_window.h"
+#include "app/state_line.h"
 #include "device/screen_change.h"
 
 namespace kivo {
@@ -70,7 +71,21 @@ bool MainWindow::HandleScreenChange(const QString& name, bool arrived) {
     if (outcome.dataArrived) {
         m_session->BringPanelUpToDate();
     }
+    ShowPanelStatus(StatusOfTable());
     return true;
+}
+
+void MainWindow::ShowPanelStatus(const PanelStatus& status) {
+    m_stateLine->Show(status);
+}
+
+// What the device table and the session know of it.
+PanelStatus MainWindow::StatusOfTable() {
+    PanelStatus status;
+    const bool isThere = m_session->Screen().Entry(0).dataFound == 1;
+    status.condition = isThere ? PanelCondition::Connected : PanelCondition::NoScreen;
+    status.isFrameOwed = m_session->HasPendingFrame();
+    return status;
 }
 
 void MainWindow::LookForWakeUp() {

@@ -8,6 +8,7 @@
 
 #include "app/custom_page.h"
 #include "app/main_window.h"
+#include "app/state_line.h"
 #include "app/theme_page.h"
 #include "app/two_way_choice.h"
 #include "app/window_looks.h"
@@ -257,7 +258,7 @@ void MainWindow::AddPictureByHand() {
         ExitMessageBox::Tell(this, WindowText(QT_TRANSLATE_NOOP("MainWindow", "图片太多，无法再添加。")));
         return;
     }
-    m_pictures->SavePictureList();
+    m_stateLine->SetSettingsSaved(m_pictures->SavePictureList());
     UsePicture(path);
 }
 
@@ -282,7 +283,7 @@ void MainWindow::SlotDeletePix(int row) {
     if (m_pictures->IsUserPicture(row)) {
         if (ExitMessageBox::Ask(this, WindowText(QT_TRANSLATE_NOOP("MainWindow", "是否删除此图片？")))) {
             const QString removed = m_pictures->RemoveUserPicture(row);
-            m_pictures->SavePictureList();
+            m_stateLine->SetSettingsSaved(m_pictures->SavePictureList());
             TakePictureOut(removed, row);
         }
     } else if (m_pictures->IsBuiltIn(row)) {

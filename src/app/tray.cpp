@@ -43,10 +43,20 @@ void Tray::TellWhereItIs(bool isScreenReady) {
 }
 
 void Tray::SetTexts() {
-    m_icon.setToolTip(QCoreApplication::translate("MainWindow", "副屏设置"));
+    ShowToolTip();
     m_show->setText(QCoreApplication::translate("MainWindow", "显示窗口"));
     m_atLogin->setText(QCoreApplication::translate("MainWindow", "登录时启动"));
     m_exit->setText(QCoreApplication::translate("MainWindow", "退出程序"));
+}
+
+void Tray::SetState(const QString& phrase) {
+    m_state = phrase;
+    ShowToolTip();
+}
+
+void Tray::ShowToolTip() {
+    const QString name = QCoreApplication::translate("MainWindow", "副屏设置");
+    m_icon.setToolTip(m_state.isEmpty() ? name : name + QLatin1Char('\n') + m_state);
 }
 
 void Tray::ShowAutostart() {

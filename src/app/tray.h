@@ -32,6 +32,10 @@ public:
     // The icon's tool tip and the menu's texts in the language of the translator that is installed.
     void SetTexts();
 
+    // What state the screen is in, for the tool tip's second line; empty: it has one line only.
+    void SetState(const QString& phrase);
+    QString ToolTip() const { return m_icon.toolTip(); }
+
     // Says, once and for a few seconds, that the program goes on here though its window has gone, and whether
     // the screen shows something.
     void TellWhereItIs(bool isScreenReady);
@@ -49,6 +53,7 @@ private:
     // Asked afresh each time the menu opens: the desktop's own settings change it too.
     void ShowAutostart();
     void SetAutostart(bool on);
+    void ShowToolTip();
 
     const Autostart m_autostart;
     QMenu m_menu;
@@ -56,6 +61,7 @@ private:
     QAction* const m_atLogin;
     QAction* const m_exit;
     QSystemTrayIcon m_icon;
+    QString m_state;
     QString m_told;
 };
 

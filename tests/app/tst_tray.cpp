@@ -10,6 +10,7 @@ class TestTray : public QObject {
 
 private Q_SLOTS:
     void TheMenuAsksForTheWindowAndTheEnd();
+    void TheToolTipHasTheStateOnASecondLine();
     void TheTickFollowsTheAutostart_data();
     void TheTickFollowsTheAutostart();
     void ATickSwitchesIt();
@@ -66,6 +67,21 @@ void TestTray::TheMenuAsksForTheWindowAndTheEnd() {
         texts.append(action->text());
     }
     QCOMPARE(texts.removeDuplicates(), 0);
+}
+
+void TestTray::TheToolTipHasTheStateOnASecondLine() {
+    Memory memory;
+    Tray tray(memory.Seam());
+    tray.SetTexts();
+    const QString name = QStringLiteral("副屏设置");
+    QCOMPARE(tray.ToolTip(), name);
+    tray.SetState(QStringLiteral("connected"));
+    QCOMPARE(tray.ToolTip(), name + QStringLiteral("\nconnected"));
+    tray.SetState(QStringLiteral("no screen"));
+    tray.SetTexts();
+    QCOMPARE(tray.ToolTip(), name + QStringLiteral("\nno screen"));
+    tray.SetState(QString());
+    QCOMPARE(tray.ToolTip(), name);
 }
 
 void TestTray::TheTickFollowsTheAutostart_data() {
