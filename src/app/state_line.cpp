@@ -23,7 +23,7 @@ constexpr int kTextLeft = 14;
 constexpr int kBaseline = 16;
 constexpr int kTextPixels = 12;
 constexpr int kLinkSide = 6;  // room that a button keeps on both sides of its text
-constexpr int kLinkGap = 12;
+constexpr int kLinkGap = 16;
 constexpr int kLinkHeight = 20;
 constexpr std::chrono::milliseconds kCopiedStands{4000};
 
@@ -52,7 +52,7 @@ StateLine::StateLine(QWidget* parent)
         WindowText(QT_TRANSLATE_NOOP("MainWindow", "复制两条命令，在终端中运行后即可打开屏幕")));
     m_copy->setFocusPolicy(Qt::TabFocus);
     m_copy->SetTextPixelSize(kTextPixels);
-    m_copy->SetTextColors({colors::kAccentBright, colors::kTextHigh, colors::kTextHigh, colors::kTextLow});
+    m_copy->SetTextColors({colors::kTextMid, colors::kTextHigh, colors::kTextHigh, colors::kTextLow});
     m_copy->hide();
     connect(m_copy, &QAbstractButton::clicked, this, &StateLine::CopyCommands);
 
@@ -96,22 +96,24 @@ void StateLine::Refresh() {
     }
 }
 
-// Assistive programs hear of a new accessible name, not of a new text. Deliberate: no alert beside it, which
+// Label and button tell assistive programs of a new text by themselves. Deliberate: no alert beside it, which
 // Windows gives a sound.
 void StateLine::ShowPhrase() {
     m_text->setText(m_phrase);
-    m_text->setAccessibleName(m_phrase);
     m_text->move(kTextLeft, kBaseline - QFontMetrics(m_text->font(), m_text).ascent());
     m_text->resize(m_text->sizeHint());
 }
 
 void StateLine::ShowLink() {
-    const QString text = m_copied.isActive() ? WindowText(QT_TRANSLATE_NOOP("MainWindow", "已复制"))
-                                             : WindowText(QT_TRANSLATE_NOOP("MainWindow", "复制命令"));
+    const bool isNote = m_copied.isActive();
+    const QString text = isNote ? WindowText(QT_TRANSLATE_NOOP("MainWindow", "已复制"))
+                                : WindowText(QT_TRANSLATE_NOOP("MainWindow", "复制命令"));
+    QFont linkFont = m_text->font();
+    linkFont.setUnderline(!isNote);
+    m_copy->SetTextFont(linkFont);
     const QRect before = m_text->geometry();
     const int textWidth = QFontMetrics(m_text->font(), m_text).horizontalAdvance(text) + 1;
     m_copy->setText(text);
-    m_copy->setAccessibleName(text);
     m_copy->setGeometry(before.x() + before.width() + kLinkGap - kLinkSide,
                         before.y() + (before.height() - kLinkHeight) / 2, textWidth + 2 * kLinkSide,
                         kLinkHeight);

@@ -44,7 +44,8 @@ void TestAccessCommands::init() {
 int TestAccessCommands::Run(const QString& commands) {
     QProcess shell;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QStringLiteral("PATH"), m_folder->path() + QLatin1Char(':') + qEnvironmentVariable("PATH"));
+    environment.insert(QStringLiteral("PATH"),
+                       m_folder->path() + QLatin1Char(':') + qEnvironmentVariable("PATH"));
     shell.setProcessEnvironment(environment);
     shell.start(QStringLiteral("sh"), {QStringLiteral("-c"), commands});
     return shell.waitForFinished() && shell.exitStatus() == QProcess::NormalExit ? shell.exitCode() : -1;

@@ -124,7 +124,8 @@ void TestWindowState::ThePlaceIsFree() {
     line->show();
     QVERIFY(ContrastIn(CutOut(window, place)) < 1.3);
     constexpr int kNameWidth = 90;
-    QVERIFY(ContrastIn(CutOut(window, {place.x() - kNameWidth, place.y(), kNameWidth, place.height()})) > 4.5);
+    QVERIFY(ContrastIn(CutOut(window, {place.x() - kNameWidth, place.y(), kNameWidth, place.height()})) >
+            4.5);
 }
 
 void TestWindowState::EveryStateCanBeRead() {
