@@ -56,13 +56,23 @@ StateLine* LineOf(const Desk& desk) {
     return desk.Find<StateLine>("stateLine");
 }
 
-// A file in the folder's place: even the superuser cannot write settings then.
-void TakeTheFolderAway() {
-    const QString folder = SettingsFolder();  // which makes it where there is none
-    QVERIFY(QDir(folder).removeRecursively());
-    QFile file(folder);
-    QVERIFY(file.open(QFile::WriteOnly));
-}
+// While it lives, a file stands in the place of the settings' folder: even the superuser cannot write
+// settings.
+class FolderTakenAway {
+public:
+    FolderTakenAway() : m_folder(SettingsFolder()) {
+        QDir(m_folder).removeRecursively();
+        QFile file(m_folder);
+        if (!file.open(QFile::WriteOnly)) {
+            qFatal("The settings' folder cannot be taken away.");
+        }
+    }
+    ~FolderTakenAway() { QFile::remove(m_folder); }
+    Q_DISABLE_COPY_MOVE(FolderTakenAway)
+
+private:
+    const QString m_folder;
+};
 
 }  // namespace
 
@@ -210,20 +220,22 @@ void TestWindowState::SettingsThatCannotBeSavedAreTold() {
     const QString unsaved = QStringLiteral("Settings could not be saved");
     desk.Apply();
     QVERIFY(LineOf(desk)->Phrase() != unsaved);
-    TakeTheFolderAway();
-    desk.Apply();
-    QCOMPARE(LineOf(desk)->Phrase(), unsaved);
-    QVERIFY(desk.window->findChild<Tray*>()->ToolTip().endsWith(QLatin1Char('\n') + unsaved));
-    QVERIFY(QFile::remove(SettingsFolder()));
+    {
+        const FolderTakenAway away;
+        desk.Apply();
+        QCOMPARE(LineOf(desk)->Phrase(), unsaved);
+        QVERIFY(desk.window->findChild<Tray*>()->ToolTip().endsWith(QLatin1Char('\n') + unsaved));
+    }
     desk.Apply();
     QVERIFY(LineOf(desk)->Phrase() != unsaved);
-    // Pictures are settings too.
-    TakeTheFolderAway();
-    desk.pictureToChoose = QStringLiteral("/no/such/picture.png");
-    OnNextDialog<ExitMessageBox>(desk.window.get(), [](ExitMessageBox* box) { box->accept(); });
-    desk.window->itemClickedImage(desk.Find<QListWidget>("pictureList")->model()->index(0, 0));
-    QCOMPARE(LineOf(desk)->Phrase(), unsaved);
-    QVERIFY(QFile::remove(SettingsFolder()));
+    {
+        // Pictures are settings too.
+        const FolderTakenAway away;
+        desk.pictureToChoose = QStringLiteral("/no/such/picture.png");
+        OnNextDialog<ExitMessageBox>(desk.window.get(), [](ExitMessageBox* box) { box->accept(); });
+        desk.window->itemClickedImage(desk.Find<QListWidget>("pictureList")->model()->index(0, 0));
+        QCOMPARE(LineOf(desk)->Phrase(), unsaved);
+    }
     desk.window->on_pushButton_3_clicked();
     QVERIFY(LineOf(desk)->Phrase() != unsaved);
 }
