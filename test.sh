@@ -1,10 +1,15 @@
 #!/usr/bin/env bash
 # Builds and runs every test: ./test.sh [dev|asan|tsan|windows], dev where nothing is said. Further arguments go to
-# ctest. "windows" builds the Windows program with its tests and runs them under Wine; its first run builds Qt too.
+# ctest, and only the programs of the tests that they choose are built. --build, as the first argument, runs none. "windows" builds the Windows program with its tests and runs them under Wine; its first run builds Qt too.
 set -euo pipefail
 cd "$(dirname "$0")"
 . tools/scripts/packages.sh
 
+build_only=
+if [ "${1:-}" = --build ]; then
+    build_only=yes
+    shift
+fi
 preset=${1:-dev}
 fresh=
 [ $# -eq 0 ] || shift
@@ -25,5 +30,9 @@ if [ "$preset" = windows ]; then
     [ -z "$cached" ] || [ "$cached" = "$KIVO_WINDOWS_DEPENDENCIES" ] || fresh=yes
 fi
 cmake ${fresh:+--fresh} --preset "$preset"
-cmake --build --preset "$preset"
-ctest --preset "$preset" "$@"
+targets=()
+if [ $# -gt 0 ]; then
+    mapfile -t targets < <(ctest --preset "$preset" -N "$@" | sed -n 's|^ *Test *#[0-9]*: \([a-z]*\)/.*|tests_\1|p' | sort -u)
+fi
+cmake --build --preset "$preset" ${targets:+--target "${targets[@]}"}
+[ -n "$build_only" ] || ctest --preset "$preset" "$@"

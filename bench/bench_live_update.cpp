@@ -8,7 +8,8 @@
 #include "bench_support.h"
 #include "compose/background_picture.h"
 #include "compose/frame_composer.h"
-#include "compose/live_screen.h"
+#include "panel/frame_store.h"
+#include "panel/panel_sender.h"
 
 using namespace kivo;
 
@@ -18,12 +19,13 @@ namespace {
 struct Live {
     bench::Link link;
     QTemporaryDir folder;
-    BackgroundStore backgrounds{folder.filePath(QStringLiteral("whole.png"))};
-    LiveScreen screen{link.transfers, backgrounds, [](int) { return QStringLiteral("20%"); }};
+    FrameStore frames{folder.filePath(QStringLiteral("whole.png"))};
+    PanelSender sender{
+        {link.session, link.transfers, frames, nullptr, [](int) { return QStringLiteral("20%"); }}};
 
     explicit Live(const ScreenState& state) {
-        screen.SetLoaded(state);
-        screen.ComposeWholeFrame();
+        sender.SetLoaded(state);
+        sender.ComposeWholeFrame();
     }
 };
 
@@ -41,7 +43,7 @@ void Update(benchmark::State& state) {
     const quint64 before = live.link.hid.reports;
     size_t turn = 0;
     for (auto _ : state) {
-        live.screen.RenderLiveItem(TextsOf(item)[turn ^= 1], item);
+        live.sender.RenderLiveItem(TextsOf(item)[turn ^= 1], item);
     }
     state.counters["reports"] =
         benchmark::Counter(double(live.link.hid.reports - before), benchmark::Counter::kAvgIterations);

@@ -4,9 +4,9 @@
 
 #include "bench_support.h"
 #include "compose/background_picture.h"
-#include "compose/background_store.h"
 #include "compose/frame_composer.h"
 #include "compose/rgb565.h"
+#include "panel/frame_store.h"
 
 using namespace kivo;
 
@@ -61,12 +61,13 @@ void ScalePicture(benchmark::State& state) {
 
 void SaveBackground(benchmark::State& state) {
     const QTemporaryDir folder;
-    BackgroundStore store(folder.filePath(QStringLiteral("whole.png")));
+    FrameStore store(folder.filePath(QStringLiteral("whole.png")));
     SkinCache skins;
-    const QImage background = ComposeBackground(bench::ThemeOf(Theme::Default, Orientation::Landscape),
-                                                LoadPicture(BuiltInBackgrounds().at(0)), skins);
+    const ScreenState screen = bench::ThemeOf(Theme::Default, Orientation::Landscape);
+    const SharedFrame frame =
+        MakePanelFrame(screen, ComposeBackground(screen, LoadPicture(BuiltInBackgrounds().at(0)), skins));
     for (auto _ : state) {
-        store.Save(background);
+        store.Save(frame);
     }
 }
 

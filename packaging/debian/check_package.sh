@@ -9,8 +9,6 @@ fail() {
     echo "check_package.sh: $*" >&2
     exit 1
 }
-as_root=()
-[ "$(id -u)" -eq 0 ] || as_root=(sudo)
 is_installed() {
     [ "$(dpkg-query -W -f='${db:Status-Status}' kivo-screen 2>/dev/null)" = installed ]
 }
@@ -22,7 +20,7 @@ packaging/debian/build_package.sh
 package=$PWD/$(echo build/package/*.deb)
 work=$(mktemp -d)
 clean_up() {
-    ! is_installed || "${as_root[@]}" apt-get purge -y -qq kivo-screen >/dev/null || true
+    ! is_installed || apt_get purge -y -qq kivo-screen || true
     rm -rf "$work"
 }
 trap clean_up EXIT
@@ -57,7 +55,7 @@ for needed in libqt5widgets5 libhidapi-hidraw0 fonts-noto-cjk; do
 done
 
 # A run as a new user would make it: a home of its own, nothing of this session, no display.
-"${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "$package" >/dev/null
+apt_get install -y -qq --no-install-recommends "$package"
 dpkg --listfiles kivo-screen >"$work/installed"
 home=$work/home
 mkdir -m 700 "$home" "$work/run" "$work/tmp"
@@ -87,7 +85,7 @@ grep -qx 'TryExec=/usr/lib/kivo-screen/kivo-screen' "$entry" || fail "the autost
 # Removed, it leaves nothing but what is the user's.
 (cd "$home" && find . -type f -exec sha256sum {} + | sort) >"$work/before"
 grep -q 'Config.ini$' "$work/before" || fail "it kept no settings."
-"${as_root[@]}" apt-get purge -y -qq kivo-screen >/dev/null
+apt_get purge -y -qq kivo-screen
 while read -r path; do
     # Folders that others use too may stay.
     if [ -L "$path" ] || [ -f "$path" ] || { [ -d "$path" ] && [[ $path == */kivo-screen ]]; }; then

@@ -455,6 +455,8 @@ Section /o "un.$(SettingsName)" UnsectionSettings
     StrCpy $Folder "$PROFILE\Kivo Tool"
     StrCpy $0 "$Folder\whole.png"
     Call un.DeleteWritten
+    StrCpy $0 "$Folder\whole.state"
+    Call un.DeleteWritten
     Delete "$Folder\whole.pending"
     RMDir "$Folder"
     DeleteRegKey HKCU "Software\Kivo Tool\Kivo Config"

@@ -288,6 +288,58 @@ Exit anyway?</translation>
         <source>CPU温度，点击读取系统温区</source>
         <translation>CPU temperature; click to read the system’s thermal zone</translation>
     </message>
+    <message>
+        <source>软件屏幕</source>
+        <translation>Software panel</translation>
+    </message>
+    <message>
+        <source>已连接</source>
+        <translation>Connected</translation>
+    </message>
+    <message>
+        <source>没有屏幕，插入后发送</source>
+        <translation>No screen; will be sent when it is plugged in</translation>
+    </message>
+    <message>
+        <source>没有屏幕</source>
+        <translation>No screen</translation>
+    </message>
+    <message>
+        <source>没有权限打开屏幕</source>
+        <translation>The screen may not be opened</translation>
+    </message>
+    <message>
+        <source>屏幕不接收，可能被其他程序占用</source>
+        <translation>Takes nothing; another program may have it</translation>
+    </message>
+    <message>
+        <source>正在发送…</source>
+        <translation>Sending…</translation>
+    </message>
+    <message>
+        <source>%1 已发送</source>
+        <translation>Sent at %1</translation>
+    </message>
+    <message>
+        <source>正在重试…</source>
+        <translation>Trying again…</translation>
+    </message>
+    <message>
+        <source>复制两条命令，在终端中运行后即可打开屏幕</source>
+        <translation>Copies two commands for a terminal that give you the right to open the screen</translation>
+    </message>
+    <message>
+        <source>设置未能保存</source>
+        <translation>Settings could not be saved</translation>
+    </message>
+    <message>
+        <source>已复制</source>
+        <translation>Copied</translation>
+    </message>
+    <message>
+        <source>复制命令</source>
+        <translation>Copy commands</translation>
+    </message>
 </context>
 <context>
     <name>ZoomWidget</name>

@@ -288,6 +288,58 @@
         <source>CPU温度，点击读取系统温区</source>
         <translation>Температура ЦП; щелчок — термозона системы</translation>
     </message>
+    <message>
+        <source>软件屏幕</source>
+        <translation>Программный экран</translation>
+    </message>
+    <message>
+        <source>已连接</source>
+        <translation>Подключён</translation>
+    </message>
+    <message>
+        <source>没有屏幕，插入后发送</source>
+        <translation>Нет экрана; отправка после подключения</translation>
+    </message>
+    <message>
+        <source>没有屏幕</source>
+        <translation>Нет экрана</translation>
+    </message>
+    <message>
+        <source>没有权限打开屏幕</source>
+        <translation>Нет доступа к экрану</translation>
+    </message>
+    <message>
+        <source>屏幕不接收，可能被其他程序占用</source>
+        <translation>Не принимает; возможно, занят другой программой</translation>
+    </message>
+    <message>
+        <source>正在发送…</source>
+        <translation>Отправка…</translation>
+    </message>
+    <message>
+        <source>%1 已发送</source>
+        <translation>Отправлено в %1</translation>
+    </message>
+    <message>
+        <source>正在重试…</source>
+        <translation>Повторная попытка…</translation>
+    </message>
+    <message>
+        <source>复制两条命令，在终端中运行后即可打开屏幕</source>
+        <translation>Скопировать две команды для терминала, открывающие доступ к экрану</translation>
+    </message>
+    <message>
+        <source>设置未能保存</source>
+        <translation>Не удалось сохранить настройки</translation>
+    </message>
+    <message>
+        <source>已复制</source>
+        <translation>Скопировано</translation>
+    </message>
+    <message>
+        <source>复制命令</source>
+        <translation>Скопировать команды</translation>
+    </message>
 </context>
 <context>
     <name>ZoomWidget</name>

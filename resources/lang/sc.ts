@@ -288,6 +288,58 @@
         <source>CPU温度，点击读取系统温区</source>
         <translation>CPU温度，点击读取系统温区</translation>
     </message>
+    <message>
+        <source>软件屏幕</source>
+        <translation>软件屏幕</translation>
+    </message>
+    <message>
+        <source>已连接</source>
+        <translation>已连接</translation>
+    </message>
+    <message>
+        <source>没有屏幕，插入后发送</source>
+        <translation>没有屏幕，插入后发送</translation>
+    </message>
+    <message>
+        <source>没有屏幕</source>
+        <translation>没有屏幕</translation>
+    </message>
+    <message>
+        <source>没有权限打开屏幕</source>
+        <translation>没有权限打开屏幕</translation>
+    </message>
+    <message>
+        <source>屏幕不接收，可能被其他程序占用</source>
+        <translation>屏幕不接收，可能被其他程序占用</translation>
+    </message>
+    <message>
+        <source>正在发送…</source>
+        <translation>正在发送…</translation>
+    </message>
+    <message>
+        <source>%1 已发送</source>
+        <translation>%1 已发送</translation>
+    </message>
+    <message>
+        <source>正在重试…</source>
+        <translation>正在重试…</translation>
+    </message>
+    <message>
+        <source>复制两条命令，在终端中运行后即可打开屏幕</source>
+        <translation>复制两条命令，在终端中运行后即可打开屏幕</translation>
+    </message>
+    <message>
+        <source>设置未能保存</source>
+        <translation>设置未能保存</translation>
+    </message>
+    <message>
+        <source>已复制</source>
+        <translation>已复制</translation>
+    </message>
+    <message>
+        <source>复制命令</source>
+        <translation>复制命令</translation>
+    </message>
 </context>
 <context>
     <name>ZoomWidget</name>

@@ -9,4 +9,8 @@ bool HasDisplay();
 // windows on a display would end the program.
 const char* PlatformWithoutDisplay(const char* asked);
 
+// Whether the desktop alone decides where a window stands and what is in front (Wayland): a window cannot
+// move itself, raise itself, or come back once it is minimised. Asked with an application object.
+bool DesktopPlacesWindows();
+
 }  // namespace kivo

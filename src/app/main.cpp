@@ -19,6 +19,7 @@
 #include "device/hid_api_hidapi.h"
 #include "device/hotplug.h"
 #include "device/report_log.h"
+#include "device/screen_session.h"
 #include "pictures/thumbnails.h"
 #include "resources/resources.h"
 #include "virtualscreen/panel_image_writer.h"
@@ -106,6 +107,33 @@ private:
     std::unique_ptr<kivo::VirtualScreenWindow> m_window;
 };
 
+// Asked by a second copy that would use the screen: one that shows a software panel meanwhile stands in the
+// way of a screen that is there.
+kivo::InstanceRequest RequestFor(const kivo::Options& options) {
+    if (options.virtualScreen) {
+        return kivo::InstanceRequest::ComeToFront;
+    }
+    kivo::HidapiHidApi hid;
+    kivo::ScreenSession session(hid);
+    session.InitDeviceTable();
+    session.EnumerateScreens();
+    return session.Entry(0).dataFound != 0 ? kivo::InstanceRequest::GiveWay
+                                           : kivo::InstanceRequest::ComeToFront;
+}
+
+QString AnswerLine(kivo::InstanceAnswer answer) {
+    switch (answer) {
+        case kivo::InstanceAnswer::Stays:
+            return QStringLiteral(
+                "kivo-screen: already running on a software panel, with something unfinished in its window. "
+                "Finish that and start once more to use the screen.\n");
+        case kivo::InstanceAnswer::None:
+            return QStringLiteral("kivo-screen: already running, but that copy does not answer.\n");
+        default:
+            return QStringLiteral("kivo-screen: already running; its window comes to the front.\n");
+    }
+}
+
 QString ValuesLine(const kivo::ItemTexts& texts) {
     const kivo::ItemTexts names = kivo::ItemCaptions();
     QStringList shown;
@@ -165,21 +193,27 @@ int main(int argc, char** argv) {
     bool endRequested = false;
     QObject::connect(&application, &QCoreApplication::aboutToQuit, &application,
                      [&endRequested] { endRequested = true; });
-    const kivo::QuitSignals quitSignals;
-    QObject::connect(&quitSignals, &kivo::QuitSignals::quitRequested, &application, [&endRequested] {
-        endRequested = true;
-        QCoreApplication::quit();
-    });
-
     kivo::SingleInstance instance;
-    if (!instance.Start()) {
-        Say(stderr, QStringLiteral("kivo-screen: already running; its window comes to the front.\n"));
-        return 0;
+    const kivo::QuitSignals quitSignals;
+    QObject::connect(&quitSignals, &kivo::QuitSignals::quitRequested, &application,
+                     [&endRequested, &instance] {
+                         endRequested = true;
+                         instance.LetGo();
+                         QCoreApplication::quit();
+                     });
+
+    if (!instance.Start([&line] { return RequestFor(line.options); })) {
+        const kivo::InstanceAnswer answer = instance.AwaitAnswer();
+        if (answer != kivo::InstanceAnswer::TookPlace) {
+            Say(stderr, endRequested ? QString() : AnswerLine(answer));
+            return 0;
+        }
     }
 
     Screen screen(line.options, hasDisplay);
     kivo::MainWindow::Parts parts{screen.Hid(), &instance, QCoreApplication::applicationDirPath(),
-                                  line.options.virtualScreen};
+                                  line.options.virtualScreen ? kivo::LiveSession::PanelKind::Software
+                                                             : kivo::LiveSession::PanelKind::Real};
     parts.makeHotplug = [&screen] { return screen.MakeHotplug(); };
     auto window = std::make_unique<kivo::MainWindow>(parts);
     screen.ShowWindow();
@@ -199,6 +233,8 @@ int main(int argc, char** argv) {
         kivo::LeaveParentConsole();
     }
     const int status = endRequested ? 0 : QApplication::exec();
+    // Before the wait for the workers: a start that comes now takes this copy's place.
+    instance.LetGo();
     const bool stopped = window->Stop();
     if (line.options.runSeconds) {
         Say(stdout, ValuesLine(window->Session().ShownTexts()));

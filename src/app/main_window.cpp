@@ -14,13 +14,14 @@
 #include "app/helper_window.h"
 #include "app/language.h"
 #include "app/nimb_process_dialog.h"
-#include "app/nimb_process_thread.h"
 #include "app/single_instance.h"
+#include "app/state_line.h"
 #include "app/window_looks.h"
 #include "config/first_run_marker.h"
 #include "config/settings_file.h"
 #include "editor/color_bar.h"
 #include "editor/edit_bar.h"
+#include "panel/nimb_process_thread.h"
 #include "pictures/picture_list.h"
 #include "telemetry/energy_library.h"
 #include "ui_main_window.h"
@@ -35,6 +36,7 @@ constexpr std::chrono::milliseconds kThreadsAfter{500};
 constexpr std::chrono::milliseconds kPollEvery{1000};
 constexpr unsigned long kFirstRunPauseMs = 1000;
 constexpr qint64 kLongestExposeMs = 500;
+constexpr QPoint kStateLineCorner(140, 30);
 constexpr int kHeadHeight = 100;  // what is above the pages, by which the window is dragged
 
 // Blocking pauses must not catch a window that was shown but not yet painted.
@@ -63,13 +65,14 @@ MainWindow::MainWindow(const Parts& parts)
       m_translator(std::make_unique<QTranslator>()),
       m_ui(std::make_unique<::Ui::MainWindow>()) {
     InstallLanguage(parts.locale);
-    m_session = std::make_unique<LiveSession>(parts.hid, m_language);
-    m_session->SetPanelStartsBlank(parts.panelStartsBlank);
+    m_session = std::make_unique<LiveSession>(parts.hid, m_language, LiveSession::Options{parts.panel});
 
     m_ui->setupUi(this);
     setWindowFlags(Qt::Window | Qt::FramelessWindowHint | Qt::WindowSystemMenuHint |
                    Qt::WindowMinimizeButtonHint);
     DressWindow(*m_ui);
+    m_stateLine = new StateLine(m_ui->centralwidget);
+    m_stateLine->move(kStateLineCorner);
     ShowTemperature();
     PlaceOnScreen();
     WirePages();
@@ -81,10 +84,11 @@ MainWindow::MainWindow(const Parts& parts)
     // The screen is opened by this name, so it is the same in every language.
     const QString title = QCoreApplication::translate("MainWindow", "Kivo Screen");
     m_session->OpenScreen(title.toUtf8());
+    ShowPanelStatus(m_session->Status());
+    connect(m_session.get(), &LiveSession::statusChanged, this, &MainWindow::ShowPanelStatus);
     setWindowTitle(title);
     WireShell();
     ProbeEnergyLibrary();
-    m_session->SendTimeSync();
     QTimer::singleShot(kThreadsAfter, this, &MainWindow::slotCreateThread);
     connect(&m_poll, &QTimer::timeout, this, &MainWindow::PollWakeUp);
     m_poll.start(kPollEvery);
@@ -116,10 +120,12 @@ void MainWindow::WireShell() {
     const QIcon logo(QStringLiteral("://skins/logo.ico"));
     setWindowIcon(logo);
     m_tray.SetTexts();
+    m_tray.SetState(m_stateLine->Phrase());
+    connect(m_stateLine, &StateLine::phraseChanged, &m_tray, &Tray::SetState);
     connect(&m_tray, &Tray::activated, this, &MainWindow::iconActivated);
     connect(&m_tray, &Tray::showRequested, this, &MainWindow::BringToFront);
     connect(&m_tray, &Tray::exitRequested, this, &MainWindow::slotExit);
-    m_tray.Show();
+    LookForTray();
     connect(m_ui->btnExit, &QAbstractButton::clicked, this, &MainWindow::slotExit);
     connect(m_ui->btnMini, &QAbstractButton::clicked, this, &MainWindow::showMinimized);
     connect(m_ui->btnApply, &QAbstractButton::clicked, this, &MainWindow::slotApply);
@@ -128,7 +134,9 @@ void MainWindow::WireShell() {
 void MainWindow::on_ReadEC_clicked() {}
 
 void MainWindow::on_pushButton_3_clicked() {
-    SettingsWriter().SetText(QString(keys::kTest.name), QStringLiteral("点击输入"));
+    SettingsWriter settings;
+    settings.SetText(QString(keys::kTest.name), QStringLiteral("点击输入"));
+    m_stateLine->SetSettingsSaved(settings.Commit());
 }
 
 void MainWindow::slotCreateThread() {
@@ -139,11 +147,7 @@ void MainWindow::slotCreateThread() {
     if (!IsFirstRun()) {
         if (configFolderCreated == 0) {
             StartPowerPoller();
-            // A panel without a memory of its own needs the frame as well, quietly.
-            if (!m_session->SendPendingFrame()) {
-                StartRefresh();
-            }
-            m_live = true;
+            StartRefresh();
             return;
         }
         BringToFront();
@@ -164,7 +168,7 @@ void MainWindow::FirstRunUpload() {
     MarkInitialized();
     PutAway();
     if (m_parts.hasTray()) {
-        m_tray.TellWhereItIs(!m_session->HasPendingFrame());
+        m_tray.TellWhereItIs(!m_session->Status().isFrameOwed);
     }
     configFolderCreated = 0;
 }
@@ -198,13 +202,16 @@ void MainWindow::slotApply() {
     ZoomWidget* editor = m_ui->zoomwidget;
     ThemeState themes = editor->Edited().themes;
     KeepOtherPage(themes, editor->Saved().themes);
+    bool isLayoutSaved = true;
     if (IsCustomPage()) {
-        editor->CommitLayout();
+        isLayoutSaved = editor->CommitLayout();
         OpenEditing(false);
     }
-    if (SaveThemeState(themes)) {
+    const bool areThemesSaved = SaveThemeState(themes);
+    if (areThemesSaved) {
         editor->SetSavedThemes(themes);
     }
+    m_stateLine->SetSettingsSaved(isLayoutSaved && areThemesSaved);
     m_session->SetChosen(editor->Shown());
     if (UploadWithProgress()) {
         StartRefresh();
@@ -240,11 +247,44 @@ bool MainWindow::Stop() {
 }
 
 void MainWindow::PollWakeUp() {
-    if (m_parts.instance != nullptr && m_parts.instance->TakeWakeUpRequest()) {
+    const InstanceRequest request = m_parts.instance != nullptr
+                                        ? m_parts.instance->TakeWakeUpRequest(MayGiveWay())
+                                        : InstanceRequest::None;
+    if (request == InstanceRequest::GiveWay) {
+        qInfo("A copy that uses the screen starts; this one, on a software panel, ends.");
+        EndNow();
+        return;
+    }
+    if (request == InstanceRequest::ComeToFront) {
         BringToFront();
     }
+    LookForTray();
     LookForWakeUp();
     ShowLiveTexts();
+}
+
+GivesWay MainWindow::MayGiveWay() const {
+    if (m_parts.panel != LiveSession::PanelKind::Software) {
+        return GivesWay::Never;
+    }
+    const bool isBusy = m_uploading || QApplication::activeModalWidget() != nullptr ||
+                        QApplication::activePopupWidget() != nullptr;
+    const ZoomWidget& editor = *m_ui->zoomwidget;
+    return isBusy || editor.IsEditing() || editor.Edited() != editor.Saved() ? GivesWay::NotNow
+                                                                             : GivesWay::Yes;
+}
+
+// At login the tray may come after the program.
+void MainWindow::LookForTray() {
+    m_isPutAway = m_isPutAway && isMinimized();
+    if (m_hasTray || !m_parts.hasTray()) {
+        return;
+    }
+    m_hasTray = true;
+    m_tray.Show();
+    if (m_isPutAway) {
+        hide();
+    }
 }
 
 void MainWindow::ShowLiveTexts() {
@@ -281,6 +321,11 @@ void MainWindow::BringToFront() {
         })) {
         PlaceOnScreen();
     }
+    m_isPutAway = false;
+    // There a window comes in sight only when it is mapped anew; a dialog over it would be left behind it.
+    if (m_parts.desktopPlacesWindows() && !isActiveWindow() && QApplication::activeModalWidget() == nullptr) {
+        hide();
+    }
     showNormal();
     activateWindow();
     raise();
@@ -290,6 +335,7 @@ void MainWindow::PutAway() {
     if (m_parts.hasTray()) {
         hide();
     } else {
+        m_isPutAway = true;
         showMinimized();
     }
 }
@@ -324,6 +370,10 @@ void MainWindow::slotExit() {
     if (!ExitMessageBox::Ask(this, question)) {
         return;
     }
+    EndNow();
+}
+
+void MainWindow::EndNow() {
     StopRefresh();
     m_exitConfirmed = true;
     close();
@@ -358,9 +408,7 @@ void MainWindow::showEvent(QShowEvent* event) {
 
 void MainWindow::mousePressEvent(QMouseEvent* event) {
     if (event->button() == Qt::LeftButton) {
-        // Where windows may not place themselves, the desktop moves them.
-        if (QGuiApplication::platformName().startsWith(QLatin1String("wayland")) &&
-            windowHandle() != nullptr) {
+        if (m_parts.desktopPlacesWindows() && windowHandle() != nullptr) {
             windowHandle()->startSystemMove();
             return;
         }

@@ -14,11 +14,13 @@
 #include <memory>
 #include <vector>
 
-#include "app/live_session.h"
+#include "app/display.h"
 #include "app/sleep_watch.h"
 #include "app/tray.h"
+#include "app/tray_host.h"
 #include "compose/theme_state.h"
 #include "device/hotplug.h"
+#include "panel/live_session.h"
 #include "telemetry/intel_power_gadget_thread.h"
 #include "telemetry/thermal_zone_thread.h"
 
@@ -37,6 +39,8 @@ class FocusRing;
 class HidApi;
 class PictureList;
 class SingleInstance;
+enum class GivesWay;
+class StateLine;
 class ThemePage;
 class TwoWayChoice;
 
@@ -49,10 +53,12 @@ public:
         HidApi& hid;
         SingleInstance* instance = nullptr;  // null: nobody asks for the window
         QString applicationDir;              // default files, translations, the progress dialog's mask
-        bool panelStartsBlank = false;       // the panel keeps no picture while the program does not run
+        // A software panel gives way to a screen.
+        LiveSession::PanelKind panel = LiveSession::PanelKind::Real;
         QLocale locale = QLocale::system();
-        std::function<bool()> hasTray = &QSystemTrayIcon::isSystemTrayAvailable;
+        std::function<bool()> hasTray = &IsTrayThere;
         std::function<QString(QWidget*)> choosePicture = {};  // default: a file dialog; empty: cancelled
+        std::function<bool()> desktopPlacesWindows = &DesktopPlacesWindows;
         // Who tells of screens that come and go; default: nobody does.
         std::function<std::unique_ptr<Hotplug>()> makeHotplug = {};
         std::function<std::chrono::nanoseconds()> timeAsleep = &TimeAsleep;
@@ -70,11 +76,14 @@ public:
     // Shows the window as a person wants it back: restored, in front, active.
     void BringToFront();
 
-    // Out of sight, but within reach: hidden where there is a tray, else minimised.
+    // Out of sight, but within reach: hidden where there is a tray, else minimised until there is one.
     void PutAway();
 
     // Ends the workers, the sensors' too; see LiveSession::Stop. Nothing is uploaded any more.
     bool Stop();
+
+    // Says what state the screen is in, in the window and in the tool tip of the tray.
+    void ShowPanelStatus(const PanelStatus& status);
 
     // An interface of any device arrived or went: brings the table up to date, opens or closes the screen.
     // Always true.
@@ -162,6 +171,9 @@ private:
 
     void PlaceOnScreen();
     void PollWakeUp();
+    GivesWay MayGiveWay() const;
+    void EndNow();
+    void LookForTray();
     void ShowLiveTexts();
     void ShowTemperature();
     void ShowThermalZone(const QString& text);
@@ -191,6 +203,7 @@ private:
     TwoWayChoice* m_orientation = nullptr;
     TwoWayChoice* m_pageChoice = nullptr;
     PictureList* m_pictures = nullptr;
+    StateLine* m_stateLine = nullptr;
     FocusRing* m_focusRing = nullptr;
     Tray m_tray{this};
     QTimer m_poll;
@@ -207,6 +220,8 @@ private:
     int m_pageStyle[2] = {0, 0};  // what "style" means on each page, while the other is shown
     bool m_live = false;          // workers run, so that there are live texts to show
     bool m_uploading = false;
+    bool m_hasTray = false;     // it has been there
+    bool m_isPutAway = false;   // minimised for want of a tray; a person who minimises the window may stay
     bool m_exitWanted = false;  // asked for while something else went on
     bool m_exitConfirmed = false;
     bool m_isEnding = false;

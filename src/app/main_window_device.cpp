@@ -3,6 +3,7 @@
 #include <QLoggingCategory>
 
 #include "app/main_window.h"
+#include "app/state_line.h"
 #include "device/screen_change.h"
 
 namespace kivo {
@@ -39,7 +40,7 @@ bool MainWindow::nativeEvent(const QByteArray& eventType, void* message, long* r
     } else if (event.kind == NativeEventKind::Removal) {
         NoteRemoval(event.interfaceName);
     } else if (event.kind == NativeEventKind::Resume) {
-        m_session->BringPanelUpToDate();
+        m_session->NoteArrival();
     }
     return false;
 }
@@ -68,14 +69,18 @@ bool MainWindow::HandleScreenChange(const QString& name, bool arrived) {
         screenAttached = 0;
     }
     if (outcome.dataArrived) {
-        m_session->BringPanelUpToDate();
+        m_session->NoteArrival();
     }
     return true;
 }
 
+void MainWindow::ShowPanelStatus(const PanelStatus& status) {
+    m_stateLine->Show(status);
+}
+
 void MainWindow::LookForWakeUp() {
     if (m_sleepWatch.HasSlept(m_parts.timeAsleep())) {
-        m_session->BringPanelUpToDate();
+        m_session->NoteArrival();
     }
 }
 

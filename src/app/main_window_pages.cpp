@@ -8,13 +8,13 @@
 
 #include "app/custom_page.h"
 #include "app/main_window.h"
+#include "app/state_line.h"
 #include "app/theme_page.h"
 #include "app/two_way_choice.h"
 #include "app/window_looks.h"
 #include "compose/theme_catalogue.h"
 #include "config/default_profile.h"
 #include "config/folders.h"
-#include "config/pending_frame.h"
 #include "editor/color_bar.h"
 #include "editor/edit_bar.h"
 #include "pictures/picture_list.h"
@@ -131,10 +131,6 @@ void MainWindow::WirePictures() {
 
 void MainWindow::LoadState() {
     SeedDefaultProfile(m_parts.applicationDir);
-    if (configFolderCreated != 0) {
-        // Should the first run be cut off, the next one sends the frame.
-        SetFramePending(true);
-    }
     m_pictures->LoadPictureList();
     ZoomWidget* editor = m_ui->zoomwidget;
     editor->Load();
@@ -257,7 +253,7 @@ void MainWindow::AddPictureByHand() {
         ExitMessageBox::Tell(this, WindowText(QT_TRANSLATE_NOOP("MainWindow", "图片太多，无法再添加。")));
         return;
     }
-    m_pictures->SavePictureList();
+    m_stateLine->SetSettingsSaved(m_pictures->SavePictureList());
     UsePicture(path);
 }
 
@@ -282,7 +278,7 @@ void MainWindow::SlotDeletePix(int row) {
     if (m_pictures->IsUserPicture(row)) {
         if (ExitMessageBox::Ask(this, WindowText(QT_TRANSLATE_NOOP("MainWindow", "是否删除此图片？")))) {
             const QString removed = m_pictures->RemoveUserPicture(row);
-            m_pictures->SavePictureList();
+            m_stateLine->SetSettingsSaved(m_pictures->SavePictureList());
             TakePictureOut(removed, row);
         }
     } else if (m_pictures->IsBuiltIn(row)) {

@@ -1,8 +1,10 @@
 #include "app/single_instance.h"
 
+#include <QCoreApplication>
 #include <QLoggingCategory>
 #include <QSharedMemory>
 #include <QSystemSemaphore>
+#include <QThread>
 
 #include "app/single_instance_platform.h"
 
@@ -15,9 +17,11 @@ Q_LOGGING_CATEGORY(instanceLog, "kivo.instance")
 constexpr int kMemoryBytes = 1;
 // The memory's key file is touched about once an hour.
 constexpr int kPollsPerTouch = 3600;
-// A start may wait for a copy that is slow; the running window must not.
+// A start may wait for a copy that is slow. The running window must not: a whole poll has to stay under 50
+// ms.
 constexpr std::chrono::milliseconds kLongestStartWait{5000};
-constexpr std::chrono::milliseconds kLongestWait{50};
+constexpr std::chrono::milliseconds kLongestWait{25};
+constexpr unsigned long kLookForAnswerEveryMs = 50;
 
 // Deliberate: never destroyed. Qt takes a semaphore away from the system with the object that made it, also
 // from under a copy that holds it, which then goes on with a new one of the wrong count. What stays is one
@@ -28,8 +32,8 @@ QSystemSemaphore& Semaphore() {
     return *semaphore;
 }
 
-// Holds the semaphore, if it can be had, until the scope is left, whichever way. Unix releases it for a copy
-// that is killed; Windows does not, so there is a guard around it that tells of such a copy.
+// Holds the semaphore, if it can be had, until the scope is left, whichever way. Qt waits for a semaphore
+// without a limit, and Windows does not release it for a copy that is killed: the guard around it mends both.
 class SemaphoreHold {
 public:
     explicit SemaphoreHold(std::chrono::milliseconds longest) : m_guard(TakeInstanceGuard(longest)) {
@@ -62,8 +66,15 @@ private:
     bool m_held = false;
 };
 
-quint8& RequestByte(QSharedMemory& memory) {
-    return *static_cast<quint8*>(memory.data());
+InstanceRequest& RequestByte(QSharedMemory& memory) {
+    return *static_cast<InstanceRequest*>(memory.data());
+}
+
+// A higher request of another copy is left alone.
+void Raise(InstanceRequest& byte, InstanceRequest request) {
+    if (byte == InstanceRequest::Stays || byte < request) {
+        byte = request;
+    }
 }
 
 // The memory goes by the system's name for it: given Qt's own key it would guard itself with a second
@@ -87,35 +98,39 @@ QString SingleInstance::MemoryName() {
 SingleInstance::SingleInstance() = default;
 
 SingleInstance::~SingleInstance() {
-    if (m_memory && m_memory->isAttached()) {
-        const SemaphoreHold hold(kLongestWait);
-        m_memory->detach();
-    }
+    LetGo();
 }
 
-bool SingleInstance::Start() {
+bool SingleInstance::Start(const std::function<InstanceRequest()>& request) {
+    if (!MeetsRunningCopy(InstanceRequest::None)) {
+        return true;
+    }
+    // Without the semaphore in hand: it may take a while.
+    m_asked = request ? request() : InstanceRequest::ComeToFront;
+    return !MeetsRunningCopy(m_asked);
+}
+
+// Becomes the first copy where none runs; else asks the one that does.
+bool SingleInstance::MeetsRunningCopy(InstanceRequest request) {
     const SemaphoreHold hold(kLongestStartWait);
     if (!hold.IsHeld()) {
         qCWarning(instanceLog).noquote() << "Other copies of the program cannot be found:" << hold.Trouble();
-        return true;
-    }
-    m_memory = MakeMemory();
-    if (AttachToRunningCopy()) {
-        LetRunningCopyComeToFront();
-        RequestByte(*m_memory) = 1;
-        m_memory->detach();
         return false;
     }
-    if (m_memory->create(kMemoryBytes, QSharedMemory::ReadWrite)) {
-        RequestByte(*m_memory) = 0;
-        return true;
+    if (!AttachToRunningCopy()) {
+        BecomeFirst(InstanceRequest::None);
+        return false;
     }
-    qCWarning(instanceLog).noquote() << "Other copies of the program will not find this one:"
-                                     << m_memory->errorString();
+    if (request != InstanceRequest::None) {
+        LetRunningCopyComeToFront();
+        Raise(RequestByte(*m_memory), request);
+    }
+    m_memory.reset();
     return true;
 }
 
 bool SingleInstance::AttachToRunningCopy() {
+    m_memory = MakeMemory();
     if (!m_memory->attach(QSharedMemory::ReadWrite)) {
         return false;
     }
@@ -125,10 +140,74 @@ bool SingleInstance::AttachToRunningCopy() {
     return m_memory->attach(QSharedMemory::ReadWrite);
 }
 
-bool SingleInstance::TakeWakeUpRequest() {
+void SingleInstance::BecomeFirst(InstanceRequest pending) {
+    if (m_memory->create(kMemoryBytes, QSharedMemory::ReadWrite)) {
+        RequestByte(*m_memory) = pending;
+        return;
+    }
+    qCWarning(instanceLog).noquote() << "Other copies of the program will not find this one:"
+                                     << m_memory->errorString();
+}
+
+InstanceAnswer SingleInstance::AwaitAnswer(QDeadlineTimer deadline) {
+    while (!m_hasLetGo) {
+        if (const std::optional<InstanceAnswer> answer = LookForAnswer()) {
+            return *answer;
+        }
+        if (deadline.hasExpired()) {
+            break;
+        }
+        QThread::msleep(kLookForAnswerEveryMs);
+        QCoreApplication::processEvents();
+    }
+    WithdrawGiveWay();
+    return InstanceAnswer::None;
+}
+
+std::optional<InstanceAnswer> SingleInstance::LookForAnswer() {
     const SemaphoreHold hold(kLongestWait);
     if (!hold.IsHeld()) {
-        return false;
+        return std::nullopt;
+    }
+    if (!AttachToRunningCopy()) {
+        // Another start that waits as well goes by this request: it is answered by this copy.
+        BecomeFirst(InstanceRequest::ComeToFront);
+        return InstanceAnswer::TookPlace;
+    }
+    InstanceRequest& byte = RequestByte(*m_memory);
+    std::optional<InstanceAnswer> answer;
+    if (byte == InstanceRequest::None) {
+        answer = InstanceAnswer::ComesToFront;
+    } else if (byte == InstanceRequest::Stays) {
+        // It stands there for every start that waits, until the running copy looks again.
+        answer = m_asked == InstanceRequest::GiveWay ? InstanceAnswer::Stays : InstanceAnswer::ComesToFront;
+    } else {
+        Raise(byte, m_asked);
+    }
+    m_memory.reset();
+    return answer;
+}
+
+// A copy that hung and goes on later must not end for a start that has long gone.
+void SingleInstance::WithdrawGiveWay() {
+    const SemaphoreHold hold(kLongestWait);
+    if (m_asked != InstanceRequest::GiveWay || !hold.IsHeld() || !AttachToRunningCopy()) {
+        return;
+    }
+    if (RequestByte(*m_memory) == InstanceRequest::GiveWay) {
+        RequestByte(*m_memory) = InstanceRequest::ComeToFront;
+    }
+    m_memory.reset();
+}
+
+InstanceRequest SingleInstance::TakeWakeUpRequest(GivesWay givesWay) {
+    // What this copy has not made, or has let go of, may be another copy's.
+    if (!m_memory || !m_memory->isAttached()) {
+        return InstanceRequest::None;
+    }
+    const SemaphoreHold hold(kLongestWait);
+    if (!hold.IsHeld()) {
+        return InstanceRequest::None;
     }
     const std::unique_ptr<QSharedMemory> memory = MakeMemory();
     if (--m_pollsUntilTouch < 0) {
@@ -136,12 +215,28 @@ bool SingleInstance::TakeWakeUpRequest() {
         KeepKeyFile(memory->nativeKey());
     }
     if (!memory->attach(QSharedMemory::ReadWrite)) {
-        return false;
+        return InstanceRequest::None;
     }
-    const bool requested = RequestByte(*memory) != 0;
-    RequestByte(*memory) = 0;
-    memory->detach();
-    return requested;
+    InstanceRequest& byte = RequestByte(*memory);
+    const InstanceRequest request = byte;
+    if (request == InstanceRequest::GiveWay && givesWay == GivesWay::Yes) {
+        // The request stays in the byte: whoever asked takes the place.
+        m_memory.reset();
+        return request;
+    }
+    byte = request == InstanceRequest::GiveWay && givesWay == GivesWay::NotNow ? InstanceRequest::Stays
+                                                                               : InstanceRequest::None;
+    const bool isRequest = request != InstanceRequest::None && request != InstanceRequest::Stays;
+    return isRequest ? InstanceRequest::ComeToFront : InstanceRequest::None;
+}
+
+void SingleInstance::LetGo() {
+    m_hasLetGo = true;
+    if (m_memory) {
+        // Where the semaphore cannot be had, a start that asks at this moment finds out when it looks next.
+        const SemaphoreHold hold(kLongestWait);
+        m_memory.reset();
+    }
 }
 
 }  // namespace kivo

@@ -11,13 +11,14 @@ namespace kivo {
 QString InstanceNameSuffix();
 
 enum class InstanceGuard {
-    Refused,  // another copy kept it for the whole time, or it cannot be had
+    Refused,  // another copy kept it for the whole time, or the system has none to give
     Held,
     Abandoned,  // held; whoever held it before was killed, perhaps with the semaphore in hand
 };
 
-// Stands around the semaphore where the system does not give that back for a copy that is killed: it is taken
-// first and released last, on one thread. Where the system does, it is always held.
+// Stands around the semaphore: it is taken first and released last, on one thread. Unlike Qt's semaphore it
+// can be waited for with a limit, and the system gives it back for a copy that is killed. On Linux it is a
+// file; where there can be none it counts as held, and the semaphore alone has to do.
 InstanceGuard TakeInstanceGuard(std::chrono::milliseconds longest);
 void ReleaseInstanceGuard();
 

@@ -7,6 +7,7 @@
 #include <QString>
 #include <QSystemTrayIcon>
 #include <functional>
+#include <memory>
 
 #include "app/autostart.h"
 
@@ -25,12 +26,17 @@ public:
     explicit Tray(QObject* parent = nullptr);
     explicit Tray(Autostart autostart, QObject* parent = nullptr);
 
-    // Makes the icon visible. Where the desktop has no notification area nothing is seen; should one come
-    // later, the icon appears in it.
+    // Makes the icon, visible. To be called when there is a place for it (IsTrayThere), at the start or
+    // later.
     void Show();
 
     // The icon's tool tip and the menu's texts in the language of the translator that is installed.
     void SetTexts();
+
+    // What state the screen is in, for the tool tip's second line; empty: it has one line only.
+    void SetState(const QString& phrase);
+    // Also where there is no icon to have it.
+    QString ToolTip() const;
 
     // Says, once and for a few seconds, that the program goes on here though its window has gone, and whether
     // the screen shows something.
@@ -49,13 +55,15 @@ private:
     // Asked afresh each time the menu opens: the desktop's own settings change it too.
     void ShowAutostart();
     void SetAutostart(bool on);
+    void ShowToolTip();
 
     const Autostart m_autostart;
     QMenu m_menu;
     QAction* const m_show;
     QAction* const m_atLogin;
     QAction* const m_exit;
-    QSystemTrayIcon m_icon;
+    std::unique_ptr<QSystemTrayIcon> m_icon;  // null until it is shown
+    QString m_state;
     QString m_told;
 };
 

@@ -126,13 +126,13 @@ QVector<QRect> SendRects(const ScreenState& state, const QVector<TextRun>& runs,
 }
 
 LiveUpdate RenderItem(const ScreenState& state, const QImage& background, const ItemTexts& texts, int item,
-                      const QString& former) {
+                      bool firstTime) {
     LiveUpdate update;
-    if (item < 0 || item >= kLiveValueCount || !IsUpdateSent(state, item, texts[size_t(item)] != former)) {
+    if (item < 0 || item >= kLiveValueCount) {
         return update;
     }
     const PanelTexts laidOut = LayOutPanelTexts(state, texts);
-    const QVector<QRect> rects = SendRects(state, laidOut.runs, item, former.isNull());
+    const QVector<QRect> rects = SendRects(state, laidOut.runs, item, firstTime);
     QRect region;
     for (const QRect& rect : rects) {
         region |= rect;

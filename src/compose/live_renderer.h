@@ -35,10 +35,10 @@ struct LiveUpdate {
 };
 
 // Draws the item's part of the panel over background (Format_RGB16, canvas size, no texts) and cuts it out.
-// texts are the texts of all items, the item's new one among them; former is what the item showed before,
-// null for nothing yet. The same state, background, texts of the drawn items and null-ness of former give the
-// same cuts.
+// texts are the texts of all items, the item's new one among them; firstTime: it is not known what the panel
+// shows of the item, so all of its room is cut. No cuts for an item that has no place. Equal arguments give
+// equal cuts, whatever the texts of items that are not drawn on them.
 LiveUpdate RenderItem(const ScreenState& state, const QImage& background, const ItemTexts& texts, int item,
-                      const QString& former);
+                      bool firstTime);
 
 }  // namespace kivo

@@ -179,8 +179,10 @@ int LoadCurRectId() {
     return SettingsReader().Int(keys::kCurRectId);
 }
 
-void SaveCurRectId(int row) {
-    SettingsWriter().SetInt(keys::kCurRectId.name, row);
+bool SaveCurRectId(int row) {
+    SettingsWriter settings;
+    settings.SetInt(keys::kCurRectId.name, row);
+    return settings.Commit();
 }
 
 int LoadLangId() {

@@ -83,9 +83,9 @@ private:
     std::unique_ptr<QSettings> m_settings;  // Null until the first write, and where none may happen.
 };
 
-// The row (0 to 2) of the free text.
+// The row (0 to 2) of the free text. Saving tells whether it reached the file.
 int LoadCurRectId();
-void SaveCurRectId(int row);
+bool SaveCurRectId(int row);
 
 // Reserved: no feature asks for these; they keep the file's vocabulary complete.
 int LoadLangId();

@@ -4,9 +4,9 @@
 // (hid_api_hidapi.h), the software panel (virtualscreen/virtual_hid_api.h), the report log that wraps either
 // of them (report_log.h) and the stand-ins of the tests.
 //
-// Threads: Init, Enumerate, OpenPath, Close and Exit are never called by two threads at once (ScreenSession
-// sees to it); Write and SendFeatureReport may run at any time, on several threads, but not twice at once on
-// one handle.
+// Threads: Init, Enumerate, OpenPath, Identify, Close and Exit are never called by two threads at once
+// (ScreenSession sees to it); everything else may run at any time, on several threads, Write and
+// SendFeatureReport not twice at once on one handle.
 
 #include <QByteArray>
 #include <QString>
@@ -56,6 +56,18 @@ public:
     // Whether the device is there, but this user has no right to open it. What stands before another
     // interface hands the question on.
     virtual bool IsDenied(const QByteArray& /*path*/) { return false; }
+
+    // What an open node says of itself, a record for each of its top-level collections: ids, usages and
+    // interface number; the strings are left empty. Empty: the back end cannot tell.
+    virtual std::vector<HidDeviceInfo> Identify(HidHandle* /*handle*/) { return {}; }
+
+    // Differs as soon as another node has taken the path's place. Empty when nothing is known: there is no
+    // node, or the back end has no such thing.
+    virtual QByteArray NodeStamp(const QByteArray& /*path*/) { return {}; }
+
+    // Tells one panel from another of its kind: its serial number, else the port it is plugged into. Empty
+    // when neither is known.
+    virtual QByteArray PanelKey(const QByteArray& /*path*/) { return {}; }
 
     // Both take a whole report with the report id as byte 0 and give the number of bytes taken, or a negative
     // value. Write blocks until the device took the report; a device that hangs holds it up for seconds.

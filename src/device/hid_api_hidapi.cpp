@@ -3,8 +3,11 @@
 #include <hidapi.h>
 
 #include <memory>
+#include <optional>
+#include <utility>
 
 #include "device/node_access.h"
+#include "device/node_identity.h"
 
 namespace kivo {
 
@@ -12,9 +15,10 @@ namespace {
 
 class HidapiHandle final : public HidHandle {
 public:
-    explicit HidapiHandle(hid_device* opened) : device(opened) {}
+    HidapiHandle(hid_device* opened, QByteArray openedPath) : device(opened), path(std::move(openedPath)) {}
 
     hid_device* const device;
+    const QByteArray path;
 };
 
 hid_device* DeviceOf(HidHandle* handle) {
@@ -26,17 +30,23 @@ QString TextOrEmpty(const wchar_t* text) {
     return text == nullptr ? QString() : QString::fromWCharArray(text);
 }
 
-HidDeviceInfo FromHidapi(const hid_device_info& info) {
+// Without the strings.
+HidDeviceInfo NumbersFromHidapi(const hid_device_info& info) {
     HidDeviceInfo device;
     device.path = info.path;
     device.vendorId = info.vendor_id;
     device.productId = info.product_id;
     device.releaseNumber = info.release_number;
-    device.manufacturer = TextOrEmpty(info.manufacturer_string);
-    device.product = TextOrEmpty(info.product_string);
     device.usagePage = info.usage_page;
     device.usage = info.usage;
     device.interfaceNumber = info.interface_number;
+    return device;
+}
+
+HidDeviceInfo FromHidapi(const hid_device_info& info) {
+    HidDeviceInfo device = NumbersFromHidapi(info);
+    device.manufacturer = TextOrEmpty(info.manufacturer_string);
+    device.product = TextOrEmpty(info.product_string);
     return device;
 }
 
@@ -56,12 +66,34 @@ std::vector<HidDeviceInfo> HidapiHidApi::Enumerate(quint16 vendorId, quint16 pro
 }
 
 HidHandle* HidapiHidApi::OpenPath(const QByteArray& path) {
+    const NodeHold hold(path);
+    if (hold.IsGone())
+        return nullptr;
     hid_device* const device = hid_open_path(path.constData());
-    return device == nullptr ? nullptr : std::make_unique<HidapiHandle>(device).release();
+    return device == nullptr ? nullptr : std::make_unique<HidapiHandle>(device, path).release();
 }
 
 bool HidapiHidApi::IsDenied(const QByteArray& path) {
     return IsNodeDenied(path);
+}
+
+std::vector<HidDeviceInfo> HidapiHidApi::Identify(HidHandle* handle) {
+    if (const auto known = CollectionsOfNode(static_cast<HidapiHandle*>(handle)->path))
+        return *known;
+    std::vector<HidDeviceInfo> collections;
+    // The list belongs to the device.
+    for (const hid_device_info* info = hid_get_device_info(DeviceOf(handle)); info != nullptr;
+         info = info->next)
+        collections.push_back(NumbersFromHidapi(*info));
+    return collections;
+}
+
+QByteArray HidapiHidApi::NodeStamp(const QByteArray& path) {
+    return StampOfNode(path);
+}
+
+QByteArray HidapiHidApi::PanelKey(const QByteArray& path) {
+    return PanelKeyOfNode(path);
 }
 
 int HidapiHidApi::Write(HidHandle* handle, const quint8* data, std::size_t length) {

@@ -8,4 +8,7 @@ bool IsNodeDenied(const QByteArray& /*path*/) {
     return false;
 }
 
+NodeHold::NodeHold(const QByteArray& /*path*/) {}
+NodeHold::~NodeHold() = default;
+
 }  // namespace kivo

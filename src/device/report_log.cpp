@@ -109,6 +109,18 @@ bool ReportLogHidApi::IsDenied(const QByteArray& path) {
     return m_inner.IsDenied(path);
 }
 
+std::vector<HidDeviceInfo> ReportLogHidApi::Identify(HidHandle* handle) {
+    return m_inner.Identify(handle);
+}
+
+QByteArray ReportLogHidApi::NodeStamp(const QByteArray& path) {
+    return m_inner.NodeStamp(path);
+}
+
+QByteArray ReportLogHidApi::PanelKey(const QByteArray& path) {
+    return m_inner.PanelKey(path);
+}
+
 int ReportLogHidApi::Write(HidHandle* handle, const quint8* data, std::size_t length) {
     const quint64 began = MonotonicNanoseconds();
     const int written = m_inner.Write(handle, data, length);

@@ -45,18 +45,14 @@ public:
 
     // before: the entry as it was when the change came.
     void Leave(quint32 index, const ScreenDeviceEntry& before) {
-        if (m_interface.matched && m_pathFrom == ArrivalPath::Enumeration) {
-            LeaveListed(index, before);
-            return;
-        }
-        // Deliberate: the data interface that is gone already does nothing; another one does nothing while
-        // the data interface is there, and closes once more after it.
-        if (m_interface.matched != (before.dataFound == 1)) {
-            return;
-        }
         if (m_interface.matched) {
-            m_session.ChangeTable(
-                [index](ScreenDeviceTable& table) { table.entries.at(index).dataFound = 0; });
+            LeaveData(index, before);
+            return;
+        }
+        // Deliberate: another interface does nothing while the data interface is there, and closes once more
+        // after it.
+        if (before.dataFound == 1) {
+            return;
         }
         if (m_pathFrom == ArrivalPath::Enumeration) {
             m_session.ForgetMissingPaths();
@@ -67,12 +63,9 @@ public:
 private:
     bool IsDataFound(quint32 index) const { return m_session.Entry(index).dataFound == 1; }
 
-    // The name does not tell which of two screens it was; the list does.
-    void LeaveListed(quint32 index, const ScreenDeviceEntry& before) {
-        m_session.ForgetMissingPaths();
-        const ScreenDeviceEntry left = m_session.Entry(index);
-        if (left.dataFound == 1 && left.dataPath == before.dataPath) {
-            return;  // not the one that is used
+    void LeaveData(quint32 index, const ScreenDeviceEntry& before) {
+        if (IsStillThere(index, before)) {
+            return;  // it was another screen than the one that is used
         }
         // Another one that is still there takes its place.
         m_session.EnumerateScreens();
@@ -84,6 +77,24 @@ private:
         if (isThereAnother && !m_suspended) {
             Open();
         }
+    }
+
+    // Whether the removal leaves the entry's screen where it is; if not, the entry is cleared.
+    bool IsStillThere(quint32 index, const ScreenDeviceEntry& before) {
+        if (m_pathFrom == ArrivalPath::Enumeration) {
+            // The name does not tell which of two screens it was; the list does.
+            m_session.ForgetMissingPaths();
+            const ScreenDeviceEntry left = m_session.Entry(index);
+            return left.dataFound == 1 && left.dataPath == before.dataPath;
+        }
+        // The list gives paths in another letter case than the notification.
+        const bool isNamed = InterfacePath(m_name).compare(TextOf(before.dataPath), Qt::CaseInsensitive) == 0;
+        if (before.dataFound == 1 && isNamed) {
+            m_session.ChangeTable(
+                [index](ScreenDeviceTable& table) { table.entries.at(index).dataFound = 0; });
+            return false;
+        }
+        return true;
     }
 
     void Open() {
@@ -129,6 +140,7 @@ ScreenChangeOutcome ApplyScreenChange(ScreenSession& session, const DeviceChange
         if (entry.vendorId != changed.vendorId || entry.productId != changed.productId) {
             continue;
         }
+        session.DoubtNode();
         if (change.arrived) {
             applied.Arrive(index);
         } else {

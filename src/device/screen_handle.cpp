@@ -21,6 +21,11 @@ ScreenHandle::~ScreenHandle() {
     m_api.Close(m_handle);
 }
 
+std::vector<HidDeviceInfo> ScreenHandle::Identify() const {
+    const std::lock_guard lock(m_deviceMutex);
+    return m_api.Identify(m_handle);
+}
+
 int ScreenHandle::Write(const quint8* data, std::size_t length) {
     const std::lock_guard lock(m_writeMutex);
     return m_api.Write(m_handle, data, length);

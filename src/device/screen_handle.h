@@ -26,6 +26,9 @@ public:
 
     const QByteArray& Path() const { return m_path; }
 
+    // As HidApi::Identify.
+    std::vector<HidDeviceInfo> Identify() const;
+
     // As HidApi::Write and HidApi::SendFeatureReport. Threads that share the handle take turns: hidapi keeps
     // its error text in the handle.
     int Write(const quint8* data, std::size_t length);

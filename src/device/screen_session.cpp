@@ -51,7 +51,9 @@ void ForgetIfMissing(ScreenDeviceEntry& entry, const std::vector<HidDeviceInfo>&
 }  // namespace
 
 ScreenSession::ScreenSession(HidApi& api)
-    : m_api(api), m_screenDeviceTable(std::make_unique<ScreenDeviceTable>()) {}
+    : m_api(api),
+      m_screenDeviceTable(std::make_unique<ScreenDeviceTable>()),
+      m_panelNode(api, m_deviceMutex) {}
 
 ScreenSession::~ScreenSession() = default;
 
@@ -106,6 +108,7 @@ SharedScreenHandle ScreenSession::OpenScreenById(quint32 vendorId, quint32 produ
 }
 
 void ScreenSession::OpenEntry(const ScreenDeviceEntry& entry) {
+    DoubtNode();
     // The old handles go before the new ones come: none is ever dropped open.
     m_controlHandle.reset();
     m_dataHandle.reset();
@@ -191,10 +194,15 @@ void ScreenSession::ChangeTable(const std::function<void(ScreenDeviceTable&)>& c
     change(*m_screenDeviceTable);
 }
 
+PanelSighting ScreenSession::LookAtPanel() {
+    const std::lock_guard lock(m_deviceMutex);
+    return m_panelNode.Look(m_screenDeviceTable->entries.front());
+}
+
 SharedScreenHandle ScreenSession::OpenForTransfer() {
     const std::lock_guard lock(m_deviceMutex);
     m_dataHandle.reset();
-    return ScreenHandle::Open(m_api, m_deviceMutex, TextOf(m_screenDeviceTable->entries.front().dataPath));
+    return m_panelNode.Open(m_screenDeviceTable->entries.front());
 }
 
 }  // namespace kivo

@@ -12,6 +12,7 @@
 #include <optional>
 
 #include "device/hid_api.h"
+#include "device/panel_node.h"
 #include "device/screen_device_table.h"
 #include "device/screen_handle.h"
 
@@ -69,9 +70,19 @@ public:
     // Changes the table under the session's mutexes. The function may call the session again.
     void ChangeTable(const std::function<void(ScreenDeviceTable&)>& change);
 
+    // Whether the screen of the first entry is there and may be opened. For worker threads: it waits for an
+    // opening that hangs. Opens the data path only when its node is in doubt (PanelNode), and from then on
+    // transfers go to the panel that was seen here.
+    PanelSighting LookAtPanel();
+
+    // The node at the data path may be another one, or a dead one: the next look, or the next transfer, asks
+    // it. After an arrival, a removal, a write that failed. Never waits.
+    void DoubtNode() { m_panelNode.Doubt(); }
+
     // The start of a transfer: closes the session's data handle and opens the data path of the first entry as
     // a handle of the caller's own, so that two transfers at once never close each other's. Null when it
-    // cannot.
+    // cannot, when the node there is not the screen's any more, and when it is another panel's than the one
+    // last seen by LookAtPanel: what was drawn for one never goes to another.
     SharedScreenHandle OpenForTransfer();
 
 private:
@@ -83,6 +94,7 @@ private:
     // Taken after the other one, never held over a call of the interface. Recursive for ChangeTable.
     mutable std::recursive_mutex m_tableMutex;
     std::unique_ptr<ScreenDeviceTable> m_screenDeviceTable;  // written under both, read under either
+    PanelNode m_panelNode;
     SharedScreenHandle m_controlHandle;
     SharedScreenHandle m_dataHandle;
 };

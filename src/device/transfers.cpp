@@ -21,9 +21,6 @@ constexpr char kUnableFeature[] = "Unable to send a feature report.\n";
 // Between the parts of an image, so that the panel keeps up.
 constexpr std::chrono::milliseconds kPartPause{100};
 
-// One may be a screen that is just being pulled out.
-constexpr int kRefusedBeforeWarning = 3;
-
 void LogIfFailed(int written, const char* text) {
     if (written < 0)
         qCDebug(transferLog, "%s", text);
@@ -54,97 +51,87 @@ Transfers::Transfers(ScreenSession& session, Clock clock, Pause pause)
     }
 }
 
-SharedScreenHandle Transfers::Open() {
+Transfers::Opened Transfers::Open() {
     if (m_stopped)
         return {};
-    SharedScreenHandle handle = m_session.OpenForTransfer();
-    if (!handle)
-        m_hasFailed = true;
-    return handle;
+    Opened opened{m_session.OpenForTransfer(), TransferResult::NotThere};
+    if (!opened.handle)
+        m_session.DoubtNode();
+    return opened;
 }
 
-bool Transfers::NoteFirstWrite(int written) {
-    if (written >= 0) {
-        m_refusedInARow = 0;
-        return true;
-    }
-    if (++m_refusedInARow == kRefusedBeforeWarning) {
-        qCWarning(transferLog,
-                  "The screen can be opened but takes no report; another program may have it to itself.");
-    }
-    return false;
+// A node that refuses a report may not be the screen's any more: it is asked before the next one.
+TransferResult Transfers::Result(int written) {
+    if (written >= 0)
+        return TransferResult::Taken;
+    m_session.DoubtNode();
+    return TransferResult::Refused;
 }
 
-bool Transfers::SendAreaImageWithPos(const quint8* pixels, int x, int y, int width, int height) {
+TransferResult Transfers::SendAreaImageWithPos(const quint8* pixels, int x, int y, int width, int height) {
     if (wholeFrameBusy() != 0)
-        return false;
-    const SharedScreenHandle handle = Open();
-    if (!handle)
-        return false;
+        return TransferResult::Dropped;
+    const Opened opened = Open();
+    if (!opened.handle)
+        return opened.otherwise;
     const AreaReport report = BuildAreaReport(pixels, x, y, width, height);
 
     // A frame may have begun meanwhile; then this update is dropped. The gate keeps one that begins from now
     // on waiting until this report is through, so that no area ever lands between its chunks.
     const std::shared_lock gate(m_areaGateMutex, std::try_to_lock);
     if (!gate.owns_lock() || wholeFrameBusy() != 0)
-        return false;
+        return TransferResult::Dropped;
 
-    const int written = handle->Write(report.data(), kAreaWriteBytes);
+    const int written = opened.handle->Write(report.data(), kAreaWriteBytes);
     LogIfFailed(written, kUnableAreaWithPos);
-    const bool taken = NoteFirstWrite(written);
-    if (!taken)
-        m_hasFailed = true;
-    return taken;
+    return Result(written);
 }
 
-bool Transfers::SendWholeImage(const quint8* frame, quint8 reportId) {
+WholeImageResult Transfers::SendWholeImage(const quint8* frame, quint8 reportId) {
     const std::lock_guard upload(m_uploadMutex);
     m_wholeFrameBusy = 1;
     // After the flag: no new area gets in, so the wait is for those already writing only.
     const std::unique_lock gate(m_areaGateMutex);
-    bool sent = false;
-    if (const SharedScreenHandle handle = Open())
-        sent = WriteChunks(*handle, frame, reportId);
+    const Opened opened = Open();
+    const WholeImageResult sent =
+        opened.handle ? WriteChunks(*opened.handle, frame, reportId) : WholeImageResult{opened.otherwise, 0};
     m_wholeFrameBusy = 0;
     return sent;
 }
 
-bool Transfers::WriteChunks(ScreenHandle& handle, const quint8* frame, quint8 reportId) {
+WholeImageResult Transfers::WriteChunks(ScreenHandle& handle, const quint8* frame, quint8 reportId) {
     for (int number = 1; number <= kChunkCount; ++number) {
         const ChunkReport report = BuildChunkReport(frame, number, reportId);
         if (m_stopped)
-            return false;
-        const int written = handle.Write(report.data(), report.size());
-        if (number == 1 ? !NoteFirstWrite(written) : written < 0)
-            return false;
+            return {TransferResult::Dropped, number - 1};
+        const TransferResult result = Result(handle.Write(report.data(), report.size()));
+        if (result != TransferResult::Taken)
+            return {result, number - 1};
     }
-    return true;
+    return {TransferResult::Taken, kChunkCount};
 }
 
-bool Transfers::SendRawReport(const quint8* message, int length) {
-    const SharedScreenHandle handle = Open();
-    if (!handle)
-        return false;
+TransferResult Transfers::SendRawReport(const quint8* message, int length) {
+    const Opened opened = Open();
+    if (!opened.handle)
+        return opened.otherwise;
     const CommandReport report = BuildCommandReport(message, length);
-    const bool taken = NoteFirstWrite(handle->Write(report.data(), report.size()));
-    if (!taken)
-        m_hasFailed = true;
-    return taken;
+    return Result(opened.handle->Write(report.data(), report.size()));
 }
 
-bool Transfers::SendOrientation(int flag) {
+TransferResult Transfers::SendOrientation(int flag) {
     const auto message = OrientationMessage(flag);
     return SendRawReport(message.data(), static_cast<int>(message.size()));
 }
 
-bool Transfers::SendTimeSync() {
+TransferResult Transfers::SendTimeSync() {
     const auto message = TimeSyncMessage(m_clock());
     return SendRawReport(message.data(), static_cast<int>(message.size()));
 }
 
-void Transfers::SendTimeShow() {
+TransferResult Transfers::SendTimeShow() {
     const auto message = TimeShowMessage(m_clock());
-    SendRawReport(message.data(), static_cast<int>(message.size()));
+    return SendRawReport(message.data(), static_cast<int>(message.size()));
 }
 
 void Transfers::SendAreaImage(const quint8* pixels, int width, int height) {

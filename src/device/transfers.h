@@ -2,8 +2,7 @@
 
 // Every transfer to the screen. Each opens the data path, writes and closes; the screen never answers. Any
 // function may be called on any thread. With no screen they return quietly. A failed write gives one line in
-// the debug log, but for whole frames and short commands, which say so by their result. A screen that can be
-// opened again and again but takes nothing gives one warning, until it takes something.
+// the debug log, but for whole frames and short commands, which say so by their result alone.
 
 #include <QImage>
 #include <QTime>
@@ -18,6 +17,19 @@
 
 namespace kivo {
 
+// What became of a transfer.
+enum class TransferResult {
+    Taken,
+    Refused,   // the screen was open and did not take it
+    NotThere,  // the screen could not be opened
+    Dropped,   // not tried: a whole frame is under way, or the program ends
+};
+
+struct WholeImageResult {
+    TransferResult result = TransferResult::Dropped;
+    int chunksTaken = 0;  // 0..kChunkCount
+};
+
 class Transfers {
 public:
     using Clock = std::function<QTime()>;
@@ -29,21 +41,21 @@ public:
 
     // Sends one area: width * height * 2 bytes, RGB565, high byte first, at most kMaxAreaPayload
     // (FitsAreaReport says whether), in the panel's landscape coordinates. Dropped, never queued, while a
-    // whole frame is under way. True when the report was written.
-    bool SendAreaImageWithPos(const quint8* pixels, int x, int y, int width, int height);
+    // whole frame is under way.
+    TransferResult SendAreaImageWithPos(const quint8* pixels, int x, int y, int width, int height);
 
-    // Sends a frame of kFrameBytes in 27 chunks, without a pause. False when the screen could not be opened,
-    // or a chunk not be written. A second frame waits until the first one is through.
-    bool SendWholeImage(const quint8* frame, quint8 reportId);
+    // Sends a frame of kFrameBytes in 27 chunks, without a pause; leaves off at the first that is refused. A
+    // second frame waits until the first one is through.
+    WholeImageResult SendWholeImage(const quint8* frame, quint8 reportId);
 
-    // Sends `length` bytes of a message (0x55, command, ...) as a short command. True when it was written.
-    bool SendRawReport(const quint8* message, int length);
+    // Sends `length` bytes of a message (0x55, command, ...) as a short command.
+    TransferResult SendRawReport(const quint8* message, int length);
 
     // Orientation flag of the theme: 0 landscape, 1 portrait.
-    bool SendOrientation(int flag);
+    TransferResult SendOrientation(int flag);
     // Both read the clock.
-    bool SendTimeSync();
-    void SendTimeShow();
+    TransferResult SendTimeSync();
+    TransferResult SendTimeShow();
 
     // These write on the session's open data handle and leave it open; without one they return at once.
     void SendAreaImage(const quint8* pixels, int width, int height);
@@ -60,25 +72,23 @@ public:
     // and a screen that hangs must not hold it up for longer than the write it is in.
     void StopTransfers() { m_stopped = true; }
 
-    // Whether the screen could not be opened, or did not take an area or a command, since the last call. What
-    // was dropped for a whole frame, or for StopTransfers, is no failure; nor is a chunk that was not taken.
-    bool TakeFailure() { return m_hasFailed.exchange(false); }
-
     // 1 for the whole duration of SendWholeImage.
     quint8 wholeFrameBusy() const { return m_wholeFrameBusy.load(); }
 
 private:
-    SharedScreenHandle Open();
-    // Of the first report on a handle of the transfer's own.
-    bool NoteFirstWrite(int written);
-    bool WriteChunks(ScreenHandle& handle, const quint8* frame, quint8 reportId);
+    // The open screen, or why there is none.
+    struct Opened {
+        SharedScreenHandle handle;
+        TransferResult otherwise = TransferResult::Dropped;
+    };
+    Opened Open();
+    TransferResult Result(int written);
+    WholeImageResult WriteChunks(ScreenHandle& handle, const quint8* frame, quint8 reportId);
 
     ScreenSession& m_session;
     Clock m_clock;
     Pause m_pause;
     std::atomic<bool> m_stopped{false};
-    std::atomic<bool> m_hasFailed{false};
-    std::atomic<int> m_refusedInARow{0};  // transfers whose first report was not taken
     std::atomic<quint8> m_wholeFrameBusy{0};
     std::mutex m_uploadMutex;           // one whole frame at a time
     std::shared_mutex m_areaGateMutex;  // shared by area writes, held alone by a whole frame

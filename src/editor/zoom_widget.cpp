@@ -244,9 +244,8 @@ bool ZoomWidget::CommitLayout() {
     // What is made of the theme page's layouts is not asked for here.
     m_saved.themes.theme = before.theme;
     std::copy_n(before.layouts.begin(), kFirstCustomLayout, m_saved.themes.layouts.begin());
-    const bool saved = SaveCustomShow();
-    SaveCurRectId(m_edited.textRow);
-    return saved;
+    const bool isTableSaved = SaveCustomShow();
+    return SaveCurRectId(m_edited.textRow) && isTableSaved;
 }
 
 void ZoomWidget::RevertLayout() {

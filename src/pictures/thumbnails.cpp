@@ -31,8 +31,6 @@ constexpr std::size_t kAtWork = 2;
 constexpr std::chrono::seconds kHangsAfter{2};
 constexpr std::size_t kMostWorkers = 8;
 constexpr int kWatchIntervalMs = 500;
-// The end waits for a decode under way no longer than this.
-constexpr std::chrono::milliseconds kEndPatience{300};
 
 std::atomic<bool> leftThreadBehind{false};
 
@@ -164,8 +162,10 @@ Thumbnails::Maker Thumbnails::CachedMaker() {
     };
 }
 
-Thumbnails::Thumbnails(Maker maker, QObject* parent)
-    : QObject(parent), m_shared(std::make_shared<Shared>(std::move(maker), this)) {}
+Thumbnails::Thumbnails(Maker maker, QObject* parent, std::chrono::milliseconds endPatience)
+    : QObject(parent),
+      m_shared(std::make_shared<Shared>(std::move(maker), this)),
+      m_endPatience(endPatience) {}
 
 Thumbnails::~Thumbnails() {
     std::vector<std::thread> toJoin;
@@ -174,7 +174,7 @@ Thumbnails::~Thumbnails() {
         m_shared->receiver = nullptr;
         m_shared->stop = true;
         m_shared->wake.notify_all();
-        m_shared->workerEnded.wait_for(lock, kEndPatience, [this] { return m_shared->HasEnded(); });
+        m_shared->workerEnded.wait_for(lock, m_endPatience, [this] { return m_shared->HasEnded(); });
         for (Worker& worker : m_shared->workers) {
             if (worker.ended) {
                 toJoin.push_back(std::move(worker.thread));

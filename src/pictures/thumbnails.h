@@ -9,6 +9,7 @@
 #include <QString>
 #include <QStringList>
 
+#include <chrono>
 #include <functional>
 #include <memory>
 
@@ -27,10 +28,13 @@ public:
     // Reads pictures through the cache in the user's cache folder.
     static Maker CachedMaker();
 
-    explicit Thumbnails(Maker maker, QObject* parent = nullptr);
-    // Waits a moment for what is being made (less than a third of a second), but not for a long decode or a
-    // file that hangs: that thread is left behind, touches nothing of this object any more, and ends when it
-    // can.
+    // How long the end waits for what is being made.
+    static constexpr std::chrono::milliseconds kEndPatience{300};
+
+    explicit Thumbnails(Maker maker, QObject* parent = nullptr,
+                        std::chrono::milliseconds endPatience = kEndPatience);
+    // Waits a moment for what is being made, but not for a long decode or a file that hangs: that thread is
+    // left behind, touches nothing of this object any more, and ends when it can.
     ~Thumbnails() override;
 
     // False from the moment on when some object of this class has left a thread behind. Such a thread may
@@ -57,6 +61,7 @@ private:
 
     // Owned together with the threads, of which one may outlive this object.
     std::shared_ptr<Shared> m_shared;
+    const std::chrono::milliseconds m_endPatience;
     int m_watchTimer = 0;
 };
 

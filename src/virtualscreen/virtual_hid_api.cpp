@@ -1,15 +1,17 @@
 #include "virtualscreen/virtual_hid_api.h"
 
+#include <algorithm>
 #include <memory>
 #include <utility>
 
 namespace kivo {
 
 struct VirtualHidApi::Handle final : public HidHandle {
-    Handle(quint64 plugging, bool control) : generation(plugging), isControl(control) {}
+    Handle(QByteArray ofNode, HidDeviceInfo ofCollection)
+        : stamp(std::move(ofNode)), collection(std::move(ofCollection)) {}
 
-    const quint64 generation;
-    const bool isControl;
+    const QByteArray stamp;
+    const HidDeviceInfo collection;
 };
 
 namespace {
@@ -35,6 +37,22 @@ HidDeviceInfo Collection(const QByteArray& path, quint16 usagePage, int interfac
     return info;
 }
 
+HidDeviceInfo Keyboard(const QByteArray& path) {
+    HidDeviceInfo info;
+    info.path = path;
+    info.vendorId = 0x046D;
+    info.productId = 0xC31C;
+    info.product = QStringLiteral("Keyboard (virtual)");
+    info.usagePage = 0x0001;
+    info.usage = 6;
+    info.interfaceNumber = 0;
+    return info;
+}
+
+bool IsScreen(const HidDeviceInfo& device) {
+    return device.vendorId == kVendor && device.productId == kProduct;
+}
+
 }  // namespace
 
 VirtualHidApi::VirtualHidApi() = default;
@@ -46,34 +64,63 @@ int VirtualHidApi::Init() {
 }
 
 std::vector<HidDeviceInfo> VirtualHidApi::Enumerate(quint16 vendorId, quint16 productId) {
-    const bool asked = (vendorId == 0 || vendorId == kVendor) && (productId == 0 || productId == kProduct);
-    if (!asked || !IsPlugged())
-        return {};
-    return {Collection(ControlPath(), 0x000C, 0), Collection(DataPath(), 0xFFA0, 1)};
+    const std::lock_guard lock(m_mutex);
+    std::vector<HidDeviceInfo> devices;
+    for (const QByteArray& path : {InterfacePath(0), InterfacePath(1), m_keyboardPath}) {
+        const std::optional<HidDeviceInfo> device = CollectionAt(path);
+        const bool isListed =
+            std::any_of(devices.begin(), devices.end(),
+                        [&path](const HidDeviceInfo& listed) { return listed.path == path; });
+        if (device && !isListed && (vendorId == 0 || vendorId == device->vendorId) &&
+            (productId == 0 || productId == device->productId))
+            devices.push_back(*device);
+    }
+    return devices;
 }
 
 HidHandle* VirtualHidApi::OpenPath(const QByteArray& path) {
-    const bool isControl = path == ControlPath();
-    const bool isScreen = isControl || path == DataPath();
     const std::lock_guard lock(m_mutex);
-    if (!isScreen || !m_plugged || m_failOpens || m_denyOpens)
+    const std::optional<HidDeviceInfo> device = CollectionAt(path);
+    if (!device || (IsScreen(*device) && (m_failOpens || m_denyOpens)))
         return nullptr;
     ++m_openHandles;
-    return std::make_unique<Handle>(m_generation, isControl).release();
+    return std::make_unique<Handle>(StampAt(path), *device).release();
 }
 
 bool VirtualHidApi::IsDenied(const QByteArray& path) {
-    const bool isScreen = path == ControlPath() || path == DataPath();
     const std::lock_guard lock(m_mutex);
-    return isScreen && m_plugged && m_denyOpens;
+    const std::optional<HidDeviceInfo> device = CollectionAt(path);
+    return device && IsScreen(*device) && m_denyOpens;
+}
+
+std::vector<HidDeviceInfo> VirtualHidApi::Identify(HidHandle* handle) {
+    HidDeviceInfo collection = static_cast<const Handle*>(handle)->collection;
+    collection.manufacturer.clear();
+    collection.product.clear();
+    return {collection};
+}
+
+QByteArray VirtualHidApi::NodeStamp(const QByteArray& path) {
+    const std::lock_guard lock(m_mutex);
+    return StampAt(path);
+}
+
+QByteArray VirtualHidApi::PanelKey(const QByteArray& path) {
+    const std::lock_guard lock(m_mutex);
+    const std::optional<HidDeviceInfo> device = CollectionAt(path);
+    return device && IsScreen(*device) ? m_panelKey : QByteArray();
 }
 
 int VirtualHidApi::Write(HidHandle* handle, const quint8* data, std::size_t length) {
     constexpr int kFailed = -1;
     const auto* const open = static_cast<const Handle*>(handle);
     std::unique_lock lock(m_mutex);
-    if (!m_plugged || open->generation != m_generation)
+    if (open->stamp != StampAt(open->collection.path))
         return kFailed;
+    if (!IsScreen(open->collection)) {
+        m_decoder.Count(PanelError::Interface, QStringLiteral("a report for another device"));
+        return kFailed;
+    }
 
     ++m_writesSinceFault;
     if (m_vanishAt && m_writesSinceFault >= *m_vanishAt) {
@@ -85,7 +132,7 @@ int VirtualHidApi::Write(HidHandle* handle, const quint8* data, std::size_t leng
     }
     if (m_failWritesFrom && m_writesSinceFault >= *m_failWritesFrom)
         return kFailed;
-    if (open->isControl) {
+    if (open->collection.interfaceNumber == 0) {
         m_decoder.Count(PanelError::Interface, QStringLiteral("a report for the control interface"));
         return kFailed;
     }
@@ -146,8 +193,21 @@ void VirtualHidApi::Plug(NodeNumbers numbers) {
         ++m_generation;
         if (numbers == NodeNumbers::New)
             ++m_nodeNumber;
+        if (numbers == NodeNumbers::Swapped)
+            m_swapped = !m_swapped;
     }
     Notify(VirtualScreenEvent::Plugged);
+}
+
+void VirtualHidApi::SetPanelKey(const QByteArray& key) {
+    const std::lock_guard lock(m_mutex);
+    m_panelKey = key;
+}
+
+void VirtualHidApi::PutKeyboardAt(const QByteArray& path) {
+    const std::lock_guard lock(m_mutex);
+    m_keyboardPath = path;
+    ++m_keyboardGeneration;
 }
 
 bool VirtualHidApi::IsPlugged() const {
@@ -157,12 +217,34 @@ bool VirtualHidApi::IsPlugged() const {
 
 QByteArray VirtualHidApi::ControlPath() const {
     const std::lock_guard lock(m_mutex);
-    return NodePath(2 * m_nodeNumber);
+    return InterfacePath(0);
 }
 
 QByteArray VirtualHidApi::DataPath() const {
     const std::lock_guard lock(m_mutex);
-    return NodePath(2 * m_nodeNumber + 1);
+    return InterfacePath(1);
+}
+
+QByteArray VirtualHidApi::InterfacePath(int number) const {
+    return NodePath(2 * m_nodeNumber + (m_swapped ? 1 - number : number));
+}
+
+std::optional<HidDeviceInfo> VirtualHidApi::CollectionAt(const QByteArray& path) const {
+    if (!m_keyboardPath.isEmpty() && path == m_keyboardPath)
+        return Keyboard(path);
+    if (m_plugged && path == InterfacePath(0))
+        return Collection(path, 0x000C, 0);
+    if (m_plugged && path == InterfacePath(1))
+        return Collection(path, 0xFFA0, 1);
+    return std::nullopt;
+}
+
+QByteArray VirtualHidApi::StampAt(const QByteArray& path) const {
+    const std::optional<HidDeviceInfo> device = CollectionAt(path);
+    if (!device)
+        return {};
+    return IsScreen(*device) ? "screen " + QByteArray::number(m_generation)
+                             : "keyboard " + QByteArray::number(m_keyboardGeneration);
 }
 
 PanelState VirtualHidApi::State() const {

@@ -43,16 +43,19 @@ inline void SetUpEmptyLayouts(int orientation = 0, int variant = 0) {
     writer.SetInt(keys::kStyle.name, variant);
     writer.SetInt(keys::kHor.name, orientation);
     QVERIFY(writer.Commit());
+    RememberPanel();
 }
 
 // The factory's layouts, the custom page shown.
-inline void SetUpFactoryLayouts(int orientation = 0, int variant = 0) {
+inline void SetUpFactoryLayouts(int orientation = 0, int variant = 0,
+                                InterfaceLanguage language = InterfaceLanguage::English) {
     SetUpProfile();
     SettingsWriter writer;
     writer.SetInt(keys::kMode.name, 1);
     writer.SetInt(keys::kStyle.name, variant);
     writer.SetInt(keys::kHor.name, orientation);
     QVERIFY(writer.Commit());
+    RememberPanel(language);
 }
 
 struct CustomDesk : Desk {

@@ -23,6 +23,9 @@ public:
     }
     HidHandle* OpenPath(const QByteArray& path) override { return m_inner.OpenPath(path); }
     bool IsDenied(const QByteArray& path) override { return m_inner.IsDenied(path); }
+    std::vector<HidDeviceInfo> Identify(HidHandle* handle) override { return m_inner.Identify(handle); }
+    QByteArray NodeStamp(const QByteArray& path) override { return m_inner.NodeStamp(path); }
+    QByteArray PanelKey(const QByteArray& path) override { return m_inner.PanelKey(path); }
     int Write(HidHandle* handle, const quint8* data, std::size_t length) override {
         return m_inner.Write(handle, data, length);
     }
@@ -51,6 +54,34 @@ public:
     std::atomic<bool> hang{false};
     QSemaphore entered;
     QSemaphore letGo;
+};
+
+// Refuses single reports of a kind.
+class RefusingHidApi final : public ForwardingHidApi {
+public:
+    using ForwardingHidApi::ForwardingHidApi;
+
+    // The next report of that kind is not taken; of a frame, the next chunk of that number.
+    void RefuseOnce(PanelReportKind kind, int chunkNumber = 0) {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        m_refused.append({kind, chunkNumber});
+    }
+    int Write(HidHandle* handle, const quint8* data, std::size_t length) override {
+        {
+            const std::lock_guard<std::mutex> lock(m_mutex);
+            const PanelReport report = m_decoder.Decode(data, length);
+            if (m_refused.removeOne({report.kind, report.chunkNumber})) {
+                m_decoder.AbandonFrame();
+                return -1;
+            }
+        }
+        return ForwardingHidApi::Write(handle, data, length);
+    }
+
+private:
+    std::mutex m_mutex;
+    PanelDecoder m_decoder;
+    QVector<QPair<PanelReportKind, int>> m_refused;
 };
 
 // Counts the areas that cover one point of the panel.

@@ -5,13 +5,15 @@
 #include <QProcess>
 #include <QtGlobal>
 
+#include "support/built_paths.h"
+
 namespace kivo::test {
 
 class Copy {
 public:
     Copy() {
         m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-        m_process.start(QStringLiteral(KIVO_INSTANCE_COPY), QStringList());
+        m_process.start(TestHelper("instance_copy"), QStringList());
     }
     ~Copy() {
         m_process.kill();
@@ -28,6 +30,8 @@ public:
         }
         return m_process.readLine().trimmed();
     }
+    // Looks for a moment only.
+    bool HasAnswer() { return m_process.canReadLine() || m_process.waitForReadyRead(kGlanceMs); }
     QByteArray Ask(const char* what) {
         Tell(what);
         return Answer();
@@ -48,6 +52,7 @@ public:
 
 private:
     static constexpr int kAnswerMs = 60000;
+    static constexpr int kGlanceMs = 10;
 
     QProcess m_process;
 };

@@ -86,8 +86,8 @@ inline bool ApplyAndWait(const Desk& desk, const std::function<void(NimbProcessD
 }
 
 // The window's panel gets the loaded look at once, as one without a memory of its own.
-inline void StartBlank(const Desk& desk) {
-    desk.window->Session().SetPanelStartsBlank(true);
+inline void StartBlank(const Desk& /*desk*/) {
+    PanelMemory().Forget();
 }
 
 // The look that the settings ask for.

@@ -2,15 +2,18 @@
 
 // The steps by which a session comes up, as the program takes them.
 
-#include "app/live_session.h"
 #include "compose/theme_state.h"
 #include "config/default_profile.h"
 #include "config/settings_file.h"
+#include "panel/live_session.h"
 
 namespace kivo::test {
 
 // Short, for tests that do not look at the pause itself.
-inline constexpr UploadPauses kShortPauses{std::chrono::milliseconds(20), std::chrono::milliseconds(20)};
+inline constexpr LiveSession::Options kShortPauses{LiveSession::PanelKind::Real,
+                                                   std::chrono::milliseconds(20)};
+inline constexpr LiveSession::Options kSoftwarePanel{LiveSession::PanelKind::Software,
+                                                     std::chrono::milliseconds(20)};
 
 // What the settings hold, after default files were seeded from applicationDir.
 inline ScreenState LoadState(const QString& applicationDir, InterfaceLanguage language) {
@@ -24,7 +27,6 @@ inline ScreenState LoadState(const QString& applicationDir, InterfaceLanguage la
 inline void Open(LiveSession& session, const ScreenState& state) {
     session.SetLoaded(state);
     session.OpenScreen();
-    session.SendTimeSync();
 }
 
 // Uploads the loaded state as a first frame and refreshes when that is over.

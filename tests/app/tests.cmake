@@ -1,48 +1,62 @@
-kivo_add_test(app autostart LINK kivo_app)
+set(window_units
+    main_window
+    window_custom
+    window_hotplug
+    window_legibility
+    window_life
+    window_likeness
+    window_noise
+    window_picture_list
+    window_sensors
+    window_state
+    window_text
+    window_themes
+    window_tools)
+set(units
+    autostart
+    command_line
+    instance_answers
+    live_session
+    live_session_uploads
+    nimb_process
+    screen_answers
+    session_after_session
+    sleep_watch
+    state_line
+    tray
+    ${window_units})
+# Signals, homes without rights, the system's table of shared memory: as Linux has them. Windows has tests of its own for
+# the program as a process.
 if(NOT WIN32)
-    kivo_add_test(app autostart_entry LINK kivo_app)
+    list(APPEND units access_commands autostart_entry program program_copies single_instance)
 endif()
-kivo_add_test(app command_line LINK kivo_app)
-kivo_add_test(app tray LINK kivo_app)
-kivo_add_test(app refresh_data_thread LINK kivo_app kivo_virtualscreen)
-kivo_add_test(app live_session LINK kivo_app kivo_virtualscreen)
-kivo_add_test(app live_session_uploads LINK kivo_app kivo_virtualscreen)
-kivo_add_test(app screen_answers LINK kivo_app kivo_virtualscreen)
-kivo_add_test(app nimb_process LINK kivo_app kivo_virtualscreen)
-kivo_add_test(app sleep_watch LINK kivo_app)
+kivo_add_tests(app UNITS ${units} LINK kivo_app kivo_virtualscreen)
+list(TRANSFORM window_units PREPEND app/ OUTPUT_VARIABLE window_tests)
+kivo_limit_tests(1200 ${window_tests})
+
 # One of several copies of the program.
 kivo_platform_sources(become_nobody app/become_nobody)
 kivo_add_program(instance_copy SOURCES app/instance_copy.cpp ${become_nobody} LINK kivo_app)
 set_target_properties(instance_copy PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests)
-
-# Signals, homes without rights, the system's table of shared memory: as Linux has them. Windows has tests of its own for
-# the program as a process.
+add_dependencies(tests_app kivo-screen instance_copy ${energy_library_targets})
 if(NOT WIN32)
-    kivo_add_test(app program LINK kivo_app kivo_virtualscreen TIMEOUT 180)
-    add_dependencies(tst_program kivo-screen)
-    target_compile_definitions(tst_program PRIVATE KIVO_BIN_DIR="${CMAKE_RUNTIME_OUTPUT_DIRECTORY}")
-    kivo_add_test(app single_instance LINK kivo_app)
-    add_dependencies(tst_single_instance instance_copy)
-    target_compile_definitions(tst_single_instance PRIVATE KIVO_INSTANCE_COPY="$<TARGET_FILE:instance_copy>")
+    # Found before the system's own, by its name.
+    add_library(test_hidapi SHARED app/libraries/test_hidapi_linux.cpp)
+    set_target_properties(test_hidapi PROPERTIES
+        AUTOMOC OFF AUTOUIC OFF AUTORCC OFF
+        OUTPUT_NAME hidapi-hidraw SUFFIX .so.0
+        LIBRARY_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests/hidapi)
+    target_include_directories(test_hidapi PRIVATE ${HIDAPI_INCLUDE_DIRS})
+    add_dependencies(tests_app test_hidapi)
 endif()
-set(window_tests main_window window_custom window_hotplug window_legibility window_life window_likeness window_noise
-                 window_picture_list window_sensors window_text window_themes window_tools)
-foreach(test ${window_tests})
-    kivo_add_test(app ${test} LINK kivo_app kivo_virtualscreen kivo_test_support TIMEOUT 300)
-endforeach()
-foreach(test live_session live_session_uploads screen_answers ${window_tests})
-    add_dependencies(tst_${test} kivo-screen)
-    target_compile_definitions(tst_${test} PRIVATE KIVO_BIN_DIR="${CMAKE_RUNTIME_OUTPUT_DIRECTORY}")
-endforeach()
-kivo_use_energy_libraries(tst_window_sensors)
 
 # Once more on scaled screens; in a process of its own, for Qt reads the factor when it starts.
-foreach(percent 150 200)
-    math(EXPR whole "${percent} / 100")
-    math(EXPR rest "${percent} % 100")
-    set(name app/window_legibility_${percent})
-    add_test(NAME ${name} COMMAND tst_window_legibility)
-    get_test_property(app/window_legibility ENVIRONMENT environment)
-    set_tests_properties(${name} PROPERTIES
-        TIMEOUT 300 LABELS app ENVIRONMENT "${environment};QT_SCALE_FACTOR=${whole}.${rest}" RUN_SERIAL ON)
+foreach(unit window_legibility window_state)
+    foreach(percent 150 200)
+        math(EXPR whole "${percent} / 100")
+        math(EXPR rest "${percent} % 100")
+        set(test app/${unit}_${percent})
+        kivo_register_test(${test} ${unit} ENVIRONMENT QT_SCALE_FACTOR=${whole}.${rest})
+        kivo_limit_tests(1200 ${test})
+    endforeach()
 endforeach()

@@ -1,6 +1,7 @@
 #include <QtTest>
 
 #include "app/autostart.h"
+#include "support/test_program.h"
 
 using namespace kivo;
 
@@ -48,7 +49,7 @@ void TestAutostart::TheEntryNamesItsProgram_data() {
     QTest::newRow("what a shell would read")
         << QStringLiteral("/a\"b`c$d/kivo") << QByteArray(R"("/a\\"b\\`c\\$d/kivo")")
         << QByteArray("/a\"b`c$d/kivo");
-    // Escaped once for the quotes and once more as a value: the specification's own example.
+    // Escaped once for the quotes and once more as a value: the desktop entry standard's own example.
     QTest::newRow("a backslash") << QStringLiteral("/a\\b") << QByteArray(R"("/a\\\\b")")
                                  << QByteArray(R"(/a\\b)");
     QTest::newRow("a field code") << QStringLiteral("/100%f/kivo") << QByteArray(R"("/100%%f/kivo")")
@@ -148,5 +149,5 @@ void TestAutostart::OnAndOff() {
     }
 }
 
-QTEST_GUILESS_MAIN(TestAutostart)
+KIVO_GUILESS_TEST(TestAutostart)
 #include "tst_autostart.moc"

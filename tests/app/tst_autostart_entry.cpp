@@ -2,6 +2,7 @@
 #include <QtTest>
 
 #include "app/autostart.h"
+#include "support/test_program.h"
 
 using namespace kivo;
 
@@ -122,5 +123,5 @@ void TestAutostartEntry::TroubleIsTold() {
     QVERIFY(!StartsAtLogin());
 }
 
-QTEST_GUILESS_MAIN(TestAutostartEntry)
+KIVO_GUILESS_TEST(TestAutostartEntry)
 #include "tst_autostart_entry.moc"

@@ -2,6 +2,7 @@
 
 #include "app/command_line.h"
 #include "app/display.h"
+#include "support/test_program.h"
 
 using namespace kivo;
 
@@ -125,5 +126,5 @@ void TestCommandLine::WithoutADisplayNoPlatformNeedsOne() {
     QCOMPARE(QByteArray(PlatformWithoutDisplay(asked.constData())), used);
 }
 
-QTEST_GUILESS_MAIN(TestCommandLine)
+KIVO_GUILESS_TEST(TestCommandLine)
 #include "tst_command_line.moc"

@@ -1,11 +1,12 @@
 #include <QtTest>
 
-#include "app/live_session.h"
-#include "app/nimb_process_thread.h"
 #include "config/folders.h"
 #include "forwarding_hid_api.h"
+#include "panel/nimb_process_thread.h"
 #include "resources/resources.h"
 #include "session_start.h"
+#include "support/built_paths.h"
+#include "support/test_program.h"
 #include "virtualscreen/virtual_hid_api.h"
 
 using namespace kivo;
@@ -24,18 +25,18 @@ private Q_SLOTS:
     void StopRefreshTakesThatBack();
     void ApplyBetweenStopAndStart();
     void ApplyWhileRefreshing();
-    void FailedUploadLeavesAppliedStateAndTextsAlone();
+    void FrameThatWasCutOffIsOwedAndNothingIsDrawnOverIt();
+    void FrameRefusedAtItsFirstChunkLeavesTheOldOneInUse();
     void FailedFrameIsSentWhenAScreenArrives();
-    void FrameMadeWithoutAScreenIsPending();
-    void NothingPendingSendsNothing();
-    void PanelThatStartsBlankGetsAWholePicture();
+    void RefusedChunkIsTriedAgain();
+    void RefusedOrientationIsTriedAgain();
     void ScreenThatArrivesDuringAFailingUpload();
     void TwoUploadsAtOnce();
-    void UploadTakesThePlaceOfASilentOne();
     void MissingBackgroundIsComposedAgainWithoutSending();
-    void BackgroundThatIsThereIsKept();
+    void BackgroundThatVanishesWhileTheProgramRunsIsWrittenAgain();
+    void ForeignBackgroundIsNotBelieved();
     void PowerAndTemperatureOutliveARefreshThread();
-    void RedrawnValuesAreSentInFull();
+    void ArrivedPanelGetsItsValuesInFull();
     void EndWaitsForARefreshThreadThatWasStopped();
     void NothingStartsAfterTheEnd();
 
@@ -47,7 +48,7 @@ private:
 
 namespace {
 
-const QString kBin = QStringLiteral(KIVO_BIN_DIR);
+const QString kBin = ProgramFolder();
 constexpr int kPatienceMs = 20000;
 
 quint64 Frames(const VirtualHidApi& panel) {
@@ -89,7 +90,7 @@ void TestLiveSessionUploads::RefreshIsStoppedAndStartedAgain() {
     }
     QVERIFY(session.Stop());
     QCOMPARE(panel.State().counts.errors, quint64(0));
-    QCOMPARE(Frames(panel), quint64(0));
+    QCOMPARE(Frames(panel), quint64(1));  // a panel that nothing is known of is owed one
 }
 
 void TestLiveSessionUploads::RefreshAskedForDuringAnUploadStartsAfterIt() {
@@ -146,13 +147,14 @@ void TestLiveSessionUploads::ApplyWhileRefreshing() {
     QSignalSpy done(&session, &LiveSession::uploadDone);
     Open(session, m_state);
     session.StartRefresh();
-    for (quint64 k = 1; k <= 5; ++k) {
+    QTRY_COMPARE(Frames(panel), quint64(1));
+    for (quint64 k = 2; k <= 6; ++k) {
         const quint64 areas = panel.State().counts.areas;
         QTRY_VERIFY(panel.State().counts.areas > areas);
-        session.SetChosen(k % 2 == 1 ? Portrait() : m_state);
+        session.SetChosen(k % 2 == 0 ? Portrait() : m_state);
         session.StartUpload();
         QVERIFY(done.wait(kPatienceMs));
-        QVERIFY(!session.HasPendingFrame());
+        QVERIFY(!session.Status().isFrameOwed);
         QCOMPARE(Frames(panel), k);
     }
     // No area ever came between the chunks of a frame, and the thread goes on.
@@ -162,7 +164,7 @@ void TestLiveSessionUploads::ApplyWhileRefreshing() {
     QCOMPARE(panel.State().counts.errors, quint64(0));
 }
 
-void TestLiveSessionUploads::FailedUploadLeavesAppliedStateAndTextsAlone() {
+void TestLiveSessionUploads::FrameThatWasCutOffIsOwedAndNothingIsDrawnOverIt() {
     VirtualHidApi panel;
     LiveSession session(panel, InterfaceLanguage::English, kShortPauses);
     QSignalSpy done(&session, &LiveSession::uploadDone);
@@ -170,15 +172,31 @@ void TestLiveSessionUploads::FailedUploadLeavesAppliedStateAndTextsAlone() {
     session.StartUpload();
     QVERIFY(done.wait(kPatienceMs));
     QVERIFY(done.takeFirst().first().toBool());
-    const ItemTexts shown = session.ShownTexts();
-    QVERIFY(!shown[MemoryUsage].isEmpty());
+    QVERIFY(!session.ShownTexts()[MemoryUsage].isEmpty());
 
-    panel.VanishAtReport(14);
+    panel.FailWritesFrom(14);
     session.SetChosen(Portrait());
     session.StartUpload();
     QVERIFY(done.wait(kPatienceMs));
     QVERIFY(!done.takeFirst().first().toBool());
-    QVERIFY(session.HasPendingFrame());
+    QVERIFY(session.Status().isFrameOwed);
+    QVERIFY(session.ShownTexts()[MemoryUsage].isEmpty());
+}
+
+void TestLiveSessionUploads::FrameRefusedAtItsFirstChunkLeavesTheOldOneInUse() {
+    VirtualHidApi panel;
+    LiveSession session(panel, InterfaceLanguage::English, kShortPauses);
+    QSignalSpy done(&session, &LiveSession::uploadDone);
+    Open(session, m_state);
+    session.StartUpload();
+    QVERIFY(done.wait(kPatienceMs));
+    const ItemTexts shown = session.ShownTexts();
+
+    panel.FailWritesFrom(1);
+    session.SetChosen(Portrait());
+    session.StartUpload();
+    QVERIFY(done.wait(kPatienceMs));
+    QVERIFY(session.Status().isFrameOwed);
     QVERIFY(session.Applied() == m_state);
     QVERIFY(session.ShownTexts() == shown);
 }
@@ -188,14 +206,12 @@ void TestLiveSessionUploads::FailedFrameIsSentWhenAScreenArrives() {
     LiveSession session(panel, InterfaceLanguage::English, kShortPauses);
     QSignalSpy done(&session, &LiveSession::uploadDone);
     Open(session, m_state);
-    session.StartRefresh();
     panel.VanishAtReport(14);
-    session.StopRefresh();
     session.SetChosen(Portrait());
     session.StartUpload();
     session.StartRefresh();
     QVERIFY(done.wait(kPatienceMs));
-    QVERIFY(session.HasPendingFrame());
+    QVERIFY(session.Status().isFrameOwed);
 
     // What is being edited when it comes back is not what was applied.
     ScreenState edited = Portrait();
@@ -203,10 +219,8 @@ void TestLiveSessionUploads::FailedFrameIsSentWhenAScreenArrives() {
     session.SetChosen(edited);
     panel.ClearFaults();
     panel.Plug();
-    QVERIFY(session.SendPendingFrame());
-    QVERIFY(done.wait(kPatienceMs));
-    QVERIFY(done.last().first().toBool());
-    QVERIFY(!session.HasPendingFrame());
+    session.NoteArrival();
+    QTRY_VERIFY(!session.Status().isFrameOwed);
     QVERIFY(session.Applied() == Portrait());
     QCOMPARE(Frames(panel), quint64(1));
     const quint64 areas = panel.State().counts.areas;
@@ -215,57 +229,39 @@ void TestLiveSessionUploads::FailedFrameIsSentWhenAScreenArrives() {
     QCOMPARE(panel.State().counts.errors, quint64(0));
 }
 
-void TestLiveSessionUploads::FrameMadeWithoutAScreenIsPending() {
+void TestLiveSessionUploads::RefusedChunkIsTriedAgain() {
     VirtualHidApi panel;
-    panel.Unplug();
-    LiveSession session(panel, InterfaceLanguage::English, kShortPauses);
+    RefusingHidApi hid(panel);
+    LiveSession session(hid, InterfaceLanguage::English, kShortPauses);
     QSignalSpy done(&session, &LiveSession::uploadDone);
     Open(session, m_state);
+    hid.RefuseOnce(PanelReportKind::Chunk, 5);
     session.StartUpload();
     QVERIFY(done.wait(kPatienceMs));
-    QVERIFY(!done.takeFirst().first().toBool());
-    QVERIFY(session.HasPendingFrame());
-
-    // It stays so until one was taken.
-    QVERIFY(session.SendPendingFrame());
-    QVERIFY(done.wait(kPatienceMs));
-    QVERIFY(!done.takeFirst().first().toBool());
-    QVERIFY(session.HasPendingFrame());
-
-    panel.Plug();
-    session.OpenScreen();
-    QVERIFY(session.SendPendingFrame());
-    QVERIFY(done.wait(kPatienceMs));
-    QVERIFY(done.takeFirst().first().toBool());
-    QVERIFY(!session.HasPendingFrame());
-    QCOMPARE(Frames(panel), quint64(1));
+    QVERIFY(!done.first().first().toBool());
+    QVERIFY(session.Status().isFrameOwed);
+    session.StartRefresh();
+    QTRY_COMPARE(Frames(panel), quint64(1));
+    QTRY_VERIFY(!session.Status().isFrameOwed);
+    QVERIFY(session.Stop());
+    QCOMPARE(panel.State().counts.errors, quint64(0));
 }
 
-void TestLiveSessionUploads::NothingPendingSendsNothing() {
+void TestLiveSessionUploads::RefusedOrientationIsTriedAgain() {
     VirtualHidApi panel;
-    LiveSession session(panel, InterfaceLanguage::English, kShortPauses);
+    RefusingHidApi hid(panel);
+    LiveSession session(hid, InterfaceLanguage::English, kShortPauses);
     QSignalSpy done(&session, &LiveSession::uploadDone);
-    Open(session, m_state);
-    QVERIFY(!session.HasPendingFrame());
-    QVERIFY(!session.SendPendingFrame());
-    QVERIFY(!session.IsUploading());
+    Open(session, Portrait());
+    hid.RefuseOnce(PanelReportKind::Orientation);
+    hid.RefuseOnce(PanelReportKind::Orientation);
     session.StartUpload();
-    QVERIFY(session.HasPendingFrame());  // not there yet
     QVERIFY(done.wait(kPatienceMs));
-    QVERIFY(!session.SendPendingFrame());
-    QVERIFY(!session.IsUploading());
-}
-
-void TestLiveSessionUploads::PanelThatStartsBlankGetsAWholePicture() {
-    VirtualHidApi panel;
-    LiveSession session(panel, InterfaceLanguage::English, kShortPauses);
-    session.SetPanelStartsBlank(true);
-    Open(session, m_state);
-    QVERIFY(session.HasPendingFrame());
-    QVERIFY(session.SendPendingFrame());
-    QTRY_VERIFY(panel.State().counts.areas > 0);
+    QVERIFY(done.first().first().toBool());
+    QVERIFY(!panel.State().orientation);
+    session.StartRefresh();
+    QTRY_COMPARE(panel.State().orientation, std::optional<int>(2));
     QCOMPARE(Frames(panel), quint64(1));
-    QVERIFY(!session.HasPendingFrame());
 }
 
 void TestLiveSessionUploads::ScreenThatArrivesDuringAFailingUpload() {
@@ -274,20 +270,22 @@ void TestLiveSessionUploads::ScreenThatArrivesDuringAFailingUpload() {
     LiveSession session(hid, InterfaceLanguage::English, kShortPauses);
     QSignalSpy done(&session, &LiveSession::uploadDone);
     Open(session, m_state);
+    QTRY_VERIFY(panel.State().clock.has_value());
     hid.hang = true;
     session.StartUpload();
     QVERIFY(hid.entered.tryAcquire(1, kPatienceMs));
     // In the middle of a chunk it is pulled out and put back.
     panel.Unplug();
     panel.Plug();
-    QVERIFY(session.SendPendingFrame());
+    session.NoteArrival();
     QCOMPARE(Frames(panel), quint64(0));
     hid.hang = false;
     hid.letGo.release();
     QVERIFY(done.wait(kPatienceMs));
     QCOMPARE(done.count(), 1);
-    QVERIFY(done.first().first().toBool());
-    QCOMPARE(Frames(panel), quint64(1));
+    QVERIFY(!done.first().first().toBool());
+    session.StartRefresh();
+    QTRY_COMPARE(Frames(panel), quint64(1));
 }
 
 void TestLiveSessionUploads::TwoUploadsAtOnce() {
@@ -305,30 +303,11 @@ void TestLiveSessionUploads::TwoUploadsAtOnce() {
     QVERIFY(done.wait(kPatienceMs));
     QCOMPARE(done.count(), 1);
     QVERIFY(done.first().first().toBool());
-    // Each was whole and closed its dialog; what was chosen last is what is shown.
+    // Each was whole and closed its dialog; the newest choice is what is shown.
     QTRY_COMPARE(reports, 2);
     QCOMPARE(Frames(panel), quint64(2));
     QCOMPARE(panel.State().counts.errors, quint64(0));
     QVERIFY(session.Applied() == Portrait());
-}
-
-void TestLiveSessionUploads::UploadTakesThePlaceOfASilentOne() {
-    VirtualHidApi panel;
-    // The silent one would wait for ever.
-    LiveSession session(panel, InterfaceLanguage::English,
-                        {std::chrono::milliseconds(20), std::chrono::hours(10)});
-    QSignalSpy done(&session, &LiveSession::uploadDone);
-    session.SetPanelStartsBlank(true);
-    Open(session, m_state);
-    QVERIFY(session.SendPendingFrame());
-    session.StopRefresh();
-    session.SetChosen(Portrait());
-    QVERIFY(session.StartUpload() != nullptr);
-    QVERIFY(done.wait(kPatienceMs));
-    QVERIFY(done.first().first().toBool());
-    QCOMPARE(Frames(panel), quint64(1));
-    QVERIFY(session.Applied() == Portrait());
-    QVERIFY(!session.IsUploading());
 }
 
 void TestLiveSessionUploads::MissingBackgroundIsComposedAgainWithoutSending() {
@@ -346,18 +325,40 @@ void TestLiveSessionUploads::MissingBackgroundIsComposedAgainWithoutSending() {
     QCOMPARE(panel.State().counts.commands, quint64(0));
 }
 
-void TestLiveSessionUploads::BackgroundThatIsThereIsKept() {
+void TestLiveSessionUploads::BackgroundThatVanishesWhileTheProgramRunsIsWrittenAgain() {
     const QString whole = WorkingFolder() + QStringLiteral("/whole.png");
-    QImage mine(CanvasSize(m_state.orientation), QImage::Format_RGB16);
-    mine.fill(Qt::darkMagenta);
-    QVERIFY(mine.save(whole));
+    VirtualHidApi panel;
+    LiveSession session(panel, InterfaceLanguage::English, kShortPauses);
+    Open(session, m_state);
+    session.StartRefresh();
+    QTRY_VERIFY(panel.State().counts.areas > 0);
+    const QImage background(whole);
+    QVERIFY(!background.isNull());
+    QVERIFY(QFile::remove(whole));
+    const quint64 areas = panel.State().counts.areas;
+    QTRY_VERIFY(QFile::exists(whole));
+    QCOMPARE(QImage(whole), background);
+    QTRY_VERIFY(panel.State().counts.areas > areas);
+    QVERIFY(session.Stop());
+    QCOMPARE(Frames(panel), quint64(1));
+    // Beside the hour the panel still has the background: nothing turned black.
+    const QPoint corner(5, 5);
+    QCOMPARE(panel.State().image.pixel(corner),
+             background.convertToFormat(QImage::Format_RGB16).pixel(corner));
+}
+
+void TestLiveSessionUploads::ForeignBackgroundIsNotBelieved() {
+    const QString whole = WorkingFolder() + QStringLiteral("/whole.png");
+    QImage foreign(CanvasSize(m_state.orientation), QImage::Format_RGB16);
+    foreign.fill(Qt::darkMagenta);
+    QVERIFY(foreign.save(whole));
     VirtualHidApi panel;
     LiveSession session(panel, InterfaceLanguage::English, kShortPauses);
     Open(session, m_state);
     session.StartRefresh();
     QTRY_VERIFY(panel.State().counts.areas > 0);
     QVERIFY(session.Stop());
-    QCOMPARE(QImage(whole).convertToFormat(QImage::Format_RGB16), mine);
+    QVERIFY(QImage(whole).convertToFormat(QImage::Format_RGB16) != foreign);
 }
 
 void TestLiveSessionUploads::PowerAndTemperatureOutliveARefreshThread() {
@@ -373,7 +374,7 @@ void TestLiveSessionUploads::PowerAndTemperatureOutliveARefreshThread() {
     QCOMPARE(session.LiveText(OtherText), QString());
 }
 
-void TestLiveSessionUploads::RedrawnValuesAreSentInFull() {
+void TestLiveSessionUploads::ArrivedPanelGetsItsValuesInFull() {
     VirtualHidApi panel;
     QVERIFY(HasPlace(m_state, CpuTemperature));
     AreaCountingHidApi hid(panel, m_state.layout.textRect[CpuTemperature].center());
@@ -387,7 +388,7 @@ void TestLiveSessionUploads::RedrawnValuesAreSentInFull() {
     QTRY_VERIFY(panel.State().counts.commands >= commands + 3);
     QCOMPARE(hid.count.load(), 1);
     // ... but for a screen that came back.
-    session.RedrawValues();
+    session.NoteArrival();
     QTRY_COMPARE(hid.count.load(), 2);
 }
 
@@ -409,16 +410,15 @@ void TestLiveSessionUploads::EndWaitsForARefreshThreadThatWasStopped() {
 void TestLiveSessionUploads::NothingStartsAfterTheEnd() {
     VirtualHidApi panel;
     LiveSession session(panel, InterfaceLanguage::English, kShortPauses);
-    session.SetPanelStartsBlank(true);
     Open(session, m_state);
-    const quint64 commands = panel.State().counts.commands;
     QVERIFY(session.Stop());
+    const quint64 commands = panel.State().counts.commands;
+    session.SendTimeSync();
     session.StartRefresh();
     QVERIFY(session.StartUpload() == nullptr);
-    QVERIFY(!session.SendPendingFrame());
     QVERIFY(session.Stop());
     QCOMPARE(panel.State().counts.commands, commands);
 }
 
-QTEST_MAIN(TestLiveSessionUploads)
+KIVO_TEST(TestLiveSessionUploads)
 #include "tst_live_session_uploads.moc"

@@ -7,6 +7,7 @@
 #include "app/nimb_process_dialog.h"
 #include "app/single_instance.h"
 #include "config/settings_file.h"
+#include "support/test_program.h"
 #include "widgets/exit_message_box.h"
 #include "widgets/nimb_push_button.h"
 #include "window_test_support.h"
@@ -151,7 +152,8 @@ void TestMainWindow::MissingTranslationLeavesTheSourceTexts() {
     VirtualHidApi panel;
     QTest::ignoreMessage(QtWarningMsg,
                          QRegularExpression(QStringLiteral("translations in .* cannot be read")));
-    MainWindow window({panel, nullptr, empty.path(), false, QLocale(QStringLiteral("en_US"))});
+    MainWindow window(
+        {panel, nullptr, empty.path(), LiveSession::PanelKind::Real, QLocale(QStringLiteral("en_US"))});
     QCOMPARE(window.findChild<QPushButton*>(QStringLiteral("btnApply"))->text(), QStringLiteral("确认"));
     QVERIFY(window.Stop());
 }
@@ -207,7 +209,7 @@ void TestMainWindow::FirstRunWithoutAScreenEndsTheSame() {
     desk.panel.Unplug();
     QTRY_VERIFY_WITH_TIMEOUT(shown.count > 0 && !desk.window->isVisible(), 20000);
     QVERIFY(!IsFirstRun());
-    QVERIFY(desk.window->Session().HasPendingFrame());
+    QVERIFY(desk.window->Session().Status().isFrameOwed);
     QTRY_COMPARE(desk.window->findChild<Tray*>()->Told(),
                  QStringLiteral("No screen answers yet. Click this icon to open the settings window."));
 }
@@ -231,7 +233,8 @@ void TestMainWindow::SecondRunGoesStraightToTheThreads() {
 
 void TestMainWindow::BlankPanelGetsItsFrameQuietly() {
     VirtualHidApi panel;
-    MainWindow window({panel, nullptr, kBin, true, QLocale(QStringLiteral("en_US")), [] { return true; }});
+    MainWindow window({panel, nullptr, kBin, LiveSession::PanelKind::Software,
+                       QLocale(QStringLiteral("en_US")), [] { return true; }});
     QTRY_VERIFY_WITH_TIMEOUT(panel.State().counts.frames == 1, 20000);
     QVERIFY(!window.isVisible());
     QTRY_VERIFY_WITH_TIMEOUT(panel.State().counts.areas > 5, 20000);
@@ -272,13 +275,14 @@ void TestMainWindow::SecondCopyBringsTheWindowBack() {
     SingleInstance first;
     QVERIFY(first.Start());
     VirtualHidApi panel;
-    MainWindow window({panel, &first, kBin, false, QLocale(QStringLiteral("en_US")), [] { return true; }});
+    MainWindow window({panel, &first, kBin, LiveSession::PanelKind::Real, QLocale(QStringLiteral("en_US")),
+                       [] { return true; }});
     for (int start = 1; start <= 2; ++start) {
         window.hide();
         SingleInstance second;
         QVERIFY(!second.Start());
         QTRY_VERIFY(window.isVisible());
-        QVERIFY(!first.TakeWakeUpRequest());
+        QVERIFY(first.TakeWakeUpRequest() == InstanceRequest::None);
     }
     QVERIFY(window.Stop());
 }
@@ -452,5 +456,5 @@ void TestMainWindow::EverythingIsReachedByKeyboard() {
     }
 }
 
-QTEST_MAIN(TestMainWindow)
+KIVO_TEST(TestMainWindow)
 #include "tst_main_window.moc"

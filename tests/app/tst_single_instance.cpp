@@ -1,3 +1,4 @@
+#include <sys/file.h>
 #include <sys/ipc.h>
 #include <sys/shm.h>
 #include <unistd.h>
@@ -10,6 +11,7 @@
 #include "../config/private_home.h"
 #include "app/single_instance.h"
 #include "instance_copies.h"
+#include "support/test_program.h"
 
 using namespace kivo;
 using kivo::test::Copy;
@@ -38,6 +40,10 @@ private Q_SLOTS:
     void NoFolderForTemporaryFiles();
     void StaleMemoryOfAnotherUser();
     void PollKeepsTheKeyFileFresh();
+    void CopyThatIsStoppedInsideHoldsNobodyUp();
+    void GuardThatIsCleanedAwayIsMadeAnew();
+    void GuardThatCannotBeHadIsDoneWithout_data();
+    void GuardThatCannotBeHadIsDoneWithout();
 
 private:
     std::unique_ptr<QTemporaryDir> m_folder;
@@ -60,6 +66,10 @@ void RemoveFromSystem(const QString& semaphore, const QString& memory) {
 QString OfNobody(QString name) {
     name.truncate(name.lastIndexOf(QLatin1Char(' ')));
     return name + QStringLiteral(" %1").arg(kivo::test::kNobody);
+}
+
+QString GuardFile() {
+    return QDir::temp().filePath(QStringLiteral("Kivo Screen Setting Guard %1").arg(::getuid()));
 }
 
 QString MemoryKeyFile() {
@@ -311,5 +321,65 @@ void TestSingleInstance::PollKeepsTheKeyFileFresh() {
     QCOMPARE(Copy().Ask("start"), QByteArray("second"));
 }
 
-QTEST_GUILESS_MAIN(TestSingleInstance)
+void TestSingleInstance::CopyThatIsStoppedInsideHoldsNobodyUp() {
+    Copy first;
+    QCOMPARE(first.Ask("start"), QByteArray("first"));
+    Copy holder;
+    QCOMPARE(holder.Ask("hold"), QByteArray("holding"));
+    // The running copy's window would stand still.
+    QCOMPARE(first.Ask("poll"), QByteArray("quiet"));
+    // It cannot know, and a program that does not start is worse than two.
+    QCOMPARE(Copy().Ask("start"), QByteArray("first"));
+    QVERIFY(holder.Kill());
+    QCOMPARE(Copy().Ask("start"), QByteArray("second"));
+    QCOMPARE(first.Ask("poll"), QByteArray("asked"));
+}
+
+void TestSingleInstance::GuardThatIsCleanedAwayIsMadeAnew() {
+    Copy first;
+    QCOMPARE(first.Ask("start"), QByteArray("first"));
+    const QFileInfo guard(GuardFile());
+    QVERIFY(guard.isFile());
+    QCOMPARE(guard.permissions() & QFile::Permissions(0x0077), QFile::Permissions());
+    QVERIFY(QFile::remove(GuardFile()));
+    Copy holder;
+    QCOMPARE(holder.Ask("guard"), QByteArray("guarding"));
+    QCOMPARE(Copy().Ask("guard"), QByteArray("refused"));
+    QVERIFY(holder.Kill());
+    QCOMPARE(Copy().Ask("start"), QByteArray("second"));
+    QCOMPARE(first.Ask("poll"), QByteArray("asked"));
+}
+
+void TestSingleInstance::GuardThatCannotBeHadIsDoneWithout_data() {
+    QTest::addColumn<QByteArray>("inItsPlace");
+    for (const char* what : {"link", "folder", "file of another user"}) {
+        QTest::newRow(what) << QByteArray(what);
+    }
+}
+
+void TestSingleInstance::GuardThatCannotBeHadIsDoneWithout() {
+    QFETCH(QByteArray, inItsPlace);
+    const QString target = m_folder->filePath(QStringLiteral("elsewhere"));
+    QFile file(GuardFile());
+    if (inItsPlace == "link") {
+        QVERIFY(QFile::link(target, GuardFile()));
+    } else if (inItsPlace == "folder") {
+        QVERIFY(QDir().mkpath(GuardFile()));
+    } else {
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        // That user keeps it locked.
+        QCOMPARE(::flock(file.handle(), LOCK_EX), 0);
+        if (::chown(QFile::encodeName(GuardFile()).constData(), kivo::test::kNobody, gid_t(-1)) != 0) {
+            QVERIFY(::geteuid() != 0);
+            QVERIFY(file.setPermissions(QFile::Permissions()));
+        }
+    }
+    Copy first;
+    QCOMPARE(first.Ask("start"), QByteArray("first"));
+    QCOMPARE(Copy().Ask("start"), QByteArray("second"));
+    QCOMPARE(first.Ask("poll"), QByteArray("asked"));
+    QVERIFY(!QFile::exists(target));
+}
+
+KIVO_GUILESS_TEST(TestSingleInstance)
 #include "tst_single_instance.moc"

@@ -1,6 +1,7 @@
 #include <QtTest>
 
 #include "app/sleep_watch.h"
+#include "support/test_program.h"
 
 using namespace kivo;
 using namespace std::chrono_literals;
@@ -55,5 +56,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestSleepWatch)
+KIVO_GUILESS_TEST(TestSleepWatch)
 #include "tst_sleep_watch.moc"

@@ -2,6 +2,7 @@
 #include <QtTest>
 
 #include "app/tray.h"
+#include "support/test_program.h"
 
 using namespace kivo;
 
@@ -10,6 +11,7 @@ class TestTray : public QObject {
 
 private Q_SLOTS:
     void TheMenuAsksForTheWindowAndTheEnd();
+    void TheToolTipHasTheStateOnASecondLine();
     void TheTickFollowsTheAutostart_data();
     void TheTickFollowsTheAutostart();
     void ATickSwitchesIt();
@@ -68,6 +70,21 @@ void TestTray::TheMenuAsksForTheWindowAndTheEnd() {
     QCOMPARE(texts.removeDuplicates(), 0);
 }
 
+void TestTray::TheToolTipHasTheStateOnASecondLine() {
+    Memory memory;
+    Tray tray(memory.Seam());
+    tray.SetTexts();
+    const QString name = QStringLiteral("副屏设置");
+    QCOMPARE(tray.ToolTip(), name);
+    tray.SetState(QStringLiteral("connected"));
+    QCOMPARE(tray.ToolTip(), name + QStringLiteral("\nconnected"));
+    tray.SetState(QStringLiteral("no screen"));
+    tray.SetTexts();
+    QCOMPARE(tray.ToolTip(), name + QStringLiteral("\nno screen"));
+    tray.SetState(QString());
+    QCOMPARE(tray.ToolTip(), name);
+}
+
 void TestTray::TheTickFollowsTheAutostart_data() {
     QTest::addColumn<bool>("on");
     QTest::newRow("on") << true;
@@ -111,5 +128,5 @@ void TestTray::ASwitchThatFailsGoesBack() {
     QVERIFY(!EntryOf(tray, kAtLogin)->isChecked());
 }
 
-QTEST_MAIN(TestTray)
+KIVO_TEST(TestTray)
 #include "tst_tray.moc"

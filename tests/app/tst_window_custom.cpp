@@ -1,6 +1,7 @@
 #include <tuple>
 
 #include "custom_page_test_support.h"
+#include "support/test_program.h"
 
 Q_DECLARE_METATYPE(kivo::SlotRow)
 
@@ -289,7 +290,7 @@ void TestWindowCustom::EditsStayAwayFromThePanel() {
     desk.panel.Unplug();
     desk.panel.Plug();
     desk.Session().OpenScreen();
-    desk.Session().RedrawValues();
+    desk.Session().NoteArrival();
     desk.WaitForLiveValues();
     QTRY_VERIFY_WITH_TIMEOUT(desk.PanelShows(applied), 20000);
     QCOMPARE(desk.panel.State().counts.frames, frames);
@@ -401,5 +402,5 @@ void TestWindowCustom::TenKeysAreStored() {
                                        "1-2=-1", "1-3=-1", "1-4=-1"}));
 }
 
-QTEST_MAIN(TestWindowCustom)
+KIVO_TEST(TestWindowCustom)
 #include "tst_window_custom.moc"

@@ -1,7 +1,7 @@
 #include <algorithm>
 
 #include "../config/log_catcher.h"
-#include "config/pending_frame.h"
+#include "support/test_program.h"
 #include "window_test_support.h"
 
 using namespace kivo;
@@ -16,7 +16,7 @@ private Q_SLOTS:
     void init();
     void ReplugGoesOnByItself_data();
     void ReplugGoesOnByItself();
-    void ScreenThatComesLaterGetsThePendingFrame();
+    void ScreenThatComesLaterGetsTheOwedFrame();
     void ScreenThatComesLaterIsKeptLive();
     void WhatWasAppliedWithoutAScreenArrivesWithIt();
     void FrameThatWasCutOffIsSentAgain_data();
@@ -32,7 +32,7 @@ private Q_SLOTS:
     void NotificationsAreLogged();
     void DeniedScreenIsToldOnceAndTakenWhenAllowed();
     void SystemThatSleptRedrawsTheValues();
-    void SystemThatSleptSendsThePendingFrame();
+    void SystemThatSleptSendsTheOwedFrame();
     void PluggingWhileTheWindowEnds();
 };
 
@@ -175,20 +175,18 @@ void TestWindowHotplug::ReplugGoesOnByItself() {
     QTRY_COMPARE(desk.panel.OpenHandles(), 1);  // the control handle
 }
 
-void TestWindowHotplug::ScreenThatComesLaterGetsThePendingFrame() {
+void TestWindowHotplug::ScreenThatComesLaterGetsTheOwedFrame() {
     PluggedDesk desk;
     desk.Close();
-    SetFramePending(true);
+    PanelMemory().Forget();
     desk.panel.Unplug();
     desk.StartAgain();
     QVERIFY(!desk.IsFound());
-    QSignalSpy done(&desk.window->Session(), &LiveSession::uploadDone);
-    QVERIFY(done.wait(kPatienceMs));  // the start's own attempt
-    QVERIFY(desk.window->Session().HasPendingFrame());
+    QTRY_VERIFY(desk.window->Session().Status().isFrameOwed);
 
     desk.panel.Plug(VirtualHidApi::NodeNumbers::New);
     QTRY_COMPARE_WITH_TIMEOUT(desk.Frames(), quint64(1), kPatienceMs);
-    QTRY_VERIFY(!desk.window->Session().HasPendingFrame());
+    QTRY_VERIFY(!desk.window->Session().Status().isFrameOwed);
     const quint64 areas = desk.panel.State().counts.areas;
     QTRY_VERIFY_WITH_TIMEOUT(desk.panel.State().counts.areas > areas + 2, kPatienceMs);
     QCOMPARE(desk.Frames(), quint64(1));
@@ -217,7 +215,7 @@ void TestWindowHotplug::WhatWasAppliedWithoutAScreenArrivesWithIt() {
     desk.ClickRow("themeList", int(Theme::Tdp));
     const ScreenState chosen = desk.Editor()->Shown();
     desk.Apply();
-    QVERIFY(desk.window->Session().HasPendingFrame());
+    QVERIFY(desk.window->Session().Status().isFrameOwed);
     QVERIFY(desk.window->Session().Applied() != chosen);
     desk.ClickRow("themeList", int(Theme::Time));  // edited only
 
@@ -240,15 +238,16 @@ void TestWindowHotplug::FrameThatWasCutOffIsSentAgain() {
     PluggedDesk desk;
     desk.Show();
     QTRY_VERIFY_WITH_TIMEOUT(desk.IsRunning(), kPatienceMs);
+    desk.ClickRow("themeList", int(Theme::Tdp));
     desk.wire.BeforeChunk(chunk, [&desk] { desk.panel.VanishAtReport(1); });
     desk.Apply();
-    QVERIFY(desk.window->Session().HasPendingFrame());
+    QVERIFY(desk.window->Session().Status().isFrameOwed);
     QCOMPARE(desk.Frames(), quint64(0));
     QTRY_VERIFY(!desk.IsFound());
     desk.panel.ClearFaults();
     desk.panel.Plug(VirtualHidApi::NodeNumbers::New);
     QTRY_COMPARE_WITH_TIMEOUT(desk.Frames(), quint64(1), kPatienceMs);
-    QTRY_VERIFY(!desk.window->Session().HasPendingFrame());
+    QTRY_VERIFY(!desk.window->Session().Status().isFrameOwed);
     QCOMPARE(desk.panel.State().counts.errors, quint64(0));
 }
 
@@ -262,7 +261,7 @@ void TestWindowHotplug::ReplugInTheMiddleOfAnUpload() {
     });
     desk.Apply();
     QTRY_COMPARE_WITH_TIMEOUT(desk.Frames(), quint64(1), kPatienceMs);
-    QTRY_VERIFY(!desk.window->Session().HasPendingFrame());
+    QTRY_VERIFY(!desk.window->Session().Status().isFrameOwed);
     QCOMPARE(desk.panel.State().counts.errors, quint64(0));
 }
 
@@ -376,15 +375,16 @@ void TestWindowHotplug::NotificationsAreLogged() {
     parts.makeHotplug = [&listener] { return std::make_unique<ScriptedHotplug>(true, &listener); };
     MainWindow window(parts);
     const HotplugLog hotplug;
-    listener({kData, false});
-    QCOMPARE(window.Session().Screen().Entry(0).dataFound, 0U);
     listener({kData, true});
     // Here the name is the path.
     QCOMPARE(TextOf(window.Session().Screen().Entry(0).dataPath), kData.toLatin1());
+    panel.Unplug();
+    listener({kData, false});
+    QCOMPARE(window.Session().Screen().Entry(0).dataFound, 0U);
     listener({QString(), true});
-    QCOMPARE(hotplug.log.lines(),
-             (QStringList{QStringLiteral("DBT_DEVICEREMOVECOMPLETE\n"), QStringLiteral("DBT_DEVICEARRIVAL\n"),
-                          kData, QStringLiteral("DBT_DEVICEARRIVAL\n")}));
+    QCOMPARE(hotplug.log.lines(), (QStringList{QStringLiteral("DBT_DEVICEARRIVAL\n"), kData,
+                                               QStringLiteral("DBT_DEVICEREMOVECOMPLETE\n"),
+                                               QStringLiteral("DBT_DEVICEARRIVAL\n")}));
     QVERIFY(window.Stop());
 }
 
@@ -422,13 +422,13 @@ void TestWindowHotplug::SystemThatSleptRedrawsTheValues() {
     QCOMPARE(desk.Frames(), quint64(0));
 }
 
-void TestWindowHotplug::SystemThatSleptSendsThePendingFrame() {
+void TestWindowHotplug::SystemThatSleptSendsTheOwedFrame() {
     PluggedDesk desk;
     desk.Show();
     QTRY_VERIFY_WITH_TIMEOUT(desk.IsRunning(), kPatienceMs);
     desk.wire.BeforeChunk(9, [&desk] { desk.panel.FailWritesFrom(1); });
     desk.Apply();
-    QVERIFY(desk.window->Session().HasPendingFrame());
+    QVERIFY(desk.window->Session().Status().isFrameOwed);
     desk.panel.ClearFaults();
     desk.timeAsleep += std::chrono::hours(8);
     QTRY_COMPARE_WITH_TIMEOUT(desk.Frames(), quint64(1), kPatienceMs);
@@ -445,5 +445,5 @@ void TestWindowHotplug::PluggingWhileTheWindowEnds() {
     QCOMPARE(desk.panel.OpenHandles(), 0);
 }
 
-QTEST_MAIN(TestWindowHotplug)
+KIVO_TEST(TestWindowHotplug)
 #include "tst_window_hotplug.moc"

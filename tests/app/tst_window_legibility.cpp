@@ -1,9 +1,9 @@
-#include <QHash>
 #include <QLabel>
 #include <QStyleOptionButton>
-#include <cmath>
 
+#include "contrast.h"
 #include "custom_page_test_support.h"
+#include "support/test_program.h"
 #include "widgets/exit_message_box.h"
 
 using namespace kivo;
@@ -116,37 +116,6 @@ QByteArray Told(const QWidget& widget) {
     return widget.objectName().toUtf8() + " \"" + TextOf(widget).toUtf8() + '"';
 }
 
-double Light(QRgb color) {
-    const auto linear = [](int byte) {
-        const double share = byte / 255.0;
-        return share <= 0.04045 ? share / 12.92 : std::pow((share + 0.055) / 1.055, 2.4);
-    };
-    return 0.2126 * linear(qRed(color)) + 0.7152 * linear(qGreen(color)) + 0.0722 * linear(qBlue(color));
-}
-
-// Between what fills most of a place and what is furthest from it there. Thin strokes do not always reach
-// their full colour, so this is less than the contrast of the colours, never more, but for icons and edges in
-// the place.
-double ContrastIn(const QImage& picture) {
-    QHash<QRgb, int> counts;
-    for (int y = 0; y < picture.height(); ++y) {
-        for (int x = 0; x < picture.width(); ++x) {
-            ++counts[picture.pixel(x, y)];
-        }
-    }
-    QRgb ground = 0;
-    for (auto at = counts.cbegin(); at != counts.cend(); ++at) {
-        ground = at.value() > counts.value(ground) ? at.key() : ground;
-    }
-    double most = 1;
-    for (auto at = counts.cbegin(); at != counts.cend(); ++at) {
-        const double a = Light(at.key()) + 0.05;
-        const double b = Light(ground) + 0.05;
-        most = qMax(most, qMax(a, b) / qMin(a, b));
-    }
-    return most;
-}
-
 }  // namespace
 
 void TestWindowLegibility::AddPages() {
@@ -185,7 +154,7 @@ void TestWindowLegibility::TextsStandOffTheirGround() {
     QFETCH(int, page);
     QFETCH(QString, locale);
     const auto desk = DeskAt(Page(page), locale);
-    const QPixmap window = desk->window->grab();
+    const QImage window = desk->window->grab().toImage();
     for (const QWidget* widget : TextWidgets(*desk)) {
         if (!widget->isEnabled()) {
             continue;
@@ -194,9 +163,7 @@ void TestWindowLegibility::TextsStandOffTheirGround() {
         if (qobject_cast<const QCheckBox*>(widget) != nullptr) {
             place.setLeft(place.left() + 22);  // the box itself is no text
         }
-        const double ratio = window.devicePixelRatio();
-        const QRect pixels(QRectF(QPointF(place.topLeft()) * ratio, QSizeF(place.size()) * ratio).toRect());
-        const double contrast = ContrastIn(window.toImage().copy(pixels));
+        const double contrast = ContrastIn(CutOut(window, place));
         // Thin strokes at this size come to about nine tenths of their colours' contrast.
         QVERIFY2(contrast >= 4.2, Told(*widget) + ": " + QByteArray::number(contrast));
     }
@@ -238,6 +205,6 @@ void TestWindowLegibility::MessagesAreShownWhole() {
     QVERIFY(looked);
 }
 
-QTEST_MAIN(TestWindowLegibility)
+KIVO_TEST(TestWindowLegibility)
 
 #include "tst_window_legibility.moc"

@@ -1,8 +1,10 @@
 #include <QScreen>
+#include <QWindow>
 
 #include "app/nimb_process_dialog.h"
+#include "app/single_instance.h"
 #include "compose/theme_state.h"
-#include "config/pending_frame.h"
+#include "support/test_program.h"
 #include "widgets/exit_message_box.h"
 #include "window_test_support.h"
 
@@ -26,6 +28,12 @@ private Q_SLOTS:
     void ApplyingOnePageLeavesTheOtherOnesEdits_data();
     void ApplyingOnePageLeavesTheOtherOnesEdits();
     void CancelLeavesTheKeyboardOnEdit();
+    void SoftwarePanelGivesWayUnlessSomethingWouldBeLost_data();
+    void SoftwarePanelGivesWayUnlessSomethingWouldBeLost();
+    void TrayThatComesLaterTakesThePutAwayWindow_data();
+    void TrayThatComesLaterTakesThePutAwayWindow();
+    void WindowThatTheDesktopPlacesIsMappedAnew_data();
+    void WindowThatTheDesktopPlacesIsMappedAnew();
 };
 
 void TestWindowLife::initTestCase() {
@@ -65,12 +73,12 @@ void TestWindowLife::FrameAppliedWithoutAScreenIsSentAtTheNextStart() {
         desk.panel.Unplug();
         desk.ClickRow("themeList", int(Theme::Tdp));
         desk.Apply();
-        QVERIFY(IsFramePending());
+        QVERIFY(desk.window->Session().Status().isFrameOwed);
     }
     Desk desk;
     QTRY_COMPARE_WITH_TIMEOUT(desk.panel.State().counts.frames, quint64(1), 20000);
     QVERIFY(!desk.window->isVisible());
-    QTRY_VERIFY_WITH_TIMEOUT(!IsFramePending(), 20000);
+    QTRY_VERIFY_WITH_TIMEOUT(!desk.window->Session().Status().isFrameOwed, 20000);
     QTRY_VERIFY_WITH_TIMEOUT(desk.panel.State().counts.areas > 0, 20000);
     QCOMPARE(int(desk.window->Session().Applied().theme), int(Theme::Tdp));
     desk.Close();
@@ -170,5 +178,149 @@ void TestWindowLife::CancelLeavesTheKeyboardOnEdit() {
     QCOMPARE(desk.window->focusWidget(), desk.Find("btnEdit"));
 }
 
-QTEST_MAIN(TestWindowLife)
+void TestWindowLife::SoftwarePanelGivesWayUnlessSomethingWouldBeLost_data() {
+    QTest::addColumn<QByteArray>("what");
+    QTest::addColumn<bool>("panel");
+    QTest::addColumn<bool>("givesWay");
+    QTest::newRow("nothing") << QByteArray() << true << true;
+    QTest::newRow("dialog") << QByteArray("dialog") << true << false;
+    QTest::newRow("editing") << QByteArray("editing") << true << false;
+    QTest::newRow("not applied") << QByteArray("not applied") << true << false;
+    QTest::newRow("a real screen") << QByteArray() << false << false;
+}
+
+void TestWindowLife::SoftwarePanelGivesWayUnlessSomethingWouldBeLost() {
+    QFETCH(QByteArray, what);
+    QFETCH(bool, panel);
+    QFETCH(bool, givesWay);
+    SingleInstance first;
+    QVERIFY(first.Start());
+    VirtualHidApi screen;
+    MainWindow window({screen, &first, kBin,
+                       panel ? LiveSession::PanelKind::Software : LiveSession::PanelKind::Real,
+                       QLocale(QStringLiteral("en_US")), [] { return true; }});
+    auto* editor = window.findChild<ZoomWidget*>(QStringLiteral("zoomwidget"));
+    if (what == "editing") {
+        editor->SetEditing(true);
+    } else if (what == "not applied") {
+        editor->SetOrientation(1);
+    }
+    SingleInstance second;
+    InstanceAnswer answer = InstanceAnswer::None;
+    const auto start = [&second, &answer] {
+        QVERIFY(!second.Start([] { return InstanceRequest::GiveWay; }));
+        answer = second.AwaitAnswer();
+    };
+    if (what == "dialog") {
+        OnNextDialog<ExitMessageBox>(&window, [&start](ExitMessageBox* box) {
+            start();
+            box->reject();
+            QCoreApplication::quit();
+        });
+        QTimer::singleShot(0, &window, &MainWindow::slotExit);
+    } else {
+        QTimer::singleShot(0, &window, [&start] {
+            start();
+            QCoreApplication::quit();
+        });
+    }
+    QCOMPARE(QApplication::exec(), 0);
+    const InstanceAnswer goesOn = panel ? InstanceAnswer::Stays : InstanceAnswer::ComesToFront;
+    QVERIFY(answer == (givesWay ? InstanceAnswer::TookPlace : goesOn));
+    QCOMPARE(window.isVisible(), !givesWay);
+    QVERIFY(window.Stop());
+}
+
+void TestWindowLife::TrayThatComesLaterTakesThePutAwayWindow_data() {
+    QTest::addColumn<QByteArray>("meanwhile");
+    QTest::addColumn<bool>("isVisible");
+    QTest::newRow("nothing") << QByteArray() << false;
+    QTest::newRow("shown by a person") << QByteArray("shown") << true;
+    QTest::newRow("shown, then minimised by a person") << QByteArray("minimised") << true;
+    QTest::newRow("shown by the desktop, then minimised by a person") << QByteArray("task bar") << true;
+}
+
+void TestWindowLife::TrayThatComesLaterTakesThePutAwayWindow() {
+    QFETCH(QByteArray, meanwhile);
+    QFETCH(bool, isVisible);
+    bool hasTray = false;
+    int asked = 0;
+    VirtualHidApi panel;
+    MainWindow window({panel, nullptr, kBin, LiveSession::PanelKind::Real, QLocale(QStringLiteral("en_US")),
+                       [&hasTray, &asked] {
+                           ++asked;
+                           return hasTray;
+                       }});
+    const auto aPollPasses = [&asked] {
+        const int before = asked;
+        QTRY_VERIFY(asked > before);
+    };
+    window.PutAway();
+    QVERIFY(window.isMinimized());
+    aPollPasses();
+    QVERIFY(window.isMinimized());
+    if (meanwhile == "task bar") {
+        window.setWindowState(Qt::WindowNoState);
+        aPollPasses();
+    } else if (!meanwhile.isEmpty()) {
+        window.BringToFront();
+    }
+    if (meanwhile == "minimised" || meanwhile == "task bar") {
+        window.findChild<QAbstractButton*>(QStringLiteral("btnMini"))->click();
+    }
+    hasTray = true;
+    aPollPasses();
+    QCOMPARE(window.isVisible(), isVisible);
+    // Put away again, it needs no task bar.
+    window.BringToFront();
+    window.PutAway();
+    QVERIFY(!window.isVisible());
+    QVERIFY(window.Stop());
+}
+
+void TestWindowLife::WindowThatTheDesktopPlacesIsMappedAnew_data() {
+    QTest::addColumn<bool>("desktopPlaces");
+    QTest::addColumn<bool>("hasDialog");
+    QTest::addColumn<int>("changes");  // unmapped, mapped
+    QTest::newRow("by the desktop") << true << false << 2;
+    QTest::newRow("by the desktop, under a dialog") << true << true << 0;
+    QTest::newRow("by itself") << false << false << 0;
+}
+
+void TestWindowLife::WindowThatTheDesktopPlacesIsMappedAnew() {
+    QFETCH(bool, desktopPlaces);
+    QFETCH(bool, hasDialog);
+    QFETCH(int, changes);
+    VirtualHidApi panel;
+    MainWindow::Parts parts{panel,
+                            nullptr,
+                            kBin,
+                            LiveSession::PanelKind::Real,
+                            QLocale(QStringLiteral("en_US")),
+                            [] { return false; }};
+    parts.desktopPlacesWindows = [desktopPlaces] { return desktopPlaces; };
+    MainWindow window(parts);
+    window.PutAway();
+    QDialog dialog;
+    dialog.setModal(true);
+    dialog.setVisible(hasDialog);
+    if (hasDialog) {
+        dialog.activateWindow();
+        QTRY_VERIFY(dialog.isActiveWindow());
+    }
+    QVERIFY(!window.isActiveWindow());
+    const QSignalSpy mapped(window.windowHandle(), &QWindow::visibleChanged);
+    window.BringToFront();
+    QCOMPARE(mapped.count(), changes);
+    QVERIFY(window.isVisible() && !window.isMinimized());
+    if (!hasDialog) {
+        // What is in front already stays as it is.
+        QTRY_VERIFY(window.isActiveWindow());
+        window.BringToFront();
+        QCOMPARE(mapped.count(), changes);
+    }
+    QVERIFY(window.Stop());
+}
+
+KIVO_TEST(TestWindowLife)
 #include "tst_window_life.moc"

@@ -1,5 +1,6 @@
 #include "compose/item_drawing.h"
 #include "custom_page_test_support.h"
+#include "support/test_program.h"
 
 using namespace kivo;
 using namespace kivo::test;
@@ -77,7 +78,7 @@ void TestWindowLikeness::TextsStandWhereThePanelHasThem() {
     QFETCH(QString, locale);
     QFETCH(int, orientation);
     QFETCH(int, variant);
-    SetUpFactoryLayouts(orientation, variant);
+    SetUpFactoryLayouts(orientation, variant, LanguageForLocale(QLocale(locale)));
     const QTemporaryDir folder;
     CustomDesk desk{QLocale(locale)};
     desk.pictureToChoose = BlackPicture(folder);
@@ -184,5 +185,5 @@ void TestWindowLikeness::BackgroundIsThePanels() {
     QVERIFY2(difference / count < 5, qPrintable(QString::number(difference / count)));
 }
 
-QTEST_MAIN(TestWindowLikeness)
+KIVO_TEST(TestWindowLikeness)
 #include "tst_window_likeness.moc"

@@ -3,6 +3,7 @@
 
 #include "compose/theme_catalogue.h"
 #include "custom_page_test_support.h"
+#include "support/test_program.h"
 #include "widgets/exit_message_box.h"
 
 using KeyMap = QMap<QString, QString>;
@@ -265,5 +266,5 @@ void TestWindowNoise::Monkey() {
     QCOMPARE(desk.panel.State().counts.errors, quint64(0));
 }
 
-QTEST_MAIN(TestWindowNoise)
+KIVO_TEST(TestWindowNoise)
 #include "tst_window_noise.moc"

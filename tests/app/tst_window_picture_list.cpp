@@ -496,5 +496,5 @@ void TestWindowPictureList::KeyboardAloneAddsPicksAndDeletes() {
     QCOMPARE(StoredPaths(), QStringList({paths.at(0), added}));
 }
 
-QTEST_MAIN(TestWindowPictureList)
+KIVO_TEST(TestWindowPictureList)
 #include "tst_window_picture_list.moc"

@@ -1,4 +1,5 @@
 #include "custom_page_test_support.h"
+#include "support/test_program.h"
 
 using namespace kivo;
 using namespace kivo::test;
@@ -169,5 +170,5 @@ void TestWindowText::UndoBeforeTheTextForgetsItsTick() {
     QCOMPARE(desk.Boxes(), (QVector<int>{1, 2, 3, 4, 5, 7}));
 }
 
-QTEST_MAIN(TestWindowText)
+KIVO_TEST(TestWindowText)
 #include "tst_window_text.moc"

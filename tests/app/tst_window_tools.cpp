@@ -1,4 +1,5 @@
 #include "custom_page_test_support.h"
+#include "support/test_program.h"
 
 using namespace kivo;
 using namespace kivo::test;
@@ -424,5 +425,5 @@ void TestWindowTools::RemoteResetsTheTrim() {
     QVERIFY(!remote->isVisible());
 }
 
-QTEST_MAIN(TestWindowTools)
+KIVO_TEST(TestWindowTools)
 #include "tst_window_tools.moc"

@@ -13,6 +13,7 @@
 #include <memory>
 
 #include "../config/forget_mark.h"
+#include "app/language.h"
 #include "app/main_window.h"
 #include "compose/background_picture.h"
 #include "compose/frame_composer.h"
@@ -20,16 +21,21 @@
 #include "config/default_profile.h"
 #include "config/first_run_marker.h"
 #include "config/folders.h"
+#include "config/settings_file.h"
 #include "editor/zoom_widget.h"
 #include "forwarding_hid_api.h"
+#include "panel/frame_store.h"
+#include "panel/panel_memory.h"
 #include "resources/resources.h"
+#include "support/built_paths.h"
+#include "support/test_program.h"
 #include "virtualscreen/virtual_hid_api.h"
 #include "virtualscreen/virtual_hotplug.h"
 #include "widgets/window_style.h"
 
 namespace kivo::test {
 
-inline const QString kBin = QStringLiteral(KIVO_BIN_DIR);
+inline const QString kBin = ProgramFolder();
 
 // No energy library, wherever the machine on which the tests run has one.
 inline void UninstallEnergyLibrary() {
@@ -58,12 +64,28 @@ inline void ForgetEverything() {
     configFolderCreated = 0;
 }
 
-// As after an earlier run: settings and marker are there.
+// As after an earlier run in that language, which brought the look of the settings to the panel.
+inline void RememberPanel(InterfaceLanguage language = InterfaceLanguage::English) {
+    QTranslator translator;
+    InstallTranslation(translator, language, kBin);
+    ThemeState themes = LoadThemeState(language);
+    const SlotTable slotTable = LoadSlotTable();
+    TickPlacedItems(themes, slotTable);
+    const ScreenState state = MakeScreenState(themes, slotTable, LoadCurRectId(), language);
+    SkinCache skins;
+    const SharedFrame frame =
+        MakePanelFrame(state, ComposeBackground(state, LoadPicture(PicturePath(state)), skins));
+    FrameStore().Save(frame);
+    PanelMemory().Write({VirtualHidApi().PanelKey(VirtualHidApi().DataPath()), frame->id});
+}
+
+// As after an earlier run: settings and marker are there, and the panel has its frame.
 inline void SetUpProfile() {
     ForgetEverything();
     SeedDefaultProfile(kBin);
     MarkInitialized();
     configFolderCreated = 0;
+    RememberPanel();
 }
 
 // A machine without sensors.
@@ -90,7 +112,7 @@ struct Desk {
               MainWindow::Parts parts{wire,
                                       nullptr,
                                       kBin,
-                                      false,
+                                      LiveSession::PanelKind::Real,
                                       locale,
                                       [hasTray] { return hasTray; },
                                       [this](QWidget*) { return pictureToChoose; }};

@@ -18,6 +18,7 @@
 #include "compose/panel_text.h"
 #include "compose/screen_state.h"
 #include "resources/resources.h"
+#include "support/built_paths.h"
 
 namespace kivo::test {
 
@@ -57,7 +58,7 @@ inline const ItemTexts& CaptionsIn(InterfaceLanguage language) {
         std::array<ItemTexts, 3> all;
         for (size_t k = 0; k < files.size(); ++k) {
             QTranslator translator;
-            if (!translator.load(files[k], QStringLiteral(KIVO_LANGUAGE_FOLDER))) {
+            if (!translator.load(files[k], ProgramFolder() + QStringLiteral("/lang"))) {
                 qFatal("The translation %s is missing.", qPrintable(files[k]));
             }
             QCoreApplication::installTranslator(&translator);

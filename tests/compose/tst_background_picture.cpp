@@ -7,6 +7,7 @@
 
 #include "compose/background_picture.h"
 #include "compose_test_support.h"
+#include "support/test_program.h"
 
 using namespace kivo;
 using namespace kivo::test;
@@ -395,5 +396,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(TestBackgroundPicture)
+KIVO_GUILESS_TEST(TestBackgroundPicture)
 #include "tst_background_picture.moc"

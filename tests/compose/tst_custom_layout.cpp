@@ -5,6 +5,7 @@
 #include "compose/custom_layout.h"
 #include "compose/theme_catalogue.h"
 #include "config/folders.h"
+#include "support/test_program.h"
 
 using namespace kivo;
 
@@ -203,5 +204,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(TestCustomLayout)
+KIVO_GUILESS_TEST(TestCustomLayout)
 #include "tst_custom_layout.moc"

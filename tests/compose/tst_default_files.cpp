@@ -7,13 +7,15 @@
 #include "config/default_profile.h"
 #include "config/setting_keys.h"
 #include "config/settings_file.h"
+#include "support/built_paths.h"
+#include "support/test_program.h"
 
 using namespace kivo;
 using namespace kivo::test;
 
 namespace {
 
-const QString kDefaults = QStringLiteral(KIVO_DEFAULTS_FOLDER);
+const QString kDefaults = InSourceFolder("resources/defaults");
 
 }  // namespace
 
@@ -92,5 +94,5 @@ void TestDefaultFiles::ScreenFileIsThere() {
     QVERIFY(QFile::exists(kDefaults + QStringLiteral("/Default.ini")));
 }
 
-QTEST_MAIN(TestDefaultFiles)
+KIVO_TEST(TestDefaultFiles)
 #include "tst_default_files.moc"

@@ -3,6 +3,7 @@
 #include "compose/background_picture.h"
 #include "compose/frame_composer.h"
 #include "compose_test_support.h"
+#include "support/test_program.h"
 
 using namespace kivo;
 using namespace kivo::test;
@@ -294,5 +295,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(TestFrameComposer)
+KIVO_TEST(TestFrameComposer)
 #include "tst_frame_composer.moc"

@@ -2,6 +2,7 @@
 
 #include "compose/free_text.h"
 #include "compose_test_support.h"
+#include "support/test_program.h"
 
 using namespace kivo;
 using namespace kivo::test;
@@ -369,5 +370,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(TestFreeText)
+KIVO_TEST(TestFreeText)
 #include "tst_free_text.moc"

@@ -1,6 +1,7 @@
 #include <QTest>
 
 #include "compose/geometry.h"
+#include "support/test_program.h"
 
 Q_DECLARE_METATYPE(kivo::Orientation)
 
@@ -172,5 +173,5 @@ private slots:
     }
 };
 
-QTEST_APPLESS_MAIN(TestGeometry)
+KIVO_APPLESS_TEST(TestGeometry)
 #include "tst_geometry.moc"

@@ -1,6 +1,7 @@
 #include <QTest>
 
 #include "compose_test_support.h"
+#include "support/test_program.h"
 
 using namespace kivo;
 using namespace kivo::test;
@@ -472,5 +473,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(TestItemDrawing)
+KIVO_TEST(TestItemDrawing)
 #include "tst_item_drawing.moc"

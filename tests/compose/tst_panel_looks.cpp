@@ -4,6 +4,7 @@
 #include "compose/background_picture.h"
 #include "compose/frame_composer.h"
 #include "compose_test_support.h"
+#include "support/test_program.h"
 
 using namespace kivo;
 using namespace kivo::test;
@@ -270,6 +271,6 @@ private:
     }
 };
 
-QTEST_MAIN(TestPanelLooks)
+KIVO_TEST(TestPanelLooks)
 
 #include "tst_panel_looks.moc"

@@ -3,6 +3,7 @@
 #include <QTest>
 
 #include "compose_test_support.h"
+#include "support/test_program.h"
 
 using namespace kivo;
 using namespace kivo::test;
@@ -260,5 +261,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(TestPanelText)
+KIVO_TEST(TestPanelText)
 #include "tst_panel_text.moc"

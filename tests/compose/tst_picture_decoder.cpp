@@ -4,6 +4,7 @@
 #include <QtEndian>
 
 #include "compose/picture_decoder.h"
+#include "support/test_program.h"
 
 using namespace kivo;
 
@@ -147,5 +148,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(TestPictureDecoder)
+KIVO_GUILESS_TEST(TestPictureDecoder)
 #include "tst_picture_decoder.moc"

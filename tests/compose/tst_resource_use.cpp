@@ -3,6 +3,8 @@
 #include <QRegularExpression>
 
 #include "compose_test_support.h"
+#include "support/built_paths.h"
+#include "support/test_program.h"
 
 using namespace kivo;
 using namespace kivo::test;
@@ -28,7 +30,7 @@ QString Doubled(QString name) {
 // All sources of the program.
 QString SourceText() {
     QString text;
-    QDirIterator files(QStringLiteral(KIVO_SOURCE_FOLDER),
+    QDirIterator files(InSourceFolder("src"),
                        {QStringLiteral("*.cpp"), QStringLiteral("*.h"), QStringLiteral("*.ui")}, QDir::Files,
                        QDirIterator::Subdirectories);
     while (files.hasNext()) {
@@ -171,6 +173,6 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(TestResourceUse)
+KIVO_TEST(TestResourceUse)
 
 #include "tst_resource_use.moc"

@@ -2,6 +2,7 @@
 #include <QTransform>
 
 #include "compose/rgb565.h"
+#include "support/test_program.h"
 
 using namespace kivo;
 
@@ -141,5 +142,5 @@ private slots:
     }
 };
 
-QTEST_APPLESS_MAIN(TestRgb565)
+KIVO_APPLESS_TEST(TestRgb565)
 #include "tst_rgb565.moc"

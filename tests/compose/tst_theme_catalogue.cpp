@@ -4,6 +4,7 @@
 
 #include "compose/theme_catalogue.h"
 #include "resources/resources.h"
+#include "support/test_program.h"
 
 Q_DECLARE_METATYPE(kivo::Theme)
 Q_DECLARE_METATYPE(kivo::Orientation)
@@ -325,5 +326,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(TestThemeCatalogue)
+KIVO_GUILESS_TEST(TestThemeCatalogue)
 #include "tst_theme_catalogue.moc"

@@ -5,6 +5,7 @@
 #include "compose/theme_state.h"
 #include "compose_test_support.h"
 #include "config/folders.h"
+#include "support/test_program.h"
 
 using namespace kivo;
 using namespace kivo::test;
@@ -400,5 +401,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(TestThemeState)
+KIVO_GUILESS_TEST(TestThemeState)
 #include "tst_theme_state.moc"

@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "compose/veil.h"
+#include "support/test_program.h"
 
 using namespace kivo;
 
@@ -143,5 +144,5 @@ private slots:
     }
 };
 
-QTEST_APPLESS_MAIN(TestVeil)
+KIVO_APPLESS_TEST(TestVeil)
 #include "tst_veil.moc"

@@ -10,6 +10,7 @@
 #include "config/settings_file.h"
 #include "log_catcher.h"
 #include "private_home.h"
+#include "support/test_program.h"
 
 using namespace kivo;
 using namespace kivo::test;
@@ -299,5 +300,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(TestDefaultProfile)
+KIVO_GUILESS_TEST(TestDefaultProfile)
 #include "tst_default_profile.moc"

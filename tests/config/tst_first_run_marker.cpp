@@ -3,6 +3,7 @@
 #include "config/first_run_marker.h"
 #include "log_catcher.h"
 #include "private_home.h"
+#include "support/test_program.h"
 
 using namespace kivo;
 using namespace kivo::test;
@@ -98,5 +99,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(TestFirstRunMarker)
+KIVO_GUILESS_TEST(TestFirstRunMarker)
 #include "tst_first_run_marker.moc"

@@ -5,6 +5,7 @@
 #include "config/settings_file.h"
 #include "log_catcher.h"
 #include "private_home.h"
+#include "support/test_program.h"
 
 using namespace kivo;
 using namespace kivo::test;
@@ -146,5 +147,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(TestFolders)
+KIVO_GUILESS_TEST(TestFolders)
 #include "tst_folders.moc"

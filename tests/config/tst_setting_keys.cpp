@@ -2,6 +2,7 @@
 #include <QtTest>
 
 #include "config/setting_keys.h"
+#include "support/test_program.h"
 
 using namespace kivo;
 
@@ -99,5 +100,5 @@ private slots:
     }
 };
 
-QTEST_APPLESS_MAIN(TestSettingKeys)
+KIVO_APPLESS_TEST(TestSettingKeys)
 #include "tst_setting_keys.moc"

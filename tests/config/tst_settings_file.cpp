@@ -6,6 +6,7 @@
 #include "config/settings_file.h"
 #include "file_maker.h"
 #include "log_catcher.h"
+#include "support/test_program.h"
 
 using namespace kivo;
 using kivo::test::LogCatcher;
@@ -254,5 +255,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(TestSettingsFile)
+KIVO_GUILESS_TEST(TestSettingsFile)
 #include "tst_settings_file.moc"

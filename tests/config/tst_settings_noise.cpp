@@ -6,6 +6,7 @@
 #include "config/settings_guard.h"
 #include "file_maker.h"
 #include "log_catcher.h"
+#include "support/test_program.h"
 
 using namespace kivo;
 using kivo::test::LogCatcher;
@@ -263,5 +264,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(TestSettingsNoise)
+KIVO_GUILESS_TEST(TestSettingsNoise)
 #include "tst_settings_noise.moc"

@@ -9,6 +9,7 @@
 #include "config/settings_guard.h"
 #include "log_catcher.h"
 #include "private_home.h"
+#include "support/test_program.h"
 
 using namespace kivo;
 using namespace kivo::test;
@@ -22,9 +23,11 @@ QString Key(int index) {
     return QStringLiteral("H1/Value_%1").arg(index);
 }
 
-// Writes the same number under every key, then the next number, until it is killed; tells on its output that
-// the first round is on disk.
-[[noreturn]] void WriteForEver(const QString& path) {
+// Writes the same number under every key of the file that argv[1] names, then the next number, until it is
+// killed; tells on its output that the first round is on disk.
+int WriteForEver(int argc, char** argv) {
+    const QCoreApplication application(argc, argv);
+    const QString path = QFile::decodeName(argv[1]);
     for (int round = 1;; ++round) {
         {
             SettingsWriter writer(path);
@@ -38,6 +41,7 @@ QString Key(int index) {
         }
     }
 }
+const RegisteredRole kWriter(kWriteForEver, WriteForEver);
 
 }  // namespace
 
@@ -213,12 +217,5 @@ private slots:
     }
 };
 
-int main(int argc, char** argv) {
-    QCoreApplication app(argc, argv);
-    if (argc == 3 && qstrcmp(argv[1], kWriteForEver) == 0) {
-        WriteForEver(QFile::decodeName(argv[2]));
-    }
-    TestSettingsSafety test;
-    return QTest::qExec(&test, argc, argv);
-}
+KIVO_GUILESS_TEST(TestSettingsSafety)
 #include "tst_settings_safety.moc"

@@ -1,7 +1,8 @@
 #pragma once
 
 // A HID library for tests: any list of devices, and a record of every call. It notices what hidapi would not
-// forgive: calls that must not overlap, a handle closed twice or used after its closing.
+// forgive: calls that must not overlap, a handle closed twice or used after its closing. An open node says of
+// itself what is listed under its path; of a path that is not listed it cannot tell.
 
 #include <QtTest>
 #include <atomic>
@@ -29,11 +30,16 @@ public:
     std::function<void()> beforeWrite;
     std::function<bool(const QByteArray& path)> refusesOpen;
     bool denies = false;  // what it refuses, it refuses for want of the right
+    std::function<void()> beforeIdentify;
+    std::map<QByteArray, QByteArray> stamps;
+    std::map<QByteArray, QByteArray> panelKeys;
 
     std::vector<QByteArray> opened;
     std::vector<QByteArray> closed;
     std::vector<RecordedWrite> writes;
     std::vector<RecordedWrite> features;
+    int identified = 0;
+    std::atomic<int> stampsRead{0};
     int misuses = 0;
 
     int OpenCount() const { return static_cast<int>(m_open.size()); }
@@ -74,6 +80,28 @@ public:
         const Exclusive call(*this);
         return denies;
     }
+
+    std::vector<HidDeviceInfo> Identify(HidHandle* handle) override {
+        if (beforeIdentify)
+            beforeIdentify();
+        const Exclusive call(*this);
+        ++identified;
+        std::vector<HidDeviceInfo> collections;
+        for (const auto& [open, path] : m_open) {
+            for (const HidDeviceInfo& device : devices) {
+                if (open == handle && device.path == path)
+                    collections.push_back(device);
+            }
+        }
+        return collections;
+    }
+
+    QByteArray NodeStamp(const QByteArray& path) override {
+        ++stampsRead;
+        return ValueOf(stamps, path);
+    }
+
+    QByteArray PanelKey(const QByteArray& path) override { return ValueOf(panelKeys, path); }
 
     int Write(HidHandle* handle, const quint8* data, std::size_t length) override {
         if (beforeWrite)
@@ -125,6 +153,11 @@ private:
         RecordingHidApi& m_api;
     };
 
+    static QByteArray ValueOf(const std::map<QByteArray, QByteArray>& values, const QByteArray& path) {
+        const auto found = values.find(path);
+        return found == values.end() ? QByteArray() : found->second;
+    }
+
     int Record(std::vector<RecordedWrite>& to, HidHandle* handle, const quint8* data, std::size_t length) {
         const std::lock_guard<std::mutex> lock(m_recordMutex);
         for (const auto& [open, path] : m_open) {
@@ -163,6 +196,12 @@ inline HidDeviceInfo ControlCollection(const QByteArray& path) {
 }
 inline HidDeviceInfo DataCollection(const QByteArray& path) {
     return Collection(path, 0xFFA0, 1, 1);
+}
+// Of another maker.
+inline HidDeviceInfo KeyboardCollection(const QByteArray& path) {
+    HidDeviceInfo keyboard = Collection(path, 0x0001, 6, 0);
+    keyboard.vendorId = 0x046D;
+    return keyboard;
 }
 
 }  // namespace kivo

@@ -1,17 +1,27 @@
-kivo_add_test(device hid_api_hidapi LINK kivo_device)
-kivo_add_test(device report_log LINK kivo_device kivo_virtualscreen)
-kivo_add_test(device hanging_open LINK kivo_device)
-kivo_add_test(device hanging_write LINK kivo_device)
-kivo_add_test(device interface_name LINK kivo_device)
-kivo_add_test(device reports LINK kivo_device)
-kivo_add_test(device screen_change LINK kivo_device)
-kivo_add_test(device screen_device_table LINK kivo_device)
-kivo_add_test(device screen_session LINK kivo_device)
-kivo_add_test(device transfer_faults LINK kivo_device kivo_virtualscreen)
-kivo_add_test(device transfer_threads LINK kivo_device kivo_virtualscreen)
-kivo_add_test(device transfers LINK kivo_device)
-kivo_add_test(device udev_event LINK kivo_device)
-if(NOT WIN32)
-    kivo_add_test(device hotplug_linux LINK kivo_device)
-    kivo_add_test(device node_access_linux LINK kivo_device)
+set(units
+    hanging_open
+    hanging_write
+    hid_api_hidapi
+    interface_name
+    panel_key
+    panel_node
+    report_descriptor
+    report_log
+    reports
+    screen_change
+    screen_device_table
+    screen_session
+    transfer_faults
+    transfer_threads
+    transfers
+    udev_event)
+if(WIN32)
+    set(elsewhere hid_api_hidapi)  # windows/tests.cmake
+else()
+    set(elsewhere "")
+    list(APPEND units hidraw_sysfs_linux hotplug_linux node_access_linux node_identity_linux)
 endif()
+kivo_add_tests(device
+    UNITS ${units}
+    REGISTERED_ELSEWHERE ${elsewhere}
+    LINK kivo_device kivo_virtualscreen)

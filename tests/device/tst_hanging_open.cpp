@@ -5,6 +5,7 @@
 #include "device/screen_change.h"
 #include "device/transfers.h"
 #include "recording_hid_api.h"
+#include "support/test_program.h"
 
 using namespace kivo;
 
@@ -41,6 +42,7 @@ private Q_SLOTS:
     void OtherDevicesComeAndGo_data();
     void OtherDevicesComeAndGo();
     void TheTableCanBeRead();
+    void DoubtDoesNotWaitForALook();
 };
 
 void TestHangingOpen::OtherDevicesComeAndGo_data() {
@@ -82,5 +84,21 @@ void TestHangingOpen::TheTableCanBeRead() {
     QCOMPARE(screen.hid.misuses, 0);
 }
 
-QTEST_GUILESS_MAIN(TestHangingOpen)
+void TestHangingOpen::DoubtDoesNotWaitForALook() {
+    HangingScreen screen;
+    std::thread hanging([&screen] { screen.session.LookAtPanel(); });
+    QVERIFY(screen.entered.tryAcquire(1, kPatienceMs));
+    screen.session.DoubtNode();
+    QCOMPARE(TextOf(screen.session.Entry(0).dataPath), QByteArray("data"));
+    screen.letGo.release();
+    hanging.join();
+    QCOMPARE(screen.hid.OpenCount(), 0);
+    // The doubt came while the node was asked.
+    screen.letGo.release();
+    QCOMPARE(screen.session.LookAtPanel().presence, ScreenPresence::Present);
+    QCOMPARE(screen.hid.identified, 2);
+    QCOMPARE(screen.hid.misuses, 0);
+}
+
+KIVO_GUILESS_TEST(TestHangingOpen)
 #include "tst_hanging_open.moc"

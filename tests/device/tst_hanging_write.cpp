@@ -4,6 +4,7 @@
 
 #include "device/transfers.h"
 #include "recording_hid_api.h"
+#include "support/test_program.h"
 
 using namespace kivo;
 
@@ -84,13 +85,14 @@ void TestHangingWrite::AnotherTransferGoesOn() {
 void TestHangingWrite::AFrameIsLeftAtItsNextChunk() {
     HangingScreen screen;
     const std::vector<quint8> frame(static_cast<std::size_t>(kFrameBytes));
-    bool sent = true;
+    WholeImageResult sent;
     std::thread uploading([&] { sent = screen.transfers.SendWholeImage(frame.data(), 0); });
     QVERIFY(screen.entered.tryAcquire(1, kPatienceMs));
     screen.transfers.StopTransfers();
     screen.letGo.release(kChunkCount);
     uploading.join();
-    QVERIFY(!sent);
+    QCOMPARE(sent.result, TransferResult::Dropped);
+    QCOMPARE(sent.chunksTaken, 1);
     QCOMPARE(int(screen.hid.writes.size()), 1);
     QCOMPARE(int(screen.transfers.wholeFrameBusy()), 0);
 }
@@ -99,11 +101,11 @@ void TestHangingWrite::NoTransferBeginsAfterStop() {
     HangingScreen screen;
     screen.transfers.StopTransfers();
     const std::vector<quint8> frame(static_cast<std::size_t>(kFrameBytes));
-    QVERIFY(!screen.transfers.SendTimeSync());
-    QVERIFY(!screen.transfers.SendWholeImage(frame.data(), 0));
-    QVERIFY(!screen.transfers.SendAreaImageWithPos(frame.data(), 0, 0, 10, 10));
+    QCOMPARE(screen.transfers.SendTimeSync(), TransferResult::Dropped);
+    QCOMPARE(screen.transfers.SendWholeImage(frame.data(), 0).result, TransferResult::Dropped);
+    QCOMPARE(screen.transfers.SendAreaImageWithPos(frame.data(), 0, 0, 10, 10), TransferResult::Dropped);
     QVERIFY(screen.hid.writes.empty());
 }
 
-QTEST_GUILESS_MAIN(TestHangingWrite)
+KIVO_GUILESS_TEST(TestHangingWrite)
 #include "tst_hanging_write.moc"

@@ -1,6 +1,7 @@
 #include <QtTest>
 
 #include "device/hid_api_hidapi.h"
+#include "support/test_program.h"
 
 using namespace kivo;
 
@@ -45,5 +46,5 @@ private slots:
     }
 };
 
-QTEST_APPLESS_MAIN(TestHidapiHidApi)
+KIVO_APPLESS_TEST(TestHidapiHidApi)
 #include "tst_hid_api_hidapi.moc"

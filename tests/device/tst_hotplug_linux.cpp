@@ -1,6 +1,7 @@
 #include <QtTest>
 
 #include "device/hotplug.h"
+#include "support/test_program.h"
 
 using namespace kivo;
 
@@ -36,5 +37,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestHotplugLinux)
+KIVO_GUILESS_TEST(TestHotplugLinux)
 #include "tst_hotplug_linux.moc"

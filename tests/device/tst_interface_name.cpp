@@ -1,6 +1,7 @@
 #include <QtTest>
 
 #include "device/interface_name.h"
+#include "support/test_program.h"
 
 using namespace kivo;
 
@@ -102,5 +103,5 @@ void TestInterfaceName::PathHasThePrefixOnce() {
     QTEST(InterfacePath(name), "path");
 }
 
-QTEST_GUILESS_MAIN(TestInterfaceName)
+KIVO_GUILESS_TEST(TestInterfaceName)
 #include "tst_interface_name.moc"

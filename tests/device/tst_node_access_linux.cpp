@@ -1,8 +1,11 @@
+#include <dlfcn.h>
 #include <unistd.h>
 #include <QTemporaryDir>
 #include <QtTest>
 
+#include "device/hid_api_hidapi.h"
 #include "device/node_access.h"
+#include "support/test_program.h"
 
 using namespace kivo;
 
@@ -40,7 +43,29 @@ private Q_SLOTS:
         QVERIFY(user != 0 || ::setresuid(user, kAsItIs, kAsItIs) == 0);
         QVERIFY(denied);
     }
+
+    // hidapi takes the length of what it gets.
+    void DeviceWithoutAUeventHasAnEmptyOne() {
+        QCOMPARE(HidapiHidApi().Init(), 0);  // with hidapi, libudev is there
+        using Function = const char* (*)(void* device, const char* name);
+        const auto function =
+            reinterpret_cast<Function>(::dlsym(RTLD_DEFAULT, "udev_device_get_sysattr_value"));
+        QVERIFY(function != nullptr);
+        QCOMPARE(QByteArray(function(nullptr, "uevent")), QByteArray());
+        QVERIFY(function(nullptr, "uevent") != nullptr);
+        QVERIFY(function(nullptr, "product") == nullptr);
+    }
+
+    void OnlyANodeThatWentIsGone() {
+        const QTemporaryDir folder;
+        QFile file(folder.filePath(QStringLiteral("node")));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        QVERIFY(!NodeHold(QFile::encodeName(file.fileName())).IsGone());
+        QVERIFY(!NodeHold("/dev/null").IsGone());
+        QVERIFY(!NodeHold("/dev/no-such-hidraw").IsGone());
+        QVERIFY(!NodeHold("").IsGone());
+    }
 };
 
-QTEST_GUILESS_MAIN(TestNodeAccess)
+KIVO_GUILESS_TEST(TestNodeAccess)
 #include "tst_node_access_linux.moc"

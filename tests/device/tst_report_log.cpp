@@ -4,6 +4,7 @@
 #include <thread>
 
 #include "device/report_log.h"
+#include "support/test_program.h"
 #include "virtualscreen/virtual_hid_api.h"
 
 using namespace kivo;
@@ -77,6 +78,19 @@ private slots:
         QVERIFY(!log.IsDenied(screen.DataPath()));
         screen.DenyOpens();
         QVERIFY(log.IsDenied(screen.DataPath()));
+    }
+
+    void passesTheQuestionsForTheNodeThrough() {
+        VirtualHidApi screen;
+        ReportLogHidApi log(screen, m_fileName);
+        const QByteArray path = screen.DataPath();
+        HidHandle* const handle = log.OpenPath(path);
+        const std::vector<HidDeviceInfo> said = log.Identify(handle);
+        log.Close(handle);
+        QCOMPARE(said.size(), std::size_t{1});
+        QCOMPARE(said.front().path, path);
+        QCOMPARE(log.NodeStamp(path), screen.NodeStamp(path));
+        QCOMPARE(log.PanelKey(path), screen.PanelKey(path));
     }
 
     void layoutOfTheFile() {
@@ -282,5 +296,5 @@ private:
     QString m_fileName;
 };
 
-QTEST_GUILESS_MAIN(TestReportLog)
+KIVO_GUILESS_TEST(TestReportLog)
 #include "tst_report_log.moc"

@@ -2,6 +2,7 @@
 #include <limits>
 
 #include "device/reports.h"
+#include "support/test_program.h"
 
 using namespace kivo;
 
@@ -268,5 +269,5 @@ private slots:
     }
 };
 
-QTEST_APPLESS_MAIN(TestReports)
+KIVO_APPLESS_TEST(TestReports)
 #include "tst_reports.moc"

@@ -4,6 +4,7 @@
 #include "device/screen_change.h"
 #include "device/screen_session.h"
 #include "recording_hid_api.h"
+#include "support/test_program.h"
 
 using namespace kivo;
 using namespace kivo::test;
@@ -11,6 +12,7 @@ using namespace kivo::test;
 namespace {
 
 const QString kData = QStringLiteral(R"(\\?\HID#VID_04D9&PID_FD01&MI_01#7&1)");
+const QString kOtherData = QStringLiteral(R"(\\?\HID#VID_04D9&PID_FD01&MI_01#7&2)");
 const QString kControl = QStringLiteral(R"(\\?\HID#VID_04D9&PID_FD01&MI_00#7&1)");
 
 enum class Suspended { No, Yes };
@@ -19,9 +21,8 @@ enum class Suspended { No, Yes };
 struct Machine {
     explicit Machine(ArrivalPath path) : pathFrom(path) { session.InitDeviceTable(); }
 
-    // Started with a screen: its paths are known and it is open.
-    void StartWithScreen() {
-        api.devices = {ControlCollection("c"), DataCollection("d")};
+    // Started with the screens that are listed: the last one's paths are known and it is open.
+    void StartWithListed() {
         session.EnumerateScreens();
         session.OpenScreenByName(kScreenName);
     }
@@ -40,18 +41,23 @@ struct Machine {
     const ArrivalPath pathFrom;
 };
 
-HidDeviceInfo Keyboard(const QByteArray& path) {
-    HidDeviceInfo keyboard = Collection(path, 0x0001, 6, 0);
-    keyboard.vendorId = 0x046D;
-    return keyboard;
-}
-
 struct NamedMachine : Machine {
     NamedMachine() : Machine(ArrivalPath::Name) {}
+
+    // The list has the paths in small letters.
+    void StartWithScreen() {
+        api.devices = {ControlCollection("c"), DataCollection(kData.toLower().toLatin1())};
+        StartWithListed();
+    }
 };
 
 struct ListedMachine : Machine {
     ListedMachine() : Machine(ArrivalPath::Enumeration) {}
+
+    void StartWithScreen() {
+        api.devices = {ControlCollection("c"), DataCollection("d")};
+        StartWithListed();
+    }
 };
 
 }  // namespace
@@ -69,6 +75,12 @@ private Q_SLOTS:
     void OtherInterfaceGoesAfterTheDataInterface();
     void OtherInterfaceGoesFirst();
     void SuspendedKeepsTheTableOnly();
+    void RemovalOfAnUnusedScreenDoesNothing();
+    void RemovalOfTheUsedScreenGoesOnWithTheOther_data();
+    void RemovalOfTheUsedScreenGoesOnWithTheOther();
+    void RemovalWithALibraryThatFails();
+    void ScreensAreAskedAgain_data();
+    void ScreensAreAskedAgain();
     void OtherDevicesDoNothing_data();
     void OtherDevicesDoNothing();
     void EveryEntryOfTheIdsIsChanged();
@@ -109,6 +121,7 @@ void TestScreenChange::ArrivalFillsThePathAndOpens() {
 void TestScreenChange::ControlPathOfTheStartIsUsedAgain() {
     NamedMachine machine;
     machine.StartWithScreen();
+    machine.api.devices.clear();
     machine.Leaves(kData);
     machine.api.devices = {ControlCollection("new"), DataCollection("new")};
     QVERIFY(machine.Arrives(kData).dataArrived);
@@ -132,9 +145,10 @@ void TestScreenChange::OtherInterfaceOpensOnlyWhenDataIsFound() {
 void TestScreenChange::RemovalClosesAndKeepsThePath() {
     NamedMachine machine;
     machine.StartWithScreen();
+    machine.api.devices.clear();
     QVERIFY(machine.Leaves(kData).closed);
     QCOMPARE(machine.DataFound(), 0U);
-    QCOMPARE(machine.DataPath(), QByteArray("d"));
+    QCOMPARE(machine.DataPath(), kData.toLower().toLatin1());
     QVERIFY(machine.session.dataHandle() == nullptr);
     QCOMPARE(machine.api.OpenCount(), 0);
 }
@@ -142,6 +156,7 @@ void TestScreenChange::RemovalClosesAndKeepsThePath() {
 void TestScreenChange::RemovalTwiceDoesNothing() {
     NamedMachine machine;
     machine.StartWithScreen();
+    machine.api.devices.clear();
     machine.Leaves(kData);
     machine.session.OpenScreenById(0, 0);
     const size_t closed = machine.api.closed.size();
@@ -153,6 +168,7 @@ void TestScreenChange::RemovalTwiceDoesNothing() {
 void TestScreenChange::OtherInterfaceGoesAfterTheDataInterface() {
     NamedMachine machine;
     machine.StartWithScreen();
+    machine.api.devices.clear();
     machine.Leaves(kData);
     QVERIFY(machine.Leaves(kControl).closed);
     QCOMPARE(machine.DataFound(), 0U);
@@ -179,6 +195,78 @@ void TestScreenChange::SuspendedKeepsTheTableOnly() {
     QVERIFY(machine.session.dataHandle() != nullptr);
     QVERIFY(!machine.Leaves(kControl, Suspended::Yes).closed);
     QVERIFY(machine.session.dataHandle() != nullptr);
+}
+
+void TestScreenChange::RemovalOfAnUnusedScreenDoesNothing() {
+    NamedMachine machine;
+    machine.StartWithScreen();
+    const SharedScreenHandle open = machine.session.dataHandle();
+    const ScreenChangeOutcome outcome = machine.Leaves(kOtherData);
+    QVERIFY(!outcome.closed);
+    QVERIFY(!outcome.dataArrived);
+    QCOMPARE(machine.DataPath(), kData.toLower().toLatin1());
+    QCOMPARE(machine.DataFound(), 1U);
+    QVERIFY(machine.session.dataHandle() == open);
+    // Its other interface neither.
+    QVERIFY(!machine.Leaves(kControl).closed);
+    QVERIFY(machine.session.dataHandle() == open);
+}
+
+void TestScreenChange::RemovalOfTheUsedScreenGoesOnWithTheOther_data() {
+    QTest::addColumn<bool>("suspended");
+    QTest::newRow("opened") << false;
+    QTest::newRow("suspended") << true;
+}
+
+void TestScreenChange::RemovalOfTheUsedScreenGoesOnWithTheOther() {
+    QFETCH(bool, suspended);
+    NamedMachine machine;
+    const QByteArray other = kOtherData.toLower().toLatin1();
+    machine.api.devices = {ControlCollection("c2"), DataCollection(other)};
+    machine.Arrives(kOtherData);
+    machine.Arrives(kData);
+    QCOMPARE(machine.DataPath(), kData.toLatin1());
+    const ScreenChangeOutcome outcome = machine.Leaves(kData, suspended ? Suspended::Yes : Suspended::No);
+    QCOMPARE(outcome.closed, !suspended);
+    QCOMPARE(outcome.dataArrived, !suspended);
+    QCOMPARE(machine.DataPath(), other);
+    QCOMPARE(machine.DataFound(), 1U);
+    if (!suspended) {
+        QCOMPARE(machine.api.OpenPaths(), (std::vector<QByteArray>{"c2", other}));
+    }
+    QCOMPARE(machine.session.OpenForTransfer()->Path(), other);
+    QCOMPARE(machine.api.misuses, 0);
+}
+
+void TestScreenChange::RemovalWithALibraryThatFails() {
+    NamedMachine machine;
+    machine.StartWithScreen();
+    machine.api.initResult = -1;
+    QVERIFY(machine.Leaves(kData).closed);
+    QCOMPARE(machine.DataFound(), 0U);
+}
+
+void TestScreenChange::ScreensAreAskedAgain_data() {
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<bool>("arrived");
+    QTest::newRow("data interface came") << kData << true;
+    QTest::newRow("control interface came") << kControl << true;
+    QTest::newRow("another screen's data interface went") << kOtherData << false;
+    QTest::newRow("control interface went") << kControl << false;
+}
+
+void TestScreenChange::ScreensAreAskedAgain() {
+    QFETCH(QString, name);
+    QFETCH(bool, arrived);
+    NamedMachine machine;
+    machine.StartWithScreen();
+    machine.session.LookAtPanel();
+    const int identified = machine.api.identified;
+    machine.session.LookAtPanel();
+    QCOMPARE(machine.api.identified, identified);
+    ApplyScreenChange(machine.session, {name, arrived}, true, ArrivalPath::Name);
+    machine.session.LookAtPanel();
+    QCOMPARE(machine.api.identified, identified + 1);
 }
 
 void TestScreenChange::OtherDevicesDoNothing_data() {
@@ -272,7 +360,7 @@ void TestScreenChange::ListedArrivalWithALibraryThatFails() {
 void TestScreenChange::ListedRemovalForgetsAPathThatIsAnotherDevices() {
     ListedMachine machine;
     machine.StartWithScreen();
-    machine.api.devices = {Keyboard("d")};
+    machine.api.devices = {KeyboardCollection("d")};
     QVERIFY(machine.Leaves(kData).closed);
     QCOMPARE(machine.DataPath(), QByteArray());
     QVERIFY(machine.session.OpenForTransfer() == nullptr);
@@ -304,7 +392,7 @@ void TestScreenChange::ListedRemovalOfTwoScreensForgetsBoth() {
     machine.Leaves(kControl);
     QCOMPARE(machine.DataPath(), QByteArray("d2"));
 
-    machine.api.devices = {Keyboard("d2"), Keyboard("c2")};
+    machine.api.devices = {KeyboardCollection("d2"), KeyboardCollection("c2")};
     const ScreenChangeOutcome outcome = machine.Leaves(kData);
     machine.Leaves(kControl);
     QVERIFY(outcome.closed);
@@ -324,7 +412,7 @@ void TestScreenChange::ListedRemovalOfTheUsedScreenGoesOnWithTheOther() {
     machine.api.devices = {ControlCollection("c1"), DataCollection("d1"), ControlCollection("c2"),
                            DataCollection("d2")};
     machine.Arrives(kData);
-    machine.api.devices = {ControlCollection("c1"), DataCollection("d1"), Keyboard("d2")};
+    machine.api.devices = {ControlCollection("c1"), DataCollection("d1"), KeyboardCollection("d2")};
     const ScreenChangeOutcome outcome = machine.Leaves(kData, suspended ? Suspended::Yes : Suspended::No);
     QCOMPARE(outcome.closed, !suspended);
     QCOMPARE(outcome.dataArrived, !suspended);
@@ -401,5 +489,5 @@ void TestScreenChange::ScreenThatCannotBeOpenedOtherwiseIsNotTold() {
     QCOMPARE(log.lines(), QStringList());
 }
 
-QTEST_GUILESS_MAIN(TestScreenChange)
+KIVO_GUILESS_TEST(TestScreenChange)
 #include "tst_screen_change.moc"

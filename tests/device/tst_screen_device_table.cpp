@@ -3,6 +3,7 @@
 
 #include "device/screen_device_table.h"
 #include "recording_hid_api.h"
+#include "support/test_program.h"
 
 using namespace kivo;
 
@@ -201,5 +202,5 @@ private slots:
     }
 };
 
-QTEST_APPLESS_MAIN(TestScreenDeviceTable)
+KIVO_APPLESS_TEST(TestScreenDeviceTable)
 #include "tst_screen_device_table.moc"

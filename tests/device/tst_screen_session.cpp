@@ -3,6 +3,7 @@
 
 #include "device/screen_session.h"
 #include "recording_hid_api.h"
+#include "support/test_program.h"
 
 using namespace kivo;
 
@@ -423,5 +424,5 @@ private:
     }
 };
 
-QTEST_GUILESS_MAIN(TestScreenSession)
+KIVO_GUILESS_TEST(TestScreenSession)
 #include "tst_screen_session.moc"

@@ -1,13 +1,15 @@
 #include <QtTest>
 #include <memory>
 
-#include "../config/log_catcher.h"
 #include "device/transfers.h"
+#include "support/test_program.h"
 #include "virtualscreen/virtual_hid_api.h"
 
 using namespace kivo;
 
 namespace {
+
+constexpr std::array<quint8, 4> kRawMessage{0x55, 0xA1, 0xF1, 0x02};
 
 std::vector<quint8> FrameOf(quint8 high, quint8 low) {
     std::vector<quint8> frame(static_cast<std::size_t>(kFrameBytes));
@@ -38,7 +40,7 @@ private slots:
         QCOMPARE(m_session->EnumerateScreens(), 0);
         m_session->OpenScreenByName("Kivo Screen");
         m_transfers = std::make_unique<Transfers>(*m_session);
-        QVERIFY(m_transfers->SendWholeImage(m_old.data(), 0));
+        QCOMPARE(m_transfers->SendWholeImage(m_old.data(), 0).result, TransferResult::Taken);
     }
 
     void cleanup() {
@@ -50,13 +52,13 @@ private slots:
 
     void openFails() {
         m_screen->FailOpens();
-        QVERIFY(!m_transfers->SendWholeImage(m_new.data(), 0));
-        QVERIFY(!m_transfers->SendTimeSync());
-        QVERIFY(!m_transfers->SendAreaImageWithPos(m_new.data(), 0, 0, 10, 10));
+        QCOMPARE(m_transfers->SendWholeImage(m_new.data(), 0).result, TransferResult::NotThere);
+        QCOMPARE(m_transfers->SendTimeSync(), TransferResult::NotThere);
+        QCOMPARE(m_transfers->SendAreaImageWithPos(m_new.data(), 0, 0, 10, 10), TransferResult::NotThere);
         QCOMPARE(m_transfers->wholeFrameBusy(), quint8{0});
         QCOMPARE(m_screen->State().image, PictureOf(kOldPixel));
         m_screen->ClearFaults();
-        QVERIFY(m_transfers->SendWholeImage(m_new.data(), 0));
+        QCOMPARE(m_transfers->SendWholeImage(m_new.data(), 0).result, TransferResult::Taken);
         QCOMPARE(m_screen->State().image, PictureOf(kNewPixel));
     }
 
@@ -66,7 +68,9 @@ private slots:
         QFETCH(quint64, chunk);
         const quint64 before = m_screen->State().counts.reports;
         m_screen->FailWritesFrom(chunk);
-        QVERIFY(!m_transfers->SendWholeImage(m_new.data(), 0));
+        const WholeImageResult sent = m_transfers->SendWholeImage(m_new.data(), 0);
+        QCOMPARE(sent.result, TransferResult::Refused);
+        QCOMPARE(quint64(sent.chunksTaken), chunk - 1);
         QCOMPARE(m_transfers->wholeFrameBusy(), quint8{0});
         QCOMPARE(m_screen->State().counts.reports, before + chunk - 1);
         QCOMPARE(m_screen->State().image, PictureOf(kOldPixel));
@@ -75,8 +79,8 @@ private slots:
         m_screen->ClearFaults();
 
         // An area right after the frame that was given up is welcome.
-        QVERIFY(m_transfers->SendAreaImageWithPos(m_new.data(), 0, 0, 10, 10));
-        QVERIFY(m_transfers->SendWholeImage(m_new.data(), 0));
+        QCOMPARE(m_transfers->SendAreaImageWithPos(m_new.data(), 0, 0, 10, 10), TransferResult::Taken);
+        QCOMPARE(m_transfers->SendWholeImage(m_new.data(), 0).result, TransferResult::Taken);
         QCOMPARE(m_screen->State().image, PictureOf(kNewPixel));
     }
 
@@ -85,13 +89,15 @@ private slots:
     void vanishesAtChunk() {
         QFETCH(quint64, chunk);
         m_screen->VanishAtReport(chunk);
-        QVERIFY(!m_transfers->SendWholeImage(m_new.data(), 0));
+        const WholeImageResult sent = m_transfers->SendWholeImage(m_new.data(), 0);
+        QCOMPARE(sent.result, TransferResult::Refused);
+        QCOMPARE(quint64(sent.chunksTaken), chunk - 1);
         QVERIFY(!m_screen->IsPlugged());
-        QVERIFY(!m_transfers->SendTimeSync());
+        QCOMPARE(m_transfers->SendTimeSync(), TransferResult::NotThere);
         QCOMPARE(m_screen->State().image, PictureOf(kOldPixel));
 
         m_screen->Plug();
-        QVERIFY(m_transfers->SendWholeImage(m_new.data(), 0));
+        QCOMPARE(m_transfers->SendWholeImage(m_new.data(), 0).result, TransferResult::Taken);
         QCOMPARE(m_screen->State().image, PictureOf(kNewPixel));
         QCOMPARE(m_screen->State().counts.frames, quint64{2});
     }
@@ -99,73 +105,28 @@ private slots:
     void comesBackUnderNewPaths() {
         m_screen->Unplug();
         m_screen->Plug(VirtualHidApi::NodeNumbers::New);
-        QVERIFY(!m_transfers->SendTimeSync());
+        QCOMPARE(m_transfers->SendTimeSync(), TransferResult::NotThere);
         QCOMPARE(m_session->EnumerateScreens(), 0);
-        QVERIFY(m_transfers->SendTimeSync());
+        QCOMPARE(m_transfers->SendTimeSync(), TransferResult::Taken);
     }
 
-    void aFailureIsToldOnce() {
-        QVERIFY(!m_transfers->TakeFailure());
+    void everyTransferTellsWhatBecameOfIt() {
         m_screen->FailOpens();
-        m_transfers->SendTimeSync();
-        QVERIFY(m_transfers->TakeFailure());
-        QVERIFY(!m_transfers->TakeFailure());
-        m_transfers->SendAreaImageWithPos(m_new.data(), 0, 0, 10, 10);
-        QVERIFY(m_transfers->TakeFailure());
-        m_transfers->SendWholeImage(m_new.data(), 0);
-        QVERIFY(m_transfers->TakeFailure());
+        QCOMPARE(AllResults(), Results(kCommands, TransferResult::NotThere));
         m_screen->ClearFaults();
         m_screen->FailWritesFrom(1);
-        m_transfers->SendOrientation(0);
-        QVERIFY(m_transfers->TakeFailure());
         QTest::ignoreMessage(QtDebugMsg, "Unable to SendAreaImageWithPos.\n");
-        m_transfers->SendAreaImageWithPos(m_new.data(), 0, 0, 10, 10);
-        QVERIFY(m_transfers->TakeFailure());
+        QCOMPARE(AllResults(), Results(kCommands, TransferResult::Refused));
         m_screen->ClearFaults();
-        m_screen->FailWritesFrom(14);
-        m_transfers->SendWholeImage(m_new.data(), 0);
-        QVERIFY(!m_transfers->TakeFailure());  // a frame that is cut off stays pending by itself
+        QCOMPARE(AllResults(), Results(kCommands, TransferResult::Taken));
         m_transfers->StopTransfers();
-        m_transfers->SendTimeSync();
-        QVERIFY(!m_transfers->TakeFailure());
-    }
-
-    void openedButTakingNothingIsToldOnceUntilItTakesSomething() {
-        QLoggingCategory::setFilterRules(QStringLiteral("*.debug=false"));
-        const auto restore = qScopeGuard([] { QLoggingCategory::setFilterRules(QString()); });
-        const test::LogCatcher log;
-        for (int round = 1; round <= 2; ++round) {
-            m_screen->FailWritesFrom(1);
-            m_transfers->SendTimeSync();
-            m_transfers->SendAreaImageWithPos(m_new.data(), 0, 0, 10, 10);
-            QCOMPARE(log.lines().size(), round - 1);
-            m_transfers->SendWholeImage(m_new.data(), 0);
-            QCOMPARE(log.lines().size(), round);
-            QVERIFY(log.lines().constLast().contains(QLatin1String("another program")));
-            for (int further = 0; further < 5; ++further) {
-                m_transfers->SendTimeSync();
-            }
-            QCOMPARE(log.lines().size(), round);
-            m_screen->ClearFaults();
-            QVERIFY(m_transfers->SendTimeSync());
-        }
-    }
-
-    void aScreenThatIsPulledOutIsNotToldSo() {
-        QLoggingCategory::setFilterRules(QStringLiteral("*.debug=false"));
-        const auto restore = qScopeGuard([] { QLoggingCategory::setFilterRules(QString()); });
-        const test::LogCatcher log;
-        m_screen->VanishAtReport(1);
-        for (int k = 0; k < 5; ++k) {
-            m_transfers->SendTimeSync();
-        }
-        QVERIFY(log.lines().isEmpty());
+        QCOMPARE(AllResults(), Results(kCommands, TransferResult::Dropped));
     }
 
     void areaVanishesWhileWritten() {
         m_screen->VanishAtReport(1);
         QTest::ignoreMessage(QtDebugMsg, "Unable to SendAreaImageWithPos.\n");
-        QVERIFY(!m_transfers->SendAreaImageWithPos(m_new.data(), 0, 0, 10, 10));
+        QCOMPARE(m_transfers->SendAreaImageWithPos(m_new.data(), 0, 0, 10, 10), TransferResult::Refused);
         QCOMPARE(m_screen->State().image, PictureOf(kOldPixel));
     }
 
@@ -191,6 +152,15 @@ private:
     static constexpr quint16 kOldPixel = 0x1234;
     static constexpr quint16 kNewPixel = 0xF81F;
 
+    // Of an area and each short command.
+    using Results = QVector<TransferResult>;
+    static constexpr int kCommands = 5;
+    Results AllResults() {
+        return {m_transfers->SendTimeSync(), m_transfers->SendTimeShow(), m_transfers->SendOrientation(1),
+                m_transfers->SendRawReport(kRawMessage.data(), int(kRawMessage.size())),
+                m_transfers->SendAreaImageWithPos(m_new.data(), 0, 0, 10, 10)};
+    }
+
     static void AddChunkRows() {
         QTest::addColumn<quint64>("chunk");
         for (quint64 chunk = 1; chunk <= 27; ++chunk)
@@ -204,5 +174,5 @@ private:
     std::unique_ptr<Transfers> m_transfers;
 };
 
-QTEST_APPLESS_MAIN(TestTransferFaults)
+KIVO_APPLESS_TEST(TestTransferFaults)
 #include "tst_transfer_faults.moc"

@@ -4,6 +4,7 @@
 #include <thread>
 
 #include "device/transfers.h"
+#include "support/test_program.h"
 #include "virtualscreen/virtual_hid_api.h"
 
 using namespace kivo;
@@ -60,7 +61,10 @@ private slots:
                         work();
                 });
             };
-            const auto upload = [&] { frames += transfers.SendWholeImage(frame.data(), 0) ? 1 : 0; };
+            const auto upload = [&] {
+                const WholeImageResult sent = transfers.SendWholeImage(frame.data(), 0);
+                frames += sent.result == TransferResult::Taken ? 1 : 0;
+            };
             repeat(kRounds / 10, upload);
             repeat(kRounds / 10, upload);
             repeat(kRounds, [&] { transfers.SendAreaImageWithPos(frame.data(), 10, 10, 40, 51); });
@@ -86,7 +90,7 @@ private slots:
                 thread.join();
 
             const std::vector<quint8> last = FrameOf(kLastPixel);
-            QVERIFY(transfers.SendWholeImage(last.data(), 0));
+            QCOMPARE(transfers.SendWholeImage(last.data(), 0).result, TransferResult::Taken);
         }
         const PanelState state = screen.State();
         QCOMPARE(state.counts.errors, quint64{0});
@@ -126,5 +130,5 @@ private:
     QtMessageHandler m_former = nullptr;
 };
 
-QTEST_GUILESS_MAIN(TestTransferThreads)
+KIVO_GUILESS_TEST(TestTransferThreads)
 #include "tst_transfer_threads.moc"

@@ -5,6 +5,7 @@
 
 #include "device/transfers.h"
 #include "recording_hid_api.h"
+#include "support/test_program.h"
 
 using namespace kivo;
 
@@ -46,7 +47,7 @@ private slots:
     }
 
     void areaIsOneOpenOneWriteOneClose() {
-        QVERIFY(m_transfers->SendAreaImageWithPos(m_pixels.data(), 158, 38, 47, 24));
+        QCOMPARE(m_transfers->SendAreaImageWithPos(m_pixels.data(), 158, 38, 47, 24), TransferResult::Taken);
         QCOMPARE(m_api->opened, (std::vector<QByteArray>{"d"}));
         QCOMPARE(m_api->closed, (std::vector<QByteArray>{"d"}));
         QCOMPARE(m_api->writes.size(), std::size_t{1});
@@ -56,7 +57,7 @@ private slots:
     }
 
     void areaLosesTheLastByteOfTheBuffer() {
-        QVERIFY(m_transfers->SendAreaImageWithPos(m_pixels.data(), 0, 0, 4, 511));
+        QCOMPARE(m_transfers->SendAreaImageWithPos(m_pixels.data(), 0, 0, 4, 511), TransferResult::Taken);
         QCOMPARE(Report(0).size(), 4096);
         QCOMPARE(Report(0).back(), '\x11');
     }
@@ -64,7 +65,7 @@ private slots:
     void failedAreaIsLoggedAndClosed() {
         m_api->writeResult = -1;
         QTest::ignoreMessage(QtDebugMsg, "Unable to SendAreaImageWithPos.\n");
-        QVERIFY(!m_transfers->SendAreaImageWithPos(m_pixels.data(), 0, 0, 1, 1));
+        QCOMPARE(m_transfers->SendAreaImageWithPos(m_pixels.data(), 0, 0, 1, 1), TransferResult::Refused);
         QCOMPARE(m_api->OpenCount(), 0);
     }
 
@@ -72,10 +73,10 @@ private slots:
         m_api->beforeWrite = [this] {
             const std::size_t openings = m_api->opened.size();
             QCOMPARE(m_transfers->wholeFrameBusy(), quint8{1});
-            QVERIFY(!m_transfers->SendAreaImageWithPos(m_pixels.data(), 0, 0, 1, 1));
+            QCOMPARE(m_transfers->SendAreaImageWithPos(m_pixels.data(), 0, 0, 1, 1), TransferResult::Dropped);
             QCOMPARE(m_api->opened.size(), openings);
         };
-        QVERIFY(m_transfers->SendWholeImage(m_pixels.data(), 0));
+        QCOMPARE(m_transfers->SendWholeImage(m_pixels.data(), 0).result, TransferResult::Taken);
         QCOMPARE(m_api->writes.size(), std::size_t{27});
     }
 
@@ -96,16 +97,18 @@ private slots:
             while (m_transfers->wholeFrameBusy() == 0)
                 std::this_thread::yield();
         };
-        const bool sent = m_transfers->SendAreaImageWithPos(m_pixels.data(), 0, 0, 1, 1);
+        const TransferResult sent = m_transfers->SendAreaImageWithPos(m_pixels.data(), 0, 0, 1, 1);
         areaDone = true;
         uploader.join();
-        QVERIFY(!sent);
+        QCOMPARE(sent, TransferResult::Dropped);
         QCOMPARE(m_api->writes.size(), std::size_t{27});
         QCOMPARE(m_api->OpenCount(), 0);
     }
 
     void frameIsTwentySevenReports() {
-        QVERIFY(m_transfers->SendWholeImage(m_pixels.data(), 0));
+        const WholeImageResult sent = m_transfers->SendWholeImage(m_pixels.data(), 0);
+        QCOMPARE(sent.result, TransferResult::Taken);
+        QCOMPARE(sent.chunksTaken, 27);
         QCOMPARE(m_api->writes.size(), std::size_t{27});
         for (std::size_t i = 0; i < 27; ++i) {
             QCOMPARE(Report(i).size(), 4105);
@@ -118,19 +121,21 @@ private slots:
     }
 
     void frameHasNoPauses() {
-        QVERIFY(m_transfers->SendWholeImage(m_pixels.data(), 0));
+        QCOMPARE(m_transfers->SendWholeImage(m_pixels.data(), 0).result, TransferResult::Taken);
         QVERIFY(m_pauses.empty());
     }
 
     void frameCarriesTheReportIdGiven() {
-        QVERIFY(m_transfers->SendWholeImage(m_pixels.data(), 3));
+        QCOMPARE(m_transfers->SendWholeImage(m_pixels.data(), 3).result, TransferResult::Taken);
         for (std::size_t i = 0; i < 27; ++i)
             QCOMPARE(Report(i).at(0), '\3');
     }
 
-    void frameWithoutAScreenIsFalse() {
+    void frameWithoutAScreenIsNotThere() {
         m_api->refusesOpen = [](const QByteArray& /*path*/) { return true; };
-        QVERIFY(!m_transfers->SendWholeImage(m_pixels.data(), 0));
+        const WholeImageResult sent = m_transfers->SendWholeImage(m_pixels.data(), 0);
+        QCOMPARE(sent.result, TransferResult::NotThere);
+        QCOMPARE(sent.chunksTaken, 0);
         QCOMPARE(m_transfers->wholeFrameBusy(), quint8{0});
     }
 
@@ -147,11 +152,11 @@ private slots:
         QFETCH(int, which);
         QFETCH(QByteArray, start);
         if (which < 2)
-            QVERIFY(m_transfers->SendOrientation(which));
+            QCOMPARE(m_transfers->SendOrientation(which), TransferResult::Taken);
         else if (which == 2)
-            QVERIFY(m_transfers->SendTimeSync());
+            QCOMPARE(m_transfers->SendTimeSync(), TransferResult::Taken);
         else
-            m_transfers->SendTimeShow();
+            QCOMPARE(m_transfers->SendTimeShow(), TransferResult::Taken);
         QCOMPARE(m_api->writes.size(), std::size_t{1});
         QCOMPARE(Report(0), Padded(start, 4097));
         QCOMPARE(m_api->writes.at(0).path, QByteArray("d"));
@@ -161,9 +166,9 @@ private slots:
         bool once = true;
         m_api->beforeWrite = [this, &once] {
             if (std::exchange(once, false))
-                QVERIFY(m_transfers->SendTimeSync());
+                QCOMPARE(m_transfers->SendTimeSync(), TransferResult::Taken);
         };
-        QVERIFY(m_transfers->SendWholeImage(m_pixels.data(), 0));
+        QCOMPARE(m_transfers->SendWholeImage(m_pixels.data(), 0).result, TransferResult::Taken);
         QCOMPARE(m_api->writes.size(), std::size_t{28});
         // The command's end closed nothing of the frame's.
         QCOMPARE(Report(27).left(9), QByteArray::fromHex("0055a3f21b00a00009"));
@@ -171,13 +176,14 @@ private slots:
 
     void rawReportTellsAFailedWrite() {
         m_api->writeResult = -1;
-        QVERIFY(!m_transfers->SendTimeSync());
-        QVERIFY(!m_transfers->SendOrientation(0));
+        QCOMPARE(m_transfers->SendTimeSync(), TransferResult::Refused);
+        QCOMPARE(m_transfers->SendOrientation(0), TransferResult::Refused);
+        QCOMPARE(m_transfers->SendTimeShow(), TransferResult::Refused);
     }
 
     void aTransferClosesTheSessionsDataHandle() {
         m_session->OpenScreenByName("Kivo Screen");
-        QVERIFY(m_transfers->SendTimeSync());
+        QCOMPARE(m_transfers->SendTimeSync(), TransferResult::Taken);
         QVERIFY(!m_session->dataHandle());
         QVERIFY(m_session->controlHandle());
         QCOMPARE(m_api->OpenPaths(), (std::vector<QByteArray>{"c"}));
@@ -189,12 +195,12 @@ private slots:
             qInstallMessageHandler([](QtMsgType /*type*/, const QMessageLogContext& /*context*/,
                                       const QString& /*text*/) { ++s_messages; });
         s_messages = 0;
-        QVERIFY(!m_transfers->SendAreaImageWithPos(m_pixels.data(), 0, 0, 1, 1));
-        QVERIFY(!m_transfers->SendWholeImage(m_pixels.data(), 0));
-        QVERIFY(!m_transfers->SendRawReport(m_pixels.data(), 4));
-        QVERIFY(!m_transfers->SendOrientation(1));
-        QVERIFY(!m_transfers->SendTimeSync());
-        m_transfers->SendTimeShow();
+        QCOMPARE(m_transfers->SendAreaImageWithPos(m_pixels.data(), 0, 0, 1, 1), TransferResult::NotThere);
+        QCOMPARE(m_transfers->SendWholeImage(m_pixels.data(), 0).result, TransferResult::NotThere);
+        QCOMPARE(m_transfers->SendRawReport(m_pixels.data(), 4), TransferResult::NotThere);
+        QCOMPARE(m_transfers->SendOrientation(1), TransferResult::NotThere);
+        QCOMPARE(m_transfers->SendTimeSync(), TransferResult::NotThere);
+        QCOMPARE(m_transfers->SendTimeShow(), TransferResult::NotThere);
         m_transfers->SendAreaImage(m_pixels.data(), 1, 1);
         m_transfers->SendFillRect(0, 0, 1, 1, 0, 0, 0);
         m_transfers->SendProbe(16, 0);
@@ -328,7 +334,7 @@ private slots:
     void theDefaultClockIsTheLocalTime() {
         Transfers transfers(*m_session);
         const QTime before = QTime::currentTime();
-        QVERIFY(transfers.SendTimeSync());
+        QCOMPARE(transfers.SendTimeSync(), TransferResult::Taken);
         const QTime after = QTime::currentTime();
         const QByteArray report = Report(0);
         const QTime sent(report.at(4), report.at(5), report.at(6));
@@ -361,5 +367,5 @@ private:
     std::vector<quint8> m_pixels;
 };
 
-QTEST_GUILESS_MAIN(TestTransfers)
+KIVO_GUILESS_TEST(TestTransfers)
 #include "tst_transfers.moc"

@@ -2,6 +2,7 @@
 
 #include "device/interface_name.h"
 #include "device/udev_event.h"
+#include "support/test_program.h"
 
 using namespace kivo;
 
@@ -85,5 +86,5 @@ void TestUdevEvent::OtherEventsAreLeftOut() {
     QVERIFY(!InterpretUdevEvent({action, path, "/dev/hidraw3"}).has_value());
 }
 
-QTEST_GUILESS_MAIN(TestUdevEvent)
+KIVO_GUILESS_TEST(TestUdevEvent)
 #include "tst_udev_event.moc"

@@ -1,23 +1,19 @@
+kivo_add_tests(editor
+    UNITS
+        color_bar
+        custom_layout_rules
+        device_frame
+        edit_bar
+        edit_history
+        editor_tools
+        screen_mapping
+        trim_frame
+        zoom_widget_preview
+        zoom_widget_slots
+        zoom_widget_state
+        zoom_widget_text
+        zoom_widget_text_drag
+        zoom_widget_trim
+    LINK kivo_editor)
 # Some of them look at captions, which come from the compiled translations.
-function(kivo_add_editor_test unit)
-    kivo_add_test(editor ${unit} LINK kivo_editor)
-    add_dependencies(tst_${unit} kivo_languages)
-    target_include_directories(tst_${unit} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
-    target_compile_definitions(tst_${unit} PRIVATE
-        KIVO_LANGUAGE_FOLDER="$<SHELL_PATH:${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/lang>")
-endfunction()
-
-kivo_add_test(editor color_bar LINK kivo_editor)
-kivo_add_test(editor custom_layout_rules LINK kivo_editor)
-kivo_add_test(editor edit_bar LINK kivo_editor)
-kivo_add_test(editor edit_history LINK kivo_editor)
-kivo_add_test(editor screen_mapping LINK kivo_editor)
-kivo_add_test(editor trim_frame LINK kivo_editor)
-kivo_add_editor_test(device_frame)
-kivo_add_editor_test(editor_tools)
-kivo_add_editor_test(zoom_widget_preview)
-kivo_add_editor_test(zoom_widget_slots)
-kivo_add_editor_test(zoom_widget_state)
-kivo_add_editor_test(zoom_widget_text)
-kivo_add_editor_test(zoom_widget_text_drag)
-kivo_add_editor_test(zoom_widget_trim)
+add_dependencies(tests_editor kivo_languages)

@@ -4,6 +4,7 @@
 
 #include "editor/color_bar.h"
 #include "editor/edit_bar.h"
+#include "support/test_program.h"
 #include "widgets/nimb_push_button.h"
 
 using namespace kivo;
@@ -111,5 +112,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(TestColorBar)
+KIVO_TEST(TestColorBar)
 #include "tst_color_bar.moc"

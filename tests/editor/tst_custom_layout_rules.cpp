@@ -1,6 +1,7 @@
 #include <QTest>
 
 #include "editor/custom_layout_rules.h"
+#include "support/test_program.h"
 
 using namespace kivo;
 
@@ -205,5 +206,5 @@ private slots:
     }
 };
 
-QTEST_APPLESS_MAIN(TestCustomLayoutRules)
+KIVO_APPLESS_TEST(TestCustomLayoutRules)
 #include "tst_custom_layout_rules.moc"

@@ -1,5 +1,6 @@
 #include "editor/device_frame.h"
 #include "editor_test_support.h"
+#include "support/test_program.h"
 #include "widgets/window_colors.h"
 
 using namespace kivo;
@@ -84,6 +85,6 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(TestDeviceFrame)
+KIVO_TEST(TestDeviceFrame)
 
 #include "tst_device_frame.moc"

@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "editor/edit_bar.h"
+#include "support/test_program.h"
 #include "widgets/nimb_push_button.h"
 #include "widgets/press_combobox.h"
 #include "widgets/press_label.h"
@@ -247,5 +248,5 @@ private:
     QStringList m_log;
 };
 
-QTEST_MAIN(TestEditBar)
+KIVO_TEST(TestEditBar)
 #include "tst_edit_bar.moc"

@@ -1,6 +1,7 @@
 #include <QTest>
 
 #include "editor/edit_history.h"
+#include "support/test_program.h"
 
 using namespace kivo;
 
@@ -178,5 +179,5 @@ private slots:
     }
 };
 
-QTEST_APPLESS_MAIN(TestEditHistory)
+KIVO_APPLESS_TEST(TestEditHistory)
 #include "tst_edit_history.moc"

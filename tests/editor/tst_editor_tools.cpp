@@ -5,6 +5,7 @@
 #include "editor/color_bar.h"
 #include "editor/edit_bar.h"
 #include "editor_test_support.h"
+#include "support/test_program.h"
 #include "widgets/nimb_push_button.h"
 
 using namespace kivo;
@@ -137,5 +138,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(TestEditorTools)
+KIVO_TEST(TestEditorTools)
 #include "tst_editor_tools.moc"

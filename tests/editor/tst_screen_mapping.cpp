@@ -2,6 +2,7 @@
 
 #include "compose/custom_layout.h"
 #include "editor/screen_mapping.h"
+#include "support/test_program.h"
 
 using namespace kivo;
 
@@ -132,5 +133,5 @@ private slots:
     }
 };
 
-QTEST_APPLESS_MAIN(TestScreenMapping)
+KIVO_APPLESS_TEST(TestScreenMapping)
 #include "tst_screen_mapping.moc"

@@ -2,6 +2,7 @@
 
 #include "compose/background_picture.h"
 #include "editor/trim_frame.h"
+#include "support/test_program.h"
 
 using namespace kivo;
 
@@ -217,5 +218,5 @@ private slots:
     }
 };
 
-QTEST_APPLESS_MAIN(TestTrimFrame)
+KIVO_APPLESS_TEST(TestTrimFrame)
 #include "tst_trim_frame.moc"

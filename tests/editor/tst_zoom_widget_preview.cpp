@@ -1,6 +1,7 @@
 #include "compose/background_picture.h"
 #include "compose/frame_composer.h"
 #include "editor_test_support.h"
+#include "support/test_program.h"
 #include "widgets/window_colors.h"
 
 using namespace kivo;
@@ -252,5 +253,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(TestZoomWidgetPreview)
+KIVO_TEST(TestZoomWidgetPreview)
 #include "tst_zoom_widget_preview.moc"

@@ -1,4 +1,5 @@
 #include "editor_test_support.h"
+#include "support/test_program.h"
 
 Q_DECLARE_METATYPE(kivo::ThemeState)
 
@@ -297,5 +298,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(TestZoomWidgetSlots)
+KIVO_TEST(TestZoomWidgetSlots)
 #include "tst_zoom_widget_slots.moc"

@@ -3,6 +3,7 @@
 #include "config/settings_file.h"
 #include "editor/custom_layout_rules.h"
 #include "editor_test_support.h"
+#include "support/test_program.h"
 
 using namespace kivo;
 using namespace kivo::test;
@@ -488,5 +489,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(TestZoomWidgetState)
+KIVO_TEST(TestZoomWidgetState)
 #include "tst_zoom_widget_state.moc"

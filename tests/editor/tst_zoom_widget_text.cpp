@@ -1,4 +1,5 @@
 #include "free_text_test_support.h"
+#include "support/test_program.h"
 
 using namespace kivo;
 using namespace kivo::test;
@@ -366,5 +367,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(TestZoomWidgetText)
+KIVO_TEST(TestZoomWidgetText)
 #include "tst_zoom_widget_text.moc"

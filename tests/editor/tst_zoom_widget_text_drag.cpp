@@ -1,4 +1,5 @@
 #include "free_text_test_support.h"
+#include "support/test_program.h"
 
 using namespace kivo;
 using namespace kivo::test;
@@ -212,5 +213,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(TestZoomWidgetTextDrag)
+KIVO_TEST(TestZoomWidgetTextDrag)
 #include "tst_zoom_widget_text_drag.moc"

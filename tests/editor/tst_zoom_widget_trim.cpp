@@ -2,6 +2,7 @@
 
 #include "compose/background_picture.h"
 #include "editor_test_support.h"
+#include "support/test_program.h"
 
 using namespace kivo;
 using namespace kivo::test;
@@ -336,5 +337,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(TestZoomWidgetTrim)
+KIVO_TEST(TestZoomWidgetTrim)
 #include "tst_zoom_widget_trim.moc"

@@ -7,6 +7,7 @@
 #include "config/settings_file.h"
 #include "picture_list_maker.h"
 #include "resources/resources.h"
+#include "support/test_program.h"
 
 using namespace kivo;
 using namespace kivo::test;
@@ -334,5 +335,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(TestPictureList)
+KIVO_TEST(TestPictureList)
 #include "tst_picture_list.moc"

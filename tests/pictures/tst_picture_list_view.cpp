@@ -15,6 +15,7 @@
 #include "pictures/thumbnail_cache.h"
 #include "pictures/thumbnail_picture.h"
 #include "resources/resources.h"
+#include "support/test_program.h"
 
 using namespace kivo;
 using namespace kivo::test;
@@ -70,6 +71,11 @@ void Click(ListInWindow& made, QPoint at, Qt::MouseButton button = Qt::LeftButto
 
 class TestPictureListView : public QObject {
     Q_OBJECT
+
+public:
+    static void initMain() {
+        QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);  // as the program does
+    }
 
 private slots:
     void initTestCase() { InitResources(); }
@@ -487,10 +493,5 @@ private slots:
     }
 };
 
-int main(int argc, char** argv) {
-    QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);  // as the program does
-    QApplication application(argc, argv);
-    TestPictureListView test;
-    return QTest::qExec(&test, argc, argv);
-}
+KIVO_TEST(TestPictureListView)
 #include "tst_picture_list_view.moc"

@@ -5,6 +5,7 @@
 #include "config/setting_keys.h"
 #include "config/settings_file.h"
 #include "pictures/stored_pictures.h"
+#include "support/test_program.h"
 
 using namespace kivo;
 using namespace kivo::test;
@@ -127,5 +128,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(TestStoredPictures)
+KIVO_GUILESS_TEST(TestStoredPictures)
 #include "tst_stored_pictures.moc"

@@ -7,6 +7,7 @@
 #include "pictures/thumbnail_cache.h"
 #include "pictures/thumbnail_picture.h"
 #include "pictures/thumbnail_work.h"
+#include "support/test_program.h"
 
 using namespace kivo;
 using namespace kivo::test;
@@ -304,5 +305,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(TestThumbnailCache)
+KIVO_GUILESS_TEST(TestThumbnailCache)
 #include "tst_thumbnail_cache.moc"

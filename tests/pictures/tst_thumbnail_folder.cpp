@@ -2,6 +2,7 @@
 #include <QTest>
 
 #include "pictures/thumbnail_cache.h"
+#include "support/test_program.h"
 
 using namespace kivo;
 
@@ -19,5 +20,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestThumbnailFolder)
+KIVO_GUILESS_TEST(TestThumbnailFolder)
 #include "tst_thumbnail_folder.moc"

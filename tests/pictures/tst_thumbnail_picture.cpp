@@ -7,6 +7,7 @@
 #include "pictures/thumbnail_picture.h"
 #include "pictures/thumbnail_work.h"
 #include "resources/resources.h"
+#include "support/test_program.h"
 
 using namespace kivo;
 using namespace kivo::test;
@@ -225,5 +226,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(TestThumbnailPicture)
+KIVO_GUILESS_TEST(TestThumbnailPicture)
 #include "tst_thumbnail_picture.moc"

@@ -1,15 +1,16 @@
 #include <QCoreApplication>
-#include <QElapsedTimer>
 #include <QSignalSpy>
 #include <QTest>
 #include <QThread>
 
+#include <chrono>
 #include <condition_variable>
 #include <mutex>
 
 #include "picture_files.h"
 #include "pictures/thumbnail_work.h"
 #include "pictures/thumbnails.h"
+#include "support/test_program.h"
 
 using namespace kivo;
 using namespace kivo::test;
@@ -17,6 +18,8 @@ using namespace kivo::test;
 namespace {
 
 constexpr QSize kPixels(77, 54);
+// For the end: no thread that only has to be given time may be left behind.
+constexpr std::chrono::minutes kAmple{1};
 
 // A maker that answers when it is let, and remembers what it was asked for.
 class SlowMaker {
@@ -111,7 +114,7 @@ private slots:
     void EachWantedPathIsAnsweredOnceOnTheOwnersThread() {
         auto maker = std::make_shared<SlowMaker>();
         maker->Open();
-        Thumbnails thumbnails(MakerOf(maker));
+        Thumbnails thumbnails(MakerOf(maker), nullptr, kAmple);
         QSignalSpy ready(&thumbnails, &Thumbnails::ready);
         bool onOwnThread = true;
         connect(
@@ -132,7 +135,7 @@ private slots:
 
     void AskingNeverWaits() {
         auto maker = std::make_shared<SlowMaker>();
-        Thumbnails thumbnails(MakerOf(maker));
+        Thumbnails thumbnails(MakerOf(maker), nullptr, kAmple);
         QSignalSpy ready(&thumbnails, &Thumbnails::ready);
         thumbnails.Want(Paths(1000), kPixels);  // would never return if it made one itself
         QCOMPARE(ready.count(), 0);
@@ -141,7 +144,7 @@ private slots:
 
     void TheMostWantedComeFirst() {
         auto maker = std::make_shared<SlowMaker>();
-        Thumbnails thumbnails(MakerOf(maker));
+        Thumbnails thumbnails(MakerOf(maker), nullptr, kAmple);
         thumbnails.Want(Paths(40), kPixels);
         maker->WaitForInside(2);
         QStringList begun = maker->Asked();
@@ -152,7 +155,7 @@ private slots:
 
     void WhatIsNoLongerWantedIsForgotten() {
         auto maker = std::make_shared<SlowMaker>();
-        Thumbnails thumbnails(MakerOf(maker));
+        Thumbnails thumbnails(MakerOf(maker), nullptr, kAmple);
         QSignalSpy ready(&thumbnails, &Thumbnails::ready);
         thumbnails.Want(Paths(1000), kPixels);
         maker->WaitForInside(2);
@@ -165,7 +168,7 @@ private slots:
 
     void WhatIsBeingMadeIsNotMadeTwice() {
         auto maker = std::make_shared<SlowMaker>();
-        Thumbnails thumbnails(MakerOf(maker));
+        Thumbnails thumbnails(MakerOf(maker), nullptr, kAmple);
         QSignalSpy ready(&thumbnails, &Thumbnails::ready);
         thumbnails.Want(Paths(2), kPixels);
         maker->WaitForInside(2);
@@ -181,7 +184,7 @@ private slots:
                                    QStringLiteral("//gone/c.jpg")};
         maker->Hang(stuck);
         maker->Open();
-        Thumbnails thumbnails(MakerOf(maker));
+        Thumbnails thumbnails(MakerOf(maker), nullptr, kAmple);
         QSignalSpy ready(&thumbnails, &Thumbnails::ready);
         thumbnails.Want(stuck + Paths(5), kPixels);
         QTRY_COMPARE_WITH_TIMEOUT(ready.count(), 5, 60000);
@@ -195,7 +198,7 @@ private slots:
     void FilesThatAreLetGoAreDecodedTwoAtATime() {
         auto maker = std::make_shared<SlowMaker>();
         maker->Hang(Paths(4));
-        Thumbnails thumbnails(MakerOf(maker));
+        Thumbnails thumbnails(MakerOf(maker), nullptr, kAmple);
         QSignalSpy ready(&thumbnails, &Thumbnails::ready);
         thumbnails.Want(Paths(8), kPixels);
         // Four hang, two decode in their place.
@@ -209,7 +212,7 @@ private slots:
     // Longer than a file may hang before its thread is replaced.
     void ASlowDecodeIsNotTakenForAFileThatHangs() {
         auto maker = std::make_shared<SlowMaker>();
-        Thumbnails thumbnails(MakerOf(maker));
+        Thumbnails thumbnails(MakerOf(maker), nullptr, kAmple);
         QSignalSpy ready(&thumbnails, &Thumbnails::ready);
         thumbnails.Want(Paths(5), kPixels);
         QTest::qWait(3500);
@@ -222,14 +225,16 @@ private slots:
         std::atomic<int> stopped{0};
         std::atomic<int> begun{0};
         {
-            Thumbnails thumbnails([&](const QString&, QSize, const ThumbnailWork& work) {
-                ++begun;
-                while (!work.IsStopped()) {
-                    QThread::msleep(1);
-                }
-                ++stopped;
-                return QImage();
-            });
+            Thumbnails thumbnails(
+                [&](const QString&, QSize, const ThumbnailWork& work) {
+                    ++begun;
+                    while (!work.IsStopped()) {
+                        QThread::msleep(1);
+                    }
+                    ++stopped;
+                    return QImage();
+                },
+                nullptr, kAmple);
             thumbnails.Want(Paths(10), kPixels);
             while (begun < 2) {
                 QThread::msleep(1);
@@ -245,7 +250,7 @@ private slots:
         maker->Open();
         int delivered = 0;
         {
-            Thumbnails thumbnails(MakerOf(maker));
+            Thumbnails thumbnails(MakerOf(maker), nullptr, kAmple);
             connect(&thumbnails, &Thumbnails::ready, this, [&delivered] { ++delivered; });
             thumbnails.Want(Paths(50), kPixels);
         }
@@ -256,7 +261,7 @@ private slots:
     void NobodyAsksAndNothingStarts() {
         auto maker = std::make_shared<SlowMaker>();
         {
-            Thumbnails thumbnails(MakerOf(maker));
+            Thumbnails thumbnails(MakerOf(maker), nullptr, kAmple);
             thumbnails.Want({}, kPixels);
         }
         QVERIFY(maker->Asked().isEmpty());
@@ -279,5 +284,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(TestThumbnails)
+KIVO_GUILESS_TEST(TestThumbnails)
 #include "tst_thumbnails.moc"

@@ -9,6 +9,8 @@
 #include <cmath>
 
 #include "resources/resources.h"
+#include "support/built_paths.h"
+#include "support/test_program.h"
 
 namespace {
 
@@ -264,7 +266,7 @@ private Q_SLOTS:
 
     // What belongs to the dialog is a disc of radius 63, cut hard: a region knows no half.
     void TheBusyDialogsShapeIsAHardDisc() {
-        const QString path = QStringLiteral(KIVO_PROGRAM_FOLDER) + QStringLiteral("/skin/process.png");
+        const QString path = kivo::test::ProgramFolder() + QStringLiteral("/skin/process.png");
         const QImage mask(path);
         QCOMPARE(mask.size(), QSize(128, 128));
         for (int y = 0; y < 128; ++y) {
@@ -301,6 +303,6 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(WindowPictures)
+KIVO_TEST(WindowPictures)
 
 #include "tst_window_pictures.moc"

@@ -7,6 +7,7 @@
 #include <QString>
 #include <QTemporaryDir>
 
+#include "support/built_paths.h"
 #include "telemetry/energy_library.h"
 
 namespace kivo::test {
@@ -17,7 +18,7 @@ inline const QString kLibraryName = QStringLiteral("EnergyLib64.dll");
 inline QString LibraryFolder(const char* variant) {
     // With its drive, where there are drives.
     const QString folder =
-        QDir(QStringLiteral(KIVO_ENERGY_LIBRARIES)).absoluteFilePath(QString::fromLatin1(variant));
+        QDir(InTestFolder("energy_libraries")).absoluteFilePath(QString::fromLatin1(variant));
     if (!QFile::exists(folder + QLatin1Char('/') + kLibraryName)) {
         qFatal("There is no library in %s.", qUtf8Printable(folder));
     }

@@ -1,5 +1,6 @@
 #include <QtTest>
 
+#include "support/test_program.h"
 #include "telemetry/cpu_counter.h"
 
 using namespace kivo;
@@ -104,5 +105,5 @@ private slots:
     }
 };
 
-QTEST_APPLESS_MAIN(TestCpuCounter)
+KIVO_APPLESS_TEST(TestCpuCounter)
 #include "tst_cpu_counter.moc"

@@ -3,6 +3,7 @@
 #include <limits>
 #include <vector>
 
+#include "support/test_program.h"
 #include "telemetry/cpu_usage_sampler.h"
 
 using namespace kivo;
@@ -164,5 +165,5 @@ private slots:
     }
 };
 
-QTEST_APPLESS_MAIN(TestCpuUsageSampler)
+KIVO_APPLESS_TEST(TestCpuUsageSampler)
 #include "tst_cpu_usage_sampler.moc"

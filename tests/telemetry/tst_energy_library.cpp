@@ -3,6 +3,7 @@
 #include <array>
 
 #include "energy_library_folders.h"
+#include "support/test_program.h"
 
 using namespace kivo;
 using namespace kivo::test;
@@ -228,5 +229,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestEnergyLibrary)
+KIVO_GUILESS_TEST(TestEnergyLibrary)
 #include "tst_energy_library.moc"

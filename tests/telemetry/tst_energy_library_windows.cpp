@@ -1,6 +1,7 @@
 #include <QtTest>
 
 #include "energy_library_folders.h"
+#include "support/test_program.h"
 
 using namespace kivo;
 using namespace kivo::test;
@@ -64,5 +65,5 @@ void TestEnergyLibraryWindows::CompleteEnvironmentComesBeforeIt() {
     QVERIFY(!LoadsInTheDefaultFolder(Environment(LibraryFolder("start_fails"))));
 }
 
-QTEST_GUILESS_MAIN(TestEnergyLibraryWindows)
+KIVO_GUILESS_TEST(TestEnergyLibraryWindows)
 #include "tst_energy_library_windows.moc"

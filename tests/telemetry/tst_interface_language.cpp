@@ -1,5 +1,6 @@
 #include <QtTest>
 
+#include "support/test_program.h"
 #include "telemetry/interface_language.h"
 
 using namespace kivo;
@@ -41,5 +42,5 @@ private slots:
     }
 };
 
-QTEST_APPLESS_MAIN(TestInterfaceLanguage)
+KIVO_APPLESS_TEST(TestInterfaceLanguage)
 #include "tst_interface_language.moc"

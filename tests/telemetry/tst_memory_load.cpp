@@ -1,5 +1,6 @@
 #include <QtTest>
 
+#include "support/test_program.h"
 #include "telemetry/memory_load.h"
 
 using namespace kivo;
@@ -63,5 +64,5 @@ private slots:
     }
 };
 
-QTEST_APPLESS_MAIN(TestMemoryLoad)
+KIVO_APPLESS_TEST(TestMemoryLoad)
 #include "tst_memory_load.moc"

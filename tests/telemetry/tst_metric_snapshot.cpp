@@ -5,6 +5,7 @@
 #include <limits>
 #include <thread>
 
+#include "support/test_program.h"
 #include "telemetry/live_value.h"
 #include "telemetry/metric_snapshot.h"
 
@@ -183,5 +184,5 @@ private slots:
     }
 };
 
-QTEST_APPLESS_MAIN(TestMetricSnapshot)
+KIVO_APPLESS_TEST(TestMetricSnapshot)
 #include "tst_metric_snapshot.moc"

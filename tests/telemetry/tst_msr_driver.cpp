@@ -1,5 +1,6 @@
 #include <QtTest>
 
+#include "support/test_program.h"
 #include "telemetry/msr_driver.h"
 
 using namespace kivo;
@@ -185,5 +186,5 @@ void TestMsrDriver::ThisProgramNeedsNoTranslationLayer() {
     QVERIFY(!msrDriver.isWow64);
 }
 
-QTEST_GUILESS_MAIN(TestMsrDriver)
+KIVO_GUILESS_TEST(TestMsrDriver)
 #include "tst_msr_driver.moc"

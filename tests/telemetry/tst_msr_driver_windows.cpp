@@ -2,6 +2,7 @@
 
 #include <QtTest>
 
+#include "support/test_program.h"
 #include "telemetry/msr_driver.h"
 
 using namespace kivo;
@@ -201,5 +202,5 @@ void TestMsrDriverWindows::AHandleThatIsNoDriverGivesNoValue() {
     QCOMPARE(high, 8U);
 }
 
-QTEST_GUILESS_MAIN(TestMsrDriverWindows)
+KIVO_GUILESS_TEST(TestMsrDriverWindows)
 #include "tst_msr_driver_windows.moc"

@@ -4,6 +4,7 @@
 #include <limits>
 
 #include "energy_library_folders.h"
+#include "support/test_program.h"
 #include "telemetry/intel_power_gadget_thread.h"
 #include "told.h"
 
@@ -322,5 +323,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestPowerPoller)
+KIVO_GUILESS_TEST(TestPowerPoller)
 #include "tst_power_poller.moc"

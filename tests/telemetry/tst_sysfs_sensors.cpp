@@ -5,6 +5,7 @@
 #include "../config/log_catcher.h"
 #include "energy_library_folders.h"
 #include "made_up_sysfs.h"
+#include "support/test_program.h"
 #include "telemetry/package_sensors_linux.h"
 
 using namespace kivo;
@@ -396,5 +397,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestSysfsSensors)
+KIVO_GUILESS_TEST(TestSysfsSensors)
 #include "tst_sysfs_sensors.moc"

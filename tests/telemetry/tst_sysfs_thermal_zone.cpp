@@ -1,6 +1,7 @@
 #include <QtTest>
 
 #include "made_up_sysfs.h"
+#include "support/test_program.h"
 #include "telemetry/thermal_zone_linux.h"
 
 using namespace kivo;
@@ -72,5 +73,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestSysfsThermalZone)
+KIVO_GUILESS_TEST(TestSysfsThermalZone)
 #include "tst_sysfs_thermal_zone.moc"

@@ -5,6 +5,8 @@
 
 #include <QtTest>
 
+#include "support/built_paths.h"
+#include "support/test_program.h"
 #include "telemetry/thermal_zone_windows.h"
 
 using namespace kivo;
@@ -21,7 +23,7 @@ private Q_SLOTS:
 
 private:
     static const QString& StandIn() {
-        static const QString path = QDir(QStringLiteral(KIVO_WMIC_STAND_IN)).absolutePath();
+        static const QString path = QDir(test::TestHelper("stand in/wmic")).absolutePath();
         return path;
     }
 };
@@ -101,5 +103,5 @@ void TestThermalClient::ClientsOfThatNameElsewhereAreNotRun() {
     QCOMPARE(notes.Lines(), QStringList());
 }
 
-QTEST_GUILESS_MAIN(TestThermalClient)
+KIVO_GUILESS_TEST(TestThermalClient)
 #include "tst_thermal_client.moc"

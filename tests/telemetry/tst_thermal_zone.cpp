@@ -1,6 +1,8 @@
 #include <QtTest>
 
 #include "../config/log_catcher.h"
+#include "support/built_paths.h"
+#include "support/test_program.h"
 #include "telemetry/thermal_zone.h"
 #include "telemetry/thermal_zone_thread.h"
 #include "told.h"
@@ -26,7 +28,7 @@ QString Degrees(const char* number) {
 
 // The stand-in for the WMI client; made is a file that it makes.
 Command StandIn(const QString& behaviour, const QString& made = {}) {
-    Command command{QStringLiteral(KIVO_THERMAL_STAND_IN), {behaviour}};
+    Command command{TestHelper("thermal_stand_in"), {behaviour}};
     if (!made.isEmpty()) {
         command.arguments.append(made);
     }
@@ -192,5 +194,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestThermalZone)
+KIVO_GUILESS_TEST(TestThermalZone)
 #include "tst_thermal_zone.moc"

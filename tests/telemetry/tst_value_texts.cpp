@@ -2,6 +2,7 @@
 
 #include <limits>
 
+#include "support/test_program.h"
 #include "telemetry/value_texts.h"
 
 using namespace kivo;
@@ -15,6 +16,10 @@ constexpr int kHighest = std::numeric_limits<int>::max();
 
 class TestValueTexts : public QObject {
     Q_OBJECT
+
+public:
+    // The system's locale is Arabic for the whole program, as it would be on such a machine.
+    static void initMain() { qputenv("LC_ALL", "ar_EG.UTF-8"); }
 
 private slots:
     // A locale with digits and separators of its own: none of them may reach the panel.
@@ -149,10 +154,5 @@ private slots:
     }
 };
 
-// The system's locale is Arabic for the whole program, as it would be on such a machine.
-int main(int argc, char** argv) {
-    qputenv("LC_ALL", "ar_EG.UTF-8");
-    TestValueTexts test;
-    return QTest::qExec(&test, argc, argv);
-}
+KIVO_APPLESS_TEST(TestValueTexts)
 #include "tst_value_texts.moc"

@@ -1,9 +1,11 @@
-kivo_add_test(virtualscreen panel_decoder LINK kivo_virtualscreen)
-kivo_add_test(virtualscreen panel_image_writer LINK kivo_virtualscreen kivo_device)
-kivo_add_test(virtualscreen report_log_program LINK kivo_device kivo_virtualscreen)
-kivo_add_test(virtualscreen round_trip LINK kivo_virtualscreen kivo_device)
-kivo_add_test(virtualscreen virtual_hid_api LINK kivo_virtualscreen)
-kivo_add_test(virtualscreen virtual_screen_window LINK kivo_virtualscreen_window kivo_device)
-target_compile_definitions(tst_report_log_program PRIVATE KIVO_REPORT_LOG="$<TARGET_FILE:kivo-report-log>")
-add_dependencies(tst_report_log_program kivo-report-log)
-kivo_add_test(virtualscreen virtual_hotplug LINK kivo_virtualscreen kivo_device)
+kivo_add_tests(virtualscreen
+    UNITS
+        panel_decoder
+        panel_image_writer
+        report_log_program
+        round_trip
+        virtual_hid_api
+        virtual_hotplug
+        virtual_screen_window
+    LINK kivo_virtualscreen kivo_virtualscreen_window kivo_device)
+add_dependencies(tests_virtualscreen kivo-report-log)

@@ -1,5 +1,6 @@
 #include <QtTest>
 
+#include "support/test_program.h"
 #include "virtualscreen/panel_decoder.h"
 
 using namespace kivo;
@@ -400,5 +401,5 @@ private slots:
     }
 };
 
-QTEST_APPLESS_MAIN(TestPanelDecoder)
+KIVO_APPLESS_TEST(TestPanelDecoder)
 #include "tst_panel_decoder.moc"

@@ -5,6 +5,8 @@
 
 #include "device/report_log.h"
 #include "device/transfers.h"
+#include "support/built_paths.h"
+#include "support/test_program.h"
 #include "virtualscreen/virtual_hid_api.h"
 
 using namespace kivo;
@@ -19,7 +21,7 @@ struct Outcome {
 
 Outcome RunTool(const QStringList& arguments) {
     QProcess process;
-    process.start(QStringLiteral(KIVO_REPORT_LOG), arguments);
+    process.start(test::BuiltProgram("kivo-report-log"), arguments);
     Outcome outcome;
     if (!process.waitForFinished())
         return outcome;
@@ -126,7 +128,7 @@ private slots:
         QTest::newRow("an image without a name")
             << QStringList{QStringLiteral("a"), QStringLiteral("--image")};
         QTest::newRow("a file that does not exist") << QStringList{QStringLiteral("/none/reports.log")};
-        QTest::newRow("a file that is no log") << QStringList{QStringLiteral(KIVO_REPORT_LOG)};
+        QTest::newRow("a file that is no log") << QStringList{test::BuiltProgram("kivo-report-log")};
     }
 
     void badArguments() {
@@ -163,5 +165,5 @@ private:
     std::unique_ptr<VirtualHidApi> m_screen;
 };
 
-QTEST_GUILESS_MAIN(TestReportLogProgram)
+KIVO_GUILESS_TEST(TestReportLogProgram)
 #include "tst_report_log_program.moc"

@@ -2,6 +2,7 @@
 #include <QtTest>
 
 #include "device/reports.h"
+#include "support/test_program.h"
 #include "virtualscreen/panel_decoder.h"
 
 using namespace kivo;
@@ -97,5 +98,5 @@ private slots:
     }
 };
 
-QTEST_APPLESS_MAIN(TestRoundTrip)
+KIVO_APPLESS_TEST(TestRoundTrip)
 #include "tst_round_trip.moc"

@@ -2,6 +2,7 @@
 #include <atomic>
 #include <thread>
 
+#include "support/test_program.h"
 #include "virtualscreen/virtual_hid_api.h"
 
 using namespace kivo;
@@ -191,6 +192,86 @@ private slots:
         QCOMPARE(screen.OpenPath(data), nullptr);
     }
 
+    void anOpenNodeSaysWhatItIs() {
+        VirtualHidApi screen;
+        const Open data(screen, screen.DataPath());
+        const Open control(screen, screen.ControlPath());
+        const std::vector<HidDeviceInfo> said = screen.Identify(data.Handle());
+        QCOMPARE(said.size(), std::size_t{1});
+        QCOMPARE(said.front().vendorId, quint16{0x04D9});
+        QCOMPARE(said.front().productId, quint16{0xFD01});
+        QCOMPARE(said.front().usagePage, quint16{0xFFA0});
+        QCOMPARE(said.front().interfaceNumber, 1);
+        QVERIFY(said.front().product.isEmpty());
+        QCOMPARE(screen.Identify(control.Handle()).front().interfaceNumber, 0);
+    }
+
+    void eachPluggingInMakesNewNodes() {
+        VirtualHidApi screen;
+        const QByteArray stamp = screen.NodeStamp(screen.DataPath());
+        QVERIFY(!stamp.isEmpty());
+        screen.Unplug();
+        QCOMPARE(screen.NodeStamp(screen.DataPath()), QByteArray());
+        QCOMPARE(screen.PanelKey(screen.DataPath()), QByteArray());
+        screen.Plug();
+        QVERIFY(!screen.NodeStamp(screen.DataPath()).isEmpty());
+        QVERIFY(screen.NodeStamp(screen.DataPath()) != stamp);
+        QCOMPARE(screen.NodeStamp("virtual/other"), QByteArray());
+    }
+
+    void mayBeAnotherPanel() {
+        VirtualHidApi screen;
+        const QByteArray key = screen.PanelKey(screen.DataPath());
+        QVERIFY(!key.isEmpty());
+        QCOMPARE(screen.PanelKey(screen.ControlPath()), key);
+        QCOMPARE(screen.PanelKey("virtual/other"), QByteArray());
+        screen.Unplug();
+        screen.SetPanelKey("second");
+        screen.Plug();
+        QCOMPARE(screen.PanelKey(screen.DataPath()), QByteArray("second"));
+    }
+
+    void mayComeBackWithItsPathsSwapped() {
+        VirtualHidApi screen;
+        const QByteArray control = screen.ControlPath();
+        const QByteArray data = screen.DataPath();
+        screen.Unplug();
+        screen.Plug(VirtualHidApi::NodeNumbers::Swapped);
+        QCOMPARE(screen.ControlPath(), data);
+        QCOMPARE(screen.DataPath(), control);
+        const std::vector<HidDeviceInfo> devices = screen.Enumerate(0, 0);
+        QCOMPARE(devices[0].path, data);
+        QCOMPARE(devices[0].usagePage, quint16{0x000C});
+        const Open misled(screen, data);
+        QTest::ignoreMessage(QtWarningMsg, "Report refused, interface: a report for the control interface");
+        QCOMPARE(misled.Write(TimeSync()), -1);
+        const Open right(screen, control);
+        QCOMPARE(right.Write(TimeSync()), 4097);
+    }
+
+    void aKeyboardMayTakeItsPath() {
+        VirtualHidApi screen;
+        const QByteArray path = screen.DataPath();
+        const QByteArray stamp = screen.NodeStamp(path);
+        const Open data(screen, path);
+        screen.PutKeyboardAt(path);
+        QCOMPARE(data.Write(TimeSync()), -1);
+        QVERIFY(screen.NodeStamp(path) != stamp);
+        QCOMPARE(screen.PanelKey(path), QByteArray());
+        QCOMPARE(screen.Enumerate(0x04D9, 0xFD01).size(), std::size_t{1});
+        QCOMPARE(screen.Enumerate(0, 0).size(), std::size_t{2});
+        {
+            const Open keyboard(screen, path);
+            QCOMPARE(screen.Identify(keyboard.Handle()).front().vendorId, quint16{0x046D});
+            QTest::ignoreMessage(QtWarningMsg, "Report refused, interface: a report for another device");
+            QCOMPARE(keyboard.Write(TimeSync()), -1);
+            QCOMPARE(screen.State().counts.Errors(PanelError::Interface), quint64{1});
+        }
+        screen.PutKeyboardAt(QByteArray());
+        QCOMPARE(screen.NodeStamp(path), stamp);
+        QCOMPARE(screen.Enumerate(0, 0).size(), std::size_t{2});
+    }
+
     void failsAsTold() {
         VirtualHidApi screen;
         screen.FailInit();
@@ -308,5 +389,5 @@ private slots:
     }
 };
 
-QTEST_APPLESS_MAIN(TestVirtualHidApi)
+KIVO_APPLESS_TEST(TestVirtualHidApi)
 #include "tst_virtual_hid_api.moc"

@@ -3,6 +3,7 @@
 #include <thread>
 
 #include "device/interface_name.h"
+#include "support/test_program.h"
 #include "virtualscreen/virtual_hotplug.h"
 
 using namespace kivo;
@@ -86,5 +87,5 @@ private:
     std::unique_ptr<VirtualHotplug> m_hotplug;
 };
 
-QTEST_GUILESS_MAIN(TestVirtualHotplug)
+KIVO_GUILESS_TEST(TestVirtualHotplug)
 #include "tst_virtual_hotplug.moc"

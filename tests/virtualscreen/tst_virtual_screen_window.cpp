@@ -6,6 +6,7 @@
 #include <thread>
 
 #include "device/transfers.h"
+#include "support/test_program.h"
 #include "virtualscreen/virtual_screen_window.h"
 
 using namespace kivo;
@@ -30,7 +31,7 @@ private slots:
     void showsThePanelTwiceAsLarge() {
         QCOMPARE(View()->size(), QSize(640, 340));
         const std::vector<quint8> red = Pixels(0xF8, 0x00);
-        QVERIFY(m_transfers->SendAreaImageWithPos(red.data(), 100, 50, 1, 1));
+        QCOMPARE(m_transfers->SendAreaImageWithPos(red.data(), 100, 50, 1, 1), TransferResult::Taken);
         QTRY_COMPARE(ViewPixel(200, 100), qRgb(255, 0, 0));
         QCOMPARE(ViewPixel(201, 101), qRgb(255, 0, 0));
         QCOMPARE(ViewPixel(202, 100), qRgb(0, 0, 0));
@@ -39,11 +40,11 @@ private slots:
 
     void showsPortraitUpright() {
         const std::vector<quint8> red = Pixels(0xF8, 0x00);
-        QVERIFY(m_transfers->SendAreaImageWithPos(red.data(), 0, 169, 1, 1));
-        QVERIFY(m_transfers->SendOrientation(1));
+        QCOMPARE(m_transfers->SendAreaImageWithPos(red.data(), 0, 169, 1, 1), TransferResult::Taken);
+        QCOMPARE(m_transfers->SendOrientation(1), TransferResult::Taken);
         QTRY_COMPARE(View()->size(), QSize(340, 640));
         QTRY_COMPARE(ViewPixel(0, 0), qRgb(255, 0, 0));
-        QVERIFY(m_transfers->SendOrientation(0));
+        QCOMPARE(m_transfers->SendOrientation(0), TransferResult::Taken);
         QTRY_COMPARE(View()->size(), QSize(640, 340));
         QTRY_COMPARE(ViewPixel(0, 338), qRgb(255, 0, 0));
     }
@@ -64,13 +65,13 @@ private slots:
 
     void theButtonsFollowAScreenThatVanishes() {
         m_screen->VanishAtReport(1);
-        QVERIFY(!m_transfers->SendTimeSync());
+        QCOMPARE(m_transfers->SendTimeSync(), TransferResult::Refused);
         QTRY_VERIFY(Button(QStringLiteral("插入"))->isEnabled());
     }
 
     void thePictureComesBackWithTheScreen() {
         const std::vector<quint8> red = Pixels(0xF8, 0x00);
-        QVERIFY(m_transfers->SendAreaImageWithPos(red.data(), 0, 0, 1, 1));
+        QCOMPARE(m_transfers->SendAreaImageWithPos(red.data(), 0, 0, 1, 1), TransferResult::Taken);
         QTRY_COMPARE(ViewPixel(0, 0), qRgb(255, 0, 0));
         m_screen->Unplug();
         QTRY_VERIFY(ViewPixel(0, 0) != qRgb(255, 0, 0));
@@ -81,7 +82,7 @@ private slots:
     void saysHowMuchIsSentAndRests() {
         auto* const label = m_window->findChild<QLabel*>();
         QCOMPARE(label->text(), QStringLiteral("0 报告/秒   0 字节/秒"));
-        QVERIFY(m_transfers->SendTimeSync());
+        QCOMPARE(m_transfers->SendTimeSync(), TransferResult::Taken);
         QTRY_VERIFY(!label->text().startsWith(QLatin1String("0 ")));
         QTRY_COMPARE(label->text(), QStringLiteral("0 报告/秒   0 字节/秒"));
         // Nothing is polled when nothing happens.
@@ -142,5 +143,5 @@ private:
     std::unique_ptr<VirtualScreenWindow> m_window;
 };
 
-QTEST_MAIN(TestVirtualScreenWindow)
+KIVO_TEST(TestVirtualScreenWindow)
 #include "tst_virtual_screen_window.moc"

@@ -1,4 +1,15 @@
-foreach(unit exit_item_delegate exit_message_box focus_ring my_list_widget nimb_item_delegate nimb_push_button
-        press_combobox press_label self_plain_text_edit sharp_picture window_style zoom_label)
-    kivo_add_test(widgets ${unit} LINK kivo_widgets)
-endforeach()
+kivo_add_tests(widgets
+    UNITS
+        exit_item_delegate
+        exit_message_box
+        focus_ring
+        my_list_widget
+        nimb_item_delegate
+        nimb_push_button
+        press_combobox
+        press_label
+        self_plain_text_edit
+        sharp_picture
+        window_style
+        zoom_label
+    LINK kivo_widgets)

@@ -3,6 +3,7 @@
 #include <QtTest>
 #include <memory>
 
+#include "support/test_program.h"
 #include "widgets/exit_item_delegate.h"
 #include "widgets/my_list_widget.h"
 #include "widgets/window_colors.h"
@@ -210,5 +211,5 @@ private:
     OpenDelegate* m_delegate = nullptr;
 };
 
-QTEST_MAIN(TestExitItemDelegate)
+KIVO_TEST(TestExitItemDelegate)
 #include "tst_exit_item_delegate.moc"

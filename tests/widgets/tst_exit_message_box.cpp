@@ -4,6 +4,7 @@
 #include <QtTest>
 #include <memory>
 
+#include "support/test_program.h"
 #include "widgets/exit_message_box.h"
 #include "widgets/nimb_push_button.h"
 
@@ -260,5 +261,5 @@ private:
     std::unique_ptr<QWidget> m_window;
 };
 
-QTEST_MAIN(TestExitMessageBox)
+KIVO_TEST(TestExitMessageBox)
 #include "tst_exit_message_box.moc"

@@ -4,6 +4,7 @@
 #include <QtTest>
 #include <memory>
 
+#include "support/test_program.h"
 #include "widgets/focus_ring.h"
 #include "widgets/window_colors.h"
 
@@ -123,5 +124,5 @@ private:
     FocusRing* m_ring = nullptr;
 };
 
-QTEST_MAIN(TestFocusRing)
+KIVO_TEST(TestFocusRing)
 #include "tst_focus_ring.moc"

@@ -1,6 +1,7 @@
 #include <QSignalSpy>
 #include <QtTest>
 
+#include "support/test_program.h"
 #include "widgets/exit_item_delegate.h"
 #include "widgets/my_list_widget.h"
 #include "widgets/nimb_item_delegate.h"
@@ -83,5 +84,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(TestMyListWidget)
+KIVO_TEST(TestMyListWidget)
 #include "tst_my_list_widget.moc"

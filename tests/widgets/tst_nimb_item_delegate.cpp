@@ -2,6 +2,7 @@
 #include <QStandardItemModel>
 #include <QtTest>
 
+#include "support/test_program.h"
 #include "widgets/nimb_item_delegate.h"
 
 using namespace kivo;
@@ -94,5 +95,5 @@ private:
     }
 };
 
-QTEST_MAIN(TestNimbItemDelegate)
+KIVO_TEST(TestNimbItemDelegate)
 #include "tst_nimb_item_delegate.moc"

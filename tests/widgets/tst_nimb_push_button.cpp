@@ -3,6 +3,7 @@
 #include <QtTest>
 #include <memory>
 
+#include "support/test_program.h"
 #include "widgets/nimb_push_button.h"
 #include "widgets/window_colors.h"
 
@@ -487,5 +488,5 @@ private:
     QStringList m_log;
 };
 
-QTEST_MAIN(TestNimbPushButton)
+KIVO_TEST(TestNimbPushButton)
 #include "tst_nimb_push_button.moc"

@@ -3,6 +3,7 @@
 #include <QtTest>
 #include <memory>
 
+#include "support/test_program.h"
 #include "widgets/press_combobox.h"
 
 using namespace kivo;
@@ -99,5 +100,5 @@ private:
     std::unique_ptr<PressCombobox> m_box;
 };
 
-QTEST_MAIN(TestPressCombobox)
+KIVO_TEST(TestPressCombobox)
 #include "tst_press_combobox.moc"

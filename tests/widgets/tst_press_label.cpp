@@ -1,6 +1,7 @@
 #include <QSignalSpy>
 #include <QtTest>
 
+#include "support/test_program.h"
 #include "widgets/photo_area.h"
 #include "widgets/press_label.h"
 
@@ -64,5 +65,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(TestPressLabel)
+KIVO_TEST(TestPressLabel)
 #include "tst_press_label.moc"

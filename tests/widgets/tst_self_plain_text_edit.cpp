@@ -2,6 +2,7 @@
 #include <QTextLayout>
 #include <QtTest>
 
+#include "support/test_program.h"
 #include "widgets/self_plain_text_edit.h"
 
 using namespace kivo;
@@ -106,5 +107,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(TestSelfPlainTextEdit)
+KIVO_TEST(TestSelfPlainTextEdit)
 #include "tst_self_plain_text_edit.moc"

@@ -2,6 +2,7 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
+#include "support/test_program.h"
 #include "widgets/sharp_picture.h"
 
 using namespace kivo;
@@ -75,5 +76,5 @@ private:
     QTemporaryDir m_folder;
 };
 
-QTEST_MAIN(TestSharpPicture)
+KIVO_TEST(TestSharpPicture)
 #include "tst_sharp_picture.moc"

@@ -6,6 +6,7 @@
 #include <QtTest>
 #include <cmath>
 
+#include "support/test_program.h"
 #include "widgets/my_list_widget.h"
 #include "widgets/window_colors.h"
 #include "widgets/window_style.h"
@@ -116,5 +117,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(TestWindowStyle)
+KIVO_TEST(TestWindowStyle)
 #include "tst_window_style.moc"

@@ -1,5 +1,6 @@
 #include <QtTest>
 
+#include "support/test_program.h"
 #include "widgets/zoom_label.h"
 
 using namespace kivo;
@@ -55,5 +56,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(TestZoomLabel)
+KIVO_TEST(TestZoomLabel)
 #include "tst_zoom_label.moc"

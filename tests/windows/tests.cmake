@@ -3,63 +3,56 @@ if(NOT WIN32)
     return()
 endif()
 
-# Libraries that stand in for the system's or the user's, each under the name the program looks for.
-function(kivo_add_test_library target name)
-    add_library(${target} SHARED windows/libraries/${target}.cpp)
-    set_target_properties(${target} PROPERTIES PREFIX "" OUTPUT_NAME ${name}
-        RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests/libraries)
-    target_link_libraries(${target} PRIVATE kivo_build_flags)
-endfunction()
-kivo_add_test_library(test_pdh pdh)
-kivo_add_test_library(test_hidapi hidapi)
-target_include_directories(test_hidapi PRIVATE ${HIDAPI_INCLUDE_DIRS})
-
-kivo_add_test(windows registry_marker LINK kivo_config kivo_test_support)
-kivo_add_test(windows autostart_registry LINK kivo_app)
-kivo_add_test(windows windows_folders LINK kivo_config kivo_pictures kivo_test_support)
-target_link_libraries(tst_windows_folders PRIVATE ole32 shell32 uuid)
-kivo_add_test(windows console_events LINK kivo_app)
-kivo_add_test(windows native_event LINK kivo_app kivo_virtualscreen kivo_test_support)
-add_dependencies(tst_native_event kivo-screen)
-target_compile_definitions(tst_native_event PRIVATE KIVO_BIN_DIR="${CMAKE_RUNTIME_OUTPUT_DIRECTORY}")
-kivo_add_test(windows instance_guard TIMEOUT 300)
-add_dependencies(tst_instance_guard instance_copy)
-target_compile_definitions(tst_instance_guard PRIVATE KIVO_INSTANCE_COPY="$<TARGET_FILE:instance_copy>")
+kivo_add_tests(windows
+    UNITS
+        autostart_registry
+        console_events
+        hidapi_identity
+        instance_guard
+        native_event
+        pdh_counter
+        registry_marker
+        windows_folders
+        windows_program
+    REGISTERED_ELSEWHERE hidapi_identity pdh_counter windows_program
+    LINK kivo_app kivo_virtualscreen)
+target_link_libraries(tests_windows PRIVATE ole32 shell32 uuid)
+add_dependencies(tests_windows kivo-screen instance_copy)
 
 # For packaging/windows/check_installer.sh. It runs without the folder of libraries.
 kivo_add_program(window_stand_in SOURCES windows/window_stand_in.cpp)
 target_link_options(window_stand_in PRIVATE -municode -static)
 set_target_properties(window_stand_in PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests)
 
-# The library is looked for beside the program first, so this one gets a folder of its own.
-kivo_add_test(windows pdh_counter LINK kivo_telemetry)
-set(with_pdh ${CMAKE_BINARY_DIR}/tests/with_pdh)
-set_target_properties(tst_pdh_counter PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${with_pdh})
-add_dependencies(tst_pdh_counter test_pdh)
-add_custom_command(TARGET test_pdh POST_BUILD
-    COMMAND ${CMAKE_COMMAND} -E make_directory ${with_pdh}
-    COMMAND ${CMAKE_COMMAND} -E copy $<TARGET_FILE:test_pdh> ${with_pdh}/pdh.dll)
-
-kivo_add_test(windows windows_program LINK kivo_virtualscreen kivo_test_support TIMEOUT 600)
-add_dependencies(tst_windows_program kivo-screen test_pdh test_hidapi)
-target_compile_definitions(tst_windows_program PRIVATE
-    KIVO_PROGRAM_FOLDER="${CMAKE_RUNTIME_OUTPUT_DIRECTORY}"
-    KIVO_TEST_LIBRARIES="${CMAKE_BINARY_DIR}/tests/libraries")
+# Libraries that stand in for the system's or the user's, each under the name the program looks for, and beside copies of
+# the test programs (<folder>...): a library is looked for beside the program first.
+function(kivo_add_test_library target name)
+    add_library(${target} SHARED windows/libraries/${target}.cpp)
+    set_target_properties(${target} PROPERTIES PREFIX "" OUTPUT_NAME ${name}
+        RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests/libraries)
+    target_link_libraries(${target} PRIVATE kivo_build_flags)
+    foreach(folder IN LISTS ARGN)
+        add_dependencies(tests_${folder} ${target})
+        add_custom_command(TARGET tests_${folder} POST_BUILD
+            COMMAND ${CMAKE_COMMAND} -E make_directory ${CMAKE_BINARY_DIR}/tests/with_${name}
+            COMMAND ${CMAKE_COMMAND} -E copy $<TARGET_FILE:tests_${folder}> ${CMAKE_BINARY_DIR}/tests/with_${name}
+            COMMAND ${CMAKE_COMMAND} -E copy $<TARGET_FILE:${target}> ${CMAKE_BINARY_DIR}/tests/with_${name})
+    endforeach()
+endfunction()
+kivo_add_test_library(test_pdh pdh windows telemetry)
+kivo_add_test_library(test_hidapi hidapi device windows)
+target_include_directories(test_hidapi PRIVATE ${HIDAPI_INCLUDE_DIRS})
+add_dependencies(tests_windows test_hidapi)
 
 # The program's own calls of these libraries, on a system whose own cannot be counted on: Wine's has no such counter, and
 # hidapi does not start there.
-set(with_hidapi ${CMAKE_BINARY_DIR}/tests/with_hidapi)
-set_target_properties(tst_cpu_counter PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${with_pdh})
-set_target_properties(tst_hid_api_hidapi PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${with_hidapi})
-add_dependencies(tst_cpu_counter test_pdh)
-add_dependencies(tst_hid_api_hidapi test_hidapi)
-add_custom_command(TARGET test_hidapi POST_BUILD
-    COMMAND ${CMAKE_COMMAND} -E make_directory ${with_hidapi}
-    COMMAND ${CMAKE_COMMAND} -E copy $<TARGET_FILE:test_hidapi> ${with_hidapi}/hidapi.dll)
-
+set(with_pdh ${CMAKE_CROSSCOMPILING_EMULATOR} ${CMAKE_BINARY_DIR}/tests/with_pdh)
+set(with_hidapi ${CMAKE_CROSSCOMPILING_EMULATOR} ${CMAKE_BINARY_DIR}/tests/with_hidapi)
 # Before the system's library comes the one beside the program.
-foreach(test windows/pdh_counter windows/windows_program telemetry/cpu_counter)
-    get_test_property(${test} ENVIRONMENT environment)
-    set_tests_properties(${test} PROPERTIES
-        ENVIRONMENT "${environment};WINEDLLOVERRIDES=pdh=n,b")
-endforeach()
+set(own_pdh WINEDLLOVERRIDES=pdh=n,b)
+kivo_register_test(windows/pdh_counter pdh_counter COMMAND ${with_pdh}/tests_windows.exe ENVIRONMENT ${own_pdh})
+kivo_register_test(telemetry/cpu_counter cpu_counter COMMAND ${with_pdh}/tests_telemetry.exe ENVIRONMENT ${own_pdh})
+kivo_register_test(device/hid_api_hidapi hid_api_hidapi COMMAND ${with_hidapi}/tests_device.exe)
+kivo_register_test(windows/hidapi_identity hidapi_identity COMMAND ${with_hidapi}/tests_windows.exe)
+kivo_register_test(windows/windows_program windows_program ENVIRONMENT ${own_pdh})
+kivo_limit_tests(1200 windows/instance_guard windows/windows_program)

@@ -6,6 +6,7 @@
 #include <QtTest>
 
 #include "app/autostart.h"
+#include "support/test_program.h"
 
 using namespace kivo;
 
@@ -93,5 +94,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestAutostartRegistry)
+KIVO_GUILESS_TEST(TestAutostartRegistry)
 #include "tst_autostart_registry.moc"

@@ -3,10 +3,10 @@
 #include <QProcess>
 #include <QSignalSpy>
 #include <QtTest>
-#include <cstring>
 
 #include "app/console.h"
 #include "app/quit_signals.h"
+#include "support/test_program.h"
 
 using namespace kivo;
 
@@ -15,18 +15,20 @@ namespace {
 constexpr char kAsChild[] = "--as-child";
 
 // The test once more, as a program with windows is started from a console: without one, without streams.
-// Tells in a file which code page its console has, before and after it has let go of it; 0 is no console.
-int RunAsChild(const char* path) {
+// Tells in the file that argv[1] names which code page its console has, before and after it has let go of it;
+// 0 is no console.
+int RunAsChild(int /*argc*/, char** argv) {
     UseParentConsole();
     const UINT attached = GetConsoleOutputCP();
     LeaveParentConsole();
     const UINT alone = GetConsoleOutputCP();
-    QFile file(QString::fromLocal8Bit(path));
+    QFile file(QString::fromLocal8Bit(argv[1]));
     return file.open(QIODevice::WriteOnly) &&
                    file.write(QByteArray::number(attached) + ' ' + QByteArray::number(alone)) > 0
                ? 0
                : 1;
 }
+const test::RegisteredRole kChild(kAsChild, RunAsChild);
 
 }  // namespace
 
@@ -69,13 +71,6 @@ private Q_SLOTS:
     }
 };
 
-int main(int argc, char** argv) {
-    if (argc == 3 && std::strcmp(argv[1], kAsChild) == 0) {
-        return RunAsChild(argv[2]);
-    }
-    QCoreApplication application(argc, argv);
-    TestConsoleEvents test;
-    return QTest::qExec(&test, argc, argv);
-}
+KIVO_GUILESS_TEST(TestConsoleEvents)
 
 #include "tst_console_events.moc"

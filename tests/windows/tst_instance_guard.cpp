@@ -2,6 +2,7 @@
 #include <memory>
 
 #include "../app/instance_copies.h"
+#include "support/test_program.h"
 
 using kivo::test::Copy;
 
@@ -107,5 +108,5 @@ void TestInstanceGuard::CopyThatIsStoppedInsideHoldsNobodyUp() {
     QCOMPARE(first.Ask("poll"), QByteArray("asked"));
 }
 
-QTEST_GUILESS_MAIN(TestInstanceGuard)
+KIVO_GUILESS_TEST(TestInstanceGuard)
 #include "tst_instance_guard.moc"

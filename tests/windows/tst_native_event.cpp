@@ -7,6 +7,7 @@
 #include <cstring>
 
 #include "../app/window_test_support.h"
+#include "support/test_program.h"
 
 using namespace kivo;
 using namespace kivo::test;
@@ -52,7 +53,12 @@ public:
 };
 
 MainWindow::Parts PartsFor(HidApi& hid) {
-    MainWindow::Parts parts{hid, nullptr, kBin, false, QLocale(QStringLiteral("en_US")), [] { return true; }};
+    MainWindow::Parts parts{hid,
+                            nullptr,
+                            kBin,
+                            LiveSession::PanelKind::Real,
+                            QLocale(QStringLiteral("en_US")),
+                            [] { return true; }};
     parts.makeHotplug = &MakeSystemHotplug;
     return parts;
 }
@@ -117,14 +123,15 @@ private Q_SLOTS:
         VirtualHidApi panel;
         OpenWindow window(PartsFor(panel));
         const ScreenSession& screen = window.Session().Screen();
+        QVERIFY(!window.IsTaken(WM_DEVICECHANGE, DBT_DEVICEARRIVAL, InterfaceHeader(kData)));
+        QCOMPARE(screen.Entry(0).dataFound, 1U);
+        QCOMPARE(TextOf(screen.Entry(0).dataPath), kData.toLatin1());
+        panel.Unplug();
         QVERIFY(!window.IsTaken(WM_DEVICECHANGE, DBT_DEVICEREMOVECOMPLETE, InterfaceHeader(kData)));
         QCOMPARE(screen.Entry(0).dataFound, 0U);
         QVERIFY(!window.IsTaken(WM_DEVICECHANGE, DBT_DEVICEARRIVAL, VolumeHeader()));
         QVERIFY(!window.IsTaken(WM_DEVICECHANGE, DBT_DEVNODES_CHANGED, QByteArray()));
         QCOMPARE(screen.Entry(0).dataFound, 0U);
-        QVERIFY(!window.IsTaken(WM_DEVICECHANGE, DBT_DEVICEARRIVAL, InterfaceHeader(kData)));
-        QCOMPARE(screen.Entry(0).dataFound, 1U);
-        QCOMPARE(TextOf(screen.Entry(0).dataPath), kData.toLatin1());
         QVERIFY(!window.IsTaken(WM_POWERBROADCAST, PBT_APMRESUMEAUTOMATIC, QByteArray()));
         QVERIFY(window.Stop());
     }
@@ -138,5 +145,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(TestNativeEvent)
+KIVO_TEST(TestNativeEvent)
 #include "tst_native_event.moc"

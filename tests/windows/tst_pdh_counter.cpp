@@ -1,5 +1,6 @@
 #include <QtTest>
 
+#include "support/test_program.h"
 #include "telemetry/cpu_usage_sampler.h"
 
 using namespace kivo;
@@ -118,5 +119,5 @@ private:
     QScopedPointer<QTemporaryFile> m_log;
 };
 
-QTEST_GUILESS_MAIN(TestPdhCounter)
+KIVO_GUILESS_TEST(TestPdhCounter)
 #include "tst_pdh_counter.moc"

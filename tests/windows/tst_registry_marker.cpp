@@ -6,6 +6,7 @@
 
 #include "../config/forget_mark.h"
 #include "config/first_run_marker.h"
+#include "support/test_program.h"
 
 using namespace kivo;
 
@@ -110,5 +111,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestRegistryMarker)
+KIVO_GUILESS_TEST(TestRegistryMarker)
 #include "tst_registry_marker.moc"

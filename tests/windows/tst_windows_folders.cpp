@@ -10,6 +10,7 @@
 #include "config/first_run_marker.h"
 #include "config/folders.h"
 #include "pictures/thumbnail_cache.h"
+#include "support/test_program.h"
 
 using namespace kivo;
 
@@ -106,5 +107,5 @@ private:
     QScopedPointer<QTemporaryDir> m_program;
 };
 
-QTEST_GUILESS_MAIN(TestWindowsFolders)
+KIVO_GUILESS_TEST(TestWindowsFolders)
 #include "tst_windows_folders.moc"

@@ -5,11 +5,14 @@
 #include <QProcess>
 #include <QThread>
 #include <QtTest>
+#include <algorithm>
 #include <atomic>
 #include <memory>
 #include <vector>
 
 #include "../config/forget_mark.h"
+#include "support/built_paths.h"
+#include "support/test_program.h"
 #include "virtualscreen/panel_decoder.h"
 #include "windows_desk.h"
 
@@ -49,7 +52,10 @@ private:
     bool SecondCopyEndsWell() const;
     // True once the program has ended by itself with status 0.
     bool EndsWell();
+    // Tells it that the session ends, and waits for the end.
+    bool EndsWellWithTheSession();
     HWND Window() const;
+    bool IsPutAway() const { return !IsWindowVisible(Window()) || IsIconic(Window()); }
     void SetPlugged(bool isPlugged);
     // What the screen has taken so far.
     PanelState Panel() const;
@@ -67,6 +73,8 @@ private:
 namespace {
 
 constexpr int kPatienceMs = 60000;
+// Until it is told to end; with a limit it says at the end what it sent.
+const QStringList kForLong = {QStringLiteral("--run-for"), QStringLiteral("600")};
 constexpr char kMarkKey[] = "Software\\Kivo Tool\\Kivo Config";
 constexpr char kMarkName[] = "isInitialized";
 constexpr wchar_t kDataName[] =
@@ -91,7 +99,7 @@ void CopyTree(const QString& from, const QString& to) {
 
 void TestWindowsProgram::initTestCase() {
     m_folder = std::make_unique<QTemporaryDir>();
-    const QDir source(QStringLiteral(KIVO_PROGRAM_FOLDER));
+    const QDir source(ProgramFolder());
     for (const char* file :
          {"KivoScreen.exe", "Config.ini", "whole.png", "Default.ini", "DefaultProfile.bin"}) {
         const QString name = QLatin1String(file);
@@ -101,8 +109,7 @@ void TestWindowsProgram::initTestCase() {
     CopyTree(source.filePath(QStringLiteral("skin")), m_folder->filePath(QStringLiteral("skin")));
     for (const char* library : {"pdh.dll", "hidapi.dll"}) {
         const QString name = QLatin1String(library);
-        QVERIFY2(QFile::copy(QStringLiteral(KIVO_TEST_LIBRARIES "/") + name, m_folder->filePath(name)),
-                 library);
+        QVERIFY2(QFile::copy(InTestFolder("libraries/") + name, m_folder->filePath(name)), library);
     }
 }
 
@@ -140,6 +147,11 @@ bool TestWindowsProgram::SecondCopyEndsWell() const {
 bool TestWindowsProgram::EndsWell() {
     return m_process->waitForFinished(kPatienceMs) && m_process->exitStatus() == QProcess::NormalExit &&
            m_process->exitCode() == 0;
+}
+
+bool TestWindowsProgram::EndsWellWithTheSession() {
+    SendMessageW(Window(), WM_ENDSESSION, TRUE, 0);
+    return EndsWell();
 }
 
 HWND TestWindowsProgram::Window() const {
@@ -203,35 +215,37 @@ bool TestWindowsProgram::IsMarked() const {
 }
 
 void TestWindowsProgram::FirstStartBringsAFrameAndSetsTheMark() {
-    Start({QStringLiteral("--run-for"), QStringLiteral("8")});
+    Start(kForLong);
     QTRY_COMPARE_WITH_TIMEOUT(Panel().counts.frames, quint64(1), kPatienceMs);
-    QVERIFY(EndsWell());
+    QTRY_VERIFY_WITH_TIMEOUT(Panel().counts.areas > 12, kPatienceMs);  // past the first rounds
+    QVERIFY(EndsWellWithTheSession());
     QVERIFY(IsMarked());
-    const PanelState panel = Panel();
-    QCOMPARE(panel.counts.errors, quint64(0));
-    QVERIFY(panel.counts.areas > 5);
+    QCOMPARE(Panel().counts.errors, quint64(0));
     QVERIFY2(m_process->readAllStandardOutput().contains("37%"), "the load of the counter");
 }
 
 void TestWindowsProgram::LaterStartLeavesThePanelItsPicture() {
-    Start({QStringLiteral("--run-for"), QStringLiteral("6")});
-    QVERIFY(EndsWell());
+    Start();
+    QTRY_VERIFY_WITH_TIMEOUT(Panel().counts.areas > 5, kPatienceMs);
+    QVERIFY(EndsWellWithTheSession());
     QCOMPARE(Panel().counts.frames, quint64(1));
     QVERIFY(QFile::remove(m_screen->filePath(QStringLiteral("reports"))));
-    Start({QStringLiteral("--run-for"), QStringLiteral("5")});
-    QVERIFY(EndsWell());
+    Start();
+    QTRY_VERIFY_WITH_TIMEOUT(Panel().counts.areas > 5, kPatienceMs);
+    QVERIFY(EndsWellWithTheSession());
     QCOMPARE(Panel().counts.frames, quint64(0));
-    QVERIFY(Panel().counts.areas > 5);
 }
 
 void TestWindowsProgram::WrongMarkIsAFirstRun() {
-    Start({QStringLiteral("--run-for"), QStringLiteral("6")});
-    QVERIFY(EndsWell());
+    Start();
+    QTRY_VERIFY_WITH_TIMEOUT(Panel().counts.areas > 5, kPatienceMs);
+    QVERIFY(EndsWellWithTheSession());
     QVERIFY(QFile::remove(m_screen->filePath(QStringLiteral("reports"))));
     Mark(QByteArray("TRUE\0", 5));
-    Start({QStringLiteral("--run-for"), QStringLiteral("8")});
+    Start();
     QTRY_COMPARE_WITH_TIMEOUT(Panel().counts.frames, quint64(1), kPatienceMs);
-    QVERIFY(EndsWell());
+    QTRY_VERIFY_WITH_TIMEOUT(Panel().counts.areas > 5, kPatienceMs);
+    QVERIFY(EndsWellWithTheSession());
     QVERIFY(IsMarked());
 }
 
@@ -248,8 +262,9 @@ void TestWindowsProgram::LoadOfTheCounter() {
     QFETCH(QByteArray, shown);
     m_environment.insert(QStringLiteral("KIVO_TEST_UTILISATIONS"), utilisations);
     Mark(QByteArray("true\0", 5));
-    Start({QStringLiteral("--run-for"), QStringLiteral("6")});
-    QVERIFY(EndsWell());
+    Start(kForLong);
+    QTRY_VERIFY_WITH_TIMEOUT(Panel().counts.areas > 12, kPatienceMs);  // past the first rounds
+    QVERIFY(EndsWellWithTheSession());
     const QByteArray said = m_process->readAllStandardOutput();
     QVERIFY2(said.contains(shown), said.constData());
 }
@@ -259,7 +274,9 @@ void TestWindowsProgram::ScreenThatComesAndGoes() {
     Start();
     QTRY_VERIFY_WITH_TIMEOUT(Window() != nullptr, kPatienceMs);
     QTRY_VERIFY_WITH_TIMEOUT(IsMarked(), kPatienceMs);
-    QTest::qWait(3000);  // the first upload finds no screen
+    // The window is there for the first upload, which finds no screen.
+    QTRY_VERIFY_WITH_TIMEOUT(IsWindowVisible(Window()), kPatienceMs);
+    QTRY_VERIFY_WITH_TIMEOUT(IsPutAway(), kPatienceMs);
     QCOMPARE(Reports().size(), 0);
 
     // The control interface comes first and opens nothing yet. The data interface brings the frame that is
@@ -276,8 +293,8 @@ void TestWindowsProgram::ScreenThatComesAndGoes() {
     SetPlugged(false);
     SendDeviceChange(Window(), DBT_DEVICEREMOVECOMPLETE, kDataName);
     SendDeviceChange(Window(), DBT_DEVICEREMOVECOMPLETE, kControlName);
-    QTest::qWait(1500);
-    QVERIFY(QFile::remove(m_screen->filePath(QStringLiteral("reports"))));
+    // Once the report that was being written is.
+    QTRY_VERIFY_WITH_TIMEOUT(QFile::remove(m_screen->filePath(QStringLiteral("reports"))), kPatienceMs);
 
     // Back again, under a whole path and in other letters: every value is drawn anew.
     SetPlugged(true);
@@ -332,26 +349,25 @@ void TestWindowsProgram::SecondCopyBringsTheFirstToTheFront() {
     Start();
     QTRY_VERIFY_WITH_TIMEOUT(Reports().size() > 0, kPatienceMs);
     QTRY_VERIFY_WITH_TIMEOUT(Panel().counts.areas > 0, kPatienceMs);  // past a first frame, if one was due
-    QTRY_VERIFY_WITH_TIMEOUT(Window() != nullptr && (!IsWindowVisible(Window()) || IsIconic(Window())),
-                             kPatienceMs);
+    QTRY_VERIFY_WITH_TIMEOUT(Window() != nullptr && IsPutAway(), kPatienceMs);
 
     // A further start does it again: the request was taken.
     for (int start = 0; start < 2; ++start) {
         QVERIFY(SecondCopyEndsWell());
-        QTRY_VERIFY_WITH_TIMEOUT(IsWindowVisible(Window()) && !IsIconic(Window()), kPatienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(!IsPutAway(), kPatienceMs);
         QTRY_VERIFY_WITH_TIMEOUT(GetForegroundWindow() == Window(), kPatienceMs);
         QCOMPARE(int(m_process->state()), int(QProcess::Running));
         SendMessageW(Window(), WM_CLOSE, 0, 0);
-        QTRY_VERIFY_WITH_TIMEOUT(!IsWindowVisible(Window()) || IsIconic(Window()), kPatienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(IsPutAway(), kPatienceMs);
         QTest::qWait(1500);  // nothing asks for it any more
-        QVERIFY(!IsWindowVisible(Window()) || IsIconic(Window()));
+        QVERIFY(IsPutAway());
     }
 }
 
 void TestWindowsProgram::EndClosesTheHelperWindow() {
     const HelperWindow helper;
     QVERIFY(helper.window != nullptr);
-    Start({QStringLiteral("--run-for"), QStringLiteral("15")});
+    Start();
     QTRY_VERIFY_WITH_TIMEOUT(Reports().size() > 0, kPatienceMs);
     // A second copy never had a window of its own, and closes nobody's.
     std::atomic<bool> endedWell{false};
@@ -361,6 +377,7 @@ void TestWindowsProgram::EndClosesTheHelperWindow() {
     QVERIFY(endedWell);
     QCOMPARE(int(m_process->state()), int(QProcess::Running));
     QCOMPARE(helperCloseMessages, 0);
+    SendMessageW(Window(), WM_ENDSESSION, TRUE, 0);
     QTRY_COMPARE_WITH_TIMEOUT(int(m_process->state()), int(QProcess::NotRunning), kPatienceMs);
     QCOMPARE(helperCloseMessages, 1);
 }
@@ -382,8 +399,7 @@ void TestWindowsProgram::EndOfTheSessionEndsIt() {
     QTest::qWait(1000);
     QCOMPARE(int(m_process->state()), int(QProcess::Running));
     QVERIFY(SendMessageW(Window(), WM_QUERYENDSESSION, 0, 0) != 0);
-    SendMessageW(Window(), WM_ENDSESSION, TRUE, 0);
-    QVERIFY(EndsWell());
+    QVERIFY(EndsWellWithTheSession());
 }
 
 void TestWindowsProgram::EndOfTheSessionThatIsCalledOff() {
@@ -399,8 +415,7 @@ void TestWindowsProgram::EndOfTheSessionThatIsCalledOff() {
     QTest::qWait(1000);
     QCOMPARE(int(m_process->state()), int(QProcess::Running));
     QVERIFY(SendMessageW(Window(), WM_QUERYENDSESSION, 0, 0) != 0);
-    SendMessageW(Window(), WM_ENDSESSION, TRUE, 0);
-    QVERIFY(EndsWell());
+    QVERIFY(EndsWellWithTheSession());
 }
 
 void TestWindowsProgram::EndOfTheSessionWhileTheExitIsAskedFor() {
@@ -415,8 +430,7 @@ void TestWindowsProgram::EndOfTheSessionWhileTheExitIsAskedFor() {
     QTRY_VERIFY_WITH_TIMEOUT((ClickAt(place.left + 918, place.top + 19), !IsWindowEnabled(Window())),
                              kPatienceMs);
     QVERIFY(SendMessageW(Window(), WM_QUERYENDSESSION, 0, 0) != 0);
-    SendMessageW(Window(), WM_ENDSESSION, TRUE, 0);
-    QVERIFY(EndsWell());
+    QVERIFY(EndsWellWithTheSession());
 }
 
 // Told once, as soon as there is a window: before the event loop runs, or just after.
@@ -440,12 +454,18 @@ void TestWindowsProgram::CopiesStartedAtOnceGiveOne() {
     for (int copy = 0; copy < 4; ++copy) {
         copies.push_back(std::make_unique<QProcess>());
         copies.back()->setProcessEnvironment(m_environment);
-        copies.back()->start(m_folder->filePath(QStringLiteral("KivoScreen.exe")),
-                             {QStringLiteral("--run-for"), QStringLiteral("15")});
+        copies.back()->start(m_folder->filePath(QStringLiteral("KivoScreen.exe")), kForLong);
     }
+    const auto running = [&copies] {
+        return int(std::count_if(copies.begin(), copies.end(),
+                                 [](const auto& copy) { return copy->state() != QProcess::NotRunning; }));
+    };
+    QTRY_COMPARE_WITH_TIMEOUT(running(), 1, kPatienceMs);
+    QTRY_VERIFY_WITH_TIMEOUT(Panel().counts.areas > 0, kPatienceMs);
+    SendMessageW(Window(), WM_ENDSESSION, TRUE, 0);
+    QTRY_COMPARE_WITH_TIMEOUT(running(), 0, kPatienceMs);
     int sessions = 0;
     for (const auto& copy : copies) {
-        QVERIFY(copy->waitForFinished(kPatienceMs));
         QCOMPARE(copy->exitStatus(), QProcess::NormalExit);
         QCOMPARE(copy->exitCode(), 0);
         sessions += copy->readAllStandardOutput().contains("Live values sent last") ? 1 : 0;
@@ -463,9 +483,10 @@ void TestWindowsProgram::PathsInEveryScript() {
     m_environment.insert(QStringLiteral("APPDATA"), QDir::toNativeSeparators(roaming));
     m_environment.insert(QStringLiteral("USERPROFILE"), QDir::toNativeSeparators(home));
     const MovedFolder movedRoaming(L"AppData", roaming);
-    StartIn(program, {QStringLiteral("--run-for"), QStringLiteral("8")});
+    StartIn(program, {});
     QTRY_COMPARE_WITH_TIMEOUT(Panel().counts.frames, quint64(1), kPatienceMs);
-    QVERIFY(EndsWell());
+    QTRY_VERIFY_WITH_TIMEOUT(Panel().counts.areas > 5, kPatienceMs);
+    QVERIFY(EndsWellWithTheSession());
     QVERIFY(IsMarked());
     QVERIFY(QFile::exists(roaming + QStringLiteral("/Kivo Tool/Config.ini")));
     QVERIFY(QFile::exists(roaming + QStringLiteral("/Kivo Tool/whole.png")));
@@ -473,8 +494,7 @@ void TestWindowsProgram::PathsInEveryScript() {
     QVERIFY(QFile::exists(QDir::homePath() + QStringLiteral("/Kivo Tool/whole.png")) ||
             QFile::exists(home + QStringLiteral("/Kivo Tool/whole.png")));
     QCOMPARE(Panel().counts.errors, quint64(0));
-    QVERIFY(Panel().counts.areas > 5);
 }
 
-QTEST_GUILESS_MAIN(TestWindowsProgram)
+KIVO_GUILESS_TEST(TestWindowsProgram)
 #include "tst_windows_program.moc"

@@ -18,13 +18,14 @@ forbid() {
 
 forbid "Nothing below app may know a widget:" \
     '#include <(Q(Widget|Label|PushButton|Dialog|MainWindow|Application|ListWidget)|QtWidgets)' \
-    src/device src/telemetry src/config src/compose
+    src/device src/telemetry src/config src/compose src/panel
 forbid "The widget kit knows nothing of the program:" \
-    '#include "(app|compose|config|device|editor|pictures|telemetry|virtualscreen)/' src/widgets
+    '#include "(app|compose|config|device|editor|panel|pictures|telemetry|virtualscreen)/' src/widgets
+forbid "What is brought to the panel is handed in:" '#include "(app|editor|pictures|virtualscreen|widgets)/' src/panel
 forbid "The editor's tools know nothing of the window and of the device:" \
-    '#include "(app|device|virtualscreen)/' src/editor
+    '#include "(app|device|panel|virtualscreen)/' src/editor
 forbid "The picture library knows settings, composition and the widget kit only:" \
-    '#include "(app|device|editor|telemetry|virtualscreen)/' src/pictures
+    '#include "(app|device|editor|panel|telemetry|virtualscreen)/' src/pictures
 forbid "Platform macros belong into platform files:" '\b(Q_OS_[A-Z]+|_WIN32|__linux__)\b' \
     src ':!src/*_windows.cpp' ':!src/*_linux.cpp'
 forbid "Unfinished or switched off:" '\b(TODO|FIXME|XXX)\b|QSKIP\(' '*.cpp' '*.h'

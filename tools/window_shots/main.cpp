@@ -72,6 +72,8 @@ public:
         m_shots.append({name, picture.toImage()});
     }
 
+    void Add(const QString& name, const QPixmap& picture) const { m_shots.append({name, picture.toImage()}); }
+
     template <typename Widget = QWidget>
     Widget* Find(const char* name) const {
         return m_window.findChild<Widget*>(QString::fromLatin1(name));
@@ -146,6 +148,45 @@ void ShootReadOut(const Photographer& photographer, kivo::MainWindow& window) {
     window.slotCpuPowClock(65, 48, 0, 0);
 }
 
+// The window's head in every state that the screen can be in, one below the other.
+QPixmap HeadsInAllStates(kivo::MainWindow& window) {
+    using Condition = kivo::PanelCondition;
+    const QVector<kivo::PanelStatus> all{
+        {Condition::Connected, false, false, {}, {}},  {Condition::Sending, false, true, {}, {}},
+        {Condition::Sent, false, false, {18, 46}, {}}, {Condition::NoScreen, false, false, {}, {}},
+        {Condition::NoScreen, false, true, {}, {}},    {Condition::Denied, false, true, {}, "/dev/hidraw3"},
+        {Condition::Refusing, false, true, {}, {}},    {Condition::TryingAgain, false, true, {}, {}},
+        {Condition::Connected, true, false, {}, {}},
+    };
+    constexpr int kHeadHeight = 58;
+    QPixmap heads = window.grab();
+    QPainter painter(&heads);
+    for (int state = 0; state < all.size(); ++state) {
+        window.ShowPanelStatus(all[state]);
+        painter.drawPixmap(0, state * kHeadHeight, window.grab({0, 0, window.width(), kHeadHeight}));
+    }
+    return heads;
+}
+
+void ShootScreenStates(const Photographer& photographer, kivo::MainWindow& window) {
+    photographer.Add(QStringLiteral("screen_states"), HeadsInAllStates(window));
+    kivo::PanelStatus status;
+    status.isFrameOwed = true;
+    window.ShowPanelStatus(status);
+    photographer.Shoot(QStringLiteral("no_screen"));
+    status.condition = kivo::PanelCondition::Denied;
+    window.ShowPanelStatus(status);
+    photographer.Find<QAbstractButton>("btnExit")->setFocus(Qt::OtherFocusReason);
+    for (int step = 0; step < 60 && !photographer.Find("stateCopy")->hasFocus(); ++step) {
+        photographer.Key(Qt::Key_Tab);
+    }
+    photographer.Shoot(QStringLiteral("denied"));
+    photographer.Click("stateCopy");
+    photographer.Shoot(QStringLiteral("denied_copied"));
+    status.condition = kivo::PanelCondition::Connected;
+    window.ShowPanelStatus(status);
+}
+
 // What changes under mouse and keyboard.
 void ShootStates(const Photographer& photographer, kivo::MainWindow& window) {
     for (const char* name : {"btnApply", "btnImage", "btnExit", "btnMini"}) {
@@ -203,6 +244,7 @@ QVector<QPair<QString, QImage>> ShootWindow(const QString& locale, const QString
     window.show();
     const Photographer photographer(window);
     photographer.WaitForStillness();
+    ShootScreenStates(photographer, window);
     ShootThemes(photographer);
     ShootCustom(photographer, window);
     ShootStates(photographer, window);

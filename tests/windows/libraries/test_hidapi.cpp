@@ -66,8 +66,6 @@ hid_device_info* Describe(const char* path, unsigned short vendor, unsigned shor
     info->vendor_id = vendor;
     info->product_id = product;
     info->release_number = 0x0100;
-    info->manufacturer_string = _wcsdup(L"Test");
-    info->product_string = _wcsdup(L"Screen of the tests");
     info->usage_page = usagePage;
     info->usage = usage;
     info->interface_number = interfaceNumber;
@@ -75,10 +73,19 @@ hid_device_info* Describe(const char* path, unsigned short vendor, unsigned shor
     return info;
 }
 
+hid_device_info* DescribeData(hid_device_info* next) {
+    return Describe(kDataPath, 0x04D9, 0xFD01, 0xFFA0, 0x0001, 1, next);
+}
+
+hid_device_info* DescribeControl(hid_device_info* next) {
+    return Describe(kControlPath, 0x04D9, 0xFD01, 0x000C, 0x0001, 0, next);
+}
+
 }  // namespace
 
 struct hid_device_ {
     bool isData;
+    hid_device_info* info;  // without strings, as an open device of the true library has it
 };
 
 extern "C" {
@@ -103,8 +110,11 @@ __declspec(dllexport) hid_device_info* HID_API_CALL
     }
     if (IsPlugged() && isWanted(0x04D9, 0xFD01)) {
         list = Describe(kThirdPath, 0x04D9, 0xFD01, 0x0001, 0x0080, 0, list);
-        list = Describe(kDataPath, 0x04D9, 0xFD01, 0xFFA0, 0x0001, 1, list);
-        list = Describe(kControlPath, 0x04D9, 0xFD01, 0x000C, 0x0001, 0, list);
+        list = DescribeControl(DescribeData(list));
+    }
+    for (hid_device_info* info = list; info != nullptr; info = info->next) {
+        info->manufacturer_string = _wcsdup(L"Test");
+        info->product_string = _wcsdup(L"Screen of the tests");
     }
     return list;
 }
@@ -126,7 +136,12 @@ __declspec(dllexport) hid_device* HID_API_CALL hid_open_path(const char* path) {
     if (!IsPlugged() || (!isData && _stricmp(path, kControlPath) != 0)) {
         return nullptr;
     }
-    return new hid_device_{isData};
+    return new hid_device_{isData, isData ? DescribeData(nullptr) : DescribeControl(nullptr)};
+}
+
+// The record belongs to the device.
+__declspec(dllexport) hid_device_info* HID_API_CALL hid_get_device_info(hid_device* device) {
+    return device->info;
 }
 
 __declspec(dllexport) int HID_API_CALL
@@ -140,6 +155,7 @@ __declspec(dllexport) int HID_API_CALL
 }
 
 __declspec(dllexport) void HID_API_CALL hid_close(hid_device* device) {
+    hid_free_enumeration(device->info);
     delete device;
 }
 

@@ -1,0 +1,53 @@
+#pragma once
+
+// The quiet line beside the window's name: what state the screen is in. GUI thread.
+
+#include <QLabel>
+#include <QTimer>
+#include <QWidget>
+
+#include "panel/panel_status.h"
+
+namespace kivo {
+
+class NimbPushButton;
+
+class StateLine : public QWidget {
+    Q_OBJECT
+
+public:
+    // Its own room, in pixels. It stands on the baseline of the window's name if its top is at y 30 there.
+    static constexpr QSize kSize{380, 24};
+
+    // Shows that there is no screen, until it is told more.
+    explicit StateLine(QWidget* parent);
+
+    void Show(const PanelStatus& status);
+    // That settings could not be saved stands before everything else, until they are saved.
+    void SetSettingsSaved(bool areSaved);
+
+    // The state in words.
+    const QString& Phrase() const { return m_phrase; }
+
+Q_SIGNALS:
+    void phraseChanged(const QString& phrase);
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    void Refresh();
+    void ShowPhrase();
+    void ShowLink();
+    void CopyCommands();
+
+    PanelStatus m_status;
+    bool m_areSettingsSaved = true;
+    QString m_phrase;
+    bool m_isAmber = false;
+    QLabel* const m_text;
+    NimbPushButton* const m_copy;  // seen where the commands help
+    QTimer m_copied;               // runs while the button says that they were copied
+};
+
+}  // namespace kivo

@@ -1,0 +1,26 @@
+#pragma once
+
+// A whole frame without its texts, as one apply asked for it. A value that never changes once it is made;
+// threads share it.
+
+#include <QByteArray>
+#include <QImage>
+#include <memory>
+
+#include "compose/screen_state.h"
+
+namespace kivo {
+
+struct PanelFrame {
+    ScreenState state;
+    QImage background;  // Format_RGB16, canvas size: picture and skin, no texts
+    QByteArray id;      // 40 hexadecimal digits; equal ids put the same picture on a panel
+};
+
+using SharedFrame = std::shared_ptr<const PanelFrame>;
+
+// The id covers the background's pixels and everything of the state that decides a picture; captions and free
+// text are drawn over the background, so the pixels alone do not tell two frames apart.
+SharedFrame MakePanelFrame(const ScreenState& state, const QImage& background);
+
+}  // namespace kivo
