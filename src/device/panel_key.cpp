@@ -6,7 +6,8 @@ namespace kivo {
 
 QByteArray PropertyOfUevent(const QByteArray& uevent, const QByteArray& name) {
     const QByteArray start = name + '=';
-    for (const QByteArray& line : uevent.split('\n')) {
+    const QList<QByteArray> lines = uevent.split('\n');
+    for (const QByteArray& line : lines) {
         if (line.startsWith(start)) {
             return line.mid(start.size()).trimmed();
         }

@@ -141,6 +141,7 @@ void TestSessionAfterSession::PanelWithoutARecordGetsItsFrame() {
         QVERIFY(loss == QLatin1String("no record") || mark.open(QIODevice::WriteOnly));
     }
     record.close();
+    mark.close();
     LiveSession session(panel, InterfaceLanguage::English, kShortPauses);
     Open(session, state);
     session.StartRefresh();
