@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Builds and runs every test: ./test.sh [dev|asan|tsan|windows], dev where nothing is said. Further arguments go to
-# ctest, and only the programs of the tests that they choose are built. --build, as the first argument, runs none. "windows" builds the Windows program with its tests and runs them under Wine; its first run builds Qt too.
+# ctest, and only the programs of the tests that they choose are built. --build, as the first argument, runs none.
+# "windows" builds the Windows program with its tests and runs them under Wine; its first run builds Qt too.
 set -euo pipefail
 cd "$(dirname "$0")"
 . tools/scripts/packages.sh

@@ -14,8 +14,10 @@ kivo_add_tests(windows
         registry_marker
         windows_folders
         windows_program
-    REGISTERED_ELSEWHERE hidapi_identity pdh_counter windows_program
+        windows_program_end
+    REGISTERED_ELSEWHERE hidapi_identity pdh_counter windows_program windows_program_end
     LINK kivo_app kivo_virtualscreen)
+target_sources(tests_windows PRIVATE windows/windows_program.cpp)
 target_link_libraries(tests_windows PRIVATE ole32 shell32 uuid)
 add_dependencies(tests_windows kivo-screen instance_copy)
 
@@ -55,4 +57,5 @@ kivo_register_test(telemetry/cpu_counter cpu_counter COMMAND ${with_pdh}/tests_t
 kivo_register_test(device/hid_api_hidapi hid_api_hidapi COMMAND ${with_hidapi}/tests_device.exe)
 kivo_register_test(windows/hidapi_identity hidapi_identity COMMAND ${with_hidapi}/tests_windows.exe)
 kivo_register_test(windows/windows_program windows_program ENVIRONMENT ${own_pdh})
-kivo_limit_tests(1200 windows/instance_guard windows/windows_program)
+kivo_register_test(windows/windows_program_end windows_program_end ENVIRONMENT ${own_pdh})
+kivo_limit_tests(1200 windows/instance_guard windows/windows_program windows/windows_program_end)
