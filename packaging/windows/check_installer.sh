@@ -230,7 +230,7 @@ grep -q "# mine" "$settings/Config.ini" || fail "the settings are not the user's
 step "remove it with the settings"
 program="$me/AppData/Local/Programs/Kivo Screen"
 wine_run "$setup" /S
-touch "$settings"/Config.ini.{broken,broken.2,broken.9,lock,aBcdEf} "$settings"/whole.png{,.QrStuv} \
+touch "$settings"/Config.ini.{broken,broken.2,broken.9,kept,kept.9,replaced,replaced.2,lock,aBcdEf} "$settings"/whole.png{,.QrStuv} \
     "$working"/whole.{pending,png.xYzABC,state,state.kLmNOp}
 kept=("$settings/a picture of mine.png" "$settings/Config.ini.backup" "$settings/Config.ini.broken.10"
     "$working/whole.png.bak" "$working/whole.png.Better" "$working/holidays.png")

@@ -443,9 +443,13 @@ Section /o "un.$(SettingsName)" UnsectionSettings
     Delete "$0.lock"
     Delete "$0.lock.rmlock"
     Delete "$0.broken"
+    Delete "$0.kept"
+    Delete "$0.replaced"
     StrCpy $1 2
     ${DoUntil} $1 > 9
         Delete "$0.broken.$1"
+        Delete "$0.kept.$1"
+        Delete "$0.replaced.$1"
         IntOp $1 $1 + 1
     ${Loop}
     StrCpy $0 "$APPDATA\Kivo Tool\whole.png"

@@ -340,6 +340,18 @@ Exit anyway?</translation>
         <source>复制命令</source>
         <translation>Copy commands</translation>
     </message>
+    <message>
+        <source>设置已换成默认值</source>
+        <translation>Settings were replaced by the defaults</translation>
+    </message>
+    <message>
+        <source>恢复我的设置</source>
+        <translation>Restore my settings</translation>
+    </message>
+    <message>
+        <source>保留现在的</source>
+        <translation>Keep these</translation>
+    </message>
 </context>
 <context>
     <name>ZoomWidget</name>

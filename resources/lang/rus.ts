@@ -340,6 +340,18 @@
         <source>复制命令</source>
         <translation>Скопировать команды</translation>
     </message>
+    <message>
+        <source>设置已换成默认值</source>
+        <translation>Настройки сброшены</translation>
+    </message>
+    <message>
+        <source>恢复我的设置</source>
+        <translation>Вернуть мои настройки</translation>
+    </message>
+    <message>
+        <source>保留现在的</source>
+        <translation>Оставить эти</translation>
+    </message>
 </context>
 <context>
     <name>ZoomWidget</name>

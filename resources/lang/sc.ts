@@ -340,6 +340,18 @@
         <source>复制命令</source>
         <translation>复制命令</translation>
     </message>
+    <message>
+        <source>设置已换成默认值</source>
+        <translation>设置已换成默认值</translation>
+    </message>
+    <message>
+        <source>恢复我的设置</source>
+        <translation>恢复我的设置</translation>
+    </message>
+    <message>
+        <source>保留现在的</source>
+        <translation>保留现在的</translation>
+    </message>
 </context>
 <context>
     <name>ZoomWidget</name>

@@ -212,7 +212,11 @@ void MainWindow::slotApply() {
         editor->SetSavedThemes(themes);
     }
     m_stateLine->SetSettingsSaved(isLayoutSaved && areThemesSaved);
-    m_session->SetChosen(editor->Shown());
+    UploadShown();
+}
+
+void MainWindow::UploadShown() {
+    m_session->SetChosen(m_ui->zoomwidget->Shown());
     if (UploadWithProgress()) {
         StartRefresh();
     }

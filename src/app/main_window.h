@@ -38,6 +38,7 @@ class EditBar;
 class FocusRing;
 class HidApi;
 class PictureList;
+class RestoreOffer;
 class SingleInstance;
 enum class GivesWay;
 class StateLine;
@@ -153,6 +154,8 @@ private:
     void WirePictures();
     void WireShell();
     void LoadState();
+    void ReadState();
+    void RestoreSettings();
 
     void ChangeThemes(const std::function<void(ThemeState&)>& change);
     void ShowState();
@@ -182,6 +185,8 @@ private:
     void FirstRunUpload();
     // False when the program ends meanwhile.
     bool UploadWithProgress();
+    // What the editor shows; the values go on afterwards.
+    void UploadShown();
     void AskWantedExit();
     static void KeepOtherPage(ThemeState& themes, const ThemeState& saved);
     void UsePicture(const QString& path);
@@ -204,6 +209,7 @@ private:
     TwoWayChoice* m_pageChoice = nullptr;
     PictureList* m_pictures = nullptr;
     StateLine* m_stateLine = nullptr;
+    RestoreOffer* m_restoreOffer = nullptr;
     FocusRing* m_focusRing = nullptr;
     Tray m_tray{this};
     QTimer m_poll;

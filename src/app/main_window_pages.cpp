@@ -8,6 +8,7 @@
 
 #include "app/custom_page.h"
 #include "app/main_window.h"
+#include "app/restore_offer.h"
 #include "app/state_line.h"
 #include "app/theme_page.h"
 #include "app/two_way_choice.h"
@@ -15,6 +16,7 @@
 #include "compose/theme_catalogue.h"
 #include "config/default_profile.h"
 #include "config/folders.h"
+#include "config/kept_settings.h"
 #include "editor/color_bar.h"
 #include "editor/edit_bar.h"
 #include "pictures/picture_list.h"
@@ -28,6 +30,7 @@ namespace {
 
 constexpr QPoint kEditBarCorner(48, 58);
 constexpr QPoint kColorBarCorner(60, 82);
+constexpr QPoint kRestoreOfferCorner(48, 66);  // where the tool bar stands while a layout is edited
 constexpr QRect kPictureScrollPlace(914, 292, 6, 228);
 constexpr QSize kVariantIcon(18, 12);
 constexpr int kChoicePixels = 13;
@@ -131,13 +134,34 @@ void MainWindow::WirePictures() {
 
 void MainWindow::LoadState() {
     SeedDefaultProfile(m_parts.applicationDir);
+    m_restoreOffer = new RestoreOffer(m_ui->centralwidget);
+    m_restoreOffer->move(kRestoreOfferCorner);
+    connect(m_restoreOffer, &RestoreOffer::restoreWanted, this, &MainWindow::RestoreSettings);
+    ReadState();
+    m_session->SetLoaded(m_ui->zoomwidget->Shown());
+}
+
+void MainWindow::ReadState() {
     m_pictures->LoadPictureList();
-    ZoomWidget* editor = m_ui->zoomwidget;
-    editor->Load();
-    const ThemeState& themes = editor->Saved().themes;
+    m_ui->zoomwidget->Load();
+    const ThemeState& themes = m_ui->zoomwidget->Saved().themes;
     m_pageStyle[IsCustom(themes)] = themes.style;
-    m_session->SetLoaded(editor->Shown());
     ShowState();
+}
+
+void MainWindow::RestoreSettings() {
+    if (m_uploading) {
+        return;
+    }
+    FinishEditing();
+    OpenEditing(false);
+    StopRefresh();
+    const bool isRestored = RestoreKeptSettings();
+    m_stateLine->SetSettingsSaved(isRestored);
+    if (isRestored) {
+        ReadState();
+    }
+    UploadShown();
 }
 
 bool MainWindow::IsCustomPage() const {
@@ -206,7 +230,9 @@ void MainWindow::ShowPageChoice(bool custom, const ThemeState& themes) {
 }
 
 void MainWindow::ShowToolBar() {
-    m_editBar->setVisible(m_ui->zoomwidget->IsEditing() && IsCustomPage());
+    const bool isEditing = m_ui->zoomwidget->IsEditing() && IsCustomPage();
+    m_editBar->setVisible(isEditing);
+    m_restoreOffer->Refresh(!isEditing);
     const LayoutRecord& layout = LayoutInForce(m_ui->zoomwidget->Edited());
     m_editBar->slotSetFontSize(layout.sizeIndex);
     m_editBar->ControlLabelColor(quint8(layout.colorIndex));

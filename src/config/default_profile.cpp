@@ -10,6 +10,7 @@
 
 #include "config/first_run_marker.h"
 #include "config/folders.h"
+#include "config/kept_settings.h"
 #include "config/replace_file.h"
 
 namespace kivo {
@@ -17,19 +18,30 @@ namespace {
 
 constexpr std::array kDefaultFiles{"/Config.ini", "/whole.png"};
 
-void CopyDefaultFile(const QString& source, const QString& target) {
+bool CopyDefaultFile(const QString& source, const QString& target) {
     // Not QFile::copy, which gives the copy of a read-only original its rights.
     QFile original(source);
     const QString trouble =
         original.open(QIODevice::ReadOnly) ? ReplaceFile(target, &original) : original.errorString();
     if (trouble.isEmpty()) {
         qDebug("File copied successfully.");
-        return;
+        return true;
     }
     qWarning("Failed to copy file.");
     qWarning().noquote() << QStringLiteral("%1 to %2: %3")
                                 .arg(QDir::toNativeSeparators(source), QDir::toNativeSeparators(target),
                                      trouble);
+    return false;
+}
+
+// Config.ini gives way to the default one, and lies beside it from then on.
+void GiveWay(const QString& defaultConfig) {
+    if (!KeepSettings(defaultConfig)) {
+        return;
+    }
+    if (!CopyDefaultFile(defaultConfig, ConfigFilePath())) {
+        TakeKeptCopyBack();
+    }
 }
 
 }  // namespace
@@ -51,14 +63,18 @@ void SeedDefaultProfile(const QString& applicationDir) {
     for (const char* const file : kDefaultFiles) {
         const QLatin1String name(file);
         const QString target = settingsFolder + name;
-        if (QFileInfo::exists(target)) {
-            if (!replace) {
-                continue;
-            }
-        } else {
+        const bool isThere = QFileInfo::exists(target);
+        if (isThere && !replace) {
+            continue;
+        }
+        if (!isThere) {
             configFolderCreated = 1;
         }
-        CopyDefaultFile(applicationDir + name, target);
+        if (isThere && target == ConfigFilePath()) {
+            GiveWay(applicationDir + name);
+        } else {
+            CopyDefaultFile(applicationDir + name, target);
+        }
     }
 }
 

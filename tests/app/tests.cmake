@@ -19,6 +19,7 @@ set(units
     live_session
     live_session_uploads
     nimb_process
+    restore_offer
     screen_answers
     session_after_session
     sleep_watch

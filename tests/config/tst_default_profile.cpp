@@ -182,7 +182,8 @@ private slots:
         QCOMPARE(ReadFile(UserPicture(home)), QByteArray("my picture"));
         QCOMPARE(log.lines().count(kCopied), 1);
         QCOMPARE(log.lines().count(kFailed), 1);
-        QCOMPARE(Names(home), (QStringList{QStringLiteral("Config.ini"), QStringLiteral("whole.png")}));
+        QCOMPARE(Names(home), (QStringList{QStringLiteral("Config.ini"), QStringLiteral("Config.ini.kept"),
+                                           QStringLiteral("whole.png")}));
     }
 
     void aDefaultThatCannotBeReadLeavesTheOldFile() {
