@@ -1,0 +1,17 @@
+#include "telemetry/sensor_lists.h"
+
+namespace kivo {
+
+SourceOrders PlatformSourceOrders() {
+    return {{
+        {SourceId::EnergyLibrary, SourceId::PowerCap, SourceId::EnergyDriver},
+        {SourceId::EnergyLibrary, SourceId::HardwareMonitor, SourceId::ProcessorZone},
+        {SourceId::HardwareMonitor},
+    }};
+}
+
+SensorSources MakeSensorSources() {
+    return {};
+}
+
+}  // namespace kivo
