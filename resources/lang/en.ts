@@ -352,6 +352,102 @@ Exit anyway?</translation>
         <source>保留现在的</source>
         <translation>Keep these</translation>
     </message>
+    <message>
+        <source>传感器…</source>
+        <translation>Sensors…</translation>
+    </message>
+    <message>
+        <source>传感器</source>
+        <translation>Sensors</translation>
+    </message>
+    <message>
+        <source>操作系统</source>
+        <translation>The system</translation>
+    </message>
+    <message>
+        <source>由温度推算</source>
+        <translation>Worked out from the temperature</translation>
+    </message>
+    <message>
+        <source>尚未读取</source>
+        <translation>Not read yet</translation>
+    </message>
+    <message>
+        <source>没有可用的传感器</source>
+        <translation>No sensor that can be read</translation>
+    </message>
+    <message>
+        <source>没有读取权限</source>
+        <translation>No right to read it</translation>
+    </message>
+    <message>
+        <source>未运行</source>
+        <translation>Not running</translation>
+    </message>
+    <message>
+        <source>没有响应</source>
+        <translation>No answer</translation>
+    </message>
+    <message>
+        <source>读数不可信</source>
+        <translation>Tells what cannot be</translation>
+    </message>
+    <message>
+        <source>%1：%2</source>
+        <translation>%1: %2</translation>
+    </message>
+    <message>
+        <source>%1（十分钟没有变化）</source>
+        <translation>%1 (unchanged for ten minutes)</translation>
+    </message>
+    <message>
+        <source>内核能耗计数器</source>
+        <translation>The kernel&apos;s energy counters</translation>
+    </message>
+    <message>
+        <source>处理器能耗驱动</source>
+        <translation>The processor&apos;s energy driver</translation>
+    </message>
+    <message>
+        <source>内核硬件监控</source>
+        <translation>The kernel&apos;s hardware monitor</translation>
+    </message>
+    <message>
+        <source>处理器温区</source>
+        <translation>The processor&apos;s thermal zone</translation>
+    </message>
+    <message>
+        <source>Windows 能耗计数器</source>
+        <translation>Windows&apos; energy counters</translation>
+    </message>
+    <message>
+        <source>Windows 能耗表</source>
+        <translation>Windows&apos; energy meter</translation>
+    </message>
+    <message>
+        <source>主板温区</source>
+        <translation>The board&apos;s thermal zone</translation>
+    </message>
+    <message>
+        <source>授予读取权限：见 README 中的 “Power on Linux”</source>
+        <translation>Give the right to read it: “Power on Linux” in the README</translation>
+    </message>
+    <message>
+        <source>此内核没有该处理器的能耗计数器；较新的内核或 zenergy 模块可能有</source>
+        <translation>This kernel knows no energy counter of this processor; a newer one, or the zenergy module, may</translation>
+    </message>
+    <message>
+        <source>加载传感器模块：sudo modprobe coretemp（AMD：k10temp）</source>
+        <translation>Load the sensor&apos;s module: sudo modprobe coretemp (AMD: k10temp)</translation>
+    </message>
+    <message>
+        <source>加载主板的传感器模块，例如 nct6775</source>
+        <translation>Load the module of the board&apos;s sensors, such as nct6775</translation>
+    </message>
+    <message>
+        <source>运行 HWiNFO 并打开 “Report value in Gadget”，或打开 LibreHardwareMonitor 的网络服务</source>
+        <translation>Run HWiNFO with “Report value in Gadget”, or LibreHardwareMonitor with its web server on</translation>
+    </message>
 </context>
 <context>
     <name>ZoomWidget</name>

@@ -352,6 +352,102 @@
         <source>保留现在的</source>
         <translation>Оставить эти</translation>
     </message>
+    <message>
+        <source>传感器…</source>
+        <translation>Датчики…</translation>
+    </message>
+    <message>
+        <source>传感器</source>
+        <translation>Датчики</translation>
+    </message>
+    <message>
+        <source>操作系统</source>
+        <translation>Система</translation>
+    </message>
+    <message>
+        <source>由温度推算</source>
+        <translation>Вычислено по температуре</translation>
+    </message>
+    <message>
+        <source>尚未读取</source>
+        <translation>Ещё не считано</translation>
+    </message>
+    <message>
+        <source>没有可用的传感器</source>
+        <translation>Нет доступного датчика</translation>
+    </message>
+    <message>
+        <source>没有读取权限</source>
+        <translation>Нет права на чтение</translation>
+    </message>
+    <message>
+        <source>未运行</source>
+        <translation>Не запущено</translation>
+    </message>
+    <message>
+        <source>没有响应</source>
+        <translation>Нет ответа</translation>
+    </message>
+    <message>
+        <source>读数不可信</source>
+        <translation>Сообщает невозможное</translation>
+    </message>
+    <message>
+        <source>%1：%2</source>
+        <translation>%1: %2</translation>
+    </message>
+    <message>
+        <source>%1（十分钟没有变化）</source>
+        <translation>%1 (не меняется десять минут)</translation>
+    </message>
+    <message>
+        <source>内核能耗计数器</source>
+        <translation>Счётчики энергии ядра</translation>
+    </message>
+    <message>
+        <source>处理器能耗驱动</source>
+        <translation>Драйвер энергии процессора</translation>
+    </message>
+    <message>
+        <source>内核硬件监控</source>
+        <translation>Мониторинг оборудования ядра</translation>
+    </message>
+    <message>
+        <source>处理器温区</source>
+        <translation>Термозона процессора</translation>
+    </message>
+    <message>
+        <source>Windows 能耗计数器</source>
+        <translation>Счётчики энергии Windows</translation>
+    </message>
+    <message>
+        <source>Windows 能耗表</source>
+        <translation>Измеритель энергии Windows</translation>
+    </message>
+    <message>
+        <source>主板温区</source>
+        <translation>Термозона платы</translation>
+    </message>
+    <message>
+        <source>授予读取权限：见 README 中的 “Power on Linux”</source>
+        <translation>Дайте право на чтение: «Power on Linux» в README</translation>
+    </message>
+    <message>
+        <source>此内核没有该处理器的能耗计数器；较新的内核或 zenergy 模块可能有</source>
+        <translation>Это ядро не знает счётчика энергии этого процессора; новое ядро или модуль zenergy может знать</translation>
+    </message>
+    <message>
+        <source>加载传感器模块：sudo modprobe coretemp（AMD：k10temp）</source>
+        <translation>Загрузите модуль датчика: sudo modprobe coretemp (AMD: k10temp)</translation>
+    </message>
+    <message>
+        <source>加载主板的传感器模块，例如 nct6775</source>
+        <translation>Загрузите модуль датчиков платы, например nct6775</translation>
+    </message>
+    <message>
+        <source>运行 HWiNFO 并打开 “Report value in Gadget”，或打开 LibreHardwareMonitor 的网络服务</source>
+        <translation>Запустите HWiNFO с «Report value in Gadget» или LibreHardwareMonitor с веб-сервером</translation>
+    </message>
 </context>
 <context>
     <name>ZoomWidget</name>

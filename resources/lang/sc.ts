@@ -352,6 +352,102 @@
         <source>保留现在的</source>
         <translation>保留现在的</translation>
     </message>
+    <message>
+        <source>传感器…</source>
+        <translation>传感器…</translation>
+    </message>
+    <message>
+        <source>传感器</source>
+        <translation>传感器</translation>
+    </message>
+    <message>
+        <source>操作系统</source>
+        <translation>操作系统</translation>
+    </message>
+    <message>
+        <source>由温度推算</source>
+        <translation>由温度推算</translation>
+    </message>
+    <message>
+        <source>尚未读取</source>
+        <translation>尚未读取</translation>
+    </message>
+    <message>
+        <source>没有可用的传感器</source>
+        <translation>没有可用的传感器</translation>
+    </message>
+    <message>
+        <source>没有读取权限</source>
+        <translation>没有读取权限</translation>
+    </message>
+    <message>
+        <source>未运行</source>
+        <translation>未运行</translation>
+    </message>
+    <message>
+        <source>没有响应</source>
+        <translation>没有响应</translation>
+    </message>
+    <message>
+        <source>读数不可信</source>
+        <translation>读数不可信</translation>
+    </message>
+    <message>
+        <source>%1：%2</source>
+        <translation>%1：%2</translation>
+    </message>
+    <message>
+        <source>%1（十分钟没有变化）</source>
+        <translation>%1（十分钟没有变化）</translation>
+    </message>
+    <message>
+        <source>内核能耗计数器</source>
+        <translation>内核能耗计数器</translation>
+    </message>
+    <message>
+        <source>处理器能耗驱动</source>
+        <translation>处理器能耗驱动</translation>
+    </message>
+    <message>
+        <source>内核硬件监控</source>
+        <translation>内核硬件监控</translation>
+    </message>
+    <message>
+        <source>处理器温区</source>
+        <translation>处理器温区</translation>
+    </message>
+    <message>
+        <source>Windows 能耗计数器</source>
+        <translation>Windows 能耗计数器</translation>
+    </message>
+    <message>
+        <source>Windows 能耗表</source>
+        <translation>Windows 能耗表</translation>
+    </message>
+    <message>
+        <source>主板温区</source>
+        <translation>主板温区</translation>
+    </message>
+    <message>
+        <source>授予读取权限：见 README 中的 “Power on Linux”</source>
+        <translation>授予读取权限：见 README 中的 “Power on Linux”</translation>
+    </message>
+    <message>
+        <source>此内核没有该处理器的能耗计数器；较新的内核或 zenergy 模块可能有</source>
+        <translation>此内核没有该处理器的能耗计数器；较新的内核或 zenergy 模块可能有</translation>
+    </message>
+    <message>
+        <source>加载传感器模块：sudo modprobe coretemp（AMD：k10temp）</source>
+        <translation>加载传感器模块：sudo modprobe coretemp（AMD：k10temp）</translation>
+    </message>
+    <message>
+        <source>加载主板的传感器模块，例如 nct6775</source>
+        <translation>加载主板的传感器模块，例如 nct6775</translation>
+    </message>
+    <message>
+        <source>运行 HWiNFO 并打开 “Report value in Gadget”，或打开 LibreHardwareMonitor 的网络服务</source>
+        <translation>运行 HWiNFO 并打开 “Report value in Gadget”，或打开 LibreHardwareMonitor 的网络服务</translation>
+    </message>
 </context>
 <context>
     <name>ZoomWidget</name>

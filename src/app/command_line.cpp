@@ -56,12 +56,15 @@ CommandLine ParseCommandLine(const QStringList& arguments) {
         QStringLiteral("autostart"),
         QStringLiteral("Start together with your session from now on, or no longer (<on|off>), and end."),
         QStringLiteral("on|off"));
+    const QCommandLineOption sensors(
+        QStringLiteral("sensors"),
+        QStringLiteral("Show what each value says, who measures it and what would help, and end."));
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral(
         "Shows this PC's live values on a 320 x 170 USB screen, over a picture of your choice."));
     const QCommandLineOption help = parser.addHelpOption();
     const QCommandLineOption version = parser.addVersionOption();
-    parser.addOptions({virtualScreen, panelImage, runFor, reportLog, autostart});
+    parser.addOptions({virtualScreen, panelImage, runFor, reportLog, autostart, sensors});
 
     if (!parser.parse(arguments)) {
         return Refused(parser.errorText());
@@ -80,6 +83,13 @@ CommandLine ParseCommandLine(const QStringList& arguments) {
         return AutostartLine(parser.values(autostart), parser.optionNames().size() == 1);
     }
     CommandLine line;
+    if (parser.isSet(sensors)) {
+        if (parser.optionNames().size() != 1) {
+            return Refused(QStringLiteral("Option '--sensors' goes with no other option."));
+        }
+        line.action = CommandLine::Action::ShowSensors;
+        return line;
+    }
     line.options.virtualScreen = parser.isSet(virtualScreen);
     for (const auto& [option, target] :
          {std::pair(&panelImage, &line.options.panelImage), std::pair(&reportLog, &line.options.reportLog)}) {

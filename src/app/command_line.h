@@ -18,7 +18,7 @@ struct Options {
 };
 
 struct CommandLine {
-    enum class Action { Run, ShowText, SwitchAutostart, Refuse };
+    enum class Action { Run, ShowText, ShowSensors, SwitchAutostart, Refuse };
     Action action = Action::Run;
     Options options;
     bool autostart = false;  // SwitchAutostart: on or off

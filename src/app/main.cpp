@@ -1,6 +1,7 @@
 #include <QApplication>
 #include <QFont>
 #include <QTimer>
+#include <QTranslator>
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
@@ -10,8 +11,10 @@
 #include "app/console.h"
 #include "app/display.h"
 #include "app/helper_window.h"
+#include "app/language.h"
 #include "app/main_window.h"
 #include "app/quit_signals.h"
+#include "app/sensor_report.h"
 #include "app/single_instance.h"
 #include "compose/panel_text.h"
 #include "compose/screen_state.h"
@@ -55,6 +58,16 @@ int SwitchAutostart(int& argc, char** argv, bool on) {
     }
     Say(stdout, on ? QStringLiteral("Kivo Screen starts together with your session.\n")
                    : QStringLiteral("Kivo Screen does not start by itself.\n"));
+    return 0;
+}
+
+int ShowSensors(int& argc, char** argv) {
+    const QCoreApplication application(argc, argv);
+    const kivo::InterfaceLanguage language = kivo::LanguageForLocale(QLocale::system());
+    kivo::SetInterfaceLanguage(language);
+    QTranslator translator;
+    kivo::InstallTranslation(translator, language, QCoreApplication::applicationDirPath());
+    Say(stdout, kivo::ReadSensorReport());
     return 0;
 }
 
@@ -164,6 +177,9 @@ int main(int argc, char** argv) {
     }
     if (line.action == kivo::CommandLine::Action::SwitchAutostart) {
         return SwitchAutostart(argc, argv, line.autostart);
+    }
+    if (line.action == kivo::CommandLine::Action::ShowSensors) {
+        return ShowSensors(argc, argv);
     }
 
     const bool hasDisplay = kivo::HasDisplay();

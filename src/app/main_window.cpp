@@ -14,6 +14,7 @@
 #include "app/helper_window.h"
 #include "app/language.h"
 #include "app/nimb_process_dialog.h"
+#include "app/sensors_dialog.h"
 #include "app/single_instance.h"
 #include "app/state_line.h"
 #include "app/window_looks.h"
@@ -124,6 +125,7 @@ void MainWindow::WireShell() {
     connect(m_stateLine, &StateLine::phraseChanged, &m_tray, &Tray::SetState);
     connect(&m_tray, &Tray::activated, this, &MainWindow::iconActivated);
     connect(&m_tray, &Tray::showRequested, this, &MainWindow::BringToFront);
+    connect(&m_tray, &Tray::sensorsRequested, this, &MainWindow::ShowSensors);
     connect(&m_tray, &Tray::exitRequested, this, &MainWindow::slotExit);
     LookForTray();
     connect(m_ui->btnExit, &QAbstractButton::clicked, this, &MainWindow::slotExit);
@@ -295,11 +297,7 @@ void MainWindow::ShowLiveTexts() {
     if (!m_live || !isVisible() || isMinimized()) {
         return;
     }
-    ItemTexts texts;
-    for (int item = 0; item < kLiveValueCount; ++item) {
-        texts[size_t(item)] = m_session->LiveText(item);
-    }
-    m_ui->zoomwidget->SetLiveTexts(texts);
+    m_ui->zoomwidget->SetLiveTexts(LiveTexts());
     ShowTemperature();
 }
 

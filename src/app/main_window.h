@@ -39,6 +39,7 @@ class FocusRing;
 class HidApi;
 class PictureList;
 class RestoreOffer;
+class SensorsDialog;
 class SingleInstance;
 enum class GivesWay;
 class StateLine;
@@ -113,6 +114,8 @@ public Q_SLOTS:
     void slotCpuPowClock(qint32 iPow, qint32 iClock, qint32 iGPow, qint32 iGClock);
     // The read-out was clicked: reads the firmware's thermal zone, beside the window, and shows it there.
     void on_pushButton_clicked();  // clazy:exclude=connect-by-name
+    // Opens the list of sensors, or brings it to the front.
+    void ShowSensors();
     // Asks whether to end the program, and ends it.
     void slotExit();
     void slotApply();
@@ -180,6 +183,7 @@ private:
     void ShowLiveTexts();
     void ShowTemperature();
     void ShowThermalZone(const QString& text);
+    ItemTexts LiveTexts() const;
     void AskSensorsToStop();
     bool HaveSensorsEnded(QDeadlineTimer deadline);
     void FirstRunUpload();
@@ -222,6 +226,7 @@ private:
     QString m_thermalText;          // empty: there is none to show
     QDeadlineTimer m_thermalUntil;  // for so long it stands before the live temperature
     bool m_isReadingZone = false;
+    std::unique_ptr<SensorsDialog> m_sensors;  // null until it is asked for
 
     int m_pageStyle[2] = {0, 0};  // what "style" means on each page, while the other is shown
     bool m_live = false;          // workers run, so that there are live texts to show

@@ -1,11 +1,14 @@
 // The window's sensors: the poller that brings power and temperature, and the read-out at the top.
 
 #include <QPushButton>
+#include <QRegularExpression>
 #include <QThread>
 #include <algorithm>
 #include <utility>
 
 #include "app/main_window.h"
+#include "app/sensor_table.h"
+#include "app/sensors_dialog.h"
 #include "ui_main_window.h"
 
 namespace kivo {
@@ -14,6 +17,12 @@ namespace {
 
 constexpr unsigned long kStopGraceMs = 10;
 constexpr std::chrono::seconds kThermalTextStands{10};
+
+// One decimal is all that a person reads off it.
+QString Shortened(QString thermalText) {
+    static const QRegularExpression decimals(QStringLiteral("^(-?\\d+\\.\\d)\\d+"));
+    return thermalText.replace(decimals, QStringLiteral("\\1"));
+}
 
 }  // namespace
 
@@ -74,10 +83,26 @@ void MainWindow::on_pushButton_clicked() {
 }
 
 void MainWindow::ShowThermalZone(const QString& text) {
-    m_thermalText = text;
+    m_thermalText = Shortened(text);
     m_thermalUntil = QDeadlineTimer(kThermalTextStands);
     m_isReadingZone = false;
     ShowTemperature();
+}
+
+ItemTexts MainWindow::LiveTexts() const {
+    ItemTexts texts;
+    for (int item = 0; item < kLiveValueCount; ++item) {
+        texts[size_t(item)] = m_session->LiveText(item);
+    }
+    return texts;
+}
+
+void MainWindow::ShowSensors() {
+    if (!m_sensors) {
+        m_sensors = std::make_unique<SensorsDialog>(
+            [this] { return SensorTable(LiveTexts(), m_session->Readings()); });
+    }
+    m_sensors->BringToFront();
 }
 
 // What was asked for stands a while, then the live temperature again. A machine without a sensor keeps it.
@@ -89,8 +114,13 @@ void MainWindow::ShowTemperature() {
     if (!m_thermalText.isEmpty()) {
         m_ui->pushButton->setText(m_thermalText);
     } else {
-        m_ui->pushButton->setText(isLive ? m_session->LiveText(CpuTemperature) : QStringLiteral("--℃"));
+        m_ui->pushButton->setText(m_session->LiveText(CpuTemperature));
     }
+    const Reading reading = m_session->Readings()[Quantity::Temperature];
+    const QString help = SensorHelp(Quantity::Temperature, reading);
+    const QString phrase = SensorPhrase(reading);
+    m_ui->pushButton->setToolTip(help.isEmpty() ? phrase : phrase + QLatin1Char('\n') + help);
+    m_ui->pushButton->setAccessibleDescription(m_ui->pushButton->toolTip());
 }
 
 }  // namespace kivo

@@ -11,6 +11,7 @@ Tray::Tray(Autostart autostart, QObject* parent)
     : QObject(parent),
       m_autostart(std::move(autostart)),
       m_show(m_menu.addAction(QString())),
+      m_sensors(m_menu.addAction(QString())),
       m_atLogin(m_menu.addAction(QString())),
       m_exit(m_menu.addAction(QString())) {
     m_menu.setDefaultAction(m_show);
@@ -18,6 +19,7 @@ Tray::Tray(Autostart autostart, QObject* parent)
     connect(&m_menu, &QMenu::aboutToShow, this, &Tray::ShowAutostart);
     connect(m_atLogin, &QAction::triggered, this, &Tray::SetAutostart);
     connect(m_show, &QAction::triggered, this, &Tray::showRequested);
+    connect(m_sensors, &QAction::triggered, this, &Tray::sensorsRequested);
     connect(m_exit, &QAction::triggered, this, &Tray::exitRequested);
 }
 
@@ -47,6 +49,7 @@ void Tray::TellWhereItIs(bool isScreenReady) {
 void Tray::SetTexts() {
     ShowToolTip();
     m_show->setText(QCoreApplication::translate("MainWindow", "显示窗口"));
+    m_sensors->setText(QCoreApplication::translate("MainWindow", "传感器…"));
     m_atLogin->setText(QCoreApplication::translate("MainWindow", "登录时启动"));
     m_exit->setText(QCoreApplication::translate("MainWindow", "退出程序"));
 }

@@ -49,6 +49,7 @@ public:
 Q_SIGNALS:
     void activated(QSystemTrayIcon::ActivationReason reason);
     void showRequested();
+    void sensorsRequested();
     void exitRequested();
 
 private:
@@ -60,6 +61,7 @@ private:
     const Autostart m_autostart;
     QMenu m_menu;
     QAction* const m_show;
+    QAction* const m_sensors;
     QAction* const m_atLogin;
     QAction* const m_exit;
     std::unique_ptr<QSystemTrayIcon> m_icon;  // null until it is shown

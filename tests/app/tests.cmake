@@ -21,6 +21,7 @@ set(units
     nimb_process
     restore_offer
     screen_answers
+    sensor_table
     session_after_session
     sleep_watch
     state_line

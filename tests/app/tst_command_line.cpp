@@ -72,6 +72,8 @@ void TestCommandLine::RefusesBadArguments_data() {
     QTest::newRow("autostart perhaps") << list({"--autostart", "perhaps"}) << QStringLiteral("perhaps");
     QTest::newRow("autostart of nothing") << list({"--autostart", ""}) << QStringLiteral("autostart");
     QTest::newRow("no word for the autostart") << list({"--autostart"}) << QStringLiteral("autostart");
+    QTest::newRow("sensors with other options")
+        << list({"--sensors", "--virtual-screen"}) << QStringLiteral("no other option");
     QTest::newRow("autostart with other options")
         << list({"--autostart", "on", "--virtual-screen"}) << QStringLiteral("no other option");
     QTest::newRow("picture of a real panel")
@@ -104,11 +106,12 @@ void TestCommandLine::SwitchesTheAutostart() {
 void TestCommandLine::ShowsHelpAndVersion() {
     const CommandLine help = Parse({QStringLiteral("--help")});
     QCOMPARE(int(help.action), int(CommandLine::Action::ShowText));
-    for (const char* option :
-         {"--virtual-screen", "--panel-image", "--run-for", "--report-log", "--autostart", "--version"}) {
+    for (const char* option : {"--virtual-screen", "--panel-image", "--run-for", "--report-log",
+                               "--autostart", "--sensors", "--version"}) {
         QVERIFY2(help.text.contains(QLatin1String(option)), option);
     }
     QCOMPARE(int(Parse({QStringLiteral("--version")}).action), int(CommandLine::Action::ShowText));
+    QCOMPARE(int(Parse({QStringLiteral("--sensors")}).action), int(CommandLine::Action::ShowSensors));
 }
 
 void TestCommandLine::WithoutADisplayNoPlatformNeedsOne_data() {

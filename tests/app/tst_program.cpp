@@ -60,6 +60,8 @@ private Q_SLOTS:
     void HelpAndVersionNeedNoDisplay_data();
     void HelpAndVersionNeedNoDisplay();
     void TheAutostartIsSwitchedFromTheCommandLine();
+    void SensorsAreToldWithoutADisplay_data();
+    void SensorsAreToldWithoutADisplay();
     void BadArgumentsEndWithOneLine();
     void WithoutAScreenItSaysSoAndRunsOn();
     void HomeThatCannotBeWritten();
@@ -173,6 +175,32 @@ void TestProgram::HelpAndVersionNeedNoDisplay() {
     QCOMPARE(Run(process, {option}), 0);
     QVERIFY(process.readAllStandardOutput().contains(says));
     QVERIFY(!QFile::exists(m_home->File("data")));
+}
+
+void TestProgram::SensorsAreToldWithoutADisplay_data() {
+    QTest::addColumn<QString>("locale");
+    QTest::addColumn<QString>("load");
+    QTest::newRow("English") << QStringLiteral("en_US.UTF-8") << QStringLiteral("CPU Load");
+    QTest::newRow("Chinese") << QStringLiteral("zh_CN.UTF-8") << QStringLiteral("CPU使用率");
+    QTest::newRow("Russian") << QStringLiteral("ru_RU.UTF-8") << QStringLiteral("Загр. ЦП");
+}
+
+void TestProgram::SensorsAreToldWithoutADisplay() {
+    QFETCH(QString, locale);
+    QFETCH(QString, load);
+    QProcessEnvironment environment = m_home->Environment();
+    for (const char* display : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"}) {
+        environment.remove(QLatin1String(display));
+    }
+    environment.insert(QStringLiteral("LC_ALL"), locale);
+    QProcess process;
+    process.setProcessEnvironment(environment);
+    process.start(test::BuiltProgram("kivo-screen"), {QStringLiteral("--sensors")});
+    QCOMPARE(Result(process), 0);
+    const QString said = QString::fromUtf8(process.readAllStandardOutput());
+    QVERIFY2(said.contains(load), qPrintable(said));
+    QVERIFY2(said.count(QLatin1Char('\n')) >= 7, qPrintable(said));
+    QCOMPARE(process.readAllStandardError(), QByteArray());
 }
 
 void TestProgram::TheAutostartIsSwitchedFromTheCommandLine() {

@@ -35,7 +35,7 @@ struct Memory {
 };
 
 // Its entries: window, autostart, exit.
-enum Entry { kWindow, kAtLogin, kExit };
+enum Entry { kWindow, kSensors, kAtLogin, kExit };
 
 QAction* EntryOf(Tray& tray, Entry entry) {
     return tray.Menu().actions().value(entry);
@@ -51,7 +51,7 @@ void TestTray::TheMenuAsksForTheWindowAndTheEnd() {
     Memory memory;
     Tray tray(memory.Seam());
     tray.SetTexts();
-    QCOMPARE(tray.Menu().actions().size(), 3);
+    QCOMPARE(tray.Menu().actions().size(), 4);
     QSignalSpy window(&tray, &Tray::showRequested);
     QSignalSpy end(&tray, &Tray::exitRequested);
     EntryOf(tray, kWindow)->trigger();
@@ -60,6 +60,10 @@ void TestTray::TheMenuAsksForTheWindowAndTheEnd() {
     EntryOf(tray, kExit)->trigger();
     QCOMPARE(window.count(), 1);
     QCOMPARE(end.count(), 1);
+    const QSignalSpy sensors(&tray, &Tray::sensorsRequested);
+    EntryOf(tray, kSensors)->trigger();
+    QCOMPARE(sensors.count(), 1);
+    QCOMPARE(window.count() + end.count(), 2);
     QVERIFY(!memory.on);
     QStringList texts;
     const QList<QAction*> actions = tray.Menu().actions();

@@ -1,5 +1,7 @@
+#include <QLabel>
 #include <QPushButton>
 #include <QSemaphore>
+#include <algorithm>
 #include <atomic>
 
 #include "../telemetry/energy_library_folders.h"
@@ -26,6 +28,8 @@ private Q_SLOTS:
     void NoPollerAfterTheEnd();
     void HangingLibraryDoesNotHoldTheEndUp();
     void ReadOutShowsTheLiveTemperature();
+    void ReadOutSaysWhoMeasures();
+    void SensorsListRefreshesItself();
     void ClickReadsTheThermalZone();
     void KeyboardStaysOnTheReadOut();
     void ReadingStandsBeforeTheLiveTemperatureForAWhile();
@@ -69,7 +73,27 @@ struct SensorDesk : Desk {
     ThermalZoneThread::Reader readThermalZone = [](const StopAsked&) { return ThermalText(28); };
 };
 
-const QString kDegrees28 = QStringLiteral("28.000000°C");
+QWidget* Toplevel(const char* name) {
+    const QWidgetList all = QApplication::topLevelWidgets();
+    const auto* const found = std::find_if(all.begin(), all.end(), [name](QWidget* widget) {
+        return widget->objectName() == QLatin1String(name);
+    });
+    return found == all.end() ? nullptr : *found;
+}
+
+// What is seen of a window's labels.
+QStringList TextsOf(const QWidget& window) {
+    QStringList texts;
+    const auto labels = window.findChildren<QLabel*>();
+    for (const QLabel* label : labels) {
+        if (label->isVisible()) {
+            texts.append(label->text());
+        }
+    }
+    return texts;
+}
+
+const QString kDegrees28 = QStringLiteral("28.0°C");  // one decimal is enough to read
 
 }  // namespace
 
@@ -207,6 +231,43 @@ void TestWindowSensors::ReadOutShowsTheLiveTemperature() {
     QTRY_VERIFY_WITH_TIMEOUT(desk.panel.State().counts.areas > 0, 20000);
     desk.window->slotCpuPowClock(20, 48, 0, 0);
     QTRY_COMPARE(desk.ReadOut()->text(), QStringLiteral("48℃"));
+}
+
+void TestWindowSensors::ReadOutSaysWhoMeasures() {
+    Desk desk;
+    desk.Show();
+    const auto* readOut = desk.Find<QPushButton>("pushButton");
+    SensorReadings readings;
+    readings[Quantity::Temperature] = Reading::Without(ReadingGap::NoSource);
+    desk.window->Session().SetReadings(readings);
+    QTRY_VERIFY(readOut->toolTip().startsWith(QStringLiteral("No sensor that can be read\n")));
+    QCOMPARE(readOut->text(), QStringLiteral("--℃"));
+    QCOMPARE(readOut->accessibleDescription(), readOut->toolTip());
+    readings[Quantity::Temperature] = Reading::Of(61.0, SourceId::CoreTemp);
+    desk.window->Session().SetReadings(readings);
+    QTRY_COMPARE(readOut->toolTip(), QStringLiteral("Core Temp"));
+    QCOMPARE(readOut->accessibleDescription(), QStringLiteral("Core Temp"));
+    QCOMPARE(readOut->text(), QStringLiteral("61℃"));
+}
+
+void TestWindowSensors::SensorsListRefreshesItself() {
+    Desk desk;
+    SensorReadings readings;
+    readings[Quantity::Power] = Reading::Without(ReadingGap::NoRight, SourceId::PowerCap);
+    desk.window->Session().SetReadings(readings);
+    desk.window->ShowSensors();
+    QWidget* const list = Toplevel("sensors");
+    QVERIFY(list != nullptr && QTest::qWaitForWindowExposed(list));
+    QTRY_VERIFY(TextsOf(*list).contains(QStringLiteral("The kernel's energy counters: No right to read it")));
+    readings[Quantity::Power] = Reading::Of(37.0, SourceId::PowerCap);
+    desk.window->Session().SetReadings(readings);
+    QTRY_VERIFY(TextsOf(*list).contains(QStringLiteral("37w")));
+    QVERIFY(TextsOf(*list).contains(QStringLiteral("The kernel's energy counters")));
+    // Asked for again, it is the same list.
+    desk.window->ShowSensors();
+    QCOMPARE(Toplevel("sensors"), list);
+    QTest::keyClick(list, Qt::Key_Escape);
+    QVERIFY(!list->isVisible());
 }
 
 void TestWindowSensors::ClickReadsTheThermalZone() {

@@ -1,0 +1,46 @@
+#include "app/sensor_report.h"
+
+#include <QThread>
+
+#include "app/sensor_table.h"
+#include "telemetry/cpu_counter.h"
+#include "telemetry/cpu_usage_sampler.h"
+#include "telemetry/metric_snapshot.h"
+
+namespace kivo {
+
+namespace {
+
+constexpr int kSamples = 3;  // one to begin with, one for whoever answers late
+constexpr unsigned long kBetweenMs = 1000;
+
+}  // namespace
+
+QString ReadSensorReport(const PackageSensorsFactory& makeSensors) {
+    MetricSnapshot snapshot(CurrentInterfaceLanguage());
+    CpuUsageSampler load(MakeCpuCounter);
+    load.SetMode(0);
+    const std::unique_ptr<PackageSensors> sensors = makeSensors([](bool /*isAllowed*/) {});
+    bool isLoaded = sensors->Load();
+    for (int sample = 0; sample < kSamples; ++sample) {
+        if (sample > 0) {
+            QThread::msleep(kBetweenMs);
+            isLoaded = isLoaded || sensors->Load();
+        }
+        if (isLoaded) {
+            sensors->ReadSample();
+        }
+        snapshot.SetCpuUsed(load.Sample());
+    }
+    if (!load.HasRead()) {
+        snapshot.SetCpuUnreadable();
+    }
+    snapshot.SetReadings(sensors->Readings());
+    ItemTexts texts;
+    for (int item = 0; item < kLiveValueCount; ++item) {
+        texts[size_t(item)] = snapshot.GetValueText(item);
+    }
+    return SensorTableText(SensorTable(texts, snapshot.Readings()));
+}
+
+}  // namespace kivo

@@ -1,0 +1,19 @@
+#include <QCoreApplication>
+
+#include "app/sensor_table.h"
+
+namespace kivo {
+
+QString SensorHelp(Quantity quantity, const Reading& reading) {
+    Q_UNUSED(quantity)
+    if (reading.value) {
+        return {};
+    }
+    return QCoreApplication::translate(
+        "MainWindow",
+        QT_TRANSLATE_NOOP(
+            "MainWindow",
+            "运行 HWiNFO 并打开 “Report value in Gadget”，或打开 LibreHardwareMonitor 的网络服务"));
+}
+
+}  // namespace kivo

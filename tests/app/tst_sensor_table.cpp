@@ -1,0 +1,147 @@
+#include <QTranslator>
+#include <QtTest>
+#include <memory>
+
+#include "app/language.h"
+#include "app/sensor_table.h"
+#include "support/built_paths.h"
+#include "support/test_program.h"
+
+using namespace kivo;
+using namespace kivo::test;
+
+namespace {
+
+const QString kNobodys = QStringLiteral("No sensor that can be read");
+
+ItemTexts Texts() {
+    ItemTexts texts;
+    texts[CpuTemperature] = QStringLiteral("--℃");
+    texts[CpuUsage] = QStringLiteral("7%");
+    texts[MemoryUsage] = QStringLiteral("20%");
+    texts[Time] = QStringLiteral("18:46");
+    texts[CpuPower] = QStringLiteral("--w");
+    texts[Date] = QStringLiteral("2019.12.21");
+    texts[FanSpeed] = QStringLiteral(" 900");
+    return texts;
+}
+
+SensorReadings AllOf(const Reading& reading) {
+    SensorReadings readings;
+    for (const Quantity quantity : {Quantity::Power, Quantity::Temperature, Quantity::FanSpeed}) {
+        readings[quantity] = reading;
+    }
+    return readings;
+}
+
+std::vector<SensorRow> Table(const SensorReadings& readings) {
+    return SensorTable(Texts(), readings);
+}
+
+}  // namespace
+
+class TestSensorTable : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() { Use(InterfaceLanguage::English); }
+
+    void EachValueHasARow() {
+        const auto rows = Table(AllOf(Reading::Without(ReadingGap::NoSource)));
+        QCOMPARE(int(rows.size()), 7);
+        QCOMPARE(rows[CpuUsage].now, QStringLiteral("7%"));
+        QCOMPARE(rows[CpuUsage].source, QStringLiteral("The system"));
+        QCOMPARE(rows[FanSpeed].now, QStringLiteral("900"));
+        for (const SensorRow& row : rows) {
+            QVERIFY(!row.name.isEmpty() && !row.now.isEmpty() && !row.source.isEmpty());
+        }
+    }
+
+    void WhatIsMeasuredNeedsNoHelp() {
+        SensorReadings readings;
+        readings[Quantity::Power] = Reading::Of(12, SourceId::EnergyLibrary);
+        readings[Quantity::Temperature] = Reading::Of(61, SourceId::HwInfo);
+        readings[Quantity::FanSpeed] = Reading::Of(900, SourceId::LibreHardwareMonitor);
+        const auto rows = Table(readings);
+        QCOMPARE(rows[CpuPower].source, QStringLiteral("Intel Power Gadget"));
+        QCOMPARE(rows[CpuTemperature].source, QStringLiteral("HWiNFO"));
+        QCOMPARE(rows[FanSpeed].source, QStringLiteral("LibreHardwareMonitor"));
+        for (const SensorRow& row : rows) {
+            QCOMPARE(row.help, QString());
+        }
+    }
+
+    void WhatIsNotHasAReasonAndAHelp() {
+        for (const ReadingGap gap : {ReadingGap::NoSource, ReadingGap::NoRight, ReadingGap::NotRunning,
+                                     ReadingGap::Silent, ReadingGap::Unbelievable}) {
+            const auto rows = Table(AllOf(Reading::Without(gap)));
+            for (const int item : {int(CpuTemperature), int(CpuPower), int(FanSpeed)}) {
+                QVERIFY(!rows[size_t(item)].source.isEmpty());
+                QVERIFY(!rows[size_t(item)].help.isEmpty());
+            }
+        }
+        QCOMPARE(Table(AllOf(Reading::Without(ReadingGap::NoSource)))[CpuPower].source, kNobodys);
+        QCOMPARE(
+            Table(AllOf(Reading::Without(ReadingGap::Silent, SourceId::CoreTemp)))[CpuTemperature].source,
+            QStringLiteral("Core Temp: No answer"));
+    }
+
+    void AFanThatFollowsTheTemperatureSaysSo() {
+        SensorReadings readings = AllOf(Reading::Without(ReadingGap::NoSource));
+        QCOMPARE(Table(readings)[FanSpeed].source, kNobodys);
+        readings[Quantity::Temperature] = Reading::Of(61, SourceId::HardwareMonitor);
+        QCOMPARE(Table(readings)[FanSpeed].source, QStringLiteral("Worked out from the temperature"));
+    }
+
+    void ASourceThatIsStuckSaysSo() {
+        SensorReadings readings;
+        readings[Quantity::Temperature] = Reading::Of(27.8, SourceId::FirmwareZone);
+        readings[Quantity::Temperature].isStuck = true;
+        QCOMPARE(Table(readings)[CpuTemperature].source,
+                 QStringLiteral("The board's thermal zone (unchanged for ten minutes)"));
+    }
+
+    void EverySourceAndGapHasWords_data() {
+        QTest::addColumn<int>("language");
+        QTest::newRow("Chinese") << int(InterfaceLanguage::Chinese);
+        QTest::newRow("English") << int(InterfaceLanguage::English);
+        QTest::newRow("Russian") << int(InterfaceLanguage::Russian);
+    }
+    void EverySourceAndGapHasWords() {
+        QFETCH(int, language);
+        Use(InterfaceLanguage(language));
+        QStringList names;
+        for (int source = int(SourceId::EnergyLibrary); source <= int(SourceId::FirmwareZone); ++source) {
+            names.append(SourceName(SourceId(source)));
+        }
+        QStringList gaps;
+        for (int gap = int(ReadingGap::NotRead); gap <= int(ReadingGap::Unbelievable); ++gap) {
+            gaps.append(SensorPhrase(Reading::Without(ReadingGap(gap))));
+        }
+        for (QStringList* words : {&names, &gaps}) {
+            QVERIFY(!words->contains(QString()));
+            QCOMPARE(words->removeDuplicates(), 0);
+        }
+    }
+
+    void ColumnsOfATerminalAreStraight() {
+        const std::vector<SensorRow> rows{
+            {QStringLiteral("CPU温度"), QStringLiteral("61℃"), QStringLiteral("A"), {}},
+            {QStringLiteral("Fan"), QStringLiteral("900"), QStringLiteral("B"), QStringLiteral("C")}};
+        QCOMPARE(SensorTableText(rows), QStringLiteral("CPU温度  61℃  A\n"
+                                                       "Fan      900  B\n"
+                                                       "              C\n"));
+    }
+
+private:
+    void Use(InterfaceLanguage language) {
+        m_translator = std::make_unique<QTranslator>();
+        SetInterfaceLanguage(language);
+        QVERIFY(InstallTranslation(*m_translator, language, ProgramFolder()));
+    }
+
+    std::unique_ptr<QTranslator> m_translator;
+};
+
+KIVO_GUILESS_TEST(TestSensorTable)
+#include "tst_sensor_table.moc"
