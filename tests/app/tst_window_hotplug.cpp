@@ -325,6 +325,7 @@ void TestWindowHotplug::RemovalTwice() {
 void TestWindowHotplug::SuspendedOpensAndClosesNothing() {
     PluggedDesk desk;
     QTRY_VERIFY_WITH_TIMEOUT(desk.IsRunning(), kPatienceMs);
+    QTRY_VERIFY(desk.Screen().controlHandle() != nullptr);
     desk.window->hotplugSuspended = 1;
     desk.window->screenAttached = 1;
     desk.panel.Unplug();
@@ -347,6 +348,7 @@ void TestWindowHotplug::SuspendedOpensAndClosesNothing() {
 void TestWindowHotplug::OtherDevicesChangeNothing() {
     Desk desk;
     const ScreenSession& screen = desk.window->Session().Screen();
+    QTRY_VERIFY(screen.controlHandle() != nullptr);
     const SharedScreenHandle control = screen.controlHandle();
     for (const char* name :
          {R"(\\?\HID#VID_046D&PID_C31C&MI_01#8)", R"(\\?\HID#VID_04D9&PID_FD02&MI_01#8)", "HID#", ""}) {
