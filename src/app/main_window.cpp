@@ -81,6 +81,11 @@ MainWindow::MainWindow(const Parts& parts)
     WirePictures();
     LoadState();
 
+    connect(m_session.get(), &LiveSession::screenChanged, this, [this](bool closed) {
+        if (closed) {
+            screenAttached = 0;
+        }
+    });
     RegisterScreenNotification();
     // The screen is opened by this name, so it is the same in every language.
     const QString title = QCoreApplication::translate("MainWindow", "Kivo Screen");

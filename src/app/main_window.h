@@ -87,8 +87,8 @@ public:
     // Says what state the screen is in, in the window and in the tool tip of the tray.
     void ShowPanelStatus(const PanelStatus& status);
 
-    // An interface of any device arrived or went: brings the table up to date, opens or closes the screen.
-    // Always true.
+    // An interface of any device arrived or went: has the table brought up to date, the screen opened or
+    // closed, beside the window (LiveSession::HandleScreenChange). Always true.
     bool HandleScreenChange(const QString& name, bool arrived);
 
     // While non-zero, what arrives is not opened and what goes is not closed. Deliberate: nothing in the

@@ -4,7 +4,6 @@
 
 #include "app/main_window.h"
 #include "app/state_line.h"
-#include "device/screen_change.h"
 
 namespace kivo {
 
@@ -63,14 +62,7 @@ void MainWindow::NoteRemoval(const QString& name) {
 
 bool MainWindow::HandleScreenChange(const QString& name, bool arrived) {
     const ArrivalPath pathFrom = m_hotplug ? m_hotplug->PathOfArrival() : ArrivalPath::Enumeration;
-    const ScreenChangeOutcome outcome =
-        ApplyScreenChange(m_session->Screen(), {name, arrived}, hotplugSuspended != 0, pathFrom);
-    if (outcome.closed) {
-        screenAttached = 0;
-    }
-    if (outcome.dataArrived) {
-        m_session->NoteArrival();
-    }
+    m_session->HandleScreenChange({name, arrived}, hotplugSuspended != 0, pathFrom);
     return true;
 }
 

@@ -15,6 +15,7 @@ namespace {
 Q_LOGGING_CATEGORY(instanceLog, "kivo.instance")
 
 constexpr int kMemoryBytes = 1;
+constexpr int kMostLeft = 3;
 // The memory's key file is touched about once an hour.
 constexpr int kPollsPerTouch = 3600;
 // A start may wait for a copy that is slow. The running window must not: a whole poll has to stay under 50
@@ -85,6 +86,15 @@ std::unique_ptr<QSharedMemory> MakeMemory() {
     return memory;
 }
 
+// On Unix the memory goes by the number of its key file, and a new file may get one whose memory a killed
+// copy left behind. Whoever lets go of that as the last one takes it away. What detach() answers is no help:
+// some versions of Qt answer false when they have taken a memory away.
+void TakeAwayWhatIsLeft() {
+    const std::unique_ptr<QSharedMemory> left = MakeMemory();
+    left->attach(QSharedMemory::ReadWrite);
+    left->detach();
+}
+
 }  // namespace
 
 QString SingleInstance::SemaphoreName() {
@@ -141,7 +151,14 @@ bool SingleInstance::AttachToRunningCopy() {
 }
 
 void SingleInstance::BecomeFirst(InstanceRequest pending) {
-    if (m_memory->create(kMemoryBytes, QSharedMemory::ReadWrite)) {
+    bool isMade = m_memory->create(kMemoryBytes, QSharedMemory::ReadWrite);
+    for (int left = 0; left < kMostLeft && !isMade && m_memory->error() == QSharedMemory::AlreadyExists;
+         ++left) {
+        TakeAwayWhatIsLeft();
+        m_memory = MakeMemory();  // with the key file that is there now
+        isMade = m_memory->create(kMemoryBytes, QSharedMemory::ReadWrite);
+    }
+    if (isMade) {
         RequestByte(*m_memory) = pending;
         return;
     }

@@ -1,7 +1,7 @@
 #pragma once
 
-// What becomes of the device table and of the open screen when an interface arrives or goes. Called on the
-// GUI thread; any other would do.
+// What becomes of the device table and of the open screen when an interface arrives or goes. For worker
+// threads: closing a screen that hangs waits for its write, on Linux inside the kernel.
 
 #include "device/hotplug.h"
 

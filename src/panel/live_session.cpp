@@ -66,9 +66,22 @@ LiveSession::~LiveSession() {
 void LiveSession::OpenScreen(const QByteArray& name) {
     m_session.InitDeviceTable();
     m_session.EnumerateScreens();
-    m_session.OpenScreenByName(name);
-    m_session.WarnIfDenied();
+    m_devices.Do([this, name] {
+        m_session.OpenScreenByName(name);
+        m_session.WarnIfDenied();
+    });
     SendTimeSync();
+}
+
+void LiveSession::HandleScreenChange(const DeviceChange& change, bool suspended, ArrivalPath pathFrom) {
+    m_devices.Do([this, change, suspended, pathFrom] {
+        const ScreenChangeOutcome outcome = ApplyScreenChange(m_session, change, suspended, pathFrom);
+        if (outcome.dataArrived) {
+            m_sender.NoteArrival();
+        }
+        QMetaObject::invokeMethod(
+            this, [this, closed = outcome.closed] { Q_EMIT screenChanged(closed); }, Qt::QueuedConnection);
+    });
 }
 
 void LiveSession::SendTimeSync() {
@@ -165,6 +178,7 @@ void LiveSession::ReapRetired() {
 bool LiveSession::Stop(QDeadlineTimer deadline) {
     m_stopped = true;
     m_transfers.StopTransfers();
+    m_devices.Stop();
     if (m_refresh) {
         m_refresh->stop();
     }
@@ -178,7 +192,7 @@ bool LiveSession::Stop(QDeadlineTimer deadline) {
     for (const auto& thread : m_retired) {
         allEnded = thread->wait(deadline) && allEnded;
     }
-    return allEnded;
+    return m_devices.wait(deadline) && allEnded;
 }
 
 }  // namespace kivo

@@ -1,8 +1,9 @@
 #pragma once
 
 // The program behind its window: opens the screen, brings whole frames to it and keeps its values live. Lives
-// on the GUI thread, which calls every function, and owns the workers that write to the screen; no call waits
-// for a write. Knows no widget and no settings: whoever uses it loads them and hands the states in.
+// on the GUI thread, which calls every function, and owns the workers that open the screen and write to it;
+// no call waits for either. Knows no widget and no settings: whoever uses it loads them and hands the states
+// in.
 
 #include <QDeadlineTimer>
 #include <QObject>
@@ -13,8 +14,10 @@
 #include <mutex>
 #include <vector>
 
+#include "device/screen_change.h"
 #include "device/screen_session.h"
 #include "device/transfers.h"
+#include "panel/device_thread.h"
 #include "panel/frame_store.h"
 #include "panel/panel_memory.h"
 #include "panel/panel_sender.h"
@@ -52,11 +55,15 @@ public:
     // Stops everything; whoever could not Stop it must have ended the process by now.
     ~LiveSession() override;
 
-    // Fills the device table, opens the screen under this name (UTF-8) and has a worker set its clock;
+    // Fills the device table; has workers open the screen under this name (UTF-8) and set its clock, which
     // quietly does nothing where there is none. Deliberate, fixed: at the start the name is the window's
     // title as it is translated; under any other than kScreenName no screen is opened.
     void OpenScreen(const QByteArray& name = kScreenName);
     ScreenSession& Screen() { return m_session; }
+
+    // An interface of any device arrived or went: has a worker bring the table up to date and open or close
+    // the screen, see ApplyScreenChange. One change after the other; screenChanged tells of each.
+    void HandleScreenChange(const DeviceChange& change, bool suspended, ArrivalPath pathFrom);
 
     // Has a worker set the panel's clock.
     void SendTimeSync();
@@ -101,6 +108,8 @@ public:
     bool Stop(QDeadlineTimer deadline = QDeadlineTimer(kLongestStop));
 
 Q_SIGNALS:
+    // A change was handled; closed: the screen counts as gone.
+    void screenChanged(bool closed);
     // What window and tray are to say has changed.
     void statusChanged(const kivo::PanelStatus& status);
     // No upload runs any more; whether the panel took the newest one's frame.
@@ -126,6 +135,7 @@ private:
     QTimer m_statusTimer;  // takes back what is told for a while only
 
     bool m_stopped = false;
+    DeviceThread m_devices;
     std::vector<std::unique_ptr<NimbProcessThread>> m_uploads;  // that have not reported, oldest first
     std::unique_ptr<RefreshDataThread> m_refresh;               // not started yet while an upload runs
     std::vector<std::unique_ptr<QThread>> m_retired;            // that end by themselves, or were asked to

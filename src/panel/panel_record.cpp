@@ -19,6 +19,17 @@ void ForgetAll(PanelRecord& record) {
     ++record.epoch;
 }
 
+// A chunk whose write failed may have arrived all the same, as one does that took too long. Texts go on over
+// the picture that was there; without an id it is no frame that was desired, so the next one is sent, though
+// it may be the same again.
+void DoubtFrame(PanelRecord& record) {
+    if (record.acknowledged.frame) {
+        PanelFrame doubted = *record.acknowledged.frame;
+        doubted.id.clear();
+        record.acknowledged.frame = std::make_shared<const PanelFrame>(std::move(doubted));
+    }
+}
+
 // A report that was dropped was never begun, so it says nothing.
 bool TellsSomething(const PanelRecord& record, quint64 epoch, TransferResult result) {
     return epoch == record.epoch && result != TransferResult::Dropped;
@@ -117,6 +128,8 @@ bool NoteFrame(PanelRecord& record, quint64 epoch, const SharedFrame& frame, con
     }
     if (result.chunksTaken > 0) {
         ForgetAll(record);  // part of it lies over the picture that was there
+    } else if (result.result == TransferResult::Refused) {
+        DoubtFrame(record);
     }
     return false;
 }

@@ -33,7 +33,9 @@ struct PanelRecord {
         ItemTexts texts;    // of each item, handed over last
     };
     struct Acknowledged {
-        SharedFrame frame;  // null: not known, so nothing may be drawn over it
+        // Null: not known, so nothing may be drawn over it. Without an id: it was whole, but a piece of
+        // another one may lie over it.
+        SharedFrame frame;
         std::optional<Orientation> orientation;
         bool isClockShown = false;
         std::array<AcknowledgedText, kLiveValueCount> texts;

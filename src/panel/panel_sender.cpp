@@ -226,7 +226,7 @@ bool PanelSender::SendFrame(const SharedFrame& frame) {
         }
     });
     const PanelRecord after = RecordNow();
-    if (m_parts.memory != nullptr && after.acknowledged.frame) {
+    if (m_parts.memory != nullptr && after.acknowledged.frame && !after.acknowledged.frame->id.isEmpty()) {
         m_parts.memory->Write({after.panelKey, after.acknowledged.frame->id});
     }
     if (!isThere) {

@@ -74,7 +74,9 @@ inline void DeleteRow(const Desk& desk, int row, DeleteBy by) {
 // How red, green and blue the preview is on the whole, with the same values each time: live ones come
 // meanwhile.
 inline QColor PreviewColour(const Desk& desk) {
-    desk.Editor()->SetLiveTexts({});
+    ItemTexts same;
+    same.fill(QStringLiteral("0"));
+    desk.Editor()->SetLiveTexts(same);
     const QImage preview =
         desk.Editor()->grab().toImage().scaled(1, 1, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
     return preview.pixelColor(0, 0);

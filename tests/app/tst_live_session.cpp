@@ -68,9 +68,14 @@ void TestLiveSession::OnlyItsNameOpensTheScreen() {
     LiveSession session(panel, InterfaceLanguage::English, kShortPauses);
     session.OpenScreen("Kivo Bildschirm");
     QCOMPARE(int(session.Screen().Entry(0).dataFound), 1);
+    // Changes are handled after the opening.
+    QSignalSpy handled(&session, &LiveSession::screenChanged);
+    session.HandleScreenChange({QStringLiteral("HID#VID_046D&PID_C31C&MI_01#8"), true}, false,
+                               ArrivalPath::Enumeration);
+    QVERIFY(handled.wait(20000));
     QVERIFY(session.Screen().controlHandle() == nullptr);
     session.OpenScreen("Kivo Screen");
-    QVERIFY(session.Screen().controlHandle() != nullptr);
+    QTRY_VERIFY(session.Screen().controlHandle() != nullptr);
 }
 
 void TestLiveSession::FirstFrameThenLiveValues() {

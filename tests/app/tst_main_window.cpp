@@ -169,7 +169,7 @@ void TestMainWindow::TitleIsTheScreensName() {
     QFETCH(QString, locale);
     const Desk desk{QLocale(locale)};
     QCOMPARE(desk.window->windowTitle(), QStringLiteral("Kivo Screen"));
-    QVERIFY(desk.window->Session().Screen().controlHandle() != nullptr);
+    QTRY_VERIFY(desk.window->Session().Screen().controlHandle() != nullptr);
 }
 
 void TestMainWindow::FirstRunShowsUploadsMarksAndHides() {

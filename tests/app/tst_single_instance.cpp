@@ -35,6 +35,7 @@ private Q_SLOTS:
     void NextStartIsFirstAgainWhenTheFirstWasKilled();
     void CopyKilledWhileItHoldsTheSemaphore();
     void CopiesKilledAtAnyMoment();
+    void MemoryLeftUnderTheNumberOfANewKeyFile();
     void EveryWayOutOfThePollReleasesTheSemaphore();
     void MemoryThatCannotBeCreated();
     void NoFolderForTemporaryFiles();
@@ -244,6 +245,22 @@ void TestSingleInstance::CopiesKilledAtAnyMoment() {
     }
     QCOMPARE(Copy().Ask("start"), QByteArray("second"));
     QCOMPARE(first.Ask("poll"), QByteArray("asked"));
+}
+
+// The key file was cleaned away, and the next one gets its number: most file systems give them out again.
+void TestSingleInstance::MemoryLeftUnderTheNumberOfANewKeyFile() {
+    for (int k = 0; k < 10; ++k) {
+        {
+            Copy killed;
+            QCOMPARE(killed.Ask("start"), QByteArray("first"));
+            QVERIFY(killed.Kill());
+        }
+        QVERIFY(QFile::remove(MemoryKeyFile()));
+        Copy first;
+        QCOMPARE(first.Ask("start"), QByteArray("first"));
+        QCOMPARE(Copy().Ask("start"), QByteArray("second"));
+        QCOMPARE(first.Ask("poll"), QByteArray("asked"));
+    }
 }
 
 void TestSingleInstance::EveryWayOutOfThePollReleasesTheSemaphore() {

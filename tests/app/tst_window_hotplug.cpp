@@ -34,6 +34,7 @@ private Q_SLOTS:
     void SystemThatSleptRedrawsTheValues();
     void SystemThatSleptSendsTheOwedFrame();
     void PluggingWhileTheWindowEnds();
+    void ScreenThatHangsWhileItIsClosedHoldsNothingUp();
 };
 
 namespace {
@@ -124,6 +125,29 @@ MainWindow::Parts PartsFor(HidApi& hid) {
     return parts;
 }
 
+// Has the window handle a change, and waits until it has.
+bool Handles(MainWindow& window, const QString& name, bool arrived) {
+    QSignalSpy handled(&window.Session(), &LiveSession::screenChanged);
+    return window.HandleScreenChange(name, arrived) && handled.wait(kPatienceMs);
+}
+
+// Hangs in closing a handle, once that is asked for.
+class HangingCloseHidApi final : public ForwardingHidApi {
+public:
+    using ForwardingHidApi::ForwardingHidApi;
+    void Close(HidHandle* handle) override {
+        if (hang.exchange(false)) {
+            entered.release();
+            letGo.acquire();
+        }
+        ForwardingHidApi::Close(handle);
+    }
+
+    std::atomic<bool> hang{false};
+    QSemaphore entered;
+    QSemaphore letGo;
+};
+
 // Debug lines of the window's own, and every warning.
 struct HotplugLog {
     HotplugLog() {
@@ -158,14 +182,14 @@ void TestWindowHotplug::ReplugGoesOnByItself() {
         desk.panel.Unplug();
         QVERIFY(desk.IsFound());
         QTRY_VERIFY(!desk.IsFound());
-        QVERIFY(desk.Screen().dataHandle() == nullptr);
-        QCOMPARE(int(desk.window->screenAttached), 0);
+        QTRY_VERIFY(desk.Screen().dataHandle() == nullptr);
+        QTRY_COMPARE(int(desk.window->screenAttached), 0);
         QTRY_COMPARE(desk.DataPath(), QByteArray());
 
         const int reports = desk.wire.Reports().size();
         desk.panel.Plug(newNumbers ? VirtualHidApi::NodeNumbers::New : VirtualHidApi::NodeNumbers::Same);
         QTRY_VERIFY(desk.IsFound());
-        QCOMPARE(desk.DataPath(), desk.panel.DataPath());
+        QTRY_COMPARE(desk.DataPath(), desk.panel.DataPath());
         // A value that stands still comes back in full.
         QTRY_VERIFY_WITH_TIMEOUT(desk.TemperaturesSince(reports) > 0, kPatienceMs);
     }
@@ -272,11 +296,11 @@ void TestWindowHotplug::ControlInterfaceComesLongBefore() {
     MainWindow window(PartsFor(half));
     ScreenSession& screen = window.Session().Screen();
     panel.Plug(VirtualHidApi::NodeNumbers::New);
-    QVERIFY(window.HandleScreenChange(kControl, true));
+    QVERIFY(Handles(window, kControl, true));
     QCOMPARE(screen.Entry(0).dataFound, 0U);
     QVERIFY(screen.controlHandle() == nullptr);
     half.isWhole = true;
-    QVERIFY(window.HandleScreenChange(kData, true));
+    QVERIFY(Handles(window, kData, true));
     QCOMPARE(screen.Entry(0).dataFound, 1U);
     QVERIFY(screen.controlHandle() != nullptr);
     QTRY_VERIFY_WITH_TIMEOUT(panel.State().counts.areas > 3, kPatienceMs);
@@ -288,19 +312,20 @@ void TestWindowHotplug::RemovalTwice() {
     ScreenSession& screen = desk.window->Session().Screen();
     desk.window->screenAttached = 1;
     desk.panel.Unplug();
-    QVERIFY(desk.window->HandleScreenChange(kData, false));
+    QVERIFY(Handles(*desk.window, kData, false));
     QCOMPARE(int(desk.window->screenAttached), 0);
     QCOMPARE(screen.Entry(0).dataFound, 0U);
     desk.window->screenAttached = 1;
-    QVERIFY(desk.window->HandleScreenChange(kData, false));
+    QVERIFY(Handles(*desk.window, kData, false));
     QCOMPARE(int(desk.window->screenAttached), 1);  // nothing was done
-    QVERIFY(desk.window->HandleScreenChange(kControl, false));
+    QVERIFY(Handles(*desk.window, kControl, false));
     QCOMPARE(int(desk.window->screenAttached), 0);
 }
 
 void TestWindowHotplug::SuspendedOpensAndClosesNothing() {
     PluggedDesk desk;
     QTRY_VERIFY_WITH_TIMEOUT(desk.IsRunning(), kPatienceMs);
+    QTRY_VERIFY(desk.Screen().controlHandle() != nullptr);
     desk.window->hotplugSuspended = 1;
     desk.window->screenAttached = 1;
     desk.panel.Unplug();
@@ -316,18 +341,19 @@ void TestWindowHotplug::SuspendedOpensAndClosesNothing() {
     QTRY_VERIFY_WITH_TIMEOUT(desk.panel.State().counts.areas > areas, kPatienceMs);
 
     desk.window->hotplugSuspended = 0;
-    QVERIFY(desk.window->HandleScreenChange(kData, true));
+    QVERIFY(Handles(*desk.window, kData, true));
     QVERIFY(desk.Screen().controlHandle() != control);
 }
 
 void TestWindowHotplug::OtherDevicesChangeNothing() {
     Desk desk;
     const ScreenSession& screen = desk.window->Session().Screen();
+    QTRY_VERIFY(screen.controlHandle() != nullptr);
     const SharedScreenHandle control = screen.controlHandle();
     for (const char* name :
          {R"(\\?\HID#VID_046D&PID_C31C&MI_01#8)", R"(\\?\HID#VID_04D9&PID_FD02&MI_01#8)", "HID#", ""}) {
         for (const bool arrived : {true, false}) {
-            QVERIFY(desk.window->HandleScreenChange(QString::fromLatin1(name), arrived));
+            QVERIFY(Handles(*desk.window, QString::fromLatin1(name), arrived));
             QCOMPARE(screen.Entry(0).dataFound, 1U);
             QVERIFY(screen.controlHandle() == control);
         }
@@ -377,10 +403,10 @@ void TestWindowHotplug::NotificationsAreLogged() {
     const HotplugLog hotplug;
     listener({kData, true});
     // Here the name is the path.
-    QCOMPARE(TextOf(window.Session().Screen().Entry(0).dataPath), kData.toLatin1());
+    QTRY_COMPARE(TextOf(window.Session().Screen().Entry(0).dataPath), kData.toLatin1());
     panel.Unplug();
     listener({kData, false});
-    QCOMPARE(window.Session().Screen().Entry(0).dataFound, 0U);
+    QTRY_COMPARE(window.Session().Screen().Entry(0).dataFound, 0U);
     listener({QString(), true});
     QCOMPARE(hotplug.log.lines(), (QStringList{QStringLiteral("DBT_DEVICEARRIVAL\n"), kData,
                                                QStringLiteral("DBT_DEVICEREMOVECOMPLETE\n"),
@@ -403,7 +429,7 @@ void TestWindowHotplug::DeniedScreenIsToldOnceAndTakenWhenAllowed() {
     QVERIFY(line.contains(QLatin1String("60-kivo-screen.rules")));
 
     panel.ClearFaults();
-    QVERIFY(window.HandleScreenChange(kData, true));
+    QVERIFY(Handles(window, kData, true));
     QTRY_VERIFY_WITH_TIMEOUT(panel.State().counts.areas > 3, kPatienceMs);
     QCOMPARE(hotplug.log.lines().size(), 1);
     QVERIFY(window.Stop());
@@ -443,6 +469,29 @@ void TestWindowHotplug::PluggingWhileTheWindowEnds() {
     QCoreApplication::processEvents();
     QVERIFY(desk.window == nullptr);
     QCOMPARE(desk.panel.OpenHandles(), 0);
+}
+
+void TestWindowHotplug::ScreenThatHangsWhileItIsClosedHoldsNothingUp() {
+    VirtualHidApi panel;
+    HangingCloseHidApi hid(panel);
+    MainWindow window(PartsFor(hid));
+    ScreenSession& screen = window.Session().Screen();
+    QTRY_VERIFY(screen.controlHandle() != nullptr);
+    QTRY_VERIFY_WITH_TIMEOUT(panel.State().counts.areas > 3, kPatienceMs);
+    QSignalSpy handled(&window.Session(), &LiveSession::screenChanged);
+    hid.hang = true;
+    QVERIFY(window.HandleScreenChange(kData, true));
+    QVERIFY(hid.entered.tryAcquire(1, kPatienceMs));
+    // All of these return while it still hangs, or this test would not get further.
+    QVERIFY(window.HandleScreenChange(kData, false));
+    QVERIFY(window.HandleScreenChange(kControl, true));
+    static_cast<void>(window.Session().Status());
+    window.BringToFront();
+    QCoreApplication::processEvents();
+    hid.letGo.release();
+    // They are handled in their order afterwards.
+    QTRY_COMPARE(handled.count(), 3);
+    QVERIFY(window.Stop());
 }
 
 KIVO_TEST(TestWindowHotplug)

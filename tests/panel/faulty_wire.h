@@ -25,6 +25,7 @@ public:
         int chunk = 0;                                    // 0: any
         int times = 1;
         bool hangs = false;
+        bool arrives = false;  // the panel takes it all the same, and only the program is told otherwise
     };
 
     // clock outlives the wire. hasStamps: the system tells a new node from the one that was there.
@@ -43,6 +44,9 @@ public:
         m_faults.clear();
         m_events.clear();
     }
+
+    // Calls watcher for each report that the panel has taken.
+    void Watch(std::function<void(const PanelReport&)> watcher) { m_watcher = std::move(watcher); }
 
     // Collects what the panel takes from now on.
     void StartRecording() {
@@ -65,19 +69,18 @@ public:
 
     int Write(HidHandle* handle, const quint8* data, std::size_t length) override {
         Pass(Moment::BeforeReport);
-        if (IsRefused(data)) {
+        const Fault* const fault = FaultOf(data);
+        const bool isRefused = fault != nullptr;
+        if (isRefused && !fault->arrives) {
             return -1;
         }
         const int written = ForwardingHidApi::Write(handle, data, length);
         if (written >= 0) {
             m_writing = handle;
-            const PanelReport report = m_panel->Take(data, length);
-            if (m_isRecording) {
-                m_recorded.push_back(report);
-            }
+            NoteTaken(m_panel->Take(data, length));
         }
         Pass(Moment::AfterReport);
-        return written;
+        return isRefused ? -1 : written;
     }
 
     void Close(HidHandle* handle) override {
@@ -126,7 +129,17 @@ private:
         }
     }
 
-    bool IsRefused(const quint8* data) {
+    void NoteTaken(const PanelReport& report) {
+        if (m_isRecording) {
+            m_recorded.push_back(report);
+        }
+        if (m_watcher) {
+            m_watcher(report);
+        }
+    }
+
+    // The fault that this report meets; null for none.
+    const Fault* FaultOf(const quint8* data) {
         const PanelReportKind kind = KindOf(data);
         const int chunk = kind == PanelReportKind::Chunk ? data[4] : 0;
         for (Fault& fault : m_faults) {
@@ -139,9 +152,9 @@ private:
             if (fault.hangs) {
                 m_clock.Advance(kHang);
             }
-            return true;
+            return &fault;
         }
-        return false;
+        return nullptr;
     }
 
     class Inside {
@@ -165,6 +178,7 @@ private:
     bool m_isInEvent = false;
     bool m_isRecording = false;
     std::vector<PanelReport> m_recorded;
+    std::function<void(const PanelReport&)> m_watcher;
 };
 
 }  // namespace kivo::test

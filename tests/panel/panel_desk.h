@@ -15,8 +15,8 @@ enum class Memory { Kept, None };
 
 // What one run of the program has; the panel and the files stay for the next.
 struct Run {
-    Run(VirtualHidApi& panel, const QString& folder, Memory kind, ItemTexts& values)
-        : session(panel),
+    Run(HidApi& hid, const QString& folder, Memory kind, ItemTexts& values)
+        : session(hid),
           frames(folder + QStringLiteral("/whole.png")),
           memory(folder + QStringLiteral("/whole.state")),
           texts(values),

@@ -7,7 +7,7 @@
 namespace kivo::test {
 
 struct ProcessUse {
-    qint64 memoryBytes = 0;  // that is its own and in RAM (Windows: committed)
+    qint64 memoryBytes = 0;  // on its heap (Windows: committed)
     int handles = 0;         // open files, sockets, pipes (Windows: all kernel handles)
     int threads = 0;
 };

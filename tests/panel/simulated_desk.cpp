@@ -32,6 +32,15 @@ QByteArray Number(const std::optional<int>& number) {
     return number ? QByteArray::number(*number) : QByteArray("none");
 }
 
+// What these pixels, in wire order, have there.
+QByteArray AreaOf(const QByteArray& pixels, const QRect& area) {
+    QByteArray part;
+    for (int row = area.top(); row <= area.bottom(); ++row) {
+        part += pixels.mid((row * kPanelWidth + area.left()) * 2, area.width() * 2);
+    }
+    return part;
+}
+
 QByteArray Text(const std::optional<QTime>& time) {
     return time ? time->toString(Qt::ISODate).toLatin1() : QByteArray("none");
 }
@@ -74,6 +83,7 @@ SimulatedDesk::SimulatedDesk(const Options& options)
       m_settings(options.settings) {
     m_node.SetPanelKey(Panel().Key());
     m_wire.PutPanel(Panel());
+    m_wire.Watch([this](const PanelReport& report) { NoteTaken(report); });
     StartProgram();
 }
 
@@ -281,14 +291,40 @@ void SimulatedDesk::UseSoftwarePanel(const std::optional<ScreenState>& applied, 
     StartProgram();
 }
 
-QByteArray SimulatedDesk::Difference() {
-    const QImage background = ComposeBackground(m_settings, LoadPicture(PicturePath(m_settings)), m_skins);
+ItemTexts SimulatedDesk::TextsNow() const {
     ItemTexts texts;
     for (int item = 0; item < kLiveValueCount; ++item) {
         texts[size_t(item)] = m_program->snapshot.GetValueText(item);
     }
-    const QImage frame = ComposeFrame(m_settings, background, texts);
-    const QByteArray pixels = WirePixels(frame, frame.rect(), m_settings.orientation);
+    return texts;
+}
+
+QByteArray SimulatedDesk::FrameOf(const ScreenState& state, const ItemTexts& texts) {
+    const QImage background = ComposeBackground(state, LoadPicture(PicturePath(state)), m_skins);
+    const QImage frame = ComposeFrame(state, background, texts);
+    return WirePixels(frame, frame.rect(), state.orientation);
+}
+
+// A frame is one of the settings' state, for nothing else is ever sent. An area that shows just what stands
+// there in the settings' frame, and not what stands there in the panel's, was drawn for the wrong one.
+void SimulatedDesk::NoteTaken(const PanelReport& report) {
+    std::optional<ScreenState>& frameOn = m_frameOn[m_inUse];
+    if (report.kind == PanelReportKind::Chunk) {
+        frameOn.reset();
+        if (Panel().HasWholeFrame()) {
+            frameOn = m_settings;
+        }
+    } else if (report.kind == PanelReportKind::Area && frameOn && *frameOn != m_settings) {
+        const ItemTexts texts = TextsNow();
+        const QByteArray shown = AreaOf(Panel().Pixels(), report.area);
+        m_isAnythingMisplaced =
+            m_isAnythingMisplaced || (shown == AreaOf(FrameOf(m_settings, texts), report.area) &&
+                                      shown != AreaOf(FrameOf(*frameOn, texts), report.area));
+    }
+}
+
+QByteArray SimulatedDesk::Difference() {
+    const QByteArray pixels = FrameOf(m_settings, TextsNow());
     const QByteArray& shown = Panel().Pixels();
     if (shown != pixels) {
         int at = 0;
@@ -309,6 +345,9 @@ QByteArray SimulatedDesk::Difference() {
 }
 
 QByteArray SimulatedDesk::LeftBehind() {
+    if (m_isAnythingMisplaced) {
+        return "an update was drawn for another frame than the panel had";
+    }
     const PanelStatus status = m_program->sender.Status();
     if (status.isFrameOwed ||
         (status.condition != PanelCondition::Connected && status.condition != PanelCondition::Sent)) {
@@ -339,11 +378,7 @@ bool SimulatedDesk::IsRoutine(const PanelReport& report) const {
     if (report.kind != PanelReportKind::Area) {
         return false;
     }
-    ItemTexts texts;
-    for (int item = 0; item < kLiveValueCount; ++item) {
-        texts[size_t(item)] = m_program->snapshot.GetValueText(item);
-    }
-    const QVector<TextRun> runs = LayOutTexts(m_settings, texts);
+    const QVector<TextRun> runs = LayOutTexts(m_settings, TextsNow());
     for (const int item : {int(Time), int(Date)}) {
         for (const QRect& rect : SendRects(m_settings, runs, item, false)) {
             if (IsUpdateSent(m_settings, item, false) &&

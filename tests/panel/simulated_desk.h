@@ -98,7 +98,8 @@ public:
     const ScreenState& Settings() const { return m_settings; }
     // How the panel differs from a fresh composition of the settings; empty where it does not. After a round.
     QByteArray Difference();
-    // As Difference, for all that has to hold besides: panel errors, handles, files.
+    // As Difference, for all that has to hold besides: panel errors, handles, files, and that nothing drawn
+    // for one picture was ever written over another.
     QByteArray LeftBehind();
     // Whether the program may send this in a round in which nothing has changed.
     bool IsRoutine(const PanelReport& report) const;
@@ -119,13 +120,19 @@ private:
     void Tell(bool arrived);
     void BringNews(News news, std::function<void()> tell);
     SimulatedPanel& Panel() { return m_panels[m_inUse]; }
+    void NoteTaken(const PanelReport& report);
+    ItemTexts TextsNow() const;
+    // A whole frame of this state with these texts, in wire order.
+    QByteArray FrameOf(const ScreenState& state, const ItemTexts& texts);
 
     const Options m_options;
     QTemporaryDir m_folder;
     SimulatedClock m_clock;
     VirtualHidApi m_node;
     std::array<SimulatedPanel, 2> m_panels;
+    std::array<std::optional<ScreenState>, 2> m_frameOn;  // of the panel's whole frame; none: it has parts
     std::size_t m_inUse = 0;
+    bool m_isAnythingMisplaced = false;
     FaultyWire m_wire;
     ScreenState m_settings;
     std::deque<std::function<void()>> m_lateNews;

@@ -49,6 +49,9 @@ public:
             case PanelReportKind::Probe:
                 break;
         }
+        if (report.kind == PanelReportKind::Chunk) {
+            m_hasWholeFrame = m_decoder.State().counts.frames != framesBefore;
+        }
         if (m_decoder.State().counts.frames != framesBefore) {
             m_pixels = m_incoming;
             m_wholeFrame = m_incoming;
@@ -68,6 +71,8 @@ public:
         m_shownTime.reset();
     }
 
+    // The last chunk that it took made a frame whole.
+    bool HasWholeFrame() const { return m_hasWholeFrame; }
     const QByteArray& Key() const { return m_key; }
     const QByteArray& Pixels() const { return m_pixels; }                   // in wire order
     std::optional<int> OrientationOnWire() const { return m_orientation; }  // 1 landscape, 2 portrait
@@ -98,6 +103,7 @@ private:
     QByteArray m_pixels;
     QByteArray m_wholeFrame;
     QByteArray m_incoming;
+    bool m_hasWholeFrame = false;
     std::optional<int> m_orientation;
     std::optional<QTime> m_clock;
     std::optional<QTime> m_shownTime;

@@ -29,6 +29,7 @@ enum class Step {
     Rounds,
     Measure,
     Apply,
+    ApplyAndBack,
     Unplug,
     Plug,
     Replug,
@@ -58,10 +59,11 @@ struct WeighedStep {
     int weight;
     const char* name;
 };
-constexpr std::array<WeighedStep, 25> kSteps{{
+constexpr std::array<WeighedStep, 26> kSteps{{
     {Step::Rounds, 25, "rounds"},
     {Step::Measure, 8, "other values"},
     {Step::Apply, 12, "apply"},
+    {Step::ApplyAndBack, 3, "apply and back in vain"},
     {Step::Unplug, 4, "unplug"},
     {Step::Plug, 8, "plug"},
     {Step::Replug, 6, "replug"},
@@ -189,7 +191,10 @@ private:
     // Some faults are over soon, some stay until they are ended.
     int DrawTimes() { return OneIn(3) ? std::numeric_limits<int>::max() : Below(1, 4); }
 
-    void Refuse(PanelReportKind kind) { m_desk.Wire().Refuse({kind, 0, DrawTimes(), false}); }
+    // Some of what the program is told was refused has arrived.
+    void Refuse(PanelReportKind kind, int chunk = 0) {
+        m_desk.Wire().Refuse({kind, chunk, DrawTimes(), false, OneIn(3)});
+    }
 
     void Overwrite(const char* file, const QByteArray& bytes) const {
         QFile damaged(m_desk.File(file));
@@ -208,10 +213,11 @@ private:
             case Step::Rounds:
                 return m_desk.Rounds(OneIn(20) ? Below(60, 150) : Below(1, 6));
             case Step::Measure:
-                m_desk.measured = {Below(110), Below(200), Below(101), double(Below(-5, 150))};
-                return;
+                return Measure();
             case Step::Apply:
                 return Apply();
+            case Step::ApplyAndBack:
+                return ApplyAndBack();
             case Step::Unplug:
                 return NowOrMidway([this, power = DrawPower(), news = DrawNews()](Moment moment) {
                     m_desk.Unplug(power, At(moment, news));
@@ -236,8 +242,7 @@ private:
             case Step::LateNews:
                 return m_desk.TellLateNews();
             case Step::RefuseChunk:
-                return m_desk.Wire().Refuse(
-                    {PanelReportKind::Chunk, Below(1, kChunkCount + 1), DrawTimes(), false});
+                return Refuse(PanelReportKind::Chunk, Below(1, kChunkCount + 1));
             case Step::RefuseOrientation:
                 return Refuse(PanelReportKind::Orientation);
             case Step::RefuseClock:
@@ -251,7 +256,7 @@ private:
             case Step::RefuseOpening:
                 return OneIn(2) ? m_desk.FailOpenings() : m_desk.DenyOpenings();
             case Step::Hang:
-                return m_desk.Wire().Refuse({PanelReportKind::Invalid, 0, Below(1, 3), true});
+                return m_desk.Wire().Refuse({PanelReportKind::Invalid, 0, Below(1, 3), true, OneIn(2)});
             case Step::EndFaults:
                 return m_desk.ClearFaults();
             case Step::LosePicture:
@@ -270,6 +275,27 @@ private:
             case Step::SoftwarePanel:
                 return m_desk.UseSoftwarePanel(OneIn(2) ? std::optional(DrawState()) : std::nullopt,
                                                Below(4));
+        }
+    }
+
+    // Half of the time what was measured before: a value that goes and comes back.
+    void Measure() {
+        const Measured former = std::exchange(m_formerlyMeasured, m_desk.measured);
+        m_desk.measured =
+            OneIn(2) ? former : Measured{Below(110), Below(200), Below(101), double(Below(-5, 150))};
+    }
+
+    // Somebody wants another picture, sees nothing of it, and takes back the one that is there, which some of
+    // the other may lie over by now.
+    void ApplyAndBack() {
+        const ScreenState former = m_desk.Settings();
+        const int chunk = OneIn(3) ? 1 : Below(2, kChunkCount + 1);
+        m_desk.Wire().Refuse({PanelReportKind::Chunk, chunk, 1, false, OneIn(2)});
+        Refuse(PanelReportKind::Chunk, chunk);
+        m_desk.Apply(DrawState(), {});
+        m_desk.Apply(former, {});
+        if (OneIn(2)) {
+            m_desk.Restart(OneIn(2) ? SimulatedDesk::ProgramEnd::Quit : SimulatedDesk::ProgramEnd::Killed);
         }
     }
 
@@ -353,6 +379,7 @@ private:
     const SimulatedDesk::Options m_options;
     SimulatedDesk m_desk;
     std::vector<ScreenState> m_favourites{m_options.settings};
+    Measured m_formerlyMeasured;
     QByteArrayList m_taken;
 };
 

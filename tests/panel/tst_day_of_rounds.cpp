@@ -17,7 +17,7 @@ namespace {
 
 constexpr int kRoundsAnHour = 7200;
 constexpr int kRounds = 3 * kRoundsAnHour;
-constexpr qint64 kMostGrowth = 1024 * 1024;  // pages that the allocator keeps for another time
+constexpr qint64 kMostGrowth = 1024 * 1024;  // what caches still learn
 
 using News = SimulatedDesk::News;
 using Power = SimulatedDesk::Power;

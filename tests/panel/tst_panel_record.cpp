@@ -154,7 +154,7 @@ void TestPanelRecord::EventLeavesOwed_data() {
         "frame clock texts");
     row("a frame is begun", &NoteFrameBegun, "");
     frame("a frame is taken", {TransferResult::Taken, kChunkCount}, "orientation clock redraw");
-    frame("a frame is refused at its first chunk", {TransferResult::Refused, 0}, "");
+    frame("a frame is refused at its first chunk", {TransferResult::Refused, 0}, "frame");
     frame("a frame is refused at its second chunk", {TransferResult::Refused, 1}, "frame clock texts");
     frame("a frame is refused at its last chunk", {TransferResult::Refused, 26}, "frame clock texts");
     frame("a frame finds no panel", {TransferResult::NotThere, 0}, "");

@@ -26,7 +26,9 @@ private Q_SLOTS:
     void ARectangleThatFitsNoReportIsTriedOnce();
 
     void ArrivalSendsEverythingButTheFrame();
+    void ArrivalDrawsAllOfATimeThatMovesItsDigits();
     void AnotherPanelGetsTheFrame();
+    void AnotherPanelThatWasSeenBeforePreparingGetsTheFrame();
     void TextForAnotherPanelWaitsForItsFrame();
     void NewNodesOfTheSamePanelAreAnArrival();
     void ReplacedBackgroundIsPutBack();
@@ -172,7 +174,6 @@ void TestPanelSender::ArrivalSendsEverythingButTheFrame() {
     QVERIFY(desk.run->Apply(Theme::Default));
     QVERIFY(desk.run->Round());
     const PanelCounts before = desk.Counts();
-    // A time that moved only its digits would leave the black around them.
     const QImage composed = desk.Picture();
     QByteArray black(kFrameBytes, '\0');
     desk.run->transfers.SendWholeImage(reinterpret_cast<const quint8*>(black.constData()), 0);
@@ -188,6 +189,21 @@ void TestPanelSender::ArrivalSendsEverythingButTheFrame() {
     }
 }
 
+// A change of this time sends the rectangles of the digits that moved, which would leave the black around
+// them.
+void TestPanelSender::ArrivalDrawsAllOfATimeThatMovesItsDigits() {
+    Desk desk;
+    QVERIFY(desk.run->Apply(Theme::Scene));
+    QVERIFY(desk.run->Round());
+    const QImage composed = desk.Picture();
+    const QByteArray black(kFrameBytes, '\0');
+    desk.run->transfers.SendWholeImage(reinterpret_cast<const quint8*>(black.constData()), 0);
+    desk.run->sender.NoteArrival();
+    QVERIFY(desk.run->Round());
+    const QRect place = desk.run->sender.Applied().layout.textRect[Time];
+    QCOMPARE(desk.Picture().copy(place), composed.copy(place));
+}
+
 void TestPanelSender::AnotherPanelGetsTheFrame() {
     Desk desk;
     QVERIFY(desk.run->Apply(Theme::Tdp, Orientation::Portrait));
@@ -199,6 +215,20 @@ void TestPanelSender::AnotherPanelGetsTheFrame() {
     QCOMPARE(desk.Counts().frames - before.frames, quint64(1));
     QVERIFY(desk.DifferenceTo(desk.run->sender.Applied()).isNull());
     QCOMPARE(desk.run->memory.Read()->panelKey, QByteArray("another"));
+}
+
+// The clock of a start is set before the frame is prepared.
+void TestPanelSender::AnotherPanelThatWasSeenBeforePreparingGetsTheFrame() {
+    Desk desk;
+    QVERIFY(desk.run->Apply(Theme::Default));
+    const quint64 frames = desk.Counts().frames;
+    desk.Replug(VirtualHidApi::NodeNumbers::Same, "another");
+    desk.StartRun();
+    QVERIFY(desk.run->sender.SendTimeSync());
+    desk.run->sender.Prepare();
+    QVERIFY(desk.run->sender.Status().isFrameOwed);
+    QVERIFY(desk.run->Round());
+    QCOMPARE(desk.Counts().frames, frames + 1);
 }
 
 void TestPanelSender::TextForAnotherPanelWaitsForItsFrame() {

@@ -1,0 +1,52 @@
+#include "panel/device_thread.h"
+
+#include <utility>
+
+namespace kivo {
+
+DeviceThread::~DeviceThread() {
+    Stop();
+    wait();
+    static_cast<void>(m_end.IsMarked());
+}
+
+void DeviceThread::Do(std::function<void()> job) {
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        if (m_isStopped) {
+            return;
+        }
+        m_jobs.push_back(std::move(job));
+    }
+    m_changed.notify_all();
+    if (!isRunning()) {
+        start(QThread::InheritPriority);
+    }
+}
+
+void DeviceThread::Stop() {
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        m_isStopped = true;
+        m_jobs.clear();
+    }
+    m_changed.notify_all();
+}
+
+void DeviceThread::run() {
+    const ThreadEndMarker marker(m_end);
+    std::unique_lock<std::mutex> lock(m_mutex);
+    while (true) {
+        m_changed.wait(lock, [this] { return m_isStopped || !m_jobs.empty(); });
+        if (m_isStopped) {
+            return;
+        }
+        const std::function<void()> job = std::move(m_jobs.front());
+        m_jobs.pop_front();
+        lock.unlock();
+        job();
+        lock.lock();
+    }
+}
+
+}  // namespace kivo

@@ -1,0 +1,39 @@
+#pragma once
+
+// Opens, closes and lists devices beside the GUI thread: any of these may wait for a screen that hangs, for as
+// long as a write to it does. Jobs run one after the other, in the order in which they were handed over.
+
+#include <QThread>
+#include <condition_variable>
+#include <deque>
+#include <functional>
+#include <mutex>
+
+#include "telemetry/thread_end.h"
+
+namespace kivo {
+
+class DeviceThread final : public QThread {
+public:
+    DeviceThread() = default;
+    // Stops the thread and waits for it.
+    ~DeviceThread() override;
+
+    // Has the job done; the first one starts the thread. Nothing after Stop. The thread's owner only.
+    void Do(std::function<void()> job);
+
+    // Asks the thread to end after the job it is at; those that wait are dropped. Any thread.
+    void Stop();
+
+protected:
+    void run() override;
+
+private:
+    std::mutex m_mutex;
+    std::condition_variable m_changed;
+    std::deque<std::function<void()>> m_jobs;
+    bool m_isStopped = false;
+    ThreadEnd m_end;
+};
+
+}  // namespace kivo
