@@ -21,7 +21,6 @@ set(units
     nimb_process
     screen_answers
     session_after_session
-    sleep_watch
     state_line
     tray
     ${window_units})

@@ -7,6 +7,8 @@ set(units
     metric_snapshot
     msr_driver
     power_poller
+    sleep_watch
+    system_clocks
     thermal_zone
     value_texts)
 if(WIN32)
