@@ -8,6 +8,7 @@ set(units
     msr_driver
     power_poller
     sleep_watch
+    source_chooser
     system_clocks
     thermal_zone
     value_texts)
