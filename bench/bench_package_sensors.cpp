@@ -1,6 +1,6 @@
-// What the sensors' thread does once a second, over files made like the kernel's: one sample of power and
-// temperature, or, on a machine without sensors, looking for them. Beside it the same two files read with
-// QFile, and what the window asks of the energy library when it is built.
+// What the sensors' thread does once a second, over files made like the kernel's: one sample of power,
+// temperature and fan, or, on a machine without sensors, looking for them. Beside it all sources read at
+// once, the files read with QFile, and what the window asks of the energy library when it is built.
 
 #include <benchmark/benchmark.h>
 
@@ -8,7 +8,8 @@
 #include <QFile>
 #include <QTemporaryDir>
 
-#include "telemetry/sysfs_sensors.h"
+#include "telemetry/package_sensors.h"
+#include "telemetry/sysfs_sources.h"
 
 using namespace kivo;
 
@@ -34,15 +35,25 @@ public:
             Write(QStringLiteral("hwmon/hwmon3"), qPrintable(QStringLiteral("temp%1_input").arg(core + 2)),
                   "41000");
         }
+        Write(QStringLiteral("hwmon/hwmon4"), "name", "nct6775");
+        for (int fan = 1; fan <= 7; ++fan) {
+            Write(QStringLiteral("hwmon/hwmon4"), qPrintable(QStringLiteral("fan%1_input").arg(fan)),
+                  fan == 2 ? "1184" : "0");
+        }
+        Write(QStringLiteral("thermal/thermal_zone0"), "type", "x86_pkg_temp");
+        Write(QStringLiteral("thermal/thermal_zone0"), "temp", "45000");
     }
 
     QString Counter() const { return Path("powercap/intel-rapl:0/energy_uj"); }
     QString Temperature() const { return Path("hwmon/hwmon3/temp1_input"); }
-    SysfsPlaces Places() const { return {Path("powercap"), Path("hwmon")}; }
+    QString Fan() const { return Path("hwmon/hwmon4/fan2_input"); }
+    SysfsPlaces Places() const { return {Path("powercap"), Path("hwmon"), Path("thermal")}; }
     // With all but the sensors of the processor.
     SysfsPlaces PlacesWithoutSensors() const {
         QDir(Path("hwmon/hwmon3")).removeRecursively();
+        QDir(Path("hwmon/hwmon4")).removeRecursively();
         QDir(Path("powercap/intel-rapl:0")).removeRecursively();
+        QDir(Path("thermal/thermal_zone0")).removeRecursively();
         return Places();
     }
 
@@ -60,26 +71,48 @@ private:
     const QTemporaryDir m_folder;
 };
 
+// Sensors of these places, with a clock that goes on a second with each sample.
+std::unique_ptr<PackageSensors> MakeSensors(const SysfsPlaces& places) {
+    SensorParts parts;
+    parts.sources = MakeSysfsSources(places);
+    parts.clocks = [now = std::chrono::seconds(1000)]() mutable {
+        now += std::chrono::seconds(1);
+        return SystemClocks{now, std::chrono::seconds(0)};
+    };
+    return MakeSensorsFrom(std::move(parts));
+}
+
 void OneSample(benchmark::State& state) {
     const Machine machine;
-    SysfsSensors sensors(machine.Places());
-    if (!sensors.Load()) {
+    const auto sensors = MakeSensors(machine.Places());
+    if (!sensors->Load()) {
         qFatal("The machine has no sensors.");
     }
     for (auto _ : state) {
-        sensors.ReadSample();
-        benchmark::DoNotOptimize(sensors.Temperature());
-        benchmark::DoNotOptimize(sensors.Power());
+        sensors->ReadSample();
+        benchmark::DoNotOptimize(sensors->Readings());
     }
-    if (sensors.Temperature() != 45) {
+    if (sensors->Temperature() != 45) {
         qFatal("The temperature is wrong.");
     }
 }
 
-void TheirTwoFilesWithQFile(benchmark::State& state) {
+void AllSources(benchmark::State& state) {
+    const Machine machine;
+    const SensorSources sources = MakeSysfsSources(machine.Places());
+    SampleMoment moment;
+    for (auto _ : state) {
+        moment.now += std::chrono::seconds(1);
+        for (const auto& source : sources) {
+            benchmark::DoNotOptimize(source->Read(moment));
+        }
+    }
+}
+
+void TheirFilesWithQFile(benchmark::State& state) {
     const Machine machine;
     for (auto _ : state) {
-        for (const QString& path : {machine.Counter(), machine.Temperature()}) {
+        for (const QString& path : {machine.Counter(), machine.Temperature(), machine.Fan()}) {
             QFile file(path);
             if (file.open(QIODevice::ReadOnly)) {
                 benchmark::DoNotOptimize(file.readAll().trimmed().toLongLong());
@@ -90,9 +123,9 @@ void TheirTwoFilesWithQFile(benchmark::State& state) {
 
 void LookingInVain(benchmark::State& state) {
     const Machine machine;
-    SysfsSensors sensors(machine.PlacesWithoutSensors());
+    const auto sensors = MakeSensors(machine.PlacesWithoutSensors());
     for (auto _ : state) {
-        if (sensors.Load()) {
+        if (sensors->Load()) {
             qFatal("The machine has sensors.");
         }
     }
@@ -112,7 +145,8 @@ void ProbingForTheLibrary(benchmark::State& state) {
 }  // namespace
 
 BENCHMARK(OneSample);
-BENCHMARK(TheirTwoFilesWithQFile);
+BENCHMARK(AllSources);
+BENCHMARK(TheirFilesWithQFile);
 BENCHMARK(LookingInVain);
 BENCHMARK(ProbingForTheLibrary);
 

@@ -15,13 +15,14 @@
 #include <vector>
 
 #include "app/display.h"
-#include "app/sleep_watch.h"
 #include "app/tray.h"
 #include "app/tray_host.h"
+#include "app/untold_sleep.h"
 #include "compose/theme_state.h"
 #include "device/hotplug.h"
 #include "panel/live_session.h"
 #include "telemetry/intel_power_gadget_thread.h"
+#include "telemetry/sleep_watch.h"
 #include "telemetry/thermal_zone_thread.h"
 
 class QTranslator;
@@ -63,7 +64,7 @@ public:
         std::function<bool()> desktopPlacesWindows = &DesktopPlacesWindows;
         // Who tells of screens that come and go; default: nobody does.
         std::function<std::unique_ptr<Hotplug>()> makeHotplug = {};
-        std::function<std::chrono::nanoseconds()> timeAsleep = &TimeAsleep;
+        std::function<std::chrono::nanoseconds()> timeAsleep = &UntoldTimeAsleep;
         PackageSensorsFactory makeSensors = MakePackageSensors;
         ThermalZoneThread::Reader readThermalZone = ReadThermalZoneTemperature;
     };

@@ -34,6 +34,8 @@ void MainWindow::StartPowerPoller() {
     m_power->isStop = 0;
     m_power->start(QThread::InheritPriority);
     // Deliberate: a sample that comes before this is lost; there is one every second.
+    connect(m_power.get(), &IntelPowerGadgetThread::readingsTaken, m_session.get(),
+            &LiveSession::SetReadings);
     connect(m_power.get(), &IntelPowerGadgetThread::RefreshCpuPowClock, this, &MainWindow::slotCpuPowClock);
 }
 

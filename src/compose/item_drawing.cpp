@@ -221,11 +221,13 @@ QVector<TextRun> LayOutTexts(const ScreenState& state, const ItemTexts& texts) {
     } else {
         LayOutTheme(state, texts, runs);
     }
-    if (state.language == InterfaceLanguage::English) {
-        for (TextRun& run : runs) {
-            if (run.item == Date && run.role == TextRole::Value) {
-                run.text = EnglishDate(run.text);
-            }
+    for (TextRun& run : runs) {
+        if (run.item == Date && run.role == TextRole::Value && state.language == InterfaceLanguage::English) {
+            run.text = EnglishDate(run.text);
+        }
+        // A blank that stands for a missing digit would push the others off the centre.
+        while (run.role == TextRole::Value && run.text.startsWith(QLatin1Char(' '))) {
+            run.text.remove(0, 1);
         }
     }
     return runs;

@@ -92,11 +92,15 @@ public:
 
     PanelStatus Status() const { return m_sender.Status(); }
 
-    // The newest power (watts) and temperature (degrees Celsius), kept across refresh threads. Deliberate,
-    // fixed: the temperature arrives in the argument that is named after a clock.
+    // What the sensors said last, kept across refresh threads.
+    void SetReadings(const SensorReadings& readings) { m_snapshot.SetReadings(readings); }
+    // Values older than ten seconds are Silent.
+    SensorReadings Readings() const { return m_snapshot.Readings(); }
+    // The power (watts) and temperature (degrees Celsius) that belong to them. Deliberate, fixed: the
+    // temperature arrives in the argument that is named after a clock.
     void SetCpuPowClock(qint32 iPow, qint32 iClock) { m_snapshot.SetCpuPowClock(iPow, iClock); }
-    // Whether a temperature has been measured so far.
-    bool HasTemperature() const { return m_snapshot.CpuTemp() > 0; }
+    // Whether the temperature is known now.
+    bool HasTemperature() const { return Readings()[Quantity::Temperature].value.has_value(); }
     // The text of a live value at this moment (0..8; empty for the free texts).
     QString LiveText(int item) const { return m_snapshot.GetValueText(item); }
     // What the panel took last, item by item; empty for what it does not show.

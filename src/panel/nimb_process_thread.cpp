@@ -41,8 +41,14 @@ void NimbProcessThread::MeasureLoadDuringPause() {
     sampler.SetMode(0);
     sampler.Sample();
     m_pause.Sleep(m_parts.pause);
-    if (isStop == 0) {
-        m_parts.snapshot.SetCpuUsed(sampler.Sample());
+    if (isStop != 0) {
+        return;
+    }
+    const qint32 percent = sampler.Sample();
+    if (sampler.HasRead()) {
+        m_parts.snapshot.SetCpuUsed(percent);
+    } else {
+        m_parts.snapshot.SetCpuUnreadable();
     }
 }
 

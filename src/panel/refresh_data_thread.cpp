@@ -55,8 +55,13 @@ void RefreshDataThread::SampleCpu() {
     const qint32 percent = m_sampler.Sample();
     // The first sample of a new sampler has nothing to compare with and is 0; a load that is known already
     // stays, or every new thread would flash 1%.
-    if (!m_firstRound || m_parts.snapshot.CpuUsed() == 0) {
+    if (m_firstRound && m_parts.snapshot.CpuUsed() != 0) {
+        return;
+    }
+    if (m_sampler.HasRead()) {
         m_parts.snapshot.SetCpuUsed(percent);
+    } else {
+        m_parts.snapshot.SetCpuUnreadable();
     }
 }
 

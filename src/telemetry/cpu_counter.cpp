@@ -52,7 +52,7 @@ CpuRawSample ParseProcStat(std::string_view text) {
 }
 
 double BusyPercent(const CpuRawSample& now, const CpuRawSample& previous) {
-    if (now.status != 0 || previous.status != 0) {
+    if (!IsValid(now) || !IsValid(previous)) {
         return 0.0;
     }
     const qint64 total = now.secondValue - previous.secondValue;

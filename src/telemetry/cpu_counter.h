@@ -18,6 +18,11 @@ struct CpuRawSample {
     quint32 multiCount = 0;
 };
 
+// Whether it was read.
+inline bool IsValid(const CpuRawSample& sample) {
+    return sample.status <= 1;
+}
+
 // What `status` says on Linux when /proc/stat could not be read.
 inline constexpr quint32 kCpuSampleNoData = 0x800007D5;
 

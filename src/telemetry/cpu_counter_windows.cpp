@@ -35,9 +35,7 @@ CpuRawSample FromRecord(const PDH_RAW_COUNTER& record) {
     return sample;
 }
 
-bool IsValid(const CpuRawSample& sample) {
-    return sample.status == PDH_CSTATUS_VALID_DATA || sample.status == PDH_CSTATUS_NEW_DATA;
-}
+static_assert(PDH_CSTATUS_VALID_DATA == 0 && PDH_CSTATUS_NEW_DATA == 1, "IsValid relies on it");
 
 // Deliberate: no return code decides anything. What a call is to fill in starts as what its failure means:
 // a record as one without data, a utilisation as 0, which the panel shows as 1%. The handles are null after

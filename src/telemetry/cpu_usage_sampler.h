@@ -20,6 +20,9 @@ public:
     // negative number here.
     qint32 Sample();
 
+    // Whether the counter could be read at the last Sample.
+    bool HasRead() const { return IsValid(m_previousRaw); }
+
 private:
     CpuCounterFactory m_makeCounter;
     quint8 m_mode = 1;

@@ -25,7 +25,9 @@ qint32 WholeWatts(double watts) {
 IntelPowerGadgetThread::IntelPowerGadgetThread(QObject* parent) : IntelPowerGadgetThread(Parts{}, parent) {}
 
 IntelPowerGadgetThread::IntelPowerGadgetThread(Parts parts, QObject* parent)
-    : QThread(parent), m_parts(std::move(parts)) {}
+    : QThread(parent), m_parts(std::move(parts)) {
+    qRegisterMetaType<SensorReadings>("kivo::SensorReadings");
+}
 
 IntelPowerGadgetThread::~IntelPowerGadgetThread() {
     AskToStop();
@@ -61,11 +63,21 @@ void IntelPowerGadgetThread::run() {
 bool IntelPowerGadgetThread::LoadSensors(PackageSensors& sensors) {
     if (!sensors.Load()) {
         qDebug("Error: %s", qUtf8Printable(sensors.ErrorString()));
+        TellGaps(sensors);
         while (isStop == 0 && !sensors.Load()) {
+            TellGaps(sensors);
             m_pause.Sleep(m_parts.period);
         }
     }
     return isStop == 0;
+}
+
+void IntelPowerGadgetThread::TellGaps(PackageSensors& sensors) {
+    const SensorReadings gaps = sensors.Readings();
+    if (!(gaps == m_toldGaps) && isStop == 0) {
+        m_toldGaps = gaps;
+        Q_EMIT readingsTaken(gaps);
+    }
 }
 
 void IntelPowerGadgetThread::Poll(PackageSensors& sensors) {
@@ -76,12 +88,14 @@ void IntelPowerGadgetThread::Poll(PackageSensors& sensors) {
             return;
         }
         sensors.ReadSample();
+        const SensorReadings readings = sensors.Readings();
         const int temperature = sensors.Temperature();
         const double power = sensors.Power();
         qCDebug(sensorLog, "-1 -- %g", power);
         if (isStop != 0) {
             return;
         }
+        Q_EMIT readingsTaken(readings);
         Q_EMIT RefreshCpuPowClock(WholeWatts(power), temperature, 0, 0);
     }
 }

@@ -1,7 +1,7 @@
 #pragma once
 
-// The worker that reads power and temperature of the processor package once a second and tells them. Made and
-// stopped by the GUI thread; a stopped one is not started again.
+// The worker that reads the sensors of the processor package and its fan once a second and tells what they
+// say. Made and stopped by the GUI thread; a stopped one is not started again.
 
 #include <QThread>
 
@@ -37,6 +37,10 @@ public:
     std::atomic<quint8> isStop{0};
 
 Q_SIGNALS:
+    // What the sensors say, a moment before RefreshCpuPowClock. While nothing measures anything it tells the
+    // reasons, each time that they change, and RefreshCpuPowClock is silent.
+    void readingsTaken(const kivo::SensorReadings& readings);
+
     // Power in whole watts, cut off, 0 where it is no number; temperature in degrees Celsius; the last two
     // are reserved and 0. Deliberate: the temperature goes where a clock was meant to be.
     void RefreshCpuPowClock(qint32 iPow, qint32 iClock, qint32 iGPow, qint32 iGClock);
@@ -47,9 +51,11 @@ protected:
 private:
     // False when the thread is to end.
     bool LoadSensors(PackageSensors& sensors);
+    void TellGaps(PackageSensors& sensors);
     void Poll(PackageSensors& sensors);
 
     const Parts m_parts;
+    SensorReadings m_toldGaps;
     StopPause m_pause{isStop};
     ThreadEnd m_end;
 };

@@ -5,8 +5,8 @@
 
 namespace kivo {
 
-// Physical memory in use, 0 to 100 percent; 0 when it cannot be read. Any thread.
-int ReadMemoryLoad();
+// Physical memory in use, 0 to 100 percent; nothing when it cannot be read. Any thread.
+std::optional<int> ReadMemoryLoad();
 
 // Memory load from the text of /proc/meminfo: (MemTotal - MemAvailable) / MemTotal, cut to a whole percent
 // as Windows and the CPU figure are. Kernels before 3.14 have no MemAvailable: MemFree + Buffers + Cached

@@ -4,12 +4,13 @@
 
 namespace kivo {
 
-int ReadMemoryLoad() {
+std::optional<int> ReadMemoryLoad() {
     static_assert(sizeof(MEMORYSTATUSEX) == 64);
     MEMORYSTATUSEX status{};
     status.dwLength = sizeof(status);
-    // The result is not tested: a call that fails leaves the load at 0.
-    GlobalMemoryStatusEx(&status);
+    if (GlobalMemoryStatusEx(&status) == 0) {
+        return std::nullopt;
+    }
     return static_cast<int>(status.dwMemoryLoad);
 }
 

@@ -4,7 +4,9 @@
 
 #include <utility>
 
+#include "telemetry/live_value.h"
 #include "telemetry/memory_load.h"
+#include "telemetry/system_clocks.h"
 #include "telemetry/value_texts.h"
 
 namespace kivo {
@@ -14,10 +16,30 @@ namespace {
 Q_LOGGING_CATEGORY(telemetryLog, "kivo.telemetry", QtInfoMsg)
 
 constexpr quint32 kHighestBelievable = 998;
+constexpr std::chrono::seconds kLongestSilence{10};
 
 // Negative numbers are beyond the limit too once they are taken as unsigned.
 qint32 Believable(qint32 value) {
     return static_cast<quint32>(value) > kHighestBelievable ? 0 : value;
+}
+
+// A number in place of a value, or of nothing at all. A source that has not read yet is a gap like any other.
+void Replace(Reading& reading, std::optional<double> value) {
+    const bool isUntouched = reading.gap == ReadingGap::NotRead && reading.source == SourceId::None;
+    if (!reading.value && !isUntouched) {
+        return;
+    }
+    if (value) {
+        reading.value = value;
+        reading.gap = ReadingGap::None;
+    } else {
+        reading = Reading::Without(ReadingGap::NotRead);
+    }
+}
+
+// Cut off, as power always was; what is measured is in range.
+int Whole(const Reading& reading) {
+    return static_cast<int>(*reading.value);
 }
 
 }  // namespace
@@ -30,39 +52,125 @@ MetricSnapshot::MetricSnapshot(InterfaceLanguage language, MetricSources sources
     if (!m_sources.memoryLoad) {
         m_sources.memoryLoad = ReadMemoryLoad;
     }
+    if (!m_sources.awakeTime) {
+        m_sources.awakeTime = [] { return ReadSystemClocks().awake; };
+    }
 }
 
 QString MetricSnapshot::GetValueText(int index) const {
     switch (index) {
         case CpuTemperature:
-            return FormatTemperature(CpuTemp());
+            return TemperatureText();
         case CpuUsage: {
-            QString text = FormatCpuUsage(CpuUsed());
+            QString text = LoadText();
             qCDebug(telemetryLog) << "m_iCpuUsed" << text;
             return text;
         }
         case MemoryUsage:
-            return FormatMemoryUsage(m_sources.memoryLoad());
+            return MemoryText();
         case Time:
             return FormatTime(m_sources.now().time);
         case CpuPower:
-            return FormatPower(CpuPow(), m_language);
+            return PowerText();
         case Date:
             return FormatDate(m_sources.now().date, m_language);
         case FanSpeed:
-            return FormatFanSpeed(CpuTemp());
+            return FanText();
         default:
             return {};
     }
 }
 
+QString MetricSnapshot::TemperatureText() const {
+    const Reading temperature = Current(Quantity::Temperature);
+    return temperature.value ? FormatTemperature(Whole(temperature)) : NoTemperatureText();
+}
+
+QString MetricSnapshot::PowerText() const {
+    const Reading power = Current(Quantity::Power);
+    return power.value ? FormatPower(Whole(power), m_language) : NoPowerText(m_language);
+}
+
+QString MetricSnapshot::FanText() const {
+    if (const Reading fan = Current(Quantity::FanSpeed); fan.value) {
+        return FormatMeasuredFan(Whole(fan));
+    }
+    const Reading temperature = Current(Quantity::Temperature);
+    return temperature.value ? FormatFanSpeed(Whole(temperature)) : NoFanText();
+}
+
+QString MetricSnapshot::LoadText() const {
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    return IsLong(m_loadOutage) ? NoPercentText() : FormatCpuUsage(m_iCpuUsed);
+}
+
+QString MetricSnapshot::MemoryText() const {
+    const std::optional<int> load = m_sources.memoryLoad();
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    if (load) {
+        m_memoryLoad = *load;
+        m_memoryOutage.reset();
+    } else if (!m_memoryOutage) {
+        m_memoryOutage = m_sources.awakeTime();
+    }
+    return IsLong(m_memoryOutage) ? NoPercentText() : FormatMemoryUsage(m_memoryLoad);
+}
+
+bool MetricSnapshot::IsLong(const Outage& outage) const {
+    return outage && m_sources.awakeTime() - *outage >= kLongestSilence;
+}
+
+void MetricSnapshot::SetReadings(const SensorReadings& readings) {
+    const auto now = m_sources.awakeTime();
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_readings = readings;
+    m_readAt = now;
+}
+
+SensorReadings MetricSnapshot::Readings() const {
+    SensorReadings readings;
+    for (const Quantity quantity : {Quantity::Power, Quantity::Temperature, Quantity::FanSpeed}) {
+        readings[quantity] = Current(quantity);
+    }
+    return readings;
+}
+
+Reading MetricSnapshot::Current(Quantity quantity) const {
+    const auto now = m_sources.awakeTime();
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    const Reading& reading = m_readings[quantity];
+    // A number that SetCpuPowClock brought alone has no source, and stands until the next one.
+    const bool isRead = reading.value && reading.source != SourceId::None;
+    const bool isOld = isRead && now - m_readAt >= kLongestSilence;
+    return isOld ? Reading::Without(ReadingGap::Silent, reading.source) : reading;
+}
+
 void MetricSnapshot::SetCpuPowClock(qint32 iPow, qint32 iClock) {
-    m_iCpuPow.store(Believable(iPow), std::memory_order_relaxed);
-    m_iCpuTemp.store(Believable(iClock), std::memory_order_relaxed);
+    const qint32 watts = Believable(iPow);
+    const qint32 degrees = Believable(iClock);
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    Replace(m_readings[Quantity::Power], watts);
+    Replace(m_readings[Quantity::Temperature], degrees == 0 ? std::nullopt : std::optional<double>(degrees));
 }
 
 void MetricSnapshot::SetCpuUsed(qint32 percent) {
-    m_iCpuUsed.store(percent, std::memory_order_relaxed);
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_iCpuUsed = percent;
+    m_loadOutage.reset();
+}
+
+void MetricSnapshot::SetCpuUnreadable() {
+    const auto now = m_sources.awakeTime();
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_iCpuUsed = 0;
+    if (!m_loadOutage) {
+        m_loadOutage = now;
+    }
+}
+
+qint32 MetricSnapshot::CpuUsed() const {
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    return m_iCpuUsed;
 }
 
 }  // namespace kivo

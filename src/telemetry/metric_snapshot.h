@@ -2,23 +2,27 @@
 
 #include <QString>
 
-#include <atomic>
+#include <chrono>
 #include <functional>
+#include <mutex>
+#include <optional>
 
 #include "telemetry/interface_language.h"
 #include "telemetry/local_time.h"
+#include "telemetry/reading.h"
 
 namespace kivo {
 
 // Where the snapshot reads what it does not store; called on the thread that asks for a text.
 struct MetricSources {
-    std::function<LocalTime()> now;   // Default: ReadLocalTime.
-    std::function<int()> memoryLoad;  // Percent. Default: ReadMemoryLoad.
+    std::function<LocalTime()> now;                            // Default: ReadLocalTime.
+    std::function<std::optional<int>()> memoryLoad;            // Percent. Default: ReadMemoryLoad.
+    std::function<std::chrono::nanoseconds()> awakeTime = {};  // Default: SystemClocks::awake.
 };
 
-// The latest number of every live value, and its text. Numbers come in from the GUI thread (power,
-// temperature) and from the refresh thread (utilisation); texts are asked for on the refresh thread. Without
-// a lock: a power and a temperature of two different samples may meet for one round.
+// The latest reading of every live value, and its text. Readings come in from the GUI thread (the sensors')
+// and from the threads that send (utilisation); texts are asked for on those. A value that nothing has
+// measured, or renewed for ten seconds, has a text of dashes.
 class MetricSnapshot {
 public:
     // Empty members of `sources` stand for the defaults.
@@ -28,22 +32,44 @@ public:
     // number.
     QString GetValueText(int index) const;
 
-    // Package power in watts and package temperature in degrees Celsius. Deliberate: the temperature arrives
-    // in the argument that is named after a clock. Each is 0 where it is negative or above 998.
+    void SetReadings(const SensorReadings& readings);
+    // Values older than ten seconds are Silent.
+    SensorReadings Readings() const;
+
+    // Package power in watts and package temperature in degrees Celsius, in place of what SetReadings brought
+    // a moment before; a value that it could not bring stays away. Deliberate: the temperature arrives in the
+    // argument that is named after a clock. Each is 0 where it is negative or above 998, and a temperature of
+    // 0 is none.
     void SetCpuPowClock(qint32 iPow, qint32 iClock);
+
     // Percent, 0 to 100 (stored as it is).
     void SetCpuUsed(qint32 percent);
-
-    qint32 CpuTemp() const { return m_iCpuTemp.load(std::memory_order_relaxed); }
-    qint32 CpuPow() const { return m_iCpuPow.load(std::memory_order_relaxed); }
-    qint32 CpuUsed() const { return m_iCpuUsed.load(std::memory_order_relaxed); }
+    // The counter could not be read, and counts as 0; after ten seconds of that there is no load.
+    void SetCpuUnreadable();
+    qint32 CpuUsed() const;
 
 private:
-    InterfaceLanguage m_language;
+    // Since when something could not be read; nothing while it can be.
+    using Outage = std::optional<std::chrono::nanoseconds>;
+
+    Reading Current(Quantity quantity) const;
+    bool IsLong(const Outage& outage) const;
+    QString TemperatureText() const;
+    QString PowerText() const;
+    QString FanText() const;
+    QString LoadText() const;
+    QString MemoryText() const;
+
+    const InterfaceLanguage m_language;
     MetricSources m_sources;
-    std::atomic<qint32> m_iCpuTemp{0};
-    std::atomic<qint32> m_iCpuPow{0};
-    std::atomic<qint32> m_iCpuUsed{0};
+
+    mutable std::mutex m_mutex;  // over all below
+    SensorReadings m_readings;
+    std::chrono::nanoseconds m_readAt{0};
+    qint32 m_iCpuUsed = 0;
+    Outage m_loadOutage;
+    mutable int m_memoryLoad = 0;  // as it was read last
+    mutable Outage m_memoryOutage;
 };
 
 }  // namespace kivo

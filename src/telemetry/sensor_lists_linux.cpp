@@ -1,5 +1,7 @@
 #include "telemetry/sensor_lists.h"
 
+#include "telemetry/sysfs_sources.h"
+
 namespace kivo {
 
 SourceOrders PlatformSourceOrders() {
@@ -11,7 +13,7 @@ SourceOrders PlatformSourceOrders() {
 }
 
 SensorSources MakeSensorSources() {
-    return {};
+    return MakeSysfsSources();
 }
 
 }  // namespace kivo

@@ -12,6 +12,9 @@ namespace kivo {
 // only.
 std::optional<QByteArray> ReadSmallFile(const QString& path);
 
+// The first line of a text, without blanks around it.
+QByteArray FirstLine(const QByteArray& text);
+
 // Such a line as a whole number; nothing where it is none.
 std::optional<qint64> WholeNumber(const QByteArray& line);
 
@@ -20,6 +23,8 @@ std::optional<qint64> ReadNumberFile(const QString& path);
 
 // Folders called prefix and a number, in the order of their numbers; paths. What else begins with the prefix
 // is left out.
-QStringList NumberedFolders(const QString& folder, const QString& prefix);
+enum class NumberBase { Decimal = 10, Hexadecimal = 16 };
+QStringList NumberedFolders(const QString& folder, const QString& prefix,
+                            NumberBase base = NumberBase::Decimal);
 
 }  // namespace kivo

@@ -25,8 +25,12 @@ std::optional<QByteArray> ReadSmallFile(const QString& path) {
     if (length < 0) {
         return std::nullopt;
     }
-    const QByteArray text(buffer.data(), int(length));
-    return text.left(text.indexOf('\n')).trimmed();
+    return FirstLine(QByteArray(buffer.data(), int(length)));
+}
+
+QByteArray FirstLine(const QByteArray& text) {
+    const int end = text.indexOf('\n');
+    return (end < 0 ? text : text.left(end)).trimmed();
 }
 
 std::optional<qint64> WholeNumber(const QByteArray& line) {
@@ -40,12 +44,12 @@ std::optional<qint64> ReadNumberFile(const QString& path) {
     return line ? WholeNumber(*line) : std::nullopt;
 }
 
-QStringList NumberedFolders(const QString& folder, const QString& prefix) {
+QStringList NumberedFolders(const QString& folder, const QString& prefix, NumberBase base) {
     std::map<int, QString> found;
     const QStringList names = QDir(folder).entryList({prefix + QLatin1Char('*')}, QDir::Dirs);
     for (const QString& name : names) {
         bool isNumber = false;
-        const int number = name.midRef(prefix.size()).toInt(&isNumber);
+        const int number = name.midRef(prefix.size()).toInt(&isNumber, static_cast<int>(base));
         if (isNumber) {
             found.emplace(number, folder + QLatin1Char('/') + name);
         }

@@ -3,6 +3,7 @@
 #include <QStringList>
 
 #include "telemetry/small_file.h"
+#include "telemetry/sysfs_sources.h"
 #include "telemetry/thermal_zone.h"
 
 namespace kivo {
@@ -11,23 +12,50 @@ namespace {
 constexpr double kThousandthsPerDegree = 1000.0;
 constexpr qint64 kAbsoluteZero = -273150;  // thousandths; firmware without a sensor tells what is below
 
-enum Rank { Other, Package, Firmware };
+enum Rank { Other, Firmware, Processor };
 
 Rank RankOf(const QByteArray& type) {
-    if (type == "acpitz") {
-        return Firmware;
+    if (IsProcessorZone(type)) {
+        return Processor;
     }
-    return type == "x86_pkg_temp" ? Package : Other;
+    return type == "acpitz" ? Firmware : Other;
+}
+
+QStringList ListZones(const QString& folder) {
+    return NumberedFolders(folder, QStringLiteral("thermal_zone"));
+}
+
+QByteArray TypeOf(const QString& zone) {
+    return ReadSmallFile(zone + QLatin1String("/type")).value_or(QByteArray());
 }
 
 }  // namespace
 
+bool IsProcessorZone(const QByteArray& type) {
+    if (type == "x86_pkg_temp") {
+        return true;
+    }
+    // Boards' own names, as "cpu-thermal", "cpu0_thermal", "soc_thermal".
+    return (type.startsWith("cpu") || type.startsWith("soc")) && type.contains("thermal");
+}
+
+QStringList FindProcessorZoneFiles(const QString& thermal) {
+    QStringList files;
+    const QStringList zones = ListZones(thermal);
+    for (const QString& zone : zones) {
+        if (IsProcessorZone(TypeOf(zone))) {
+            files.append(zone + QLatin1String("/temp"));
+        }
+    }
+    return files;
+}
+
 QString ReadThermalZones(const QString& folder) {
     QString result = NoThermalText();
     Rank best = Other;
-    const QStringList zones = NumberedFolders(folder, QStringLiteral("thermal_zone"));
+    const QStringList zones = ListZones(folder);
     for (const QString& zone : zones) {
-        const Rank rank = RankOf(ReadSmallFile(zone + QLatin1String("/type")).value_or(QByteArray()));
+        const Rank rank = RankOf(TypeOf(zone));
         const auto thousandths = ReadNumberFile(zone + QLatin1String("/temp"));
         if (rank >= best && thousandths && *thousandths >= kAbsoluteZero) {
             best = rank;

@@ -60,7 +60,27 @@ int FanFigure(int degreesCelsius) {
 }
 
 QString FormatFanSpeed(int degreesCelsius) {
-    return QString::number(FanFigure(degreesCelsius)).rightJustified(4);
+    return FormatMeasuredFan(FanFigure(degreesCelsius));
+}
+
+QString FormatMeasuredFan(int revolutions) {
+    return QString::number(revolutions).rightJustified(4);
+}
+
+QString NoTemperatureText() {
+    return QStringLiteral("--") + QChar(kDegreeCelsius);
+}
+
+QString NoPercentText() {
+    return QStringLiteral("--%");
+}
+
+QString NoPowerText(InterfaceLanguage language) {
+    return QStringLiteral("--") + PowerUnit(language);
+}
+
+QString NoFanText() {
+    return QStringLiteral("----");
 }
 
 std::array<QString, kLiveValueCount> StartTexts(InterfaceLanguage language) {

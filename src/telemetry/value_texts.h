@@ -20,8 +20,16 @@ QString FormatTime(QTime time);                              // "09:05", 24 hour
 QString FormatPower(int watts, InterfaceLanguage language);  // "15w", Russian "15Вт"; below 1 shows as 1.
 QString FormatDate(QDate date, InterfaceLanguage language);  // "2019.12.21", Russian "21.12.2019".
 QString FormatFanSpeed(int degreesCelsius);                  // FanFigure, right-aligned to four characters.
+QString FormatMeasuredFan(int revolutions);                  // A minute, right-aligned likewise.
 
-// The fan is not measured: 1000 up to 50 °C, 100 more per degree up to 74 °C, 3500 from 75 °C on.
+// Where there is no value: "--℃", "--%", "--w" or "--Вт", "----".
+QString NoTemperatureText();
+QString NoPercentText();
+QString NoPowerText(InterfaceLanguage language);
+QString NoFanText();
+
+// What a fan that is not measured is shown as: 1000 up to 50 °C, 100 more per degree up to 74 °C, 3500 from
+// 75 °C on.
 int FanFigure(int degreesCelsius);
 
 // What the refresh thread holds as "sent last" when it starts: the sample texts of the themes, by live-value

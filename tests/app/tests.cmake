@@ -23,7 +23,6 @@ set(units
     screen_answers
     sensor_table
     session_after_session
-    sleep_watch
     state_line
     tray
     ${window_units})

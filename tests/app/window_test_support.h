@@ -94,6 +94,7 @@ public:
     bool Load() override { return false; }
     QString ErrorString() const override { return QStringLiteral("none"); }
     void ReadSample() override {}
+    SensorReadings Readings() override { return {}; }
     int Temperature() override { return 0; }
     double Power() override { return 0.0; }
 };

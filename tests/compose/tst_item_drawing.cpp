@@ -112,6 +112,20 @@ private slots:
         QCOMPARE(values, 1);
     }
 
+    void BlanksBeforeAValueAreNotDrawn() {
+        const ScreenState state =
+            CustomScreen({FanSpeed, kEmptySlot, kEmptySlot, kEmptySlot, kEmptySlot}, kLying);
+        ItemTexts texts;
+        texts[FanSpeed] = QStringLiteral(" 900");
+        QStringList values;
+        for (const TextRun& run : LayOutTexts(state, texts)) {
+            if (run.role == TextRole::Value) {
+                values.append(run.text);
+            }
+        }
+        QCOMPARE(values, QStringList(QStringLiteral("900")));
+    }
+
     void SceneShowsNothingButTimeAndDate() {
         ScreenState state = ThemeScreen(Theme::Scene, kLying, InterfaceLanguage::Chinese);
         state.layout.shown.fill(true);

@@ -10,13 +10,20 @@
 using namespace kivo;
 using namespace kivo::test;
 
+namespace {
+
+// Before any test, and the program, could touch it.
+const int kFlagAtTheStart = configFolderCreated;
+
+}  // namespace
+
 class TestFolders : public QObject {
     Q_OBJECT
 
 private slots:
     void init() { configFolderCreated = 0; }
 
-    void theFlagStartsLow() { QCOMPARE(int(configFolderCreated), 0); }
+    void theFlagStartsLow() { QCOMPARE(kFlagAtTheStart, 0); }
 
     void theSettingsFolderIsMadeOnceAndTold() {
         const PrivateHome home;

@@ -70,18 +70,25 @@ private:
 // A counter that always says the same load.
 class SteadyCounter final : public CpuCounter {
 public:
-    explicit SteadyCounter(double percent) : m_percent(percent) {}
-    CpuRawSample Collect() override { return {}; }
+    SteadyCounter(double percent, quint32 status) : m_percent(percent), m_status(status) {}
+    CpuRawSample Collect() override {
+        CpuRawSample sample;
+        sample.status = m_status;
+        return sample;
+    }
     double Calculate(const CpuRawSample&, const CpuRawSample&) override { return m_percent; }
 
 private:
     const double m_percent;
+    const quint32 m_status;
 };
 
 // Everything a refresh thread needs, with values that stand still. None of them looks like its sample.
 struct Bench {
     int memoryLoad = 33;
     double cpuLoad = 42.9;
+    quint32 cpuStatus = 0;
+    std::chrono::nanoseconds awake{0};
     LocalTime now{QDate(2026, 11, 21), QTime(9, 5)};
     MetricSnapshot snapshot;
     Recorder recorder;
@@ -90,9 +97,10 @@ struct Bench {
     explicit Bench(RefreshDataThread::Pauses pauses = {std::chrono::milliseconds(2),
                                                        std::chrono::milliseconds(0)},
                    InterfaceLanguage language = InterfaceLanguage::Chinese)
-        : snapshot(language, {[this] { return now; }, [this] { return memoryLoad; }}),
-          thread({recorder, snapshot, language, [this] { return std::make_unique<SteadyCounter>(cpuLoad); },
-                  pauses}) {
+        : snapshot(language,
+                   {[this] { return now; }, [this] { return memoryLoad; }, [this] { return awake; }}),
+          thread({recorder, snapshot, language,
+                  [this] { return std::make_unique<SteadyCounter>(cpuLoad, cpuStatus); }, pauses}) {
         recorder.thread = &thread;
         snapshot.SetCpuPowClock(20, 60);
     }
@@ -127,6 +135,7 @@ private Q_SLOTS:
     void RussianSamplesAreHeldBackToo();
     void FirstSampleOfTheLoadIsNotShown();
     void KnownLoadIsNotReplacedByTheFirstSample();
+    void CounterThatCannotBeReadIsNoLoadInTheEnd();
     void WithoutAPanelTheLoadIsStillSampled();
     void WithoutAPanelTheFirstRoundIsOverToo();
 
@@ -202,6 +211,24 @@ void TestRefreshDataThread::KnownLoadIsNotReplacedByTheFirstSample() {
     bench.snapshot.SetCpuUsed(37);
     QVERIFY(bench.Round().contains(Handed(CpuUsage, QStringLiteral("37%"))));
     QVERIFY(bench.Round().contains(Handed(CpuUsage, QStringLiteral("42%"))));
+}
+
+void TestRefreshDataThread::CounterThatCannotBeReadIsNoLoadInTheEnd() {
+    Bench bench;
+    bench.Round();
+    bench.Round();
+    QCOMPARE(bench.snapshot.GetValueText(CpuUsage), QStringLiteral("42%"));
+    bench.cpuStatus = kCpuSampleNoData;
+    bench.cpuLoad = 0.0;
+    bench.Round();
+    QCOMPARE(bench.snapshot.GetValueText(CpuUsage), QStringLiteral("1%"));
+    bench.awake += std::chrono::seconds(10);
+    bench.Round();
+    QCOMPARE(bench.snapshot.GetValueText(CpuUsage), QStringLiteral("--%"));
+    bench.cpuStatus = 0;
+    bench.cpuLoad = 17.0;
+    bench.Round();
+    QCOMPARE(bench.snapshot.GetValueText(CpuUsage), QStringLiteral("17%"));
 }
 
 void TestRefreshDataThread::WithoutAPanelTheLoadIsStillSampled() {

@@ -10,6 +10,12 @@ namespace kivo::test {
 // A folder made like the kernel's, which goes with the test.
 class MadeUpSysfs {
 public:
+    // Open to everybody, as the kernel's is.
+    MadeUpSysfs() {
+        QFile::setPermissions(m_dir.path(), QFile::permissions(m_dir.path()) | QFile::ReadGroup |
+                                                QFile::ExeGroup | QFile::ReadOther | QFile::ExeOther);
+    }
+
     QString Path(const QString& relative) const { return m_dir.filePath(relative); }
 
     // A file as the kernel writes them, with a line end.

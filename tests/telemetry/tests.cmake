@@ -6,7 +6,11 @@ set(units
     memory_load
     metric_snapshot
     msr_driver
+    package_sensors
     power_poller
+    sleep_watch
+    source_chooser
+    system_clocks
     thermal_zone
     value_texts)
 if(WIN32)
@@ -14,7 +18,7 @@ if(WIN32)
     list(APPEND units energy_library_windows msr_driver_windows thermal_client)
 else()
     set(elsewhere "")
-    list(APPEND units sysfs_sensors sysfs_thermal_zone)
+    list(APPEND units linux_machines local_time sysfs_sources sysfs_thermal_zone)
 endif()
 kivo_add_tests(telemetry UNITS ${units} REGISTERED_ELSEWHERE ${elsewhere} LINK kivo_telemetry)
 if(WIN32)

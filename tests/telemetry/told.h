@@ -15,6 +15,12 @@ public:
     // make turns the signal's arguments into a Value.
     template <typename Sender, typename Signal, typename Make>
     Told(Sender& sender, Signal signal, Make make) {
+        Add(sender, signal, make);
+    }
+
+    // What another signal tells is collected too.
+    template <typename Sender, typename Signal, typename Make>
+    void Add(Sender& sender, Signal signal, Make make) {
         QObject::connect(
             &sender, signal, &sender,
             [list = m_list, make](auto... arguments) {

@@ -38,6 +38,19 @@ struct Samples : Told<Sample> {
                }) {}
 };
 
+// What a poller tells, in its order: a temperature reading, or a sample.
+struct Signals : Told<QString> {
+    explicit Signals(IntelPowerGadgetThread& poller)
+        : Told(poller, &IntelPowerGadgetThread::readingsTaken, [](const SensorReadings& readings) {
+              const Reading& temperature = readings[Quantity::Temperature];
+              return temperature.value ? QStringLiteral("reading %1").arg(*temperature.value)
+                                       : QStringLiteral("gap %1").arg(int(temperature.gap));
+          }) {
+        Add(poller, &IntelPowerGadgetThread::RefreshCpuPowClock,
+            [](int, int temperature, int, int) { return QStringLiteral("sample %1").arg(temperature); });
+    }
+};
+
 // What the poller did with its sensors, and what these answer.
 struct Record {
     std::atomic<int> loads{0};
@@ -46,6 +59,9 @@ struct Record {
     std::atomic<bool> isReleased{false};
     double watts = 12.9;
     int degreesCelsius = 45;
+    std::mutex mutex;  // over both
+    SensorReadings readings = {};
+    SensorReadings gaps = {};  // while nothing is found
 };
 
 class RecordingSensors final : public PackageSensors {
@@ -55,6 +71,11 @@ public:
     bool Load() override { return ++m_record.loads > m_record.loadsUntilFound; }
     QString ErrorString() const override { return QStringLiteral("nothing there"); }
     void ReadSample() override { ++m_record.samples; }
+    SensorReadings Readings() override {
+        const bool isFound = m_record.loads > m_record.loadsUntilFound;
+        const std::lock_guard<std::mutex> lock(m_record.mutex);
+        return isFound ? m_record.readings : m_record.gaps;
+    }
     int Temperature() override { return m_record.degreesCelsius; }
     double Power() override { return m_record.watts; }
 
@@ -269,6 +290,54 @@ private Q_SLOTS:
         QVERIFY(poller.isFinished());
         QCOMPARE(int(poller.isStop), 1);
         QVERIFY(record.isReleased);
+    }
+
+    void ReadingsAreToldBeforeEachSample() {
+        Record record;
+        record.readings[Quantity::Temperature] = Reading::Of(45.5, SourceId::HardwareMonitor);
+        IntelPowerGadgetThread poller(RecordingParts(record));
+        const Signals told(poller);
+        poller.start();
+        QTRY_VERIFY(told.count() >= 4);
+        for (const int pair : {0, 2}) {
+            QCOMPARE(told.at(pair), QStringLiteral("reading 45.5"));
+            QCOMPARE(told.at(pair + 1), QStringLiteral("sample 45"));
+        }
+    }
+
+    void GapsAreToldWhenTheyChange() {
+        Record record;
+        record.loadsUntilFound = 1000000;
+        record.gaps[Quantity::Temperature] = Reading::Without(ReadingGap::NoSource);
+        IntelPowerGadgetThread poller(RecordingParts(record));
+        const Signals told(poller);
+        poller.start();
+        QTRY_VERIFY(record.loads > 5);
+        {
+            const std::lock_guard<std::mutex> lock(record.mutex);
+            record.gaps[Quantity::Temperature] = Reading::Without(ReadingGap::NotRunning);
+        }
+        QTRY_VERIFY(told.count() >= 2);
+        const int loads = record.loads;
+        QTRY_VERIFY(record.loads > loads + 5);
+        QCOMPARE(told.count(), 2);
+        QCOMPARE(told.at(0), QStringLiteral("gap %1").arg(int(ReadingGap::NoSource)));
+        QCOMPARE(told.at(1), QStringLiteral("gap %1").arg(int(ReadingGap::NotRunning)));
+    }
+
+    void ReadingsCrossThreads() {
+        Record record;
+        record.readings[Quantity::FanSpeed] = Reading::Of(1450, SourceId::HardwareMonitor);
+        IntelPowerGadgetThread poller(RecordingParts(record));
+        double arrived = 0.0;
+        const QObject context;  // goes before what is written to
+        connect(&poller, &IntelPowerGadgetThread::readingsTaken, &context,
+                [&arrived](const SensorReadings& readings) {
+                    arrived = readings[Quantity::FanSpeed].value.value_or(0.0);
+                });
+        poller.start();
+        QTRY_COMPARE(arrived, 1450.0);
+        QVERIFY(QMetaType::type("kivo::SensorReadings") != QMetaType::UnknownType);
     }
 
     void StopBeforeTheStart() {

@@ -32,8 +32,14 @@ private Q_SLOTS:
         };
         row("no zone", {}, nullptr);
         row("the firmware's", {{"acpitz", "27800"}}, "27.800000");
-        row("the firmware's before the processor's", {{"acpitz", "27800"}, {"x86_pkg_temp", "45000"}},
-            "27.800000");
+        // The firmware's is the same number for ever on many boards.
+        row("the processor's before the firmware's", {{"acpitz", "27800"}, {"x86_pkg_temp", "45000"}},
+            "45.000000");
+        row("in whatever order", {{"x86_pkg_temp", "45000"}, {"acpitz", "27800"}}, "45.000000");
+        row("a board's own name", {{"cpu-thermal", "48300"}, {"acpitz", "27800"}}, "48.300000");
+        row("another one", {{"gpu-thermal", "51000"}, {"cpu0_thermal", "49000"}}, "49.000000");
+        row("of the whole chip", {{"soc_thermal", "47000"}, {"battery", "30000"}}, "47.000000");
+        row("the firmware's before others", {{"acpitz", "27800"}, {"iwlwifi_1", "39000"}}, "27.800000");
         row("the processor's before others", {{"x86_pkg_temp", "45000"}, {"iwlwifi_1", "39000"}},
             "45.000000");
         row("any other", {{"pch_skylake", "51500"}}, "51.500000");

@@ -28,6 +28,22 @@ private slots:
         QVERIFY(QLocale().toString(5) != QStringLiteral("5"));
     }
 
+    void whereThereIsNoValue() {
+        QCOMPARE(NoTemperatureText(), QStringLiteral(u"--\u2103"));
+        QCOMPARE(NoPercentText(), QStringLiteral("--%"));
+        QCOMPARE(NoPowerText(InterfaceLanguage::English), QStringLiteral("--w"));
+        QCOMPARE(NoPowerText(InterfaceLanguage::Chinese), QStringLiteral("--w"));
+        QCOMPARE(NoPowerText(InterfaceLanguage::Russian), QStringLiteral(u"--\u0412\u0442"));
+        QCOMPARE(NoFanText(), QStringLiteral("----"));
+    }
+
+    void measuredFanIsFourCharactersAtLeast() {
+        QCOMPARE(FormatMeasuredFan(0), QStringLiteral("   0"));
+        QCOMPARE(FormatMeasuredFan(850), QStringLiteral(" 850"));
+        QCOMPARE(FormatMeasuredFan(1450), QStringLiteral("1450"));
+        QCOMPARE(FormatMeasuredFan(12000), QStringLiteral("12000"));
+    }
+
     void temperature_data() {
         QTest::addColumn<int>("degrees");
         QTest::addColumn<QString>("text");

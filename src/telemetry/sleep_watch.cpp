@@ -1,4 +1,4 @@
-#include "app/sleep_watch.h"
+#include "telemetry/sleep_watch.h"
 
 #include <utility>
 

@@ -1,9 +1,9 @@
-#include "app/sleep_watch.h"
+#include "app/untold_sleep.h"
 
 namespace kivo {
 
 // WM_POWERBROADCAST tells.
-std::chrono::nanoseconds TimeAsleep() {
+std::chrono::nanoseconds UntoldTimeAsleep() {
     return std::chrono::nanoseconds(0);
 }
 

@@ -1,9 +1,8 @@
+#include "telemetry/system_clocks.h"
+
 #include <ctime>
 
-#include "app/sleep_watch.h"
-
 namespace kivo {
-
 namespace {
 
 std::chrono::nanoseconds Read(clockid_t clock) {
@@ -15,8 +14,9 @@ std::chrono::nanoseconds Read(clockid_t clock) {
 }  // namespace
 
 // The one clock goes on while the system sleeps, the other does not.
-std::chrono::nanoseconds TimeAsleep() {
-    return Read(CLOCK_BOOTTIME) - Read(CLOCK_MONOTONIC);
+SystemClocks ReadSystemClocks() {
+    const auto awake = Read(CLOCK_MONOTONIC);
+    return {awake, Read(CLOCK_BOOTTIME) - awake};
 }
 
 }  // namespace kivo

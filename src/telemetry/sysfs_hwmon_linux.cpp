@@ -1,0 +1,155 @@
+#include <QDir>
+
+#include <algorithm>
+#include <array>
+#include <map>
+
+#include "telemetry/small_file.h"
+#include "telemetry/sysfs_sources.h"
+
+namespace kivo {
+namespace {
+
+// The drivers that know the package's temperature, and the labels it may have there, the best one first.
+// Tctl may be shifted for the fan control's sake, Tdie never is. Without such a label there are the cores
+// alone, or a single sensor.
+struct Driver {
+    const char* name;
+    std::array<const char*, 2> labels;
+};
+constexpr std::array<Driver, 3> kDrivers{{
+    {"coretemp", {"Package id 0", "Physical id 0"}},
+    {"k10temp", {"Tdie", "Tctl"}},
+    {"zenpower", {"Tdie", "Tctl"}},
+}};
+
+// Boards' and laptops' chips name a sensor after the processor too.
+constexpr std::array<const char*, 2> kBoardLabels{"CPU Package", "CPU"};
+
+// Their fans cool something else.
+constexpr std::array<const char*, 6> kOtherCoolers{"amdgpu", "radeon", "nouveau", "i915", "xe", "corsairpsu"};
+
+struct Chip {
+    QString folder;
+    QByteArray name;
+};
+
+std::vector<Chip> ListChips(const QString& hwmon) {
+    std::vector<Chip> chips;
+    const QStringList folders = NumberedFolders(hwmon, QStringLiteral("hwmon"));
+    for (const QString& folder : folders) {
+        chips.push_back({folder, ReadSmallFile(folder + QLatin1String("/name")).value_or(QByteArray())});
+    }
+    return chips;
+}
+
+struct Input {
+    QString file;
+    QByteArray label;  // empty: none
+};
+
+// The chip's inputs of a kind ("temp", "fan"), in the order of their numbers.
+std::vector<Input> ListInputs(const Chip& chip, const QString& kind) {
+    const QString suffix = QStringLiteral("_input");
+    std::map<int, Input> found;
+    const QStringList names = QDir(chip.folder).entryList({kind + QLatin1Char('*') + suffix}, QDir::Files);
+    for (const QString& name : names) {
+        const QString path = chip.folder + QLatin1Char('/') + name;
+        const QString label = path.left(path.size() - suffix.size()) + QLatin1String("_label");
+        bool isNumber = false;
+        const int number = name.mid(kind.size(), name.size() - kind.size() - suffix.size()).toInt(&isNumber);
+        if (isNumber) {
+            found[number] = {path, ReadSmallFile(label).value_or(QByteArray())};
+        }
+    }
+    std::vector<Input> inputs;
+    for (const auto& [number, input] : found) {
+        inputs.push_back(input);
+    }
+    return inputs;
+}
+
+template <typename Labels>
+QString InputWithLabel(const std::vector<Input>& inputs, const Labels& labels) {
+    for (const char* label : labels) {
+        const auto found = std::find_if(inputs.begin(), inputs.end(),
+                                        [label](const Input& input) { return input.label == label; });
+        if (found != inputs.end()) {
+            return found->file;
+        }
+    }
+    return {};
+}
+
+QStringList FilesOf(const std::vector<Input>& inputs) {
+    QStringList files;
+    for (const Input& input : inputs) {
+        files.append(input.file);
+    }
+    return files;
+}
+
+enum FanRank { OtherFan, AtTheProcessor, OfTheProcessor };
+
+FanRank RankOf(const QByteArray& label) {
+    const QByteArray name = label.toLower();
+    if (!name.contains("cpu") && !name.contains("processor")) {
+        return OtherFan;
+    }
+    // The second fan of a cooler, or a pump.
+    return name.contains("opt") || name.contains("pump") ? AtTheProcessor : OfTheProcessor;
+}
+
+}  // namespace
+
+QStringList FindTemperatureFiles(const QString& hwmon) {
+    QStringList unnamed;
+    QString boards;
+    for (const Chip& chip : ListChips(hwmon)) {
+        const auto* const driver =
+            std::find_if(kDrivers.begin(), kDrivers.end(),
+                         [&chip](const Driver& known) { return chip.name == known.name; });
+        const std::vector<Input> inputs = ListInputs(chip, QStringLiteral("temp"));
+        if (driver != kDrivers.end()) {
+            const QString input = InputWithLabel(inputs, driver->labels);
+            if (!input.isEmpty()) {
+                return {input};
+            }
+        }
+        if (unnamed.isEmpty() && (driver != kDrivers.end() || IsProcessorZone(chip.name))) {
+            unnamed = FilesOf(inputs);
+        }
+        if (boards.isEmpty()) {
+            boards = InputWithLabel(inputs, kBoardLabels);
+        }
+    }
+    return unnamed.isEmpty() && !boards.isEmpty() ? QStringList(boards) : unnamed;
+}
+
+QStringList FindFanFiles(const QString& hwmon) {
+    std::vector<Input> fans;
+    for (const Chip& chip : ListChips(hwmon)) {
+        const bool isOther = std::any_of(kOtherCoolers.begin(), kOtherCoolers.end(),
+                                         [&chip](const char* driver) { return chip.name == driver; });
+        if (!isOther) {
+            const std::vector<Input> inputs = ListInputs(chip, QStringLiteral("fan"));
+            fans.insert(fans.end(), inputs.begin(), inputs.end());
+        }
+    }
+    for (const FanRank rank : {OfTheProcessor, AtTheProcessor}) {
+        const auto named = std::find_if(fans.begin(), fans.end(),
+                                        [rank](const Input& fan) { return RankOf(fan.label) == rank; });
+        if (named != fans.end()) {
+            return {named->file};
+        }
+    }
+    // A header without a fan says 0, and a board has several.
+    const auto turning = std::find_if(
+        fans.begin(), fans.end(), [](const Input& fan) { return ReadNumberFile(fan.file).value_or(0) > 0; });
+    if (turning != fans.end()) {
+        return {turning->file};
+    }
+    return fans.size() == 1 ? QStringList(fans.front().file) : QStringList();
+}
+
+}  // namespace kivo
