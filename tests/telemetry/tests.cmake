@@ -3,6 +3,7 @@ set(units
     cpu_usage_sampler
     energy_library
     interface_language
+    measured_text
     memory_load
     metric_snapshot
     msr_driver
