@@ -2,6 +2,7 @@ set(units
     cpu_counter
     cpu_usage_sampler
     energy_library
+    hwinfo_source
     interface_language
     measured_text
     memory_load

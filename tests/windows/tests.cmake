@@ -8,6 +8,7 @@ kivo_add_tests(windows
         autostart_registry
         console_events
         hidapi_identity
+        hwinfo_registry
         instance_guard
         native_event
         pdh_counter
@@ -17,7 +18,7 @@ kivo_add_tests(windows
     REGISTERED_ELSEWHERE hidapi_identity pdh_counter windows_program
     LINK kivo_app kivo_virtualscreen)
 target_link_libraries(tests_windows PRIVATE ole32 shell32 uuid)
-add_dependencies(tests_windows kivo-screen instance_copy)
+add_dependencies(tests_windows kivo-screen instance_copy thermal_stand_in)
 
 # For packaging/windows/check_installer.sh. It runs without the folder of libraries.
 kivo_add_program(window_stand_in SOURCES windows/window_stand_in.cpp)
