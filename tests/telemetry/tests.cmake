@@ -2,6 +2,7 @@ set(units
     cpu_counter
     cpu_usage_sampler
     energy_library
+    hardware_monitor_source
     hwinfo_source
     interface_language
     measured_text

@@ -10,6 +10,7 @@ kivo_add_tests(windows
         hidapi_identity
         hwinfo_registry
         instance_guard
+        local_page
         native_event
         pdh_counter
         registry_marker
@@ -17,7 +18,7 @@ kivo_add_tests(windows
         windows_program
     REGISTERED_ELSEWHERE hidapi_identity pdh_counter windows_program
     LINK kivo_app kivo_virtualscreen)
-target_link_libraries(tests_windows PRIVATE ole32 shell32 uuid)
+target_link_libraries(tests_windows PRIVATE ole32 shell32 uuid ws2_32)
 add_dependencies(tests_windows kivo-screen instance_copy thermal_stand_in)
 
 # For packaging/windows/check_installer.sh. It runs without the folder of libraries.
