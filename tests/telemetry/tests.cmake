@@ -1,4 +1,5 @@
 set(units
+    core_temp_source
     cpu_counter
     cpu_usage_sampler
     energy_library

@@ -7,6 +7,7 @@ kivo_add_tests(windows
     UNITS
         autostart_registry
         console_events
+        core_temp_mapping
         hidapi_identity
         hwinfo_registry
         instance_guard
