@@ -3,6 +3,8 @@ set(units
     cpu_counter
     cpu_usage_sampler
     energy_library
+    energy_meter_counters
+    firmware_zone_counters
     hardware_monitor_source
     hwinfo_source
     interface_language
