@@ -4,6 +4,7 @@ set(units
     cpu_usage_sampler
     energy_library
     energy_meter_counters
+    energy_meter_devices
     firmware_zone_counters
     hardware_monitor_source
     hwinfo_source
