@@ -14,6 +14,7 @@ set(units
     metric_snapshot
     msr_driver
     power_poller
+    sensor_noise
     sleep_watch
     system_clocks
     thermal_zone

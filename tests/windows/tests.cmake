@@ -16,11 +16,12 @@ kivo_add_tests(windows
         native_event
         pdh_counter
         registry_marker
+        sensor_lists
         windows_folders
         windows_program
     REGISTERED_ELSEWHERE counter_query hidapi_identity pdh_counter windows_program
     LINK kivo_app kivo_virtualscreen)
-target_link_libraries(tests_windows PRIVATE ole32 shell32 uuid ws2_32)
+target_link_libraries(tests_windows PRIVATE ole32 setupapi shell32 uuid ws2_32)
 add_dependencies(tests_windows kivo-screen instance_copy thermal_stand_in)
 
 # For packaging/windows/check_installer.sh. It runs without the folder of libraries.
