@@ -12,8 +12,7 @@ namespace {
 constexpr QChar kDegreeSign(0x00B0);
 constexpr std::chrono::milliseconds kBetweenLooks{50};
 
-// The property is in tenths of a kelvin. Deliberate: 273.2, not 273.15.
-constexpr double kFreezingPoint = 2732.0;
+constexpr double kFreezingPoint = 2732.0;  // in tenths of a kelvin
 constexpr double kTenths = 10.0;
 
 bool IsUtf16(const QByteArray& output) {
@@ -44,6 +43,10 @@ QString Decode(const QByteArray& output) {
 
 }  // namespace
 
+double CelsiusOfTenths(double tenthsOfKelvin) {
+    return (tenthsOfKelvin - kFreezingPoint) / kTenths;
+}
+
 QString ThermalText(double degreesCelsius) {
     return QString::number(degreesCelsius, 'f', 6) + kDegreeSign + QLatin1Char('C');
 }
@@ -69,7 +72,7 @@ QString ParseThermalZones(const QByteArray& output) {
         bool isNumber = false;
         const int value = parts[1].trimmed().toInt(&isNumber, 10);
         if (isNumber) {
-            result = ThermalText((value - kFreezingPoint) / kTenths);
+            result = ThermalText(CelsiusOfTenths(value));
         }
     }
     return result;

@@ -16,8 +16,13 @@ namespace kivo {
 using StopAsked = std::function<bool()>;
 
 // The reading as text: degrees Celsius with six decimals ("28.000000°C"), "N/A" where there is none. Blocks:
-// on Windows, where the system's WMI client is run, up to kLongestReading and half a second more.
+// on Windows, where the system's WMI client is run if there is one, up to kLongestReading and half a second
+// more.
 QString ReadThermalZoneTemperature(const StopAsked& isStopAsked = {});
+
+// What the firmware tells, in degrees Celsius. Deliberate: freezing is at 273.2, not 273.15, for that is what
+// firmware adds to its whole degrees.
+double CelsiusOfTenths(double tenthsOfKelvin);
 
 // The text of a temperature. Deliberate: degree sign and C, not the single character of the live values.
 QString ThermalText(double degreesCelsius);

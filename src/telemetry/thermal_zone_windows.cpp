@@ -3,10 +3,12 @@
 #endif
 #include <windows.h>
 
+#include <QFileInfo>
 #include <QProcess>
 
 #include <array>
 
+#include "telemetry/firmware_zone_counters.h"
 #include "telemetry/thermal_zone_windows.h"
 
 namespace kivo {
@@ -19,6 +21,16 @@ QString SystemFolder() {
     return length < path.size() ? QString::fromWCharArray(path.data(), static_cast<int>(length)) : QString();
 }
 
+QString ReadCounters(const CounterQueryFactory& openQuery) {
+    const std::unique_ptr<CounterQuery> query = openQuery(FirmwareZonePaths());
+    if (query == nullptr) {
+        return NoThermalText();
+    }
+    query->Collect();
+    const std::vector<double> zones = FirmwareZones(query->Values(0), query->Values(1));
+    return zones.empty() ? NoThermalText() : ThermalText(zones.back());
+}
+
 }  // namespace
 
 Command ThermalClient() {
@@ -28,13 +40,14 @@ Command ThermalClient() {
     return {folder.isEmpty() ? QString() : QStringLiteral("%1/wbem/%2.exe").arg(folder, name), words};
 }
 
-QString ReadThermalZoneWith(const Command& command, const StopAsked& isStopAsked) {
-    return command.program.isEmpty() ? NoThermalText()
-                                     : ParseThermalZones(ReadCommandOutput(command, {}, isStopAsked));
+QString ReadThermalZoneWith(const Command& command, const CounterQueryFactory& openQuery,
+                            const StopAsked& isStopAsked) {
+    return QFileInfo::exists(command.program) ? ParseThermalZones(ReadCommandOutput(command, {}, isStopAsked))
+                                              : ReadCounters(openQuery);
 }
 
 QString ReadThermalZoneTemperature(const StopAsked& isStopAsked) {
-    return ReadThermalZoneWith(ThermalClient(), isStopAsked);
+    return ReadThermalZoneWith(ThermalClient(), OpenCounterQuery, isStopAsked);
 }
 
 }  // namespace kivo

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "telemetry/counter_query.h"
 #include "telemetry/thermal_zone.h"
 
 namespace kivo {
@@ -9,7 +10,9 @@ namespace kivo {
 // that name be run. Its program is empty where the system does not tell that folder.
 Command ThermalClient();
 
-// The reading by a command; "N/A" where its program is empty.
-QString ReadThermalZoneWith(const Command& command, const StopAsked& isStopAsked = {});
+// The reading by a command; where its program is not there, for newer systems come without that client, by
+// the performance counters of the same zones. Of several zones the last one counts for both.
+QString ReadThermalZoneWith(const Command& command, const CounterQueryFactory& openQuery,
+                            const StopAsked& isStopAsked = {});
 
 }  // namespace kivo

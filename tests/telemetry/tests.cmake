@@ -1,13 +1,21 @@
 set(units
+    core_temp_source
     cpu_counter
     cpu_usage_sampler
     energy_library
+    energy_meter_counters
+    energy_meter_devices
+    firmware_zone_counters
+    hardware_monitor_source
+    hwinfo_source
     interface_language
+    measured_text
     memory_load
     metric_snapshot
     msr_driver
     package_sensors
     power_poller
+    sensor_noise
     sleep_watch
     source_chooser
     system_clocks

@@ -5,8 +5,10 @@
 
 #include <QtTest>
 
+#include "made_up_counters.h"
 #include "support/built_paths.h"
 #include "support/test_program.h"
+#include "telemetry/firmware_zone_counters.h"
 #include "telemetry/thermal_zone_windows.h"
 
 using namespace kivo;
@@ -18,7 +20,7 @@ class TestThermalClient : public QObject {
 private Q_SLOTS:
     void ItIsTheSystemsOwn();
     void ItReceivesTheCommandLine();
-    void WithoutOneThereIsNoReading();
+    void WithoutOneTheCountersAreRead();
     void ClientsOfThatNameElsewhereAreNotRun();
 
 private:
@@ -31,6 +33,14 @@ private:
 namespace {
 
 const QString kDegrees28 = QStringLiteral("28.000000") + QChar(0x00B0) + QLatin1Char('C');
+
+// Two zones, of which the second one tells that many tenths of a kelvin.
+CounterQueryFactory Counters(double tenthsOfKelvin) {
+    static test::MadeUpCounters counters;
+    counters.values[FirmwareZonePaths()[0]] = {{QStringLiteral("a"), 0},
+                                               {QStringLiteral("b"), tenthsOfKelvin}};
+    return counters.Factory();
+}
 
 // What a stand-in notes, a line each.
 class Notes {
@@ -69,7 +79,7 @@ void TestThermalClient::ItReceivesTheCommandLine() {
     const Notes notes;
     Command command = ThermalClient();
     command.program = StandIn();
-    QCOMPARE(ReadThermalZoneWith(command), kDegrees28);
+    QCOMPARE(ReadThermalZoneWith(command, Counters(3212)), kDegrees28);
     // The command's own words, behind the client's path; the program's working folder.
     const QString words = ThermalCommand().mid(int(qstrlen("wmic ")));
     QStringList lines = notes.Lines();
@@ -79,12 +89,15 @@ void TestThermalClient::ItReceivesTheCommandLine() {
                                  QDir::toNativeSeparators(QDir::currentPath())}));
 }
 
-void TestThermalClient::WithoutOneThereIsNoReading() {
+void TestThermalClient::WithoutOneTheCountersAreRead() {
     Command command = ThermalClient();
-    command.program.clear();
-    QCOMPARE(ReadThermalZoneWith(command), NoThermalText());
-    command.program = QStringLiteral("C:/no such folder/wbem/wmic.exe");
-    QCOMPARE(ReadThermalZoneWith(command), NoThermalText());
+    for (const QString& program : {QString(), QStringLiteral("C:/no such folder/wbem/wmic.exe")}) {
+        command.program = program;
+        QCOMPARE(ReadThermalZoneWith(command, Counters(3012)), kDegrees28);
+        QCOMPARE(ReadThermalZoneWith(command, Counters(0)), NoThermalText());
+        test::MadeUpCounters none;
+        QCOMPARE(ReadThermalZoneWith(command, none.Factory()), NoThermalText());
+    }
 }
 
 // Beside the program and in the working folder, where the system looks first for a bare name.

@@ -7,19 +7,24 @@ kivo_add_tests(windows
     UNITS
         autostart_registry
         console_events
+        core_temp_mapping
+        counter_query
         hidapi_identity
+        hwinfo_registry
         instance_guard
+        local_page
         native_event
         pdh_counter
         registry_marker
+        sensor_lists
         windows_folders
         windows_program
         windows_program_end
-    REGISTERED_ELSEWHERE hidapi_identity pdh_counter windows_program windows_program_end
+    REGISTERED_ELSEWHERE counter_query hidapi_identity pdh_counter windows_program windows_program_end
     LINK kivo_app kivo_virtualscreen)
 target_sources(tests_windows PRIVATE windows/windows_program.cpp)
-target_link_libraries(tests_windows PRIVATE ole32 shell32 uuid)
-add_dependencies(tests_windows kivo-screen instance_copy)
+target_link_libraries(tests_windows PRIVATE ole32 setupapi shell32 uuid ws2_32)
+add_dependencies(tests_windows kivo-screen instance_copy thermal_stand_in)
 
 # For packaging/windows/check_installer.sh. It runs without the folder of libraries.
 kivo_add_program(window_stand_in SOURCES windows/window_stand_in.cpp)
@@ -53,6 +58,7 @@ set(with_hidapi ${CMAKE_CROSSCOMPILING_EMULATOR} ${CMAKE_BINARY_DIR}/tests/with_
 # Before the system's library comes the one beside the program.
 set(own_pdh WINEDLLOVERRIDES=pdh=n,b)
 kivo_register_test(windows/pdh_counter pdh_counter COMMAND ${with_pdh}/tests_windows.exe ENVIRONMENT ${own_pdh})
+kivo_register_test(windows/counter_query counter_query COMMAND ${with_pdh}/tests_windows.exe ENVIRONMENT ${own_pdh})
 kivo_register_test(telemetry/cpu_counter cpu_counter COMMAND ${with_pdh}/tests_telemetry.exe ENVIRONMENT ${own_pdh})
 kivo_register_test(device/hid_api_hidapi hid_api_hidapi COMMAND ${with_hidapi}/tests_device.exe)
 kivo_register_test(windows/hidapi_identity hidapi_identity COMMAND ${with_hidapi}/tests_windows.exe)
