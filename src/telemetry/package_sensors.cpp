@@ -17,7 +17,8 @@ constexpr std::array<Quantity, kQuantityCount> kQuantities{Quantity::Power, Quan
 
 // Power of a shorter while says little: counters are renewed about every millisecond.
 constexpr std::chrono::milliseconds kShortestInterval{500};
-constexpr std::chrono::seconds kBetweenLoads{10};
+// The kernel makes up a long file for it.
+constexpr std::chrono::seconds kBetweenLoads{30};
 
 constexpr int kFirstPackage = 0;
 constexpr int kPackageMeter = 1;
@@ -117,6 +118,8 @@ public:
     SensorReadings Readings() override {
         if (m_library.HasNumbers()) {
             m_library.ReadNumbers();
+        }
+        if (m_library.IsLoaded()) {
             NoteLibrary();
         }
         for (const Quantity quantity : kQuantities) {

@@ -57,7 +57,7 @@ struct SensorParts {
     SensorSources sources = {};
     SourceOrders orders = PlatformSourceOrders();
     std::function<SystemClocks()> clocks = ReadSystemClocks;
-    // The load of all processors in percent since it was asked before; asked every ten seconds.
+    // The load of all processors in percent since it was asked before; asked every half minute.
     std::function<int()> cpuLoad = {};  // default: the platform's counter
 };
 std::unique_ptr<PackageSensors> MakeSensorsFrom(SensorParts parts);

@@ -178,6 +178,20 @@ private Q_SLOTS:
         QVERIFY(rounds.shown == Reading::Of(30, kThird));
     }
 
+    void SearchBeginsAnewWhenTheSpeakerIsLost() {
+        Rounds rounds;
+        rounds.Repeat(30);
+        rounds.Says(kBest, 10);
+        rounds.RepeatUntilAsked(kBest);
+        rounds.Repeat(30);
+        rounds.IsSilent(kBest);
+        rounds.Repeat(12);
+        QVERIFY(rounds.chooser.Speaker() == SourceId::None);
+        rounds.Says(kThird, 30);
+        rounds.Round();
+        QVERIFY(rounds.shown == Reading::Of(30, kThird));
+    }
+
     // It measures between two samples; asked every ten seconds only it would tell the average of ten.
     void SourceThatNeedsAnotherSampleIsAskedAgain() {
         Rounds rounds;
