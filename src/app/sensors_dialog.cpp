@@ -2,6 +2,7 @@
 
 #include <QCoreApplication>
 #include <QGridLayout>
+#include <QIcon>
 #include <QLabel>
 #include <chrono>
 #include <utility>

@@ -75,7 +75,7 @@ struct SensorDesk : Desk {
 
 QWidget* Toplevel(const char* name) {
     const QWidgetList all = QApplication::topLevelWidgets();
-    const auto* const found = std::find_if(all.begin(), all.end(), [name](QWidget* widget) {
+    const auto found = std::find_if(all.begin(), all.end(), [name](QWidget* widget) {
         return widget->objectName() == QLatin1String(name);
     });
     return found == all.end() ? nullptr : *found;
