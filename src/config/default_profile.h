@@ -10,8 +10,8 @@ namespace kivo {
 // is logged per copy.
 //
 // Nothing is ever lost: a file is replaced in one step by a complete copy or not at all; where the mark
-// cannot be set, what the user has is kept, as every start would look like the first one; a Config.ini that is
-// replaced is kept beside it (kept_settings.h), and one that cannot be kept is not replaced. Copies are
+// cannot be set, what the user has is kept, as every start would look like the first one; a Config.ini that
+// is replaced is kept beside it (kept_settings.h), and one that cannot be kept is not replaced. Copies are
 // writable, also those of read-only originals. Call before any theme key is read, on the main thread.
 void SeedDefaultProfile(const QString& applicationDir);
 
