@@ -94,7 +94,7 @@ Reading EnergyMeter::Sample(const SampleMoment& moment) {
         return Reading::Without(*gap, m_id);
     }
     const auto microjoules = Microjoules();
-    if (!microjoules || moment.hasSlept || passed <= passed.zero() || passed > kLongestInterval) {
+    if (!microjoules || moment.hasSlept || passed.count() <= 0 || passed > kLongestInterval) {
         return Reading::Without(ReadingGap::NotRead, m_id);
     }
     const double seconds = std::chrono::duration<double>(passed).count();

@@ -57,12 +57,14 @@ std::vector<Input> ListInputs(const Chip& chip, const QString& kind) {
         const QString path = chip.folder + QLatin1Char('/') + name;
         const QString label = path.left(path.size() - suffix.size()) + QLatin1String("_label");
         bool isNumber = false;
-        const int number = name.mid(kind.size(), name.size() - kind.size() - suffix.size()).toInt(&isNumber);
+        const int number =
+            name.midRef(kind.size(), name.size() - kind.size() - suffix.size()).toInt(&isNumber);
         if (isNumber) {
             found[number] = {path, ReadSmallFile(label).value_or(QByteArray())};
         }
     }
     std::vector<Input> inputs;
+    inputs.reserve(found.size());
     for (const auto& [number, input] : found) {
         inputs.push_back(input);
     }

@@ -282,6 +282,11 @@ private Q_SLOTS:
         QCOMPARE(meter.Sample({3s, false}).value.value_or(-1), 50.0);
         write("60900000", "61000000");
         QCOMPARE(meter.Sample({4s, false}).value.value_or(-1), 0.9);
+        write("70000000", "90000000");
+        QCOMPARE(meter.Sample({5s, false}).value.value_or(-1), 38.1);
+        // One begins anew.
+        write("5", "190000000");
+        QVERIFY(!meter.Sample({6s, false}).value);
     }
 
     void WhatIsMissingIsSearchedForEveryTenSeconds() {
