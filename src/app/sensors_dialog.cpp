@@ -44,6 +44,7 @@ SensorsDialog::SensorsDialog(Rows rows, QWidget* parent)
     m_grid->setSizeConstraint(QLayout::SetFixedSize);
     m_timer.setInterval(kEvery);
     connect(&m_timer, &QTimer::timeout, this, &SensorsDialog::Refresh);
+    Refresh();
 }
 
 QLabel* SensorsDialog::AddLabel(int row, int column, const QColor& color, int pixels) {

@@ -215,6 +215,25 @@ void ShootStates(const Photographer& photographer, kivo::MainWindow& window) {
     window.SlotDeletePix(1);
 }
 
+// One value of each kind: measured, not allowed, worked out.
+void ShootSensors(const Photographer& photographer, kivo::MainWindow& window) {
+    kivo::SensorReadings readings;
+    readings[kivo::Quantity::Temperature] = kivo::Reading::Of(48, kivo::SourceId::HardwareMonitor);
+    readings[kivo::Quantity::Power] =
+        kivo::Reading::Without(kivo::ReadingGap::NoRight, kivo::SourceId::PowerCap);
+    readings[kivo::Quantity::FanSpeed] = kivo::Reading::Without(kivo::ReadingGap::NoSource);
+    window.Session().SetReadings(readings);
+    window.ShowSensors();
+    const QWidgetList all = QApplication::topLevelWidgets();
+    for (QWidget* const list : all) {
+        if (list->objectName() == QLatin1String("sensors")) {
+            photographer.WaitForStillness();
+            photographer.Add(QStringLiteral("sensors"), list->grab());
+            list->close();
+        }
+    }
+}
+
 void ShootDialogs(const Photographer& photographer, kivo::MainWindow& window) {
     QTimer::singleShot(100, &window, [&] {
         photographer.Shoot(QStringLiteral("exit"), QApplication::activeModalWidget());
@@ -249,6 +268,7 @@ QVector<QPair<QString, QImage>> ShootWindow(const QString& locale, const QString
     ShootCustom(photographer, window);
     ShootStates(photographer, window);
     ShootReadOut(photographer, window);
+    ShootSensors(photographer, window);
     ShootDialogs(photographer, window);
     if (!window.Stop()) {
         std::fputs("The window's threads did not end.\n", stderr);
