@@ -1,7 +1,7 @@
 #pragma once
 
-// Opens, closes and lists devices beside the GUI thread: any of these may wait for a screen that hangs, for as
-// long as a write to it does. Jobs run one after the other, in the order in which they were handed over.
+// Opens, closes and lists devices beside the GUI thread: any of these may wait for a screen that hangs, for
+// as long as a write to it does. Jobs run one after the other, in the order in which they were handed over.
 
 #include <QThread>
 #include <condition_variable>

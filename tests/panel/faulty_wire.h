@@ -40,9 +40,14 @@ public:
     void AtMoment(int count, std::function<void(Moment)> act) {
         m_events.push_back({m_moments + count, std::move(act)});
     }
+    // Calls act when the panel has taken a report of that kind, before the program is told so.
+    void AfterReportOf(PanelReportKind kind, std::function<void(Moment)> act) {
+        m_afterKind.push_back({kind, std::move(act)});
+    }
     void ClearFaults() {
         m_faults.clear();
         m_events.clear();
+        m_afterKind.clear();
     }
 
     // Calls watcher for each report that the panel has taken.
@@ -78,6 +83,9 @@ public:
         if (written >= 0) {
             m_writing = handle;
             NoteTaken(m_panel->Take(data, length));
+        }
+        if (written >= 0) {
+            PassAfter(KindOf(data));
         }
         Pass(Moment::AfterReport);
         return isRefused ? -1 : written;
@@ -129,6 +137,17 @@ private:
         }
     }
 
+    void PassAfter(PanelReportKind kind) {
+        for (std::size_t k = 0; k < m_afterKind.size() && !m_isInEvent; ++k) {
+            if (m_afterKind[k].first == kind) {
+                const std::function<void(Moment)> act = std::move(m_afterKind[k].second);
+                m_afterKind.erase(m_afterKind.begin() + std::ptrdiff_t(k));
+                const Inside inside(m_isInEvent);
+                return act(Moment::AfterReport);
+            }
+        }
+    }
+
     void NoteTaken(const PanelReport& report) {
         if (m_isRecording) {
             m_recorded.push_back(report);
@@ -174,6 +193,7 @@ private:
     HidHandle* m_writing = nullptr;
     std::vector<Fault> m_faults;
     std::vector<Event> m_events;
+    std::vector<std::pair<PanelReportKind, std::function<void(Moment)>>> m_afterKind;
     qint64 m_moments = 0;
     bool m_isInEvent = false;
     bool m_isRecording = false;

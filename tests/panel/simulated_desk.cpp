@@ -140,6 +140,14 @@ void SimulatedDesk::SleepAndWake(std::chrono::minutes time, Power power, News ne
     }
 }
 
+void SimulatedDesk::RestartPanel(int reports) {
+    if (m_node.IsPlugged()) {
+        Panel().LosePower();
+        m_wire.Refuse({PanelReportKind::Invalid, 0, reports});
+        Rounds(1);
+    }
+}
+
 void SimulatedDesk::TellOf(bool arrived, News news) {
     BringNews(news, [this, arrived] { Tell(arrived); });
 }

@@ -79,6 +79,10 @@ public:
     // The computer sleeps; the node is the same afterwards.
     void SleepAndWake(std::chrono::minutes time, Power power, News news);
 
+    // The panel starts anew by itself: it takes nothing for that many reports, a round's first among them,
+    // and has lost what it loses without power. Its node stays, and nobody tells.
+    void RestartPanel(int reports);
+
     // What is late is told now.
     void TellLateNews();
     void ClearFaults();

@@ -36,6 +36,7 @@ enum class Step {
     OtherPanel,
     KeyboardAtNode,
     SleepAndWake,
+    PanelRestarts,
     LateNews,
     RefuseChunk,
     RefuseOrientation,
@@ -59,7 +60,7 @@ struct WeighedStep {
     int weight;
     const char* name;
 };
-constexpr std::array<WeighedStep, 26> kSteps{{
+constexpr std::array<WeighedStep, 27> kSteps{{
     {Step::Rounds, 25, "rounds"},
     {Step::Measure, 8, "other values"},
     {Step::Apply, 12, "apply"},
@@ -70,6 +71,7 @@ constexpr std::array<WeighedStep, 26> kSteps{{
     {Step::OtherPanel, 3, "other panel"},
     {Step::KeyboardAtNode, 1, "keyboard at the node"},
     {Step::SleepAndWake, 4, "sleep and wake"},
+    {Step::PanelRestarts, 2, "the panel restarts"},
     {Step::LateNews, 4, "late news"},
     {Step::RefuseChunk, 4, "refuse a chunk"},
     {Step::RefuseOrientation, 2, "refuse the orientation"},
@@ -174,6 +176,11 @@ private:
     // In the middle of what the program does next; an upload takes some 60 moments, a round some 8.
     void Midway(const std::function<void(Moment)>& act) {
         m_taken.last() += " midway";
+        if (OneIn(4)) {  // few moments are those of a command
+            m_desk.Wire().AfterReportOf(OneIn(2) ? PanelReportKind::Orientation : PanelReportKind::TimeShow,
+                                        act);
+            return;
+        }
         m_desk.Wire().AtMoment(OneIn(2) ? Below(1, 12) : Below(1, 80), act);
     }
     void NowOrMidway(const std::function<void(Moment)>& act) {
@@ -239,6 +246,8 @@ private:
                 return m_desk.GiveNodeToKeyboard();
             case Step::SleepAndWake:
                 return Sleep();
+            case Step::PanelRestarts:
+                return m_desk.RestartPanel(Below(1, 20));
             case Step::LateNews:
                 return m_desk.TellLateNews();
             case Step::RefuseChunk:
