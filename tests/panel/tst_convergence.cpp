@@ -28,6 +28,7 @@ constexpr int kMostTold = 5;  // of the sequences that differ
 enum class Step {
     Rounds,
     Measure,
+    MeasureAndBack,
     Apply,
     ApplyAndBack,
     Unplug,
@@ -60,9 +61,10 @@ struct WeighedStep {
     int weight;
     const char* name;
 };
-constexpr std::array<WeighedStep, 27> kSteps{{
+constexpr std::array<WeighedStep, 28> kSteps{{
     {Step::Rounds, 25, "rounds"},
     {Step::Measure, 8, "other values"},
+    {Step::MeasureAndBack, 3, "other values in vain and back"},
     {Step::Apply, 12, "apply"},
     {Step::ApplyAndBack, 3, "apply and back in vain"},
     {Step::Unplug, 4, "unplug"},
@@ -176,9 +178,9 @@ private:
     // In the middle of what the program does next; an upload takes some 60 moments, a round some 8.
     void Midway(const std::function<void(Moment)>& act) {
         m_taken.last() += " midway";
-        if (OneIn(4)) {  // few moments are those of a command
-            m_desk.Wire().AfterReportOf(OneIn(2) ? PanelReportKind::Orientation : PanelReportKind::TimeShow,
-                                        act);
+        if (OneIn(3)) {  // few moments are those of a command
+            const auto kind = OneIn(3) ? PanelReportKind::TimeShow : PanelReportKind::Orientation;
+            m_desk.Wire().AfterReportOf(kind, Below(1, 4), act);
             return;
         }
         m_desk.Wire().AtMoment(OneIn(2) ? Below(1, 12) : Below(1, 80), act);
@@ -221,6 +223,8 @@ private:
                 return m_desk.Rounds(OneIn(20) ? Below(60, 150) : Below(1, 6));
             case Step::Measure:
                 return Measure();
+            case Step::MeasureAndBack:
+                return MeasureAndBack();
             case Step::Apply:
                 return Apply();
             case Step::ApplyAndBack:
@@ -287,11 +291,15 @@ private:
         }
     }
 
-    // Half of the time what was measured before: a value that goes and comes back.
-    void Measure() {
-        const Measured former = std::exchange(m_formerlyMeasured, m_desk.measured);
-        m_desk.measured =
-            OneIn(2) ? former : Measured{Below(110), Below(200), Below(101), double(Below(-5, 150))};
+    void Measure() { m_desk.measured = {Below(110), Below(200), Below(101), double(Below(-5, 150))}; }
+
+    // Values that the panel may have taken or not, and then those of before again.
+    void MeasureAndBack() {
+        const Measured former = m_desk.measured;
+        m_desk.Wire().Refuse({PanelReportKind::Area, 0, Below(1, 8), false, OneIn(2)});
+        Measure();
+        m_desk.Rounds(1);
+        m_desk.measured = former;
     }
 
     // Somebody wants another picture, sees nothing of it, and takes back the one that is there, which some of
@@ -388,7 +396,6 @@ private:
     const SimulatedDesk::Options m_options;
     SimulatedDesk m_desk;
     std::vector<ScreenState> m_favourites{m_options.settings};
-    Measured m_formerlyMeasured;
     QByteArrayList m_taken;
 };
 
