@@ -52,7 +52,9 @@ LiveSession::LiveSession(HidApi& hid, InterfaceLanguage language, Options option
                 {},
                 [this] { NoteRecordChanged(); }}),
       m_status(m_sender.Status()) {
-    RemoveFormerMark();
+    if (RemoveFormerMark()) {
+        m_memory.Forget();
+    }
     m_statusTimer.setSingleShot(true);
     connect(&m_statusTimer, &QTimer::timeout, this, &LiveSession::NoteRecordChanged);
 }

@@ -61,8 +61,11 @@ void PanelMemory::Forget() const {
     }
 }
 
-void RemoveFormerMark() {
-    QFile::remove(WorkingFolder() + QStringLiteral("/whole.pending"));
+bool RemoveFormerMark() {
+    QFile mark(WorkingFolder() + QStringLiteral("/whole.pending"));
+    const bool wasThere = mark.exists();
+    mark.remove();
+    return wasThere;
 }
 
 }  // namespace kivo

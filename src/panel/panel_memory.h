@@ -32,8 +32,9 @@ private:
     const QString m_path;
 };
 
-// Version 1.0 kept an empty file "whole.pending" beside whole.png. Removes it: without a record everything is
-// owed.
-void RemoveFormerMark();
+// Version 1.0 kept an empty file "whole.pending" beside whole.png while it owed the panel a frame. Removes
+// it; whether it was there. Then what is remembered is older than what that version has sent, and not to be
+// believed.
+bool RemoveFormerMark();
 
 }  // namespace kivo

@@ -136,9 +136,11 @@ void TestSessionAfterSession::PanelWithoutARecordGetsItsFrame() {
         panel.Plug();
     } else if (loss == QLatin1String("other settings")) {
         state = Portrait();
+    } else if (loss == QLatin1String("mark")) {
+        // That version has been started in between, and the record is from before.
+        QVERIFY(mark.open(QIODevice::WriteOnly));
     } else {
         QVERIFY(record.remove());
-        QVERIFY(loss == QLatin1String("no record") || mark.open(QIODevice::WriteOnly));
     }
     record.close();
     mark.close();

@@ -40,13 +40,20 @@ public:
     void AtMoment(int count, std::function<void(Moment)> act) {
         m_events.push_back({m_moments + count, std::move(act)});
     }
+    // Calls act when the panel has taken the count-th report of that kind from now (1: the next one), before
+    // the program is told so.
+    void AfterReportOf(PanelReportKind kind, int count, std::function<void(Moment)> act) {
+        m_afterKind.push_back({kind, count, std::move(act)});
+    }
     void ClearFaults() {
         m_faults.clear();
         m_events.clear();
+        m_afterKind.clear();
     }
 
-    // Calls watcher for each report that the panel has taken.
-    void Watch(std::function<void(const PanelReport&)> watcher) { m_watcher = std::move(watcher); }
+    // Calls watcher for each report that the panel has taken, and whether the program is told otherwise.
+    using Watcher = std::function<void(const PanelReport& report, bool isRefused)>;
+    void Watch(Watcher watcher) { m_watcher = std::move(watcher); }
 
     // Collects what the panel takes from now on.
     void StartRecording() {
@@ -77,7 +84,10 @@ public:
         const int written = ForwardingHidApi::Write(handle, data, length);
         if (written >= 0) {
             m_writing = handle;
-            NoteTaken(m_panel->Take(data, length));
+            NoteTaken(m_panel->Take(data, length), isRefused);
+        }
+        if (written >= 0) {
+            PassAfter(KindOf(data));
         }
         Pass(Moment::AfterReport);
         return isRefused ? -1 : written;
@@ -94,6 +104,12 @@ public:
 private:
     struct Event {
         qint64 at = 0;
+        std::function<void(Moment)> act;
+    };
+
+    struct KindEvent {
+        PanelReportKind kind = PanelReportKind::Invalid;
+        int left = 0;
         std::function<void(Moment)> act;
     };
 
@@ -129,12 +145,23 @@ private:
         }
     }
 
-    void NoteTaken(const PanelReport& report) {
+    void PassAfter(PanelReportKind kind) {
+        for (std::size_t k = 0; k < m_afterKind.size() && !m_isInEvent; ++k) {
+            if (m_afterKind[k].kind == kind && --m_afterKind[k].left == 0) {
+                const std::function<void(Moment)> act = std::move(m_afterKind[k].act);
+                m_afterKind.erase(m_afterKind.begin() + std::ptrdiff_t(k));
+                const Inside inside(m_isInEvent);
+                return act(Moment::AfterReport);
+            }
+        }
+    }
+
+    void NoteTaken(const PanelReport& report, bool isRefused) {
         if (m_isRecording) {
             m_recorded.push_back(report);
         }
         if (m_watcher) {
-            m_watcher(report);
+            m_watcher(report, isRefused);
         }
     }
 
@@ -174,11 +201,12 @@ private:
     HidHandle* m_writing = nullptr;
     std::vector<Fault> m_faults;
     std::vector<Event> m_events;
+    std::vector<KindEvent> m_afterKind;
     qint64 m_moments = 0;
     bool m_isInEvent = false;
     bool m_isRecording = false;
     std::vector<PanelReport> m_recorded;
-    std::function<void(const PanelReport&)> m_watcher;
+    Watcher m_watcher;
 };
 
 }  // namespace kivo::test

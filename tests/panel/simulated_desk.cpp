@@ -83,7 +83,7 @@ SimulatedDesk::SimulatedDesk(const Options& options)
       m_settings(options.settings) {
     m_node.SetPanelKey(Panel().Key());
     m_wire.PutPanel(Panel());
-    m_wire.Watch([this](const PanelReport& report) { NoteTaken(report); });
+    m_wire.Watch([this](const PanelReport& report, bool isRefused) { NoteTaken(report, isRefused); });
     StartProgram();
 }
 
@@ -137,6 +137,14 @@ void SimulatedDesk::SleepAndWake(std::chrono::minutes time, Power power, News ne
         wakeUp();
     } else {
         BringNews(news, wakeUp);
+    }
+}
+
+void SimulatedDesk::RestartPanel(int reports) {
+    if (m_node.IsPlugged()) {
+        Panel().LosePower();
+        m_wire.Refuse({PanelReportKind::Invalid, 0, reports});
+        Rounds(1);
     }
 }
 
@@ -306,20 +314,25 @@ QByteArray SimulatedDesk::FrameOf(const ScreenState& state, const ItemTexts& tex
 }
 
 // A frame is one of the settings' state, for nothing else is ever sent. An area that shows just what stands
-// there in the settings' frame, and not what stands there in the panel's, was drawn for the wrong one.
-void SimulatedDesk::NoteTaken(const PanelReport& report) {
+// there in the settings' frame, and not what stands there in the panel's, was drawn for the wrong one. A
+// first chunk that only seems refused is none the program has to know of.
+void SimulatedDesk::NoteTaken(const PanelReport& report, bool isRefused) {
     std::optional<ScreenState>& frameOn = m_frameOn[m_inUse];
+    bool& hasParts = m_hasParts[m_inUse];
     if (report.kind == PanelReportKind::Chunk) {
-        frameOn.reset();
+        hasParts = !Panel().HasWholeFrame() && (hasParts || report.chunkNumber > 1 || !isRefused);
         if (Panel().HasWholeFrame()) {
             frameOn = m_settings;
         }
-    } else if (report.kind == PanelReportKind::Area && frameOn && *frameOn != m_settings) {
-        const ItemTexts texts = TextsNow();
-        const QByteArray shown = AreaOf(Panel().Pixels(), report.area);
-        m_isAnythingMisplaced =
-            m_isAnythingMisplaced || (shown == AreaOf(FrameOf(m_settings, texts), report.area) &&
-                                      shown != AreaOf(FrameOf(*frameOn, texts), report.area));
+    } else if (report.kind == PanelReportKind::Area) {
+        m_isAnythingMisplaced = m_isAnythingMisplaced || hasParts;
+        if (frameOn && *frameOn != m_settings) {
+            const ItemTexts texts = TextsNow();
+            const QByteArray shown = AreaOf(Panel().Pixels(), report.area);
+            m_isAnythingMisplaced =
+                m_isAnythingMisplaced || (shown == AreaOf(FrameOf(m_settings, texts), report.area) &&
+                                          shown != AreaOf(FrameOf(*frameOn, texts), report.area));
+        }
     }
 }
 
@@ -346,7 +359,7 @@ QByteArray SimulatedDesk::Difference() {
 
 QByteArray SimulatedDesk::LeftBehind() {
     if (m_isAnythingMisplaced) {
-        return "an update was drawn for another frame than the panel had";
+        return "an update was drawn for another frame than the panel had, or over parts of one";
     }
     const PanelStatus status = m_program->sender.Status();
     if (status.isFrameOwed ||

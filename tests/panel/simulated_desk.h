@@ -79,6 +79,10 @@ public:
     // The computer sleeps; the node is the same afterwards.
     void SleepAndWake(std::chrono::minutes time, Power power, News news);
 
+    // The panel starts anew by itself: it takes nothing for that many reports, a round's first among them,
+    // and has lost what it loses without power. Its node stays, and nobody tells.
+    void RestartPanel(int reports);
+
     // What is late is told now.
     void TellLateNews();
     void ClearFaults();
@@ -98,8 +102,8 @@ public:
     const ScreenState& Settings() const { return m_settings; }
     // How the panel differs from a fresh composition of the settings; empty where it does not. After a round.
     QByteArray Difference();
-    // As Difference, for all that has to hold besides: panel errors, handles, files, and that nothing drawn
-    // for one picture was ever written over another.
+    // As Difference, for all that has to hold besides: panel errors, handles, files, and that no update was
+    // ever written over another picture than it was drawn for, nor over parts of one.
     QByteArray LeftBehind();
     // Whether the program may send this in a round in which nothing has changed.
     bool IsRoutine(const PanelReport& report) const;
@@ -120,7 +124,7 @@ private:
     void Tell(bool arrived);
     void BringNews(News news, std::function<void()> tell);
     SimulatedPanel& Panel() { return m_panels[m_inUse]; }
-    void NoteTaken(const PanelReport& report);
+    void NoteTaken(const PanelReport& report, bool isRefused);
     ItemTexts TextsNow() const;
     // A whole frame of this state with these texts, in wire order.
     QByteArray FrameOf(const ScreenState& state, const ItemTexts& texts);
@@ -130,7 +134,8 @@ private:
     SimulatedClock m_clock;
     VirtualHidApi m_node;
     std::array<SimulatedPanel, 2> m_panels;
-    std::array<std::optional<ScreenState>, 2> m_frameOn;  // of the panel's whole frame; none: it has parts
+    std::array<std::optional<ScreenState>, 2> m_frameOn;  // of each panel's whole frame
+    std::array<bool, 2> m_hasParts{};                     // of another one lie over it, as the program knows
     std::size_t m_inUse = 0;
     bool m_isAnythingMisplaced = false;
     FaultyWire m_wire;

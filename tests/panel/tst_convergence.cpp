@@ -28,6 +28,7 @@ constexpr int kMostTold = 5;  // of the sequences that differ
 enum class Step {
     Rounds,
     Measure,
+    MeasureAndBack,
     Apply,
     ApplyAndBack,
     Unplug,
@@ -36,6 +37,7 @@ enum class Step {
     OtherPanel,
     KeyboardAtNode,
     SleepAndWake,
+    PanelRestarts,
     LateNews,
     RefuseChunk,
     RefuseOrientation,
@@ -59,9 +61,10 @@ struct WeighedStep {
     int weight;
     const char* name;
 };
-constexpr std::array<WeighedStep, 26> kSteps{{
+constexpr std::array<WeighedStep, 28> kSteps{{
     {Step::Rounds, 25, "rounds"},
     {Step::Measure, 8, "other values"},
+    {Step::MeasureAndBack, 3, "other values in vain and back"},
     {Step::Apply, 12, "apply"},
     {Step::ApplyAndBack, 3, "apply and back in vain"},
     {Step::Unplug, 4, "unplug"},
@@ -70,6 +73,7 @@ constexpr std::array<WeighedStep, 26> kSteps{{
     {Step::OtherPanel, 3, "other panel"},
     {Step::KeyboardAtNode, 1, "keyboard at the node"},
     {Step::SleepAndWake, 4, "sleep and wake"},
+    {Step::PanelRestarts, 2, "the panel restarts"},
     {Step::LateNews, 4, "late news"},
     {Step::RefuseChunk, 4, "refuse a chunk"},
     {Step::RefuseOrientation, 2, "refuse the orientation"},
@@ -106,6 +110,10 @@ public:
     QByteArray Play() {
         for (int left = Below(kFewestSteps, kMostSteps); left > 0; --left) {
             Take(DrawStep());
+        }
+        // Much is made good by whatever comes after it.
+        if (OneIn(4)) {
+            MeasureAndBack();
         }
         m_desk.EndAllTrouble();
         const QByteArray wrong = Converge();
@@ -174,6 +182,11 @@ private:
     // In the middle of what the program does next; an upload takes some 60 moments, a round some 8.
     void Midway(const std::function<void(Moment)>& act) {
         m_taken.last() += " midway";
+        if (OneIn(3)) {  // few moments are those of a command
+            const auto kind = OneIn(3) ? PanelReportKind::TimeShow : PanelReportKind::Orientation;
+            m_desk.Wire().AfterReportOf(kind, Below(1, 4), act);
+            return;
+        }
         m_desk.Wire().AtMoment(OneIn(2) ? Below(1, 12) : Below(1, 80), act);
     }
     void NowOrMidway(const std::function<void(Moment)>& act) {
@@ -214,6 +227,8 @@ private:
                 return m_desk.Rounds(OneIn(20) ? Below(60, 150) : Below(1, 6));
             case Step::Measure:
                 return Measure();
+            case Step::MeasureAndBack:
+                return MeasureAndBack();
             case Step::Apply:
                 return Apply();
             case Step::ApplyAndBack:
@@ -239,6 +254,8 @@ private:
                 return m_desk.GiveNodeToKeyboard();
             case Step::SleepAndWake:
                 return Sleep();
+            case Step::PanelRestarts:
+                return m_desk.RestartPanel(Below(1, 20));
             case Step::LateNews:
                 return m_desk.TellLateNews();
             case Step::RefuseChunk:
@@ -278,11 +295,15 @@ private:
         }
     }
 
-    // Half of the time what was measured before: a value that goes and comes back.
-    void Measure() {
-        const Measured former = std::exchange(m_formerlyMeasured, m_desk.measured);
-        m_desk.measured =
-            OneIn(2) ? former : Measured{Below(110), Below(200), Below(101), double(Below(-5, 150))};
+    void Measure() { m_desk.measured = {Below(110), Below(200), Below(101), double(Below(-5, 150))}; }
+
+    // Values that the panel may have taken or not, and then those of before again.
+    void MeasureAndBack() {
+        const Measured former = m_desk.measured;
+        m_desk.Wire().Refuse({PanelReportKind::Area, 0, Below(1, 8), false, OneIn(2)});
+        Measure();
+        m_desk.Rounds(1);
+        m_desk.measured = former;
     }
 
     // Somebody wants another picture, sees nothing of it, and takes back the one that is there, which some of
@@ -379,7 +400,6 @@ private:
     const SimulatedDesk::Options m_options;
     SimulatedDesk m_desk;
     std::vector<ScreenState> m_favourites{m_options.settings};
-    Measured m_formerlyMeasured;
     QByteArrayList m_taken;
 };
 

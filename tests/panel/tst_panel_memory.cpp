@@ -185,9 +185,9 @@ void TestPanelMemory::RemovesTheMarkOfVersionOne() {
     QFile file(mark);
     QVERIFY(file.open(QIODevice::WriteOnly));
     file.close();
-    RemoveFormerMark();
+    QVERIFY(RemoveFormerMark());
     QVERIFY(!QFile::exists(mark));
-    RemoveFormerMark();
+    QVERIFY(!RemoveFormerMark());
 }
 
 KIVO_GUILESS_TEST(TestPanelMemory)
