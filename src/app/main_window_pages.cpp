@@ -13,6 +13,7 @@
 #include "app/theme_page.h"
 #include "app/two_way_choice.h"
 #include "app/window_looks.h"
+#include "app/window_text.h"
 #include "compose/theme_catalogue.h"
 #include "config/default_profile.h"
 #include "config/folders.h"
@@ -36,10 +37,6 @@ constexpr QSize kVariantIcon(18, 12);
 constexpr int kChoicePixels = 13;
 constexpr int kLargeDatePixels = 15;
 constexpr int kSmallDatePixels = 12;
-
-QString WindowText(const char* text) {
-    return QCoreApplication::translate("MainWindow", text);
-}
 
 }  // namespace
 

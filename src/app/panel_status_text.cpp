@@ -1,14 +1,9 @@
 #include "app/panel_status_text.h"
-
-#include <QCoreApplication>
+#include "app/window_text.h"
 
 namespace kivo {
 
 namespace {
-
-QString WindowText(const char* text) {
-    return QCoreApplication::translate("MainWindow", text);
-}
 
 QString ConnectedText(bool isSoftwarePanel) {
     return isSoftwarePanel ? WindowText(QT_TRANSLATE_NOOP("MainWindow", "软件屏幕"))

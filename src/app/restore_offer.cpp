@@ -1,6 +1,6 @@
 #include "app/restore_offer.h"
+#include "app/window_text.h"
 
-#include <QCoreApplication>
 #include <QFontMetrics>
 #include <QLabel>
 
@@ -17,10 +17,6 @@ namespace {
 constexpr int kTextPixels = 12;
 constexpr int kLinkSide = 6;  // room that a button keeps on both sides of its text
 constexpr int kLinkGap = 10;
-
-QString WindowText(const char* text) {
-    return QCoreApplication::translate("MainWindow", text);
-}
 
 }  // namespace
 

@@ -1,16 +1,12 @@
 #include "app/sensor_table.h"
+#include "app/window_text.h"
 
-#include <QCoreApplication>
 #include <algorithm>
 #include <array>
 
 namespace kivo {
 
 namespace {
-
-QString WindowText(const char* text) {
-    return QCoreApplication::translate("MainWindow", text);
-}
 
 QString GapText(ReadingGap gap) {
     switch (gap) {

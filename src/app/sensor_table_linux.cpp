@@ -1,16 +1,8 @@
-#include <QCoreApplication>
 
 #include "app/sensor_table.h"
+#include "app/window_text.h"
 
 namespace kivo {
-
-namespace {
-
-QString WindowText(const char* text) {
-    return QCoreApplication::translate("MainWindow", text);
-}
-
-}  // namespace
 
 QString SensorHelp(Quantity quantity, const Reading& reading) {
     if (reading.value) {

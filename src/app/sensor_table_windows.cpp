@@ -1,6 +1,5 @@
-#include <QCoreApplication>
-
 #include "app/sensor_table.h"
+#include "app/window_text.h"
 
 namespace kivo {
 
@@ -9,11 +8,8 @@ QString SensorHelp(Quantity quantity, const Reading& reading) {
     if (reading.value) {
         return {};
     }
-    return QCoreApplication::translate(
-        "MainWindow",
-        QT_TRANSLATE_NOOP(
-            "MainWindow",
-            "运行 HWiNFO 并打开 “Report value in Gadget”，或打开 LibreHardwareMonitor 的网络服务"));
+    return WindowText(QT_TRANSLATE_NOOP(
+        "MainWindow", "运行 HWiNFO 并打开 “Report value in Gadget”，或打开 LibreHardwareMonitor 的网络服务"));
 }
 
 }  // namespace kivo

@@ -9,6 +9,7 @@
 
 #include "app/access_commands.h"
 #include "app/panel_status_text.h"
+#include "app/window_text.h"
 #include "widgets/nimb_push_button.h"
 #include "widgets/window_colors.h"
 
@@ -26,10 +27,6 @@ constexpr int kLinkSide = 6;  // room that a button keeps on both sides of its t
 constexpr int kLinkGap = 16;
 constexpr int kLinkHeight = 20;
 constexpr std::chrono::milliseconds kCopiedStands{4000};
-
-QString WindowText(const char* text) {
-    return QCoreApplication::translate("MainWindow", text);
-}
 
 }  // namespace
 
