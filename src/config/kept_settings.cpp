@@ -6,23 +6,22 @@
 #include <QtDebug>
 
 #include "config/folders.h"
+#include "config/numbered_name.h"
 #include "config/replace_file.h"
 
 namespace kivo {
 namespace {
 
-constexpr int kMostFiles = 9;
 constexpr char kKept[] = ".kept";
 constexpr char kReplaced[] = ".replaced";
 
 QString NameOf(const char* family, int number) {
-    const QString name = ConfigFilePath() + QLatin1String(family);
-    return number == 1 ? name : name + QLatin1Char('.') + QString::number(number);
+    return NumberedName(ConfigFilePath(), family, number);
 }
 
 // The highest number of a family that is there; 0: there is none.
 int Newest(const char* family) {
-    int number = kMostFiles;
+    int number = kMostKeptFiles;
     while (number > 0 && !QFileInfo(NameOf(family, number)).isFile()) {
         --number;
     }
@@ -30,7 +29,7 @@ int Newest(const char* family) {
 }
 
 QString NextName(const char* family) {
-    return NameOf(family, qMin(Newest(family) + 1, kMostFiles));
+    return NameOf(family, qMin(Newest(family) + 1, kMostKeptFiles));
 }
 
 bool HaveSameContent(const QString& one, const QString& other) {

@@ -7,12 +7,11 @@
 #include <QtDebug>
 
 #include "config/log_once.h"
+#include "config/numbered_name.h"
 #include "config/settings_file.h"
 
 namespace kivo {
 namespace {
-
-constexpr int kMostKeptFiles = 9;
 
 // A write takes milliseconds, and the program runs once: an older lock was left by a copy that was killed.
 constexpr int kStaleLockMs = 1000;
@@ -54,8 +53,7 @@ bool IsWellFormedLine(const QByteArray& line) {
 }
 
 QString KeptName(const QString& filePath, int number) {
-    const QString name = filePath + QStringLiteral(".broken");
-    return number == 1 ? name : name + QLatin1Char('.') + QString::number(number);
+    return NumberedName(filePath, ".broken", number);
 }
 
 // A name under which something can be kept; the last one is freed when all are taken.
