@@ -6,6 +6,7 @@
 #include <QDeadlineTimer>
 #include <QString>
 
+#include <algorithm>
 #include <array>
 #include <atomic>
 #include <memory>
@@ -60,7 +61,7 @@ struct RequestState {
 };
 using SharedState = std::shared_ptr<RequestState>;
 
-void CALLBACK NoteStatus(HINTERNET, DWORD_PTR context, DWORD status, void*, DWORD length) {
+void CALLBACK NoteStatus(HINTERNET, DWORD_PTR context, DWORD status, void* information, DWORD length) {
     auto* const state = reinterpret_cast<SharedState*>(context);
     if (state == nullptr) {
         return;
@@ -71,6 +72,12 @@ void CALLBACK NoteStatus(HINTERNET, DWORD_PTR context, DWORD status, void*, DWOR
             return;
         case WINHTTP_CALLBACK_STATUS_SENDREQUEST_COMPLETE:
         case WINHTTP_CALLBACK_STATUS_HEADERS_AVAILABLE:
+            (*state)->isGood = true;
+            break;
+        case WINHTTP_CALLBACK_STATUS_DATA_AVAILABLE:
+            (*state)->length = *static_cast<const DWORD*>(information);
+            (*state)->isGood = true;
+            break;
         case WINHTTP_CALLBACK_STATUS_READ_COMPLETE:
             (*state)->length = length;
             (*state)->isGood = true;
@@ -160,9 +167,14 @@ private:
             return std::nullopt;
         }
         QByteArray page;
-        while (hasDone(WinHttpReadData(request, state.piece.data(), kPieceSize, nullptr))) {
+        // Only what has come is read: a system may wait for a full piece, and on after the request is closed.
+        while (hasDone(WinHttpQueryDataAvailable(request, nullptr))) {
             if (state.length == 0) {
                 return page;
+            }
+            if (!hasDone(WinHttpReadData(request, state.piece.data(),
+                                         std::min<DWORD>(state.length, kPieceSize), nullptr))) {
+                break;
             }
             page.append(state.piece.data(), static_cast<int>(state.length));
             if (page.size() > m_limits.size) {

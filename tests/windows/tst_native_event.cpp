@@ -124,11 +124,11 @@ private Q_SLOTS:
         OpenWindow window(PartsFor(panel));
         const ScreenSession& screen = window.Session().Screen();
         QVERIFY(!window.IsTaken(WM_DEVICECHANGE, DBT_DEVICEARRIVAL, InterfaceHeader(kData)));
+        QTRY_COMPARE(TextOf(screen.Entry(0).dataPath), kData.toLatin1());
         QCOMPARE(screen.Entry(0).dataFound, 1U);
-        QCOMPARE(TextOf(screen.Entry(0).dataPath), kData.toLatin1());
         panel.Unplug();
         QVERIFY(!window.IsTaken(WM_DEVICECHANGE, DBT_DEVICEREMOVECOMPLETE, InterfaceHeader(kData)));
-        QCOMPARE(screen.Entry(0).dataFound, 0U);
+        QTRY_COMPARE(screen.Entry(0).dataFound, 0U);
         QVERIFY(!window.IsTaken(WM_DEVICECHANGE, DBT_DEVICEARRIVAL, VolumeHeader()));
         QVERIFY(!window.IsTaken(WM_DEVICECHANGE, DBT_DEVNODES_CHANGED, QByteArray()));
         QCOMPARE(screen.Entry(0).dataFound, 0U);
