@@ -91,18 +91,10 @@ void MainWindow::ShowThermalZone(const QString& text) {
     ShowTemperature();
 }
 
-ItemTexts MainWindow::LiveTexts() const {
-    ItemTexts texts;
-    for (int item = 0; item < kLiveValueCount; ++item) {
-        texts[size_t(item)] = m_session->LiveText(item);
-    }
-    return texts;
-}
-
 void MainWindow::ShowSensors() {
     if (!m_sensors) {
         m_sensors = std::make_unique<SensorsDialog>(
-            [this] { return SensorTable(LiveTexts(), m_session->Readings()); });
+            [this] { return SensorTable(m_session->LiveTexts(), m_session->Readings()); });
     }
     m_sensors->BringToFront();
 }

@@ -36,11 +36,7 @@ QString ReadSensorReport(const PackageSensorsFactory& makeSensors) {
         snapshot.SetCpuUnreadable();
     }
     snapshot.SetReadings(sensors->Readings());
-    ItemTexts texts;
-    for (int item = 0; item < kLiveValueCount; ++item) {
-        texts[size_t(item)] = snapshot.GetValueText(item);
-    }
-    return SensorTableText(SensorTable(texts, snapshot.Readings()));
+    return SensorTableText(SensorTable(snapshot.ValueTexts(), snapshot.Readings()));
 }
 
 }  // namespace kivo

@@ -91,7 +91,7 @@ Reading EnergyMeterDevices::ReadPower(const SampleMoment& moment) {
 }
 
 Reading EnergyMeterDevices::ReadMeter(const SampleMoment& moment, const EnergyMeasurement& measurement) {
-    const bool isInterval = m_interval.Note(moment);
+    const bool isInterval = m_interval.Note(moment).has_value();
     const auto before = std::exchange(m_before, measurement);
     if (!before || !isInterval) {
         m_measuredAt = moment.now;

@@ -81,6 +81,14 @@ QString MetricSnapshot::GetValueText(int index) const {
     }
 }
 
+std::array<QString, kLiveValueCount> MetricSnapshot::ValueTexts() const {
+    std::array<QString, kLiveValueCount> texts;
+    for (int index = 0; index < kLiveValueCount; ++index) {
+        texts[size_t(index)] = GetValueText(index);
+    }
+    return texts;
+}
+
 QString MetricSnapshot::TemperatureText() const {
     const Reading temperature = Current(Quantity::Temperature);
     return temperature.value ? FormatTemperature(Whole(temperature)) : NoTemperatureText();

@@ -2,12 +2,14 @@
 
 #include <QString>
 
+#include <array>
 #include <chrono>
 #include <functional>
 #include <mutex>
 #include <optional>
 
 #include "telemetry/interface_language.h"
+#include "telemetry/live_value.h"
 #include "telemetry/local_time.h"
 #include "telemetry/reading.h"
 
@@ -31,6 +33,8 @@ public:
     // The text of a live value (LiveValue), freshly made; empty for OtherText, OtherText2 and any other
     // number.
     QString GetValueText(int index) const;
+    // All of them, by live-value index.
+    std::array<QString, kLiveValueCount> ValueTexts() const;
 
     void SetReadings(const SensorReadings& readings);
     // Values older than ten seconds are Silent.

@@ -15,11 +15,14 @@ inline constexpr std::chrono::seconds kLongestInterval{20};
 
 class SampleInterval {
 public:
-    // Whether the time since the sample before can be measured over: it is not the first one, the machine has
-    // not slept, and it was neither none nor too long.
-    bool Note(const SampleMoment& moment) {
+    // The time since the sample before. Nothing where it cannot be measured over: this is the first one, the
+    // machine has slept, or it was none or too long.
+    std::optional<std::chrono::nanoseconds> Note(const SampleMoment& moment) {
         const std::optional<std::chrono::nanoseconds> before = std::exchange(m_before, moment.now);
-        return before && !moment.hasSlept && moment.now > *before && moment.now - *before <= kLongestInterval;
+        if (!before || moment.hasSlept || moment.now <= *before || moment.now - *before > kLongestInterval) {
+            return std::nullopt;
+        }
+        return moment.now - *before;
     }
     // The next sample is a first one.
     void Begin() { m_before.reset(); }

@@ -13,9 +13,6 @@
 namespace kivo {
 namespace {
 
-// The average of a longer while is not the power of this moment.
-constexpr std::chrono::seconds kLongestInterval{15};
-
 constexpr double kMicrojoulesPerJoule = 1e6;
 // Two files of one counter are read one after the other. Counters of two dies are as close by chance only,
 // and not twice in a row.
@@ -83,7 +80,7 @@ Reading EnergyMeter::Sample(const SampleMoment& moment) {
     if (m_counters.empty()) {
         return Reading::Without(ReadingGap::NoSource);
     }
-    const auto passed = moment.now - std::exchange(m_sampledAt, moment.now);
+    const auto passed = m_interval.Note(moment);
     const auto gap = ReadCounters();
     if (gap == ReadingGap::NoSource) {
         m_counters.clear();
@@ -94,10 +91,10 @@ Reading EnergyMeter::Sample(const SampleMoment& moment) {
         return Reading::Without(*gap, m_id);
     }
     const auto microjoules = Microjoules();
-    if (!microjoules || moment.hasSlept || passed.count() <= 0 || passed > kLongestInterval) {
+    if (!microjoules || !passed) {
         return Reading::Without(ReadingGap::NotRead, m_id);
     }
-    const double seconds = std::chrono::duration<double>(passed).count();
+    const double seconds = std::chrono::duration<double>(*passed).count();
     return Checked(Quantity::Power, *microjoules / kMicrojoulesPerJoule / seconds, m_id);
 }
 

@@ -13,6 +13,7 @@
 #include <utility>
 #include <vector>
 
+#include "telemetry/sample_interval.h"
 #include "telemetry/sensor_source.h"
 
 namespace kivo {
@@ -71,7 +72,7 @@ private:
     const SourceId m_id;
     FileSearch m_search;
     std::vector<Counter> m_counters;
-    std::chrono::nanoseconds m_sampledAt{0};
+    SampleInterval m_interval;
     bool m_hasTold = false;
 };
 

@@ -232,8 +232,8 @@ private Q_SLOTS:
         };
         row("a second", "5", "12900005", 1000, 12.9);
         row("longer than a second", "0", "12900000", 2000, 6.45);
-        row("the longest", "0", "15000000", 15000, 1.0);
-        row("too long", "0", "15000000", 15001, -1);
+        row("the longest", "0", "15000000", 20000, 0.75);
+        row("too long", "0", "15000000", 20001, -1);
         row("no time at all", "0", "12900000", 0, -1);
         row("backwards in time", "0", "12900000", -1000, -1);
         row("nothing used", "77", "77", 1000, 0.0);
