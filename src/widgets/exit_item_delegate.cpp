@@ -45,8 +45,7 @@ QRect ExitItemDelegate::CrossRect(const QRect& itemRect) {
 void ExitItemDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
                              const QModelIndex& index) const {
     DrawPictureItem(*painter, option, index, index.row() == 0);
-    if (IsMarked(option))
-        DrawSelectionFrame(*painter, option.rect);
+    DrawItemFrame(*painter, option);
     if (!CanDelete(index.row(), index.model()->rowCount()))
         return;
     const QRectF square(CrossRect(option.rect));

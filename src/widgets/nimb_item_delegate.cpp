@@ -7,8 +7,7 @@ namespace kivo {
 void NimbItemDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
                              const QModelIndex& index) const {
     DrawPictureItem(*painter, option, index, false);
-    if (IsMarked(option))
-        DrawSelectionFrame(*painter, option.rect);
+    DrawItemFrame(*painter, option);
 }
 
 QSize NimbItemDelegate::sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const {

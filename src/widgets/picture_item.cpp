@@ -4,6 +4,8 @@
 #include <QIcon>
 #include <QPainter>
 #include <QStyleOptionViewItem>
+#include <array>
+#include <cmath>
 
 #include "widgets/window_colors.h"
 
@@ -18,7 +20,12 @@ constexpr int kNameLine = 14;      // what a name adds to the height of an item
 constexpr int kNameBaseLine = 13;  // below the picture
 constexpr int kNameSide = 2;
 constexpr int kNamePixels = 11;
-constexpr int kFrameWidth = 3;
+constexpr qreal kSelectedFrameWidth = 2;
+constexpr qreal kHoverFrameWidth = 1.5;
+constexpr qreal kFrameRadius = 8;
+constexpr qreal kCheckDisc = 14;
+constexpr qreal kCheckMargin = 4;  // from the picture's edges
+constexpr qreal kCheckWidth = 1.6;
 
 // As a brush and not by a clip, whose edges would be ragged.
 void DrawRoundedPicture(QPainter& painter, const QRectF& place, const QIcon& icon) {
@@ -42,10 +49,40 @@ void DrawRoundedPicture(QPainter& painter, const QRectF& place, const QIcon& ico
     painter.drawRoundedRect(target, kPictureRadius, kPictureRadius);
 }
 
-QColor NameColor(const QModelIndex& index, bool isAction) {
+bool IsSelected(const QStyleOptionViewItem& option) {
+    return option.state.testFlag(QStyle::State_Selected);
+}
+
+// What of a rectangle the screen's pixels can fill exactly.
+QRectF WholePixels(const QPainter& painter, const QRectF& rect) {
+    const QTransform toDevice = painter.deviceTransform();
+    const QRectF device = toDevice.mapRect(rect);
+    const QPointF from(std::ceil(device.left()), std::ceil(device.top()));
+    const QPointF to(std::floor(device.right()), std::floor(device.bottom()));
+    return toDevice.inverted().mapRect(QRectF(from, to));
+}
+
+void DrawCheck(QPainter& painter, const QRectF& picture) {
+    const QPointF corner(kCheckMargin + kCheckDisc, kCheckMargin + kCheckDisc);
+    const QRectF disc(picture.bottomRight() - corner, QSizeF(kCheckDisc, kCheckDisc));
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(colors::kAccentBright);
+    painter.drawEllipse(disc);
+    painter.setPen(QPen(colors::kOnAccent, kCheckWidth, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    painter.setBrush(Qt::NoBrush);
+    const QPointF middle = disc.center();
+    const std::array<QPointF, 3> check{middle + QPointF(-3, 0.2), middle + QPointF(-0.9, 2.3),
+                                       middle + QPointF(3.1, -2.2)};
+    painter.drawPolyline(check.data(), int(check.size()));
+}
+
+QColor NameColor(const QStyleOptionViewItem& option, const QModelIndex& index, bool isAction) {
     const QVariant own = index.data(Qt::ForegroundRole);
     if (own.canConvert<QBrush>())
         return own.value<QBrush>().color();
+    if (IsSelected(option))
+        return colors::kTextHigh;
     return isAction ? colors::kTextMid : colors::kTextLow;
 }
 
@@ -66,6 +103,8 @@ void DrawPictureItem(QPainter& painter, const QStyleOptionViewItem& option, cons
     const QVariant decoration = index.data(Qt::DecorationRole);
     if (decoration.canConvert<QIcon>())
         DrawRoundedPicture(painter, picture, decoration.value<QIcon>());
+    if (IsSelected(option))
+        DrawCheck(painter, picture);
 
     const QString name = index.data(Qt::DisplayRole).toString();
     if (!name.isEmpty()) {
@@ -76,23 +115,24 @@ void DrawPictureItem(QPainter& painter, const QStyleOptionViewItem& option, cons
         const QString shown = metrics.elidedText(name, Qt::ElideRight, room);
         const qreal left = option.rect.x() + (option.rect.width() - metrics.horizontalAdvance(shown)) / 2;
         painter.setFont(font);
-        painter.setPen(NameColor(index, isAction));
+        painter.setPen(NameColor(option, index, isAction));
         painter.drawText(QPointF(left, picture.bottom() + kNameBaseLine), shown);
     }
     painter.restore();
 }
 
-bool IsMarked(const QStyleOptionViewItem& option) {
-    return (option.state & (QStyle::State_Selected | QStyle::State_MouseOver)) != 0;
-}
-
-void DrawSelectionFrame(QPainter& painter, const QRect& itemRect) {
-    const qreal half = kFrameWidth / 2.0;
+void DrawItemFrame(QPainter& painter, const QStyleOptionViewItem& option) {
+    const bool isSelected = IsSelected(option);
+    if (!isSelected && !option.state.testFlag(QStyle::State_MouseOver))
+        return;
+    const qreal width = isSelected ? kSelectedFrameWidth : kHoverFrameWidth;
+    const qreal half = width / 2;
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setBrush(Qt::NoBrush);
-    painter.setPen(QPen(colors::kSelectionFrame, kFrameWidth, Qt::SolidLine, Qt::SquareCap, Qt::BevelJoin));
-    painter.drawRect(QRectF(itemRect).adjusted(half, half, -half, -half));
+    painter.setPen(QPen(isSelected ? colors::kAccentBright : colors::kButtonEdgeHover, width));
+    painter.drawRoundedRect(WholePixels(painter, option.rect).adjusted(half, half, -half, -half),
+                            kFrameRadius, kFrameRadius);
     painter.restore();
 }
 

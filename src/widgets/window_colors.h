@@ -53,8 +53,7 @@ constexpr QColor kToolTip(0x26, 0x31, 0x3C);
 constexpr QColor kToolTipEdge(0x3D, 0x4C, 0x5A);
 
 constexpr QColor kMessagePanel(0x1A, 0x23, 0x2D);
-constexpr QColor kScrim(0x06, 0x09, 0x0D, 158);        // .62: what a message box lays over the window
-constexpr QColor kBadge(0x0E, 0x13, 0x19, 224);        // .88: disc under the delete cross
-constexpr QColor kSelectionFrame(130, 130, 130, 255);  // round the chosen picture
+constexpr QColor kScrim(0x06, 0x09, 0x0D, 158);  // .62: what a message box lays over the window
+constexpr QColor kBadge(0x0E, 0x13, 0x19, 224);  // .88: disc under the delete cross
 
 }  // namespace kivo::window_colors

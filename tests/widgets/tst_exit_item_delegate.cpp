@@ -144,12 +144,12 @@ private slots:
     }
 
     void theChosenRowHasTheFrame() {
-        const QColor frame(130, 130, 130);
+        const QColor frame(0x4F, 0xE0, 0xC0);
         const QImage chosen = m_list->viewport()->grab().toImage();
         const QRect item = m_list->visualItemRect(m_list->item(5));
         QCOMPARE(chosen.pixelColor(item.left(), item.center().y()), frame);
-        QCOMPARE(chosen.pixelColor(item.left() + 2, item.center().y()), frame);
-        QVERIFY(chosen.pixelColor(item.left() + 3, item.center().y()) != frame);
+        QCOMPARE(chosen.pixelColor(item.left() + 1, item.center().y()), frame);
+        QVERIFY(chosen.pixelColor(item.left() + 2, item.center().y()) != frame);
         QVERIFY(chosen.pixelColor(item.left() - 1, item.center().y()) != frame);
         QCOMPARE(chosen.pixelColor(item.right(), item.center().y()), frame);
         QCOMPARE(chosen.pixelColor(item.center().x(), item.bottom()), frame);

@@ -13,28 +13,60 @@ class TestNimbItemDelegate : public QObject {
 private slots:
     void frameForTheChosenAndForTheOneUnderTheMouse_data() {
         QTest::addColumn<int>("state");
-        QTest::addColumn<bool>("hasFrame");
-        QTest::newRow("plain") << int(QStyle::State_Enabled) << false;
-        QTest::newRow("chosen") << int(QStyle::State_Enabled | QStyle::State_Selected) << true;
-        QTest::newRow("under the mouse") << int(QStyle::State_Enabled | QStyle::State_MouseOver) << true;
+        QTest::addColumn<QColor>("frame");
+        QTest::addColumn<bool>("hasCheck");
+        const QColor chosen(0x4F, 0xE0, 0xC0);
+        QTest::newRow("plain") << int(QStyle::State_Enabled) << QColor(Qt::black) << false;
+        QTest::newRow("chosen") << int(QStyle::State_Enabled | QStyle::State_Selected) << chosen << true;
+        QTest::newRow("under the mouse")
+            << int(QStyle::State_Enabled | QStyle::State_MouseOver) << QColor(0x46, 0x56, 0x64) << false;
+        QTest::newRow("chosen, under the mouse")
+            << int(QStyle::State_Enabled | QStyle::State_Selected | QStyle::State_MouseOver) << chosen
+            << true;
     }
     void frameForTheChosenAndForTheOneUnderTheMouse() {
         QFETCH(int, state);
-        QFETCH(bool, hasFrame);
-        const QColor frame(130, 130, 130);
+        QFETCH(QColor, frame);
+        QFETCH(bool, hasCheck);
         const QImage image = Draw(QStyle::State(state), 1.0);
-        const QColor expected = hasFrame ? frame : QColor(Qt::black);
-        QCOMPARE(image.pixelColor(10, 65), expected);
-        QCOMPARE(image.pixelColor(12, 65), expected);
-        QCOMPARE(image.pixelColor(106, 65), expected);
-        QCOMPARE(image.pixelColor(50, 10), expected);
-        QCOMPARE(image.pixelColor(50, 119), expected);
-        // Wholly inside, and card between it and the picture.
-        QCOMPARE(image.pixelColor(9, 65), QColor(Qt::black));
-        QCOMPARE(image.pixelColor(107, 65), QColor(Qt::black));
-        QCOMPARE(image.pixelColor(13, 65), QColor(Qt::black));
+        QCOMPARE(image.pixelColor(10, 65), frame);
+        QCOMPARE(image.pixelColor(106, 65), frame);
+        QCOMPARE(image.pixelColor(50, 10), frame);
+        QCOMPARE(image.pixelColor(50, 119), frame);
+        // Card between it and the picture.
+        QCOMPARE(image.pixelColor(12, 65), QColor(Qt::black));
         QCOMPARE(image.pixelColor(15, 65), QColor(Qt::black));
         QCOMPARE(image.pixelColor(16, 65), QColor(Qt::green));
+        // The disc, beside its check.
+        QCOMPARE(image.pixelColor(93, 98), hasCheck ? frame : QColor(Qt::green));
+    }
+
+    // What an item has painted outside of these pixels would stay there after it has changed.
+    void frameKeepsToPixelsThatAreTheItemsAlone_data() {
+        QTest::addColumn<qreal>("ratio");
+        QTest::addColumn<QPoint>("corner");
+        for (const qreal ratio : {1.0, 1.25, 1.5, 1.75, 2.0}) {
+            for (const QPoint corner : {QPoint(10, 10), QPoint(11, 13), QPoint(7, 5)}) {
+                QTest::addRow("%g times at %d, %d", ratio, corner.x(), corner.y()) << ratio << corner;
+            }
+        }
+    }
+    void frameKeepsToPixelsThatAreTheItemsAlone() {
+        QFETCH(qreal, ratio);
+        QFETCH(QPoint, corner);
+        for (const QStyle::StateFlag state : {QStyle::State_Selected, QStyle::State_MouseOver}) {
+            const QImage image = Draw(QStyle::State_Enabled | state, ratio, corner);
+            const QRectF item(QPointF(corner) * ratio, QSizeF(kItem) * ratio);
+            QVERIFY(image.pixelColor(qCeil(item.left()), qRound(item.center().y())) != QColor(Qt::black));
+            for (int y = 0; y < image.height(); ++y) {
+                for (int x = 0; x < image.width(); ++x) {
+                    if (!item.contains(QRectF(x, y, 1, 1))) {
+                        QVERIFY2(image.pixelColor(x, y) == QColor(Qt::black),
+                                 qPrintable(QStringLiteral("%1, %2").arg(x).arg(y)));
+                    }
+                }
+            }
+        }
     }
 
     void thePictureHasItsPlaceAndSize() {
@@ -69,7 +101,9 @@ private slots:
     }
 
 private:
-    static QImage Draw(QStyle::State state, qreal ratio) {
+    static constexpr QSize kItem{97, 110};
+
+    static QImage Draw(QStyle::State state, qreal ratio, QPoint corner = {10, 10}) {
         QPixmap picture(QSize(85, 98) * ratio);
         picture.fill(Qt::green);
         if (ratio > 1) {
@@ -82,7 +116,7 @@ private:
         QStandardItemModel model(1, 1);
         model.setData(model.index(0, 0), QIcon(picture), Qt::DecorationRole);
         QStyleOptionViewItem option;
-        option.rect = QRect(10, 10, 97, 110);
+        option.rect = QRect(corner, kItem);
         option.decorationSize = QSize(85, 98);
         option.state = state;
         QImage image(QSize(120, 130) * ratio, QImage::Format_RGB32);
