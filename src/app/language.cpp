@@ -7,23 +7,37 @@ namespace kivo {
 
 namespace {
 
-QString TranslationFile(InterfaceLanguage language) {
+struct TranslationFiles {
+    QString own;
+    QString qt;
+};
+
+TranslationFiles FilesOf(InterfaceLanguage language) {
     switch (language) {
         case InterfaceLanguage::Chinese:
-            return QStringLiteral("/lang/sc.qm");
+            return {QStringLiteral("/lang/sc.qm"), QStringLiteral("/lang/qtbase_zh_CN.qm")};
         case InterfaceLanguage::Russian:
-            return QStringLiteral("/lang/rus.qm");
+            return {QStringLiteral("/lang/rus.qm"), QStringLiteral("/lang/qtbase_ru.qm")};
         case InterfaceLanguage::English:
             break;
     }
-    return QStringLiteral("/lang/en.qm");
+    return {QStringLiteral("/lang/en.qm"), {}};
+}
+
+bool Install(QTranslator& translator, const QString& file) {
+    return translator.load(file) && QCoreApplication::installTranslator(&translator);
 }
 
 }  // namespace
 
 bool InstallTranslation(QTranslator& translator, InterfaceLanguage language, const QString& applicationDir) {
-    return translator.load(applicationDir + TranslationFile(language)) &&
-           QCoreApplication::installTranslator(&translator);
+    return Install(translator, applicationDir + FilesOf(language).own);
+}
+
+bool InstallQtTranslation(QTranslator& translator, InterfaceLanguage language,
+                          const QString& applicationDir) {
+    const QString file = FilesOf(language).qt;
+    return !file.isEmpty() && Install(translator, applicationDir + file);
 }
 
 }  // namespace kivo

@@ -12,4 +12,8 @@ namespace kivo {
 // where the file is missing; the program then shows its source texts (Chinese). GUI thread.
 bool InstallTranslation(QTranslator& translator, InterfaceLanguage language, const QString& applicationDir);
 
+// The same for Qt's own texts, in the menus of text boxes and in file dialogs: "lang/qtbase_zh_CN.qm" and
+// "lang/qtbase_ru.qm". False for English, which they are written in.
+bool InstallQtTranslation(QTranslator& translator, InterfaceLanguage language, const QString& applicationDir);
+
 }  // namespace kivo

@@ -1,3 +1,4 @@
+#include <QAccessible>
 #include <QLabel>
 #include <QMenuBar>
 #include <QScrollBar>
@@ -26,6 +27,7 @@ private Q_SLOTS:
     void init();
     void WidgetsStandInTheirPlaces_data();
     void WidgetsStandInTheirPlaces();
+    void ButtonsThatNobodySeesCannotBePressed();
     void BoxesHaveTheirPictures();
     void LanguageFollowsTheLocale_data();
     void LanguageFollowsTheLocale();
@@ -115,6 +117,19 @@ void TestMainWindow::WidgetsStandInTheirPlaces() {
     }
 }
 
+// A screen reader offers to press whatever is there.
+void TestMainWindow::ButtonsThatNobodySeesCannotBePressed() {
+    Desk desk;
+    desk.Show();
+    for (const char* name : {"ReadEC", "pushButton_3", "selFolder"}) {
+        auto* const button = desk.Find<QAbstractButton>(name);
+        QAccessibleInterface* const told = QAccessible::queryAccessibleInterface(button);
+        QVERIFY(told->state().invisible && told->state().disabled);
+        told->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    }
+    QVERIFY(!SettingsReader().Contains(QStringLiteral("test/test")));
+}
+
 void TestMainWindow::BoxesHaveTheirPictures() {
     const Desk desk;
     QCOMPARE(desk.window->styleSheet(),
@@ -133,11 +148,15 @@ void TestMainWindow::BoxesHaveTheirPictures() {
 void TestMainWindow::LanguageFollowsTheLocale_data() {
     QTest::addColumn<QString>("locale");
     QTest::addColumn<QString>("caption");
-    QTest::newRow("Chinese") << QStringLiteral("zh_CN") << QStringLiteral("确认");
-    QTest::newRow("Taiwan") << QStringLiteral("zh_TW") << QStringLiteral("确认");
-    QTest::newRow("Russian") << QStringLiteral("ru_RU") << QStringLiteral("Применить");
-    QTest::newRow("English") << QStringLiteral("en_GB") << QStringLiteral("Apply");
-    QTest::newRow("German") << QStringLiteral("de_DE") << QStringLiteral("Apply");
+    QTest::addColumn<QString>("paste");  // in the menu of a text box, which Qt makes
+    const QString chinese = QStringLiteral("粘贴(&P)");
+    QTest::newRow("Chinese") << QStringLiteral("zh_CN") << QStringLiteral("确认") << chinese;
+    QTest::newRow("Taiwan") << QStringLiteral("zh_TW") << QStringLiteral("确认") << chinese;
+    QTest::newRow("Russian") << QStringLiteral("ru_RU") << QStringLiteral("Применить")
+                             << QStringLiteral("В&ставить");
+    const QString english = QStringLiteral("&Paste");
+    QTest::newRow("English") << QStringLiteral("en_GB") << QStringLiteral("Apply") << english;
+    QTest::newRow("German") << QStringLiteral("de_DE") << QStringLiteral("Apply") << english;
 }
 
 void TestMainWindow::LanguageFollowsTheLocale() {
@@ -145,6 +164,7 @@ void TestMainWindow::LanguageFollowsTheLocale() {
     QFETCH(QString, caption);
     const Desk desk{QLocale(locale)};
     QCOMPARE(desk.Find<QPushButton>("btnApply")->text(), caption);
+    QTEST(QCoreApplication::translate("QWidgetTextControl", "&Paste"), "paste");
 }
 
 void TestMainWindow::MissingTranslationLeavesTheSourceTexts() {
@@ -411,7 +431,7 @@ void TestMainWindow::TheControllersButtonDoesNothing() {
     QVERIFY(button->size().isEmpty());
     const QImage before = desk.window->grab().toImage();
     const int children = desk.window->findChildren<QObject*>().size();
-    button->click();
+    Q_EMIT button->clicked();
     QVERIFY(QMetaObject::invokeMethod(desk.window.get(), "on_ReadEC_clicked", Qt::DirectConnection));
     QCOMPARE(desk.window->findChildren<QObject*>().size(), children);
     QCOMPARE(desk.window->grab().toImage(), before);
@@ -422,7 +442,7 @@ void TestMainWindow::TheTestButtonWritesItsText() {
     QVERIFY(!SettingsReader().Contains(QStringLiteral("test/test")));
     auto* button = desk.Find<QPushButton>("pushButton_3");
     QVERIFY(button->size().isEmpty());
-    button->click();
+    Q_EMIT button->clicked();
     QCOMPARE(SettingsReader().Text(QStringLiteral("test/test")), QStringLiteral("点击输入"));
 }
 
