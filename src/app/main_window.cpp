@@ -18,6 +18,7 @@
 #include "app/single_instance.h"
 #include "app/state_line.h"
 #include "app/window_looks.h"
+#include "app/window_place.h"
 #include "config/first_run_marker.h"
 #include "config/settings_file.h"
 #include "editor/color_bar.h"
@@ -39,6 +40,15 @@ constexpr unsigned long kFirstRunPauseMs = 1000;
 constexpr qint64 kLongestExposeMs = 500;
 constexpr QPoint kStateLineCorner(140, 30);
 constexpr int kHeadHeight = 100;  // what is above the pages, by which the window is dragged
+
+QVector<QRect> Rooms() {
+    QVector<QRect> rooms;
+    const auto screens = QGuiApplication::screens();
+    for (const QScreen* screen : screens) {
+        rooms.append(screen->availableGeometry());
+    }
+    return rooms;
+}
 
 // Blocking pauses must not catch a window that was shown but not yet painted.
 void PaintNow(QWidget& window) {
@@ -64,6 +74,7 @@ void ProbeEnergyLibrary() {
 MainWindow::MainWindow(const Parts& parts)
     : m_parts(parts),
       m_translator(std::make_unique<QTranslator>()),
+      m_qtTranslator(std::make_unique<QTranslator>()),
       m_ui(std::make_unique<::Ui::MainWindow>()) {
     InstallLanguage(parts.locale);
     m_session = std::make_unique<LiveSession>(parts.hid, m_language, LiveSession::Options{parts.panel});
@@ -109,6 +120,7 @@ MainWindow::~MainWindow() {
         teller->disconnect(this);
     }
     m_translator.reset();
+    m_qtTranslator.reset();
     m_ui.reset();
     CloseHelperWindow();
 }
@@ -120,6 +132,7 @@ void MainWindow::InstallLanguage(const QLocale& locale) {
         qWarning("The translations in %s/lang cannot be read; texts stay Chinese.",
                  qUtf8Printable(m_parts.applicationDir));
     }
+    InstallQtTranslation(*m_qtTranslator, m_language, m_parts.applicationDir);
 }
 
 void MainWindow::WireShell() {
@@ -302,31 +315,33 @@ void MainWindow::ShowLiveTexts() {
     if (!m_live || !isVisible() || isMinimized()) {
         return;
     }
-    m_ui->zoomwidget->SetLiveTexts(LiveTexts());
+    m_ui->zoomwidget->SetLiveTexts(m_session->LiveTexts());
     ShowTemperature();
 }
 
-// In the middle of the screen at first. A low screen cuts the foot of the window off, never its head.
+// In the middle of the screen at first.
 void MainWindow::PlaceOnScreen() {
-    const QScreen* const screen = QGuiApplication::primaryScreen();
-    if (screen == nullptr) {
-        return;  // no monitor at all; BringToFront looks again
+    if (const QScreen* const screen = QGuiApplication::primaryScreen()) {
+        move(CentredIn(screen->availableGeometry(), size()));
     }
-    const QRect room = screen->availableGeometry();
-    const QPoint corner =
-        room.topLeft() + QPoint((room.width() - width()) / 2, (room.height() - height()) / 2);
-    move(qMax(room.left(), corner.x()), qMax(room.top(), corner.y()));
+    const auto watch = [this](QScreen* screen) {
+        connect(screen, &QScreen::availableGeometryChanged, this, &MainWindow::KeepOnScreen);
+    };
+    const auto screens = QGuiApplication::screens();
+    std::for_each(screens.begin(), screens.end(), watch);
+    connect(qGuiApp, &QGuiApplication::screenAdded, this, watch);
+    // Told before it goes.
+    connect(qGuiApp, &QGuiApplication::screenRemoved, this, &MainWindow::KeepOnScreen, Qt::QueuedConnection);
+}
+
+// After a screen has become smaller or has gone; also while the window is hidden.
+void MainWindow::KeepOnScreen() {
+    move(BroughtInto(QRect(pos(), size()), Rooms()));
 }
 
 void MainWindow::BringToFront() {
-    // Its screen may have been unplugged, and a window without a frame cannot be fetched back by hand.
-    const QRect head(pos(), QSize(width(), kHeadHeight));
-    const auto screens = QGuiApplication::screens();
-    if (std::none_of(screens.begin(), screens.end(), [&head](const QScreen* screen) {
-            const QRect seen = screen->availableGeometry() & head;
-            return seen.width() >= kHeadHeight && seen.height() >= kHeadHeight / 2;
-        })) {
-        PlaceOnScreen();
+    if (!IsHeadInSight(QRect(pos(), size()), kHeadHeight, Rooms())) {
+        KeepOnScreen();
     }
     m_isPutAway = false;
     // There a window comes in sight only when it is mapped anew; a dialog over it would be left behind it.
@@ -351,12 +366,7 @@ void MainWindow::iconActivated(QSystemTrayIcon::ActivationReason reason) {
     if (reason != QSystemTrayIcon::DoubleClick && reason != QSystemTrayIcon::Trigger) {
         return;
     }
-    if (!isVisible() || isMinimized()) {
-        BringToFront();
-        return;
-    }
-    raise();
-    activateWindow();
+    BringToFront();
 }
 
 void MainWindow::slotExit() {

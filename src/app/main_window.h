@@ -55,7 +55,7 @@ public:
     struct Parts {
         HidApi& hid;
         SingleInstance* instance = nullptr;  // null: nobody asks for the window
-        QString applicationDir;              // default files, translations, the progress dialog's mask
+        QString applicationDir;              // default files and translations
         // A software panel gives way to a screen.
         LiveSession::PanelKind panel = LiveSession::PanelKind::Real;
         QLocale locale = QLocale::system();
@@ -177,6 +177,7 @@ private:
     void LookForWakeUp();
 
     void PlaceOnScreen();
+    void KeepOnScreen();
     void PollWakeUp();
     GivesWay MayGiveWay() const;
     void EndNow();
@@ -184,7 +185,6 @@ private:
     void ShowLiveTexts();
     void ShowTemperature();
     void ShowThermalZone(const QString& text);
-    ItemTexts LiveTexts() const;
     void AskSensorsToStop();
     bool HaveSensorsEnded(QDeadlineTimer deadline);
     void FirstRunUpload();
@@ -202,6 +202,7 @@ private:
     const Parts m_parts;
     InterfaceLanguage m_language = InterfaceLanguage::Chinese;
     std::unique_ptr<QTranslator> m_translator;
+    std::unique_ptr<QTranslator> m_qtTranslator;
     std::unique_ptr<::Ui::MainWindow> m_ui;
     std::unique_ptr<LiveSession> m_session;
 

@@ -25,6 +25,7 @@ set(units
     session_after_session
     state_line
     tray
+    window_place
     ${window_units})
 # Signals, homes without rights, the system's table of shared memory: as Linux has them. Windows has tests of its own for
 # the program as a process.
