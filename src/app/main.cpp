@@ -233,10 +233,13 @@ int main(int argc, char** argv) {
     parts.makeHotplug = [&screen] { return screen.MakeHotplug(); };
     auto window = std::make_unique<kivo::MainWindow>(parts);
     screen.ShowWindow();
-    if (window->Session().Screen().Entry(0).dataFound == 0) {
-        Say(stderr, QStringLiteral("kivo-screen: no screen found. --virtual-screen shows a software panel "
-                                   "instead.\n"));
-    }
+    QObject::connect(&window->Session(), &kivo::LiveSession::screensListed, [](bool isThere) {
+        if (!isThere) {
+            Say(stderr,
+                QStringLiteral("kivo-screen: no screen found. --virtual-screen shows a software panel "
+                               "instead.\n"));
+        }
+    });
     if (kivo::IsFirstRun()) {
         window->show();
     } else {

@@ -1,7 +1,7 @@
 #pragma once
 
 // Finds the screen among the HID devices and keeps what the whole process knows of it: the device table, the
-// control handle and the data handle. One object a process, handed on by reference. Every
+// control handle and the data handle. One object at a time, handed on by reference. Every
 // function may be called on any thread; one mutex covers initialising, enumerating, opening and closing,
 // never a write, so that a screen that hangs does not stop the window. Reading the table needs a mutex of its
 // own only: what other devices come and go is not held up by an opening that hangs.

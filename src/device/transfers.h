@@ -1,8 +1,9 @@
 #pragma once
 
-// Every transfer to the screen. Each opens the data path, writes and closes; the screen never answers. Any
-// function may be called on any thread. With no screen they return quietly. A failed write gives one line in
-// the debug log, but for whole frames and short commands, which say so by their result alone.
+// Every transfer to the screen; the screen never answers. What the program sends opens the data path, writes
+// and closes. Any function may be called on any thread. With no screen they return quietly. A failed write
+// gives one line in the debug log, but for whole frames and short commands, which say so by their result
+// alone.
 
 #include <QImage>
 #include <QTime>
@@ -68,8 +69,9 @@ public:
     // 0, or -1 for a null handle or a failure.
     static int SendFeature(const SharedScreenHandle& handle, const quint8* data, std::size_t length);
 
-    // From now on no transfer begins any more, and a whole frame is left at its next chunk: the program ends,
-    // and a screen that hangs must not hold it up for longer than the write it is in.
+    // From now on none of the transfers above that open the data path begins any more, and a whole frame is
+    // left at its next chunk: the program ends, and a screen that hangs must not hold it up for longer than
+    // the write it is in.
     void StopTransfers() { m_stopped = true; }
 
     // 1 for the whole duration of SendWholeImage.

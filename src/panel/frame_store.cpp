@@ -1,5 +1,7 @@
 #include "panel/frame_store.h"
 
+#include <QDir>
+#include <QFileInfo>
 #include <QImageReader>
 #include <QLoggingCategory>
 #include <QSaveFile>
@@ -19,6 +21,7 @@ constexpr int kPngQuality = 80;
 // The PNG's text field with the frame's id.
 const QString kIdField = QStringLiteral("kivo-frame");
 
+constexpr std::chrono::seconds kLookAfter{2};
 constexpr std::chrono::minutes kTryAgainAfter{1};
 
 }  // namespace
@@ -46,6 +49,7 @@ FrameStore::FileIdentity FrameStore::Identity() const {
 bool FrameStore::Write(const SharedFrame& frame) {
     QImage marked = frame->background;
     marked.setText(kIdField, QString::fromLatin1(frame->id));
+    QDir().mkpath(QFileInfo(m_path).path());  // it may have vanished with its folder
     QSaveFile file(m_path);
     const bool saved =
         file.open(QIODevice::WriteOnly) && marked.save(&file, "PNG", kPngQuality) && file.commit();
@@ -87,12 +91,11 @@ SharedFrame FrameStore::Load(const ScreenState& state) {
 
 void FrameStore::KeepSaved(std::chrono::milliseconds now) {
     const std::lock_guard<std::mutex> lock(m_mutex);
-    if (!m_frame || now < m_tryAgainAt) {
+    if (!m_frame || now < m_nextLook) {
         return;
     }
-    if ((!m_identity.exists || !(Identity() == m_identity)) && !Write(m_frame)) {
-        m_tryAgainAt = now + kTryAgainAfter;
-    }
+    const bool isThere = m_identity.exists && Identity() == m_identity;
+    m_nextLook = now + (isThere || Write(m_frame) ? kLookAfter : kTryAgainAfter);
 }
 
 }  // namespace kivo

@@ -27,12 +27,13 @@ public:
     // again.
     SharedFrame Load(const ScreenState& state);
 
-    // Writes the frame of the last Save or Load again where its file has vanished or changed; a file that
-    // cannot be written is tried again after a minute. now: any clock that never runs backwards.
+    // Writes the frame of the last Save or Load again where its file has vanished or changed, its folder too.
+    // Looks every two seconds; a file that cannot be written is tried again after a minute. now: any clock
+    // that never runs backwards.
     void KeepSaved(std::chrono::milliseconds now);
 
 private:
-    // Asked for in every round, so it is read without Qt, which would turn the time into a local one.
+    // Read without Qt, which would turn the time into a local one.
     struct FileIdentity {
         bool exists = false;
         std::uintmax_t size = 0;
@@ -49,7 +50,7 @@ private:
     std::mutex m_mutex;
     SharedFrame m_frame;      // what the file is to hold
     FileIdentity m_identity;  // of the file that holds it
-    std::chrono::milliseconds m_tryAgainAt{0};
+    std::chrono::milliseconds m_nextLook{0};
 };
 
 }  // namespace kivo

@@ -67,12 +67,19 @@ LiveSession::~LiveSession() {
 
 void LiveSession::OpenScreen(const QByteArray& name) {
     m_session.InitDeviceTable();
-    m_session.EnumerateScreens();
     m_devices.Do([this, name] {
+        // Some systems open every device to list it, and any of them may hang.
+        m_session.EnumerateScreens();
+        QMetaObject::invokeMethod(
+            this,
+            [this, isThere = m_session.Entry(0).dataFound != 0] {
+                SendTimeSync();
+                Q_EMIT screensListed(isThere);
+            },
+            Qt::QueuedConnection);
         m_session.OpenScreenByName(name);
         m_session.WarnIfDenied();
     });
-    SendTimeSync();
 }
 
 void LiveSession::HandleScreenChange(const DeviceChange& change, bool suspended, ArrivalPath pathFrom) {

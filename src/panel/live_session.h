@@ -55,9 +55,10 @@ public:
     // Stops everything; whoever could not Stop it must have ended the process by now.
     ~LiveSession() override;
 
-    // Fills the device table; has workers open the screen under this name (UTF-8) and set its clock, which
-    // quietly does nothing where there is none. Deliberate, fixed: at the start the name is the window's
-    // title as it is translated; under any other than kScreenName no screen is opened.
+    // Has workers fill the device table, open the screen under this name (UTF-8) and set its clock, which
+    // quietly does nothing where there is none. screensListed tells when the table is filled. Deliberate,
+    // fixed: at the start the name is the window's title as it is translated; under any other than
+    // kScreenName no screen is opened.
     void OpenScreen(const QByteArray& name = kScreenName);
     ScreenSession& Screen() { return m_session; }
 
@@ -101,8 +102,9 @@ public:
     void SetCpuPowClock(qint32 iPow, qint32 iClock) { m_snapshot.SetCpuPowClock(iPow, iClock); }
     // Whether the temperature is known now.
     bool HasTemperature() const { return Readings()[Quantity::Temperature].value.has_value(); }
-    // The text of a live value at this moment (0..8; empty for the free texts).
+    // The text of a live value at this moment (0..8; empty for the free texts), and of all.
     QString LiveText(int item) const { return m_snapshot.GetValueText(item); }
+    ItemTexts LiveTexts() const { return m_snapshot.ValueTexts(); }
     // What the panel took last, item by item; empty for what it does not show.
     ItemTexts ShownTexts() const { return m_sender.ShownTexts(); }
 
@@ -112,11 +114,13 @@ public:
     bool Stop(QDeadlineTimer deadline = QDeadlineTimer(kLongestStop));
 
 Q_SIGNALS:
+    // The devices were listed at the start; whether a screen is among them.
+    void screensListed(bool isThere);
     // A change was handled; closed: the screen counts as gone.
     void screenChanged(bool closed);
     // What window and tray are to say has changed.
     void statusChanged(const kivo::PanelStatus& status);
-    // No upload runs any more; whether the panel took the newest one's frame.
+    // No upload runs any more; whether the panel took the frame of the one that ended last.
     void uploadDone(bool success);
 
 private:

@@ -44,8 +44,8 @@ struct PanelRecord {
     Desired desired;
     Acknowledged acknowledged;
 
-    QByteArray
-        panelKey;  // of the panel that acknowledged; empty: not known, and then any panel counts as that one
+    QByteArray panelKey;  // of the panel that is there or was last; empty: not known, and then any panel
+                          // counts as it
     ScreenPresence presence = ScreenPresence::Absent;
     QByteArray path;        // of its data interface
     QByteArray nodeStamp;   // of the node it was seen at last; empty: not known
@@ -74,8 +74,8 @@ struct OwedReports {
 // What is to be sent before any text. While a frame is owed, the orientation is not: it belongs to the frame.
 OwedReports WhatIsOwed(const PanelRecord& record);
 
-// Whether this text of an item (0..8) has to be sent, over the frame that the panel has. The only gate for
-// texts. Deliberate, fixed: time and date go out whenever they are handed over, changed or not.
+// Whether this text of an item (0..8) has to be sent, over the frame that the panel has. The record's only
+// gate for texts. Deliberate, fixed: time and date go out whenever they are handed over, changed or not.
 bool IsTextOwed(const PanelRecord& record, int item, const QString& text);
 
 // What the item is taken to show now: null where that is not known, the placeholder after a whole frame.

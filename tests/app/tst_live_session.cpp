@@ -67,7 +67,7 @@ void TestLiveSession::OnlyItsNameOpensTheScreen() {
     VirtualHidApi panel;
     LiveSession session(panel, InterfaceLanguage::English, kShortPauses);
     session.OpenScreen("Kivo Bildschirm");
-    QCOMPARE(int(session.Screen().Entry(0).dataFound), 1);
+    QTRY_COMPARE(int(session.Screen().Entry(0).dataFound), 1);
     // Changes are handled after the opening.
     QSignalSpy handled(&session, &LiveSession::screenChanged);
     session.HandleScreenChange({QStringLiteral("HID#VID_046D&PID_C31C&MI_01#8"), true}, false,

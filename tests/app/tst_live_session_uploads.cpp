@@ -336,7 +336,7 @@ void TestLiveSessionUploads::BackgroundThatVanishesWhileTheProgramRunsIsWrittenA
     QVERIFY(!background.isNull());
     QVERIFY(QFile::remove(whole));
     const quint64 areas = panel.State().counts.areas;
-    QTRY_VERIFY(QFile::exists(whole));
+    QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(whole), 20000);
     QCOMPARE(QImage(whole), background);
     QTRY_VERIFY(panel.State().counts.areas > areas);
     QVERIFY(session.Stop());

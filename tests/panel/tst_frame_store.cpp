@@ -13,6 +13,7 @@ using namespace kivo;
 using namespace kivo::test;
 using std::chrono::milliseconds;
 using std::chrono::minutes;
+using std::chrono::seconds;
 
 namespace {
 
@@ -52,8 +53,9 @@ private:
         QFile file(Path());
         return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
     }
-    void Put(const QByteArray& content) const {
-        QFile file(Path());
+    void Put(const QByteArray& content) const { PutAt(Path(), content); }
+    static void PutAt(const QString& path, const QByteArray& content) {
+        QFile file(path);
         QVERIFY(file.open(QIODevice::WriteOnly));
         QCOMPARE(file.write(content), qint64(content.size()));
     }
@@ -262,25 +264,40 @@ private slots:
             } else {
                 Put(content);
             }
-            store.KeepSaved(milliseconds(round * 500));
+            store.KeepSaved(seconds(2 * round));
             QVERIFY(LoadAfresh(StateOf(kLying)));
         }
     }
 
-    void AVanishedFolderIsTriedOnceAMinute() {
+    void AVanishedFolderIsMadeAgain() {
+        const QString folder = m_folder->filePath(QStringLiteral("outer/inner"));
+        const QString path = folder + QStringLiteral("/whole.png");
+        FrameStore store(path);
+        QVERIFY(store.Save(FrameOf(kLying)));
+        QVERIFY(QDir(m_folder->filePath(QStringLiteral("outer"))).removeRecursively());
+        store.KeepSaved(seconds(0));
+        QVERIFY(FrameStore(path).Load(StateOf(kLying)));
+        QVERIFY(QFile::remove(path));
+        store.KeepSaved(milliseconds(1999));
+        QVERIFY(!QFile::exists(path));
+        store.KeepSaved(seconds(2));
+        QVERIFY(FrameStore(path).Load(StateOf(kLying)));
+    }
+
+    void AFolderThatCannotBeMadeIsTriedOnceAMinute() {
         const QString folder = m_folder->filePath(QStringLiteral("inner"));
         const QString path = folder + QStringLiteral("/whole.png");
-        QVERIFY(QDir().mkpath(folder));
         FrameStore store(path);
         QVERIFY(store.Save(FrameOf(kLying)));
         QVERIFY(QDir(folder).removeRecursively());
+        PutAt(folder, "in its place");
         const LogLines log;
         const milliseconds start = minutes(7);
         for (milliseconds now = start; now < start + minutes(2); now += milliseconds(500)) {
             store.KeepSaved(now);
         }
         QCOMPARE(LogLines::Lines().size(), 2);
-        QVERIFY(QDir().mkpath(folder));
+        QVERIFY(QFile::remove(folder));
         store.KeepSaved(start + minutes(2) - milliseconds(1));
         QVERIFY(!QFile::exists(path));
         store.KeepSaved(start + minutes(2));
@@ -291,12 +308,13 @@ private slots:
     void WhatCouldNotBeSavedIsTriedAgain() {
         const QString folder = m_folder->filePath(QStringLiteral("no such folder"));
         const QString path = folder + QStringLiteral("/whole.png");
+        PutAt(folder, "in its place");
         const LogLines log;
         FrameStore store(path);
         QVERIFY(!store.Save(FrameOf(kStanding)));
         QCOMPARE(LogLines::Lines().size(), 1);
         QVERIFY(LogLines::Lines().first().contains(path));
-        QVERIFY(QDir().mkpath(folder));
+        QVERIFY(QFile::remove(folder));
         store.KeepSaved(milliseconds(0));
         QVERIFY(FrameStore(path).Load(StateOf(kStanding)));
     }
