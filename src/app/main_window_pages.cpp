@@ -152,12 +152,13 @@ void MainWindow::RestoreSettings() {
     }
     FinishEditing();
     OpenEditing(false);
-    StopRefresh();
-    const bool isRestored = RestoreKeptSettings();
+    const bool isRestored = RestoreKeptSettings(DefaultConfigFile(m_parts.applicationDir));
     m_stateLine->SetSettingsSaved(isRestored);
-    if (isRestored) {
-        ReadState();
+    if (!isRestored) {
+        return;
     }
+    StopRefresh();
+    ReadState();
     UploadShown();
 }
 
