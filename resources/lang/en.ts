@@ -429,10 +429,6 @@ Exit anyway?</translation>
         <translation>The board&apos;s thermal zone</translation>
     </message>
     <message>
-        <source>授予读取权限：见 README 中的 “Power on Linux”</source>
-        <translation>Give the right to read it: “Power on Linux” in the README</translation>
-    </message>
-    <message>
         <source>此内核没有该处理器的能耗计数器；较新的内核或 zenergy 模块可能有</source>
         <translation>This kernel knows no energy counter of this processor; a newer one, or the zenergy module, may</translation>
     </message>
@@ -447,6 +443,22 @@ Exit anyway?</translation>
     <message>
         <source>运行 HWiNFO 并打开 “Report value in Gadget”，或打开 LibreHardwareMonitor 的网络服务</source>
         <translation>Run HWiNFO with “Report value in Gadget”, or LibreHardwareMonitor with its web server on</translation>
+    </message>
+    <message>
+        <source>系统温区</source>
+        <translation>The system&apos;s thermal zone</translation>
+    </message>
+    <message>
+        <source>正在运行，但没有提供读数</source>
+        <translation>Runs, but hands nothing on</translation>
+    </message>
+    <message>
+        <source>主板传感器</source>
+        <translation>A sensor of the board</translation>
+    </message>
+    <message>
+        <source>授予读取权限：见 %1 开头的说明</source>
+        <translation>Give the right to read it: see the head of %1</translation>
     </message>
 </context>
 <context>

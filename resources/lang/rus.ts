@@ -429,10 +429,6 @@
         <translation>Термозона платы</translation>
     </message>
     <message>
-        <source>授予读取权限：见 README 中的 “Power on Linux”</source>
-        <translation>Дайте право на чтение: «Power on Linux» в README</translation>
-    </message>
-    <message>
         <source>此内核没有该处理器的能耗计数器；较新的内核或 zenergy 模块可能有</source>
         <translation>Это ядро не знает счётчика энергии этого процессора; новое ядро или модуль zenergy может знать</translation>
     </message>
@@ -447,6 +443,22 @@
     <message>
         <source>运行 HWiNFO 并打开 “Report value in Gadget”，或打开 LibreHardwareMonitor 的网络服务</source>
         <translation>Запустите HWiNFO с «Report value in Gadget» или LibreHardwareMonitor с веб-сервером</translation>
+    </message>
+    <message>
+        <source>系统温区</source>
+        <translation>Термозона системы</translation>
+    </message>
+    <message>
+        <source>正在运行，但没有提供读数</source>
+        <translation>Запущено, но показания не передаёт</translation>
+    </message>
+    <message>
+        <source>主板传感器</source>
+        <translation>Датчик платы</translation>
+    </message>
+    <message>
+        <source>授予读取权限：见 %1 开头的说明</source>
+        <translation>Дайте право на чтение: см. начало файла %1</translation>
     </message>
 </context>
 <context>

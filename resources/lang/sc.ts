@@ -429,10 +429,6 @@
         <translation>主板温区</translation>
     </message>
     <message>
-        <source>授予读取权限：见 README 中的 “Power on Linux”</source>
-        <translation>授予读取权限：见 README 中的 “Power on Linux”</translation>
-    </message>
-    <message>
         <source>此内核没有该处理器的能耗计数器；较新的内核或 zenergy 模块可能有</source>
         <translation>此内核没有该处理器的能耗计数器；较新的内核或 zenergy 模块可能有</translation>
     </message>
@@ -447,6 +443,22 @@
     <message>
         <source>运行 HWiNFO 并打开 “Report value in Gadget”，或打开 LibreHardwareMonitor 的网络服务</source>
         <translation>运行 HWiNFO 并打开 “Report value in Gadget”，或打开 LibreHardwareMonitor 的网络服务</translation>
+    </message>
+    <message>
+        <source>系统温区</source>
+        <translation>系统温区</translation>
+    </message>
+    <message>
+        <source>正在运行，但没有提供读数</source>
+        <translation>正在运行，但没有提供读数</translation>
+    </message>
+    <message>
+        <source>主板传感器</source>
+        <translation>主板传感器</translation>
+    </message>
+    <message>
+        <source>授予读取权限：见 %1 开头的说明</source>
+        <translation>授予读取权限：见 %1 开头的说明</translation>
     </message>
 </context>
 <context>
