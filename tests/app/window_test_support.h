@@ -95,11 +95,10 @@ public:
     QString ErrorString() const override { return QStringLiteral("none"); }
     void ReadSample() override {}
     SensorReadings Readings() override { return {}; }
-    int Temperature() override { return 0; }
-    double Power() override { return 0.0; }
+    std::optional<PackageNumbers> Numbers() override { return std::nullopt; }
 };
 
-inline std::unique_ptr<PackageSensors> MakeNoSensors(const TerminationGate& /*gate*/) {
+inline std::unique_ptr<PackageSensors> MakeNoSensors() {
     return std::make_unique<NoSensors>();
 }
 

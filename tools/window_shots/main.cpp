@@ -257,7 +257,7 @@ QVector<QPair<QString, QImage>> ShootWindow(const QString& locale, const QString
     parts.locale = QLocale(locale);
     parts.hasTray = [] { return true; };
     parts.choosePicture = [ownPicture](QWidget*) { return ownPicture; };
-    parts.makeSensors = [](const kivo::TerminationGate& gate) { return kivo::MakeLibrarySensors(gate); };
+    parts.makeSensors = [] { return kivo::MakeLibrarySensors(); };
     parts.readThermalZone = [](const kivo::StopAsked&) { return kivo::ThermalText(-10.5); };
     kivo::MainWindow window(parts);
     window.show();
