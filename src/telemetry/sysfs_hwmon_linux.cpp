@@ -41,6 +41,12 @@ std::vector<Chip> ListChips(const QString& hwmon) {
     return chips;
 }
 
+// The end of the list for a chip that is not the processor's.
+const Driver* DriverOf(const Chip& chip) {
+    return std::find_if(kDrivers.begin(), kDrivers.end(),
+                        [&chip](const Driver& known) { return chip.name == known.name; });
+}
+
 struct Input {
     QString file;
     QByteArray label;  // empty: none
@@ -94,9 +100,7 @@ QStringList FilesOf(const std::vector<Input>& inputs) {
 QStringList FindTemperatureFiles(const QString& hwmon) {
     QStringList unnamed;
     for (const Chip& chip : ListChips(hwmon)) {
-        const auto* const driver =
-            std::find_if(kDrivers.begin(), kDrivers.end(),
-                         [&chip](const Driver& known) { return chip.name == known.name; });
+        const auto* const driver = DriverOf(chip);
         const std::vector<Input> inputs = ListInputs(chip, QStringLiteral("temp"));
         if (driver != kDrivers.end()) {
             const QString input = InputWithLabel(inputs, driver->labels);
@@ -113,6 +117,9 @@ QStringList FindTemperatureFiles(const QString& hwmon) {
 
 QStringList FindBoardTemperatureFiles(const QString& hwmon) {
     for (const Chip& chip : ListChips(hwmon)) {
+        if (DriverOf(chip) != kDrivers.end()) {
+            continue;  // the processor's own, with many cores to look through
+        }
         const QString input = InputWithLabel(ListInputs(chip, QStringLiteral("temp")), kBoardLabels);
         if (!input.isEmpty()) {
             return {input};
