@@ -31,7 +31,7 @@ bool IsClockText(const QString& text) {
 QVector<QRect> ClockRects(const TextRun& run) {
     const FittedLine line = FitLine(run.text, run.pixelSize, run.rect, run.align);
     const LineMetrics metrics = MetricsOf(line.pixelSize);
-    if (!metrics.equalDigits || !IsClockText(line.text)) {
+    if (!metrics.separateDigits || !IsClockText(line.text)) {
         return Halves(run.rect);
     }
     const int hours = line.baseLine.x() - 2;

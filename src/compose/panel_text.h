@@ -41,12 +41,11 @@ struct LineMetrics {
     int valueBelow = 0;
     int digitWidth = 0;  // advance of the widest digit
     int colonWidth = 0;
-    bool equalDigits = false;  // all ten digits are equally wide: a new time moves none of its neighbours
+    // All ten digits are equally wide and keep within their width: a new digit moves none of its neighbours
+    // and reaches over none of them.
+    bool separateDigits = false;
 };
 LineMetrics MetricsOf(int pixelSize);
-
-// Forgets the kept measures; for tests that change the fonts.
-void ForgetLineMetrics();
 
 enum class TextAlign {
     Centre,   // both ways, vertically by the digits' height

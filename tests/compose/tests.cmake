@@ -28,3 +28,5 @@ foreach(unit free_text item_drawing live_cuts panel_text)
     kivo_register_test(compose/${unit}_serif ${unit} ENVIRONMENT "KIVO_TEST_FONT=Noto Serif CJK SC")
     kivo_register_test(compose/${unit}_mono ${unit} ENVIRONMENT "KIVO_TEST_FONT=DejaVu Sans Mono")
 endforeach()
+# And with one of our own that leans, as none of those does.
+kivo_register_test(compose/live_cuts_leaning live_cuts ENVIRONMENT "KIVO_TEST_FONT=Kivo Leaning")
