@@ -34,6 +34,9 @@ QRect SlotRect(int slot, Orientation orientation);
 // and under the middle of the value.
 QRect SlotCaptionRect(int slot, Orientation orientation);
 
+// The glass chip that holds a slot's value and caption.
+QRect SlotChipRect(int slot, Orientation orientation, bool hasCaption);
+
 // The three rows of the free text as the tables give them; row 0..2.
 QRect TextRowRect(int row, Orientation orientation);
 

@@ -65,6 +65,9 @@ LineMetrics Measure(int pixelSize) {
     const QRect ink = metrics.tightBoundingRect(QStringLiteral("0123456789%℃wВт:.年月日-"));
     line.inkAbove = -ink.top();
     line.inkBelow = qMax(0, ink.bottom() + 1);
+    const QRect letters = metrics.tightBoundingRect(QStringLiteral("HbdlpqgyjДЩфр"));
+    line.letterAbove = -letters.top();
+    line.letterBelow = qMax(0, letters.bottom() + 1);
     // A temperature of three digits is so rare that it may be drawn smaller than the rest.
     line.valueWidth[CpuTemperature] = metrics.horizontalAdvance(QStringLiteral("99℃"));
     line.valueWidth[CpuUsage] = metrics.horizontalAdvance(QStringLiteral("100%"));

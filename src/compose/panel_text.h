@@ -33,6 +33,8 @@ struct LineMetrics {
         0;             // ink of the digits: what centring goes by, so that all texts of a size share a line
     int inkAbove = 0;  // ink of anything a value can hold
     int inkBelow = 0;
+    int letterAbove = 0;  // ink of ordinary letters, which most signs keep within
+    int letterBelow = 0;
     // Advance of the widest text that each value usually has, by live-value index; the power's in Russian
     // too.
     std::array<int, kLiveValueCount> valueWidth{};
