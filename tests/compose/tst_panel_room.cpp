@@ -328,6 +328,19 @@ private slots:
         QCOMPARE(FreeAreas({}, kStanding), (QVector<QRect>{Corners(9, 6, 160, 313)}));
     }
 
+    // As far as each of them asks for by itself.
+    void EachKindOfRoomHasItsDistance() {
+        const QRect rect = Corners(0, 80, 319, 90);
+        const auto areas = [&rect](RoomOf of) { return FreeAreas({{of, CpuUsage, rect}}, kLying); };
+        for (const RoomOf of : {RoomOf::Value, RoomOf::Caption}) {
+            QCOMPARE(areas(of), (QVector<QRect>{Corners(9, 6, 310, 73), Corners(9, 97, 310, 163)}));
+        }
+        QCOMPARE(areas(RoomOf::Chip), (QVector<QRect>{Corners(9, 6, 310, 72), Corners(9, 98, 310, 163)}));
+        for (const RoomOf of : {RoomOf::FreeText, RoomOf::Pill}) {
+            QCOMPARE(areas(of), (QVector<QRect>{Corners(9, 6, 310, 163)}));
+        }
+    }
+
     void AreasKeepTheirDistance_data() {
         QTest::addColumn<Orientation>("orientation");
         QTest::newRow("landscape") << kLying;
