@@ -95,6 +95,9 @@ public:
     std::optional<Placed> Nearest(TextAtSize& text, int limit) const {
         std::optional<Placed> nearest;
         for (const QRect& area : m_areas) {
+            if (limit <= 0) {
+                break;
+            }
             const int mostLines = LinesThatFit(text, area.height());
             // The cheaper question first.
             if (text.Advance() > mostLines * area.width()) {
@@ -127,8 +130,11 @@ public:
             for (const WrappedLine& line : wrapped.lines) {
                 signs += line.text.size();
             }
+            if (signs < mostSigns) {
+                continue;
+            }
             const Placed placed = Place(text, wrapped, area);
-            if (signs > mostSigns || (signs == mostSigns && placed.cost < best.cost)) {
+            if (signs > mostSigns || placed.cost < best.cost) {
                 mostSigns = signs;
                 best = placed;
                 // Accents in piles can be higher than any area.

@@ -66,6 +66,27 @@ void AppendStretches(QVector<QRect>& areas, const QRect& column, const QVector<Q
     }
 }
 
+bool IsInTheMiddle(const QRect& area, const QRect& canvas) {
+    return area.left() + area.right() == canvas.left() + canvas.right();
+}
+
+// Without those that lie in another one. One in the middle stays, unless the other is in the middle too.
+QVector<QRect> Largest(const QVector<QRect>& areas, const QRect& canvas) {
+    QVector<QRect> largest;
+    for (const QRect& area : areas) {
+        const auto isBetter = [&](const QRect& other) {
+            return other != area && other.contains(area) &&
+                   (IsInTheMiddle(other, canvas) || !IsInTheMiddle(area, canvas));
+        };
+        if (std::none_of(areas.begin(), areas.end(), isBetter)) {
+            largest.append(area);
+        }
+    }
+    std::stable_sort(largest.begin(), largest.end(),
+                     [](const QRect& a, const QRect& b) { return a.width() > b.width(); });
+    return largest;
+}
+
 }  // namespace
 
 QVector<QRect> FreeAreas(const QVector<TakenRoom>& taken, Orientation orientation) {
@@ -92,7 +113,7 @@ QVector<QRect> FreeAreas(const QVector<TakenRoom>& taken, Orientation orientatio
             }
         }
     }
-    return areas;
+    return Largest(areas, canvas);
 }
 
 }  // namespace kivo
