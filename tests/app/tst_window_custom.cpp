@@ -215,12 +215,15 @@ void TestWindowCustom::CentreTakesTurnsWithTheText() {
     desk.Drag(desk.RowPlace(2), desk.RowPlace(1));
     QCOMPARE(desk.Editor()->Edited().textRow, 1);
     const SlotRow before = desk.Slots();
+    // Where the text reaches into the zone of the slot.
+    const QPoint both(desk.TextPlace().x(),
+                      SlotPressRect(kCentreSlot, desk.Lying(), desk.Editor()->size()).bottom() - 1);
     for (int round = 0; round < 2; ++round) {
         const int centre = desk.Slots()[kCentreSlot];
-        desk.Drag(desk.TextPlace(), desk.SlotPlace(0));  // the slot's turn
+        desk.Drag(both, desk.SlotPlace(0));  // the slot's turn
         QCOMPARE(desk.Slots()[0], centre);
         QCOMPARE(desk.Editor()->Edited().textRow, 1);
-        desk.Drag(desk.TextPlace(), desk.RowPlace(0));  // the text's
+        desk.Drag(both, desk.RowPlace(0));  // the text's
         QCOMPARE(desk.Slots()[0], centre);
         QCOMPARE(desk.Editor()->Edited().textRow, 0);
         desk.Drag(desk.RowPlace(0), desk.RowPlace(1));

@@ -283,6 +283,14 @@ inline QRect InkOf(const TextRun& run, Orientation orientation) {
     return InkOf(DrawnAlone(run, orientation));
 }
 
+inline QString Joined(const FreeTextBlock& block) {
+    QString text;
+    for (const FreeTextLine& line : block.lines) {
+        text += line.text;
+    }
+    return text;
+}
+
 inline QByteArray Describe(const QRect& rect) {
     return QByteArray::number(rect.left()) + "," + QByteArray::number(rect.top()) + " - " +
            QByteArray::number(rect.right()) + "," + QByteArray::number(rect.bottom());

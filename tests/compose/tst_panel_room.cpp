@@ -114,14 +114,6 @@ QString WithoutBlanks(const QString& text) {
     return dense;
 }
 
-QString Joined(const FreeTextBlock& block) {
-    QString text;
-    for (const FreeTextLine& line : block.lines) {
-        text += line.text;
-    }
-    return text;
-}
-
 // The first thing that is wrong with the panel; empty for none.
 QByteArray Fault(const ScreenState& state, const ItemTexts& values) {
     const QRect canvas = CanvasRect(state.orientation);
