@@ -86,13 +86,17 @@ SlotTable LoadSlotTable() {
     return table;
 }
 
-bool SaveSlotTable(const SlotTable& table, const QString& filePath) {
-    SettingsWriter settings(filePath);
+void WriteSlotTable(SettingsWriter& settings, const SlotTable& table) {
     for (int variant = 0; variant < kVariantCount; ++variant) {
         for (int slot = 0; slot < kSlotCount; ++slot) {
             settings.SetInt(CustomShowKey(variant, slot), table[size_t(variant)][size_t(slot)]);
         }
     }
+}
+
+bool SaveSlotTable(const SlotTable& table, const QString& filePath) {
+    SettingsWriter settings(filePath);
+    WriteSlotTable(settings, table);
     return settings.Commit();
 }
 

@@ -15,6 +15,8 @@
 
 namespace kivo {
 
+class SettingsWriter;
+
 constexpr int kSlotCount = kCustomShowSlots;
 constexpr int kCentreSlot = 2;
 constexpr int kEmptySlot = -1;
@@ -50,6 +52,8 @@ SlotTable FactorySlotTable();
 SlotTable LoadSlotTable();
 // False, with one log line, when the file could not be written.
 bool SaveSlotTable(const SlotTable& table, const QString& filePath = ConfigFilePath());
+// The same as part of a larger write.
+void WriteSlotTable(SettingsWriter& settings, const SlotTable& table);
 
 // A custom layout as it comes from the factory: variant 0 has the items of the factory table ticked, variant
 // 1 its one item chosen.
