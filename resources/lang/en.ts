@@ -448,6 +448,30 @@ Exit anyway?</translation>
         <source>运行 HWiNFO 并打开 “Report value in Gadget”，或打开 LibreHardwareMonitor 的网络服务</source>
         <translation>Run HWiNFO with “Report value in Gadget”, or LibreHardwareMonitor with its web server on</translation>
     </message>
+    <message>
+        <source>滚轮缩放，Esc 退出修剪</source>
+        <translation>Wheel to zoom, Esc to leave</translation>
+    </message>
+    <message>
+        <source>按回车结束输入</source>
+        <translation>Press Enter to finish</translation>
+    </message>
+    <message>
+        <source>拖动可交换位置，双击可输入文字</source>
+        <translation>Drag to swap, double-click to type</translation>
+    </message>
+    <message>
+        <source>双击可输入文字</source>
+        <translation>Double-click to type</translation>
+    </message>
+    <message>
+        <source>文字太长，屏幕上显示不全</source>
+        <translation>The text is too long: its end is not shown</translation>
+    </message>
+    <message>
+        <source>五个位置已满：先取消一项，再勾选此项</source>
+        <translation>All five places are taken: untick one, then tick this again</translation>
+    </message>
 </context>
 <context>
     <name>ZoomWidget</name>
@@ -497,7 +521,7 @@ Exit anyway?</translation>
     </message>
     <message>
         <source>双击进行输入</source>
-        <translation>Double-click to type</translation>
+        <translation>Type here</translation>
     </message>
     <message>
         <source>自由文字</source>
@@ -506,6 +530,22 @@ Exit anyway?</translation>
     <message>
         <source>双击可输入文字，文字可拖动</source>
         <translation>Double-click to type text, drag to move it</translation>
+    </message>
+    <message>
+        <source>剪切</source>
+        <translation>Cut</translation>
+    </message>
+    <message>
+        <source>复制</source>
+        <translation>Copy</translation>
+    </message>
+    <message>
+        <source>粘贴</source>
+        <translation>Paste</translation>
+    </message>
+    <message>
+        <source>全选</source>
+        <translation>Select all</translation>
     </message>
 </context>
 <context>
@@ -547,11 +587,19 @@ Exit anyway?</translation>
     </message>
     <message>
         <source>返回</source>
-        <translation>Back</translation>
+        <translation>Undo</translation>
     </message>
     <message>
         <source>撤销上一步</source>
         <translation>Undo the last step</translation>
+    </message>
+    <message>
+        <source>重做</source>
+        <translation>Redo</translation>
+    </message>
+    <message>
+        <source>恢复撤销的步骤</source>
+        <translation>Redo the step that was undone</translation>
     </message>
 </context>
 <context>

@@ -448,6 +448,30 @@
         <source>运行 HWiNFO 并打开 “Report value in Gadget”，或打开 LibreHardwareMonitor 的网络服务</source>
         <translation>Запустите HWiNFO с «Report value in Gadget» или LibreHardwareMonitor с веб-сервером</translation>
     </message>
+    <message>
+        <source>滚轮缩放，Esc 退出修剪</source>
+        <translation>Колесо — масштаб, Esc — выход</translation>
+    </message>
+    <message>
+        <source>按回车结束输入</source>
+        <translation>Enter — закончить ввод</translation>
+    </message>
+    <message>
+        <source>拖动可交换位置，双击可输入文字</source>
+        <translation>Перетащите, чтобы поменять местами; двойной щелчок — текст</translation>
+    </message>
+    <message>
+        <source>双击可输入文字</source>
+        <translation>Двойной щелчок — ввод текста</translation>
+    </message>
+    <message>
+        <source>文字太长，屏幕上显示不全</source>
+        <translation>Текст слишком длинный: конец не виден</translation>
+    </message>
+    <message>
+        <source>五个位置已满：先取消一项，再勾选此项</source>
+        <translation>Все пять мест заняты: снимите одну отметку и поставьте эту снова</translation>
+    </message>
 </context>
 <context>
     <name>ZoomWidget</name>
@@ -497,7 +521,7 @@
     </message>
     <message>
         <source>双击进行输入</source>
-        <translation>Двойной щелчок для ввода</translation>
+        <translation>Введите текст</translation>
     </message>
     <message>
         <source>自由文字</source>
@@ -506,6 +530,22 @@
     <message>
         <source>双击可输入文字，文字可拖动</source>
         <translation>Двойной щелчок — ввод текста, перетаскивание — перемещение</translation>
+    </message>
+    <message>
+        <source>剪切</source>
+        <translation>Вырезать</translation>
+    </message>
+    <message>
+        <source>复制</source>
+        <translation>Копировать</translation>
+    </message>
+    <message>
+        <source>粘贴</source>
+        <translation>Вставить</translation>
+    </message>
+    <message>
+        <source>全选</source>
+        <translation>Выделить всё</translation>
     </message>
 </context>
 <context>
@@ -552,6 +592,14 @@
     <message>
         <source>撤销上一步</source>
         <translation>Отменить последний шаг</translation>
+    </message>
+    <message>
+        <source>重做</source>
+        <translation>Вперёд</translation>
+    </message>
+    <message>
+        <source>恢复撤销的步骤</source>
+        <translation>Вернуть отменённый шаг</translation>
     </message>
 </context>
 <context>

@@ -448,6 +448,30 @@
         <source>运行 HWiNFO 并打开 “Report value in Gadget”，或打开 LibreHardwareMonitor 的网络服务</source>
         <translation>运行 HWiNFO 并打开 “Report value in Gadget”，或打开 LibreHardwareMonitor 的网络服务</translation>
     </message>
+    <message>
+        <source>滚轮缩放，Esc 退出修剪</source>
+        <translation>滚轮缩放，Esc 退出修剪</translation>
+    </message>
+    <message>
+        <source>按回车结束输入</source>
+        <translation>按回车结束输入</translation>
+    </message>
+    <message>
+        <source>拖动可交换位置，双击可输入文字</source>
+        <translation>拖动可交换位置，双击可输入文字</translation>
+    </message>
+    <message>
+        <source>双击可输入文字</source>
+        <translation>双击可输入文字</translation>
+    </message>
+    <message>
+        <source>文字太长，屏幕上显示不全</source>
+        <translation>文字太长，屏幕上显示不全</translation>
+    </message>
+    <message>
+        <source>五个位置已满：先取消一项，再勾选此项</source>
+        <translation>五个位置已满：先取消一项，再勾选此项</translation>
+    </message>
 </context>
 <context>
     <name>ZoomWidget</name>
@@ -507,6 +531,22 @@
         <source>双击可输入文字，文字可拖动</source>
         <translation>双击可输入文字，文字可拖动</translation>
     </message>
+    <message>
+        <source>剪切</source>
+        <translation>剪切</translation>
+    </message>
+    <message>
+        <source>复制</source>
+        <translation>复制</translation>
+    </message>
+    <message>
+        <source>粘贴</source>
+        <translation>粘贴</translation>
+    </message>
+    <message>
+        <source>全选</source>
+        <translation>全选</translation>
+    </message>
 </context>
 <context>
     <name>kivo::ColorBar</name>
@@ -552,6 +592,14 @@
     <message>
         <source>撤销上一步</source>
         <translation>撤销上一步</translation>
+    </message>
+    <message>
+        <source>重做</source>
+        <translation>重做</translation>
+    </message>
+    <message>
+        <source>恢复撤销的步骤</source>
+        <translation>恢复撤销的步骤</translation>
     </message>
 </context>
 <context>

@@ -219,19 +219,8 @@ void MainWindow::slotApply() {
     }
     FinishEditing();
     StopRefresh();
-    ZoomWidget* editor = m_ui->zoomwidget;
-    ThemeState themes = editor->Edited().themes;
-    KeepOtherPage(themes, editor->Saved().themes);
-    bool isLayoutSaved = true;
-    if (IsCustomPage()) {
-        isLayoutSaved = editor->CommitLayout();
-        OpenEditing(false);
-    }
-    const bool areThemesSaved = SaveThemeState(themes);
-    if (areThemesSaved) {
-        editor->SetSavedThemes(themes);
-    }
-    m_stateLine->SetSettingsSaved(isLayoutSaved && areThemesSaved);
+    m_stateLine->SetSettingsSaved(m_ui->zoomwidget->CommitLayout());
+    OpenEditing(false);
     UploadShown();
 }
 
@@ -239,17 +228,6 @@ void MainWindow::UploadShown() {
     m_session->SetChosen(m_ui->zoomwidget->Shown());
     if (UploadWithProgress()) {
         StartRefresh();
-    }
-}
-
-// What is being made of the other page's layouts is not asked for yet.
-void MainWindow::KeepOtherPage(ThemeState& themes, const ThemeState& saved) {
-    const bool custom = IsCustom(themes);
-    const int first = custom ? 0 : kFirstCustomLayout;
-    const int end = custom ? kFirstCustomLayout : kLayoutCount;
-    std::copy(saved.layouts.begin() + first, saved.layouts.begin() + end, themes.layouts.begin() + first);
-    if (custom) {
-        themes.theme = saved.theme;
     }
 }
 

@@ -36,6 +36,7 @@ namespace kivo {
 class ColorBar;
 class CustomPage;
 class EditBar;
+class EditHint;
 class FocusRing;
 class HidApi;
 class PictureList;
@@ -145,6 +146,7 @@ protected:
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
     void showEvent(QShowEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -165,6 +167,8 @@ private:
     void ShowState();
     void ShowPageChoice(bool custom, const ThemeState& themes);
     void ShowToolBar();
+    void ShowWays();
+    void FollowTrimMode();
     void ShowChosenPicture();
     void OpenEditing(bool open);
     void FinishEditing();
@@ -193,7 +197,6 @@ private:
     // What the editor shows; the values go on afterwards.
     void UploadShown();
     void AskWantedExit();
-    static void KeepOtherPage(ThemeState& themes, const ThemeState& saved);
     void UsePicture(const QString& path);
     void TakePictureOut(const QString& removed, int row);
     QString ChoosePicture();
@@ -208,6 +211,7 @@ private:
 
     EditBar* m_editBar = nullptr;
     ColorBar* m_colorBar = nullptr;
+    EditHint* m_hint = nullptr;
     ThemePage* m_themePage = nullptr;
     CustomPage* m_customPage = nullptr;
     TwoWayChoice* m_tabs = nullptr;
@@ -230,8 +234,7 @@ private:
     bool m_isReadingZone = false;
     std::unique_ptr<SensorsDialog> m_sensors;  // null until it is asked for
 
-    int m_pageStyle[2] = {0, 0};  // what "style" means on each page, while the other is shown
-    bool m_live = false;          // workers run, so that there are live texts to show
+    bool m_live = false;  // workers run, so that there are live texts to show
     bool m_uploading = false;
     bool m_hasTray = false;     // it has been there
     bool m_isPutAway = false;   // minimised for want of a tray; a person who minimises the window may stay

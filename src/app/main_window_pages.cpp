@@ -2,12 +2,15 @@
 // on every widget.
 
 #include <QFileDialog>
+#include <QKeyEvent>
 #include <QScrollBar>
 #include <QStandardPaths>
 #include <QTimer>
 
 #include "app/custom_page.h"
+#include "app/edit_hint.h"
 #include "app/main_window.h"
+#include "app/press_elsewhere.h"
 #include "app/restore_offer.h"
 #include "app/state_line.h"
 #include "app/theme_page.h"
@@ -52,11 +55,7 @@ void MainWindow::WirePages() {
     connect(m_tabs, &TwoWayChoice::chosen, this, [this](int page) {
         FinishEditing();
         OpenEditing(false);
-        ChangeThemes([this, page](ThemeState& themes) {
-            m_pageStyle[IsCustom(themes)] = themes.style;
-            themes.mode = page;
-            themes.style = m_pageStyle[page];
-        });
+        ChangeThemes([page](ThemeState& themes) { themes.mode = page; });
     });
     connect(m_orientation, &TwoWayChoice::chosen, this, [this](int orientation) {
         FinishEditing();
@@ -65,7 +64,7 @@ void MainWindow::WirePages() {
     });
     connect(m_pageChoice, &TwoWayChoice::chosen, this, [this](int style) {
         FinishEditing();
-        ChangeThemes([style](ThemeState& themes) { themes.style = style; });
+        ChangeThemes([style](ThemeState& themes) { SetStyleInForce(themes, style); });
     });
     connect(m_themePage, &ThemePage::themeChosen, this,
             [this](int theme) { ChangeThemes([theme](ThemeState& themes) { themes.theme = theme; }); });
@@ -78,6 +77,7 @@ void MainWindow::WirePages() {
     });
     connect(m_ui->btnRemote, &QAbstractButton::clicked, m_ui->zoomwidget, &ZoomWidget::ResetTrim);
     connect(m_ui->zoomwidget, &ZoomWidget::layoutChanged, this, &MainWindow::ShowState);
+    connect(m_ui->zoomwidget, &ZoomWidget::editingWanted, this, [this] { OpenEditing(true); });
 }
 
 void MainWindow::WireTools() {
@@ -113,6 +113,15 @@ void MainWindow::WireTools() {
             [this](int color) { m_editBar->ControlLabelColor(quint8(color)); });
     connect(editor, &ZoomWidget::UndoTextSize, m_editBar, &EditBar::slotSetFontSize);
     connect(editor, &ZoomWidget::HideRemote, this, [this](int hide) { SetRemoteHide(quint8(hide)); });
+    connect(m_editBar, &EditBar::SendRedo, editor, &ZoomWidget::Redo);
+    connect(editor, &ZoomWidget::editStateChanged, this, &MainWindow::ShowWays);
+    connect(editor, &ZoomWidget::trimmingChanged, this, &MainWindow::FollowTrimMode);
+
+    m_hint = new EditHint(*editor, m_ui->centralwidget);
+    connect(m_customPage, &CustomPage::nothingFree, m_hint, &EditHint::TellNothingIsFree);
+    // A press anywhere else in the window ends the typing; the tools belong to it.
+    auto* const elsewhere = new PressElsewhere(*this, {editor, m_editBar, m_colorBar});
+    connect(elsewhere, &PressElsewhere::pressed, this, [this] { slotShowColorbar(0); });
 }
 
 void MainWindow::WirePictures() {
@@ -141,8 +150,6 @@ void MainWindow::LoadState() {
 void MainWindow::ReadState() {
     m_pictures->LoadPictureList();
     m_ui->zoomwidget->Load();
-    const ThemeState& themes = m_ui->zoomwidget->Saved().themes;
-    m_pageStyle[IsCustom(themes)] = themes.style;
     ShowState();
 }
 
@@ -223,7 +230,7 @@ void MainWindow::ShowPageChoice(bool custom, const ThemeState& themes) {
         button->setAccessibleName(button->toolTip());
         button->SetButtonEnabled(possible);
     }
-    m_pageChoice->SetChosen(themes.style);
+    m_pageChoice->SetChosen(StyleInForce(themes));
 }
 
 void MainWindow::ShowToolBar() {
@@ -234,6 +241,25 @@ void MainWindow::ShowToolBar() {
     m_editBar->slotSetFontSize(layout.sizeIndex);
     m_editBar->ControlLabelColor(quint8(layout.colorIndex));
     m_ui->btnRemote->setVisible(m_ui->zoomwidget->IsTrimMode());
+    ShowWays();
+}
+
+void MainWindow::ShowWays() {
+    m_editBar->SetWays(m_ui->zoomwidget->CanUndo(), m_ui->zoomwidget->CanRedo());
+}
+
+// Trim mode ends by key too.
+void MainWindow::FollowTrimMode() {
+    if (!m_ui->zoomwidget->IsTrimMode() && m_editBar->IsEditPressed()) {
+        m_editBar->SetEditPressed(false);
+    }
+    m_ui->btnRemote->setVisible(m_ui->zoomwidget->IsTrimMode());
+}
+
+void MainWindow::keyPressEvent(QKeyEvent* event) {
+    if (!m_ui->zoomwidget->TakeHistoryKey(*event)) {
+        QMainWindow::keyPressEvent(event);
+    }
 }
 
 void MainWindow::ShowChosenPicture() {
@@ -357,6 +383,11 @@ void MainWindow::slotShowColorbar(quint8 iShow) {
     if (iShow == 0) {
         m_colorBar->hide();
         m_ui->zoomwidget->solteditingFinished();
+        return;
+    }
+    if (m_colorBar->isVisible()) {
+        m_colorBar->hide();  // the dot was pressed again
+        GoOnTyping();
         return;
     }
     m_editBar->SetEditPressed(false);  // text cannot be typed over the trim frame

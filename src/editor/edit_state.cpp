@@ -2,6 +2,7 @@
 
 #include <tuple>
 
+#include "config/setting_keys.h"
 #include "config/settings_file.h"
 #include "editor/trim_frame.h"
 
@@ -15,6 +16,16 @@ EditState LoadEditState(InterfaceLanguage language) {
     EditState state{LoadThemeState(language), LoadSlotTable(), LoadCurRectId()};
     SettleFlags(state);
     return state;
+}
+
+bool SaveEditState(const EditState& state) {
+    SettingsWriter settings;
+    WriteThemeState(settings, state.themes);
+    if (IsCustom(state.themes)) {
+        WriteSlotTable(settings, state.slotTable);
+        settings.SetInt(QString(keys::kCurRectId.name), state.textRow);
+    }
+    return settings.Commit();
 }
 
 void SettleFlags(EditState& state) {

@@ -1,6 +1,7 @@
 set(window_units
     main_window
     window_custom
+    window_editing
     window_hotplug
     window_legibility
     window_life

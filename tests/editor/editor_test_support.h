@@ -2,52 +2,14 @@
 
 // An editor on the screen, and the words in which its tests speak.
 
-#include <QDir>
-#include <QFileInfo>
-#include <QSettings>
 #include <QSignalSpy>
 #include <QTest>
 
-#include "compose/compose_test_support.h"
-#include "config/folders.h"
-#include "editor/screen_mapping.h"
 #include "editor/zoom_widget.h"
+#include "layout_editor_test_support.h"
 #include "widgets/self_plain_text_edit.h"
 
 namespace kivo::test {
-
-inline void ForgetSettings() {
-    QFile::remove(ConfigFilePath());
-}
-
-inline QVariant Stored(const QString& key) {
-    return QSettings(ConfigFilePath(), QSettings::IniFormat).value(key);
-}
-
-// Five items (temperature, load, time, memory, power) on the custom page.
-inline ThemeState CustomThemes(Orientation orientation = Orientation::Landscape, int variant = 0) {
-    ThemeState themes = FactoryThemeState(InterfaceLanguage::Chinese);
-    themes.mode = 1;
-    themes.style = variant;
-    themes.orientation = orientation;
-    return themes;
-}
-
-inline QSize EditorSize(Orientation orientation) {
-    return orientation == Orientation::Landscape ? QSize(435, 312) : QSize(425, 322);
-}
-
-inline bool IsTrimmed(const LayoutRecord& layout) {
-    return layout.xPt != 0 || layout.yPt != 0 || layout.xZoom != 0 || layout.yZoom != 0;
-}
-
-// The middle of a slot and of a text row, in widget pixels.
-inline QPoint SlotPoint(int slot, Orientation orientation = Orientation::Landscape) {
-    return MappingFor(orientation, EditorSize(orientation)).Mapped(SlotRect(slot, orientation)).center();
-}
-inline QPoint RowPoint(int row, Orientation orientation = Orientation::Landscape) {
-    return MappingFor(orientation, EditorSize(orientation)).Mapped(TextRowRect(row, orientation)).center();
-}
 
 class Editor : public ZoomWidget {
 public:
@@ -85,6 +47,13 @@ public:
         QWheelEvent wheel(at, mapToGlobal(at), QPoint(), QPoint(0, angle), Qt::NoButton, Qt::NoModifier,
                           Qt::NoScrollPhase, false);
         QCoreApplication::sendEvent(this, &wheel);
+    }
+
+    // By the keyboard, from any row below it.
+    void MoveTextUpTo(int row) {
+        while (Edited().textRow > row) {
+            QTest::keyClick(this, Qt::Key_PageUp);
+        }
     }
 
     void GiveText(const QString& text) {

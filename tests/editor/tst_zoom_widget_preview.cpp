@@ -37,7 +37,7 @@ QVector<NamedThemes> AllPages() {
                 QStringLiteral("A free text of several words");
             pages.append({"five items and a text" + end, text});
             ThemeState single = themes;
-            single.style = 1;
+            single.customStyle = 1;
             pages.append({"one item" + end, single});
             NamedThemes shared{"time and date in one slot" + end, themes};
             shared.themes.layouts[size_t(CustomLayoutIndex(0))].shown[Date] = true;
