@@ -105,9 +105,9 @@ void ZoomWidget::mouseReleaseEvent(QMouseEvent* event) {
     } else {
         unsetCursor();
     }
-    StyleTextBox();  // its row may be another
     update();
     if (changed) {
+        StyleTextBox();  // its row may be another
         NoteEdit(By::Person);
     }
     Q_EMIT HideRemote(0);
@@ -213,9 +213,9 @@ bool ZoomWidget::HandleLayoutKey(int key) {
     } else {
         m_focusByKeyboard = true;
     }
-    StyleTextBox();  // its row may be another
     update();
     if (result == DragTool::KeyResult::Changed) {
+        StyleTextBox();  // its row may be another
         NoteEdit(By::Person);
     }
     return true;

@@ -165,12 +165,14 @@ void ZoomWidget::PaintTexts(QPainter& painter, const ScreenState& state, const P
 }
 
 void ZoomWidget::PaintTyped(QPainter& painter, const TypedText& typed) const {
-    for (const QRectF& rect : typed.Selection()) {
+    const QVector<QRectF> selection = typed.Selection();
+    for (const QRectF& rect : selection) {
         painter.fillRect(rect, kSelection);
     }
     DrawFreeText(painter, typed.Block(), QRect(QPoint(0, 0), CanvasSize(m_editor.Lying())));
     const QColor color = FreeTextColor(m_editor.Layout().colorIndex);
-    for (const QRectF& rect : typed.Preedit()) {
+    const QVector<QRectF> preedit = typed.Preedit();
+    for (const QRectF& rect : preedit) {
         painter.fillRect(QRectF(rect.left(), rect.bottom() - 1, rect.width(), 1), color);
     }
     if (m_editText->IsCaretOn()) {
