@@ -10,6 +10,7 @@
 #include "compose/frame_composer.h"
 #include "panel/frame_store.h"
 #include "panel/panel_sender.h"
+#include "pictures/picture_reader.h"
 
 using namespace kivo;
 
@@ -21,7 +22,8 @@ struct Live {
     QTemporaryDir folder;
     FrameStore frames{folder.filePath(QStringLiteral("whole.png"))};
     PanelSender sender{
-        {link.session, link.transfers, frames, nullptr, [](int) { return QStringLiteral("20%"); }}};
+        {link.session, link.transfers, frames, nullptr, [](int) { return QStringLiteral("20%"); },
+         [](const ScreenState& state) { return FramePicture{LoadPicture(PicturePath(state))}; }}};
 
     explicit Live(const ScreenState& state) {
         sender.SetLoaded(state);

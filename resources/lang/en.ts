@@ -448,6 +448,18 @@ Exit anyway?</translation>
         <source>运行 HWiNFO 并打开 “Report value in Gadget”，或打开 LibreHardwareMonitor 的网络服务</source>
         <translation>Run HWiNFO with “Report value in Gadget”, or LibreHardwareMonitor with its web server on</translation>
     </message>
+    <message>
+        <source>找不到图片“%1”，暂用默认图片</source>
+        <translation>“%1” is missing; the default picture stands in</translation>
+    </message>
+    <message>
+        <source>图片“%1”没有响应，暂用默认图片</source>
+        <translation>“%1” does not answer; the default picture stands in</translation>
+    </message>
+    <message>
+        <source>无法打开图片“%1”，暂用默认图片</source>
+        <translation>“%1” cannot be opened; the default picture stands in</translation>
+    </message>
 </context>
 <context>
     <name>ZoomWidget</name>
@@ -593,6 +605,18 @@ Exit anyway?</translation>
     <message>
         <source>All Files(*)</source>
         <translation>All files (*)</translation>
+    </message>
+    <message>
+        <source>找不到此图片</source>
+        <translation>This picture is missing</translation>
+    </message>
+    <message>
+        <source>此图片没有响应</source>
+        <translation>This picture does not answer</translation>
+    </message>
+    <message>
+        <source>无法打开此图片</source>
+        <translation>This picture cannot be opened</translation>
     </message>
 </context>
 <context>

@@ -448,6 +448,18 @@
         <source>运行 HWiNFO 并打开 “Report value in Gadget”，或打开 LibreHardwareMonitor 的网络服务</source>
         <translation>Запустите HWiNFO с «Report value in Gadget» или LibreHardwareMonitor с веб-сервером</translation>
     </message>
+    <message>
+        <source>找不到图片“%1”，暂用默认图片</source>
+        <translation>Файл «%1» не найден, показана стандартная картинка</translation>
+    </message>
+    <message>
+        <source>图片“%1”没有响应，暂用默认图片</source>
+        <translation>Файл «%1» не отвечает, показана стандартная картинка</translation>
+    </message>
+    <message>
+        <source>无法打开图片“%1”，暂用默认图片</source>
+        <translation>Файл «%1» не открывается, показана стандартная картинка</translation>
+    </message>
 </context>
 <context>
     <name>ZoomWidget</name>
@@ -593,6 +605,18 @@
     <message>
         <source>All Files(*)</source>
         <translation>Все файлы (*)</translation>
+    </message>
+    <message>
+        <source>找不到此图片</source>
+        <translation>Изображение не найдено</translation>
+    </message>
+    <message>
+        <source>此图片没有响应</source>
+        <translation>Изображение не отвечает</translation>
+    </message>
+    <message>
+        <source>无法打开此图片</source>
+        <translation>Изображение не открывается</translation>
     </message>
 </context>
 <context>

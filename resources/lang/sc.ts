@@ -448,6 +448,18 @@
         <source>运行 HWiNFO 并打开 “Report value in Gadget”，或打开 LibreHardwareMonitor 的网络服务</source>
         <translation>运行 HWiNFO 并打开 “Report value in Gadget”，或打开 LibreHardwareMonitor 的网络服务</translation>
     </message>
+    <message>
+        <source>找不到图片“%1”，暂用默认图片</source>
+        <translation>找不到图片“%1”，暂用默认图片</translation>
+    </message>
+    <message>
+        <source>图片“%1”没有响应，暂用默认图片</source>
+        <translation>图片“%1”没有响应，暂用默认图片</translation>
+    </message>
+    <message>
+        <source>无法打开图片“%1”，暂用默认图片</source>
+        <translation>无法打开图片“%1”，暂用默认图片</translation>
+    </message>
 </context>
 <context>
     <name>ZoomWidget</name>
@@ -593,6 +605,18 @@
     <message>
         <source>All Files(*)</source>
         <translation>All Files(*)</translation>
+    </message>
+    <message>
+        <source>找不到此图片</source>
+        <translation>找不到此图片</translation>
+    </message>
+    <message>
+        <source>此图片没有响应</source>
+        <translation>此图片没有响应</translation>
+    </message>
+    <message>
+        <source>无法打开此图片</source>
+        <translation>无法打开此图片</translation>
     </message>
 </context>
 <context>

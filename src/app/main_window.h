@@ -21,6 +21,7 @@
 #include "compose/theme_state.h"
 #include "device/hotplug.h"
 #include "panel/live_session.h"
+#include "pictures/thumbnail_picture.h"
 #include "telemetry/intel_power_gadget_thread.h"
 #include "telemetry/sleep_watch.h"
 #include "telemetry/thermal_zone_thread.h"
@@ -38,7 +39,9 @@ class CustomPage;
 class EditBar;
 class FocusRing;
 class HidApi;
+class PictureChoice;
 class PictureList;
+class PictureNotice;
 class RestoreOffer;
 class SensorsDialog;
 class SingleInstance;
@@ -60,7 +63,8 @@ public:
         LiveSession::PanelKind panel = LiveSession::PanelKind::Real;
         QLocale locale = QLocale::system();
         std::function<bool()> hasTray = &IsTrayThere;
-        std::function<QString(QWidget*)> choosePicture = {};  // default: a file dialog; empty: cancelled
+        std::function<QStringList(QWidget*)> choosePictures = {};  // default: a file dialog; none: cancelled
+        std::function<PictureSource::Readers()> makePictureReaders = FileReaders;
         std::function<bool()> desktopPlacesWindows = &DesktopPlacesWindows;
         // Who tells of screens that come and go; default: nobody does.
         std::function<std::unique_ptr<Hotplug>()> makeHotplug = {};
@@ -75,6 +79,7 @@ public:
     ~MainWindow() override;
 
     LiveSession& Session() { return *m_session; }
+    const PictureSource& Pictures() const { return m_source; }
 
     // Shows the window as a person wants it back: restored, in front, active.
     void BringToFront();
@@ -194,16 +199,19 @@ private:
     void UploadShown();
     void AskWantedExit();
     static void KeepOtherPage(ThemeState& themes, const ThemeState& saved);
-    void UsePicture(const QString& path);
+    void TakePicture(const QString& path, const QString& inPlaceOf);
+    void RefusePicture(const QString& path, const QString& inPlaceOf);
     void TakePictureOut(const QString& removed, int row);
-    QString ChoosePicture();
-    void AddPictureByHand();
+    QStringList ChoosePictures();
+    void AddPictures(const QStringList& paths);
+    void ShowPictureNotice();
 
     const Parts m_parts;
     InterfaceLanguage m_language = InterfaceLanguage::Chinese;
     std::unique_ptr<QTranslator> m_translator;
     std::unique_ptr<QTranslator> m_qtTranslator;
     std::unique_ptr<::Ui::MainWindow> m_ui;
+    PictureSource m_source;  // outlives the session, whose workers ask it
     std::unique_ptr<LiveSession> m_session;
 
     EditBar* m_editBar = nullptr;
@@ -214,6 +222,8 @@ private:
     TwoWayChoice* m_orientation = nullptr;
     TwoWayChoice* m_pageChoice = nullptr;
     PictureList* m_pictures = nullptr;
+    PictureChoice* m_choice = nullptr;
+    PictureNotice* m_pictureNotice = nullptr;
     StateLine* m_stateLine = nullptr;
     RestoreOffer* m_restoreOffer = nullptr;
     FocusRing* m_focusRing = nullptr;

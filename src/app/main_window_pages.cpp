@@ -1,20 +1,15 @@
 // The window's inside: what is pressed, ticked and picked becomes the editor's state, and that state is shown
 // on every widget.
 
-#include <QFileDialog>
-#include <QScrollBar>
-#include <QStandardPaths>
-#include <QTimer>
-
 #include "app/custom_page.h"
 #include "app/main_window.h"
+#include "app/picture_choice.h"
 #include "app/restore_offer.h"
 #include "app/state_line.h"
 #include "app/theme_page.h"
 #include "app/two_way_choice.h"
 #include "app/window_looks.h"
 #include "app/window_text.h"
-#include "compose/theme_catalogue.h"
 #include "config/default_profile.h"
 #include "config/folders.h"
 #include "config/kept_settings.h"
@@ -22,8 +17,6 @@
 #include "editor/edit_bar.h"
 #include "pictures/picture_list.h"
 #include "ui_main_window.h"
-#include "widgets/exit_item_delegate.h"
-#include "widgets/exit_message_box.h"
 
 namespace kivo {
 
@@ -32,7 +25,6 @@ namespace {
 constexpr QPoint kEditBarCorner(48, 58);
 constexpr QPoint kColorBarCorner(60, 82);
 constexpr QPoint kRestoreOfferCorner(48, 66);  // where the tool bar stands while a layout is edited
-constexpr QRect kPictureScrollPlace(914, 292, 6, 228);
 constexpr QSize kVariantIcon(18, 12);
 constexpr int kChoicePixels = 13;
 constexpr int kLargeDatePixels = 15;
@@ -60,6 +52,7 @@ void MainWindow::WirePages() {
     });
     connect(m_orientation, &TwoWayChoice::chosen, this, [this](int orientation) {
         FinishEditing();
+        m_choice->Settle();
         m_ui->zoomwidget->SetOrientation(orientation);
         ShowState();
     });
@@ -115,20 +108,6 @@ void MainWindow::WireTools() {
     connect(editor, &ZoomWidget::HideRemote, this, [this](int hide) { SetRemoteHide(quint8(hide)); });
 }
 
-void MainWindow::WirePictures() {
-    m_pictures = new PictureList(m_ui->pictureList, this);
-    // Beside the list, not in it, so that four columns have all of its width.
-    QScrollBar* scrollBar = m_pictures->CreateScrollBar(m_ui->centralwidget);
-    scrollBar->setObjectName(QStringLiteral("pictureScroll"));
-    scrollBar->setGeometry(kPictureScrollPlace);
-
-    m_ui->pictureList->installEventFilter(this);
-    m_ui->pictureList->viewport()->installEventFilter(this);
-    connect(m_pictures, &PictureList::picked, this, &MainWindow::itemClickedImage);
-    connect(m_ui->pictureList, &MyListWidget::rightClick, this, &MainWindow::slotRightClick);
-    connect(m_pictures->Delegate(), &ExitItemDelegate::handleDeleteClick, this, &MainWindow::SlotDeletePix);
-}
-
 void MainWindow::LoadState() {
     SeedDefaultProfile(m_parts.applicationDir);
     m_restoreOffer = new RestoreOffer(m_ui->centralwidget);
@@ -139,6 +118,7 @@ void MainWindow::LoadState() {
 }
 
 void MainWindow::ReadState() {
+    m_choice->Drop();
     m_pictures->LoadPictureList();
     m_ui->zoomwidget->Load();
     const ThemeState& themes = m_ui->zoomwidget->Saved().themes;
@@ -166,6 +146,8 @@ bool MainWindow::IsCustomPage() const {
 }
 
 void MainWindow::ChangeThemes(const std::function<void(ThemeState&)>& change) {
+    // A picture that was chosen belongs to the layout it was chosen for.
+    m_choice->Settle();
     ThemeState themes = m_ui->zoomwidget->Edited().themes;
     change(themes);
     m_ui->zoomwidget->ShowTheme(themes, true);
@@ -236,11 +218,6 @@ void MainWindow::ShowToolBar() {
     m_ui->btnRemote->setVisible(m_ui->zoomwidget->IsTrimMode());
 }
 
-void MainWindow::ShowChosenPicture() {
-    const LayoutRecord& layout = LayoutInForce(m_ui->zoomwidget->Edited());
-    m_pictures->SelectPicture(layout.picture, layout.defaultPicture);
-}
-
 void MainWindow::OpenEditing(bool open) {
     m_ui->zoomwidget->SetEditing(open);
     ShowState();
@@ -252,84 +229,6 @@ void MainWindow::OpenEditing(bool open) {
 void MainWindow::FinishEditing() {
     m_ui->zoomwidget->solteditingFinished();
     m_editBar->SetEditPressed(false);
-}
-
-void MainWindow::UsePicture(const QString& path) {
-    if (!m_ui->zoomwidget->SetBackground(path)) {
-        ExitMessageBox::Tell(this, WindowText(QT_TRANSLATE_NOOP("MainWindow", "无法打开此图片。")));
-    }
-}
-
-QString MainWindow::ChoosePicture() {
-    return QFileDialog::getOpenFileName(this, WindowText(QT_TRANSLATE_NOOP("MainWindow", "打开图片")),
-                                        QStandardPaths::writableLocation(QStandardPaths::PicturesLocation),
-                                        PictureList::PictureFileFilter());
-}
-
-void MainWindow::AddPictureByHand() {
-    const QString path = m_parts.choosePicture ? m_parts.choosePicture(this) : ChoosePicture();
-    AskWantedExit();
-    if (path.isEmpty()) {
-        return;
-    }
-    if (m_pictures->InsertUserPicture(path) <= 0) {
-        ExitMessageBox::Tell(this, WindowText(QT_TRANSLATE_NOOP("MainWindow", "图片太多，无法再添加。")));
-        return;
-    }
-    m_stateLine->SetSettingsSaved(m_pictures->SavePictureList());
-    UsePicture(path);
-}
-
-void MainWindow::itemClickedImage(const QModelIndex& index) {
-    const int row = index.row();
-    if (row < 0) {
-        return;
-    }
-    if (row == 0) {
-        AddPictureByHand();
-    } else {
-        UsePicture(m_pictures->PathAt(row));
-    }
-    ShowChosenPicture();
-}
-
-void MainWindow::slotRightClick() {
-    SlotDeletePix(m_ui->pictureList->PressedRow());
-}
-
-void MainWindow::SlotDeletePix(int row) {
-    if (m_pictures->IsUserPicture(row)) {
-        if (ExitMessageBox::Ask(this, WindowText(QT_TRANSLATE_NOOP("MainWindow", "是否删除此图片？")))) {
-            const QString removed = m_pictures->RemoveUserPicture(row);
-            m_stateLine->SetSettingsSaved(m_pictures->SavePictureList());
-            TakePictureOut(removed, row);
-        }
-    } else if (m_pictures->IsBuiltIn(row)) {
-        ExitMessageBox::Tell(this, WindowText(QT_TRANSLATE_NOOP("MainWindow", "默认图片不能删除。")));
-    }
-    ShowChosenPicture();
-}
-
-// Nobody has asked for the picture that moves up: where it cannot be opened, that is not told.
-void MainWindow::TakePictureOut(const QString& removed, int row) {
-    ZoomWidget* editor = m_ui->zoomwidget;
-    QString next = m_pictures->BackgroundAfterRemoval(removed, removed, row);
-    if (PicturePath(editor->Shown()) == removed && next != removed && !editor->SetBackground(next)) {
-        next = BuiltInBackgrounds().constFirst();
-        editor->SetBackground(next);
-    }
-    editor->ReplacePicture(removed, next);
-}
-
-// The keys, or a press that is let go elsewhere, move the frame without choosing: it goes back in the end.
-bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
-    const bool isLeft = event->type() == QEvent::FocusOut && watched == m_ui->pictureList;
-    const bool isLetGo =
-        event->type() == QEvent::MouseButtonRelease && watched == m_ui->pictureList->viewport();
-    if (isLeft || isLetGo) {
-        QTimer::singleShot(0, this, &MainWindow::ShowChosenPicture);
-    }
-    return QMainWindow::eventFilter(watched, event);
 }
 
 void MainWindow::slotEdit(quint8 iEdit) {

@@ -4,6 +4,7 @@
 
 #include "config/settings_file.h"
 #include "editor/trim_frame.h"
+#include "pictures/picture_path.h"
 
 namespace kivo {
 
@@ -50,7 +51,7 @@ std::array<bool, kLiveValueCount>& CustomFlags(LayoutRecord& layout, int variant
 }
 
 void ReplacePicture(LayoutRecord& layout, const QString& old, const QString& by) {
-    if (layout.picture == old) {
+    if (IsSamePicture(layout.picture, old)) {
         layout.picture = by;
         ClearTrim(layout);
     }

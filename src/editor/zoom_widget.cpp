@@ -6,6 +6,8 @@
 
 #include "config/settings_file.h"
 #include "editor/custom_layout_rules.h"
+#include "pictures/picture_path.h"
+#include "pictures/picture_source.h"
 #include "telemetry/interface_language.h"
 #include "widgets/self_plain_text_edit.h"
 
@@ -115,18 +117,31 @@ void ZoomWidget::SetOrientation(int orientation) {
     update();
 }
 
-bool ZoomWidget::SetBackground(const QString& path) {
-    if (!m_background.Load(path)) {
-        return false;
-    }
+void ZoomWidget::SetPictures(PictureSource& pictures) {
+    m_background.SetSource(pictures);
+    connect(&pictures, &PictureSource::answered, this, [this](const QString& path) {
+        const QStringList paths = PicturePaths(Shown());
+        if (std::any_of(paths.begin(), paths.end(),
+                        [&path](const QString& own) { return IsSamePicture(own, path); })) {
+            update();
+        }
+    });
+    update();
+}
+
+void ZoomWidget::CheckPicture() {
+    m_background.Recheck();
+    update();
+}
+
+void ZoomWidget::SetBackground(const QString& path) {
     EndDrag();
     LayoutRecord& layout = LayoutInForce(m_edited);
-    if (PicturePath(Shown()) != path) {
+    if (!IsSamePicture(PicturePath(Shown()), path)) {
         ClearTrim(layout);
     }
     layout.picture = path;
     NoteEdit(By::Caller);
-    return true;
 }
 
 void ZoomWidget::ReplacePicture(const QString& old, const QString& by) {

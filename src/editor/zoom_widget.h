@@ -20,6 +20,7 @@
 namespace kivo {
 
 struct PanelTexts;
+class PictureSource;
 class SelfPlainTextEdit;
 
 // Not 0: a free text may be longer in landscape, 60 characters instead of 40. Nothing sets it yet.
@@ -52,20 +53,24 @@ public:
 
     // Shows a changed state: another page, theme, style, orientation. The first state ever shown counts as
     // loaded and saved, and its flags are settled. An open text entry ends first and its text is kept, also
-    // where state was copied before. With reloadPictures a picture whose file has changed is read again; one
-    // with another path always is, when it is next painted.
+    // where state was copied before. With reloadPictures the picture's file is looked at again when it is
+    // next painted, and read where it has changed; one with another path always is.
     void ShowTheme(const ThemeState& state, bool reloadPictures);
 
     // 0: landscape, 1: portrait. Each layout keeps its trim.
     void SetOrientation(int orientation);
 
-    // Gives the layout in force that picture and clears its trim. False when it cannot be loaded; nothing
-    // changes then.
-    bool SetBackground(const QString& path);
+    // Where the pictures come from; outlives this object. The preview follows what it tells.
+    void SetPictures(PictureSource& pictures);
+
+    // Has the picture's file looked at again: somebody may have changed it meanwhile.
+    void CheckPicture();
+
+    // Gives the layout in force that picture and clears its trim, whether it can be shown or not.
+    void SetBackground(const QString& path);
 
     // For a picture that is no more: whatever layout has it as its own, edited, saved or on the way back,
-    // gets the other one, untrimmed. Not whether that can be loaded. Steps of the way back do not bring it
-    // again.
+    // gets the other one, untrimmed. Steps of the way back do not bring it again.
     void ReplacePicture(const QString& old, const QString& by);
 
     // Ticks or unticks an item of the custom layout in force (kind 0..8). The caller asks MayTick before.

@@ -7,6 +7,7 @@ set(window_units
     window_likeness
     window_noise
     window_picture_list
+    window_pictures
     window_sensors
     window_state
     window_text
@@ -19,6 +20,7 @@ set(units
     live_session
     live_session_uploads
     nimb_process
+    picture_choice
     restore_offer
     screen_answers
     sensor_table

@@ -15,7 +15,6 @@
 #include "../config/forget_mark.h"
 #include "app/language.h"
 #include "app/main_window.h"
-#include "compose/background_picture.h"
 #include "compose/frame_composer.h"
 #include "compose/panel_text.h"
 #include "config/default_profile.h"
@@ -26,6 +25,7 @@
 #include "forwarding_hid_api.h"
 #include "panel/frame_store.h"
 #include "panel/panel_memory.h"
+#include "pictures/picture_reader.h"
 #include "resources/resources.h"
 #include "support/built_paths.h"
 #include "support/test_program.h"
@@ -110,13 +110,12 @@ struct Desk {
     explicit Desk(const QLocale& locale = QLocale(QStringLiteral("en_US")), bool hasTray = true,
                   Plugging plugging = Plugging::Untold)
         : startWindow([this, locale, hasTray, plugging] {
-              MainWindow::Parts parts{wire,
-                                      nullptr,
-                                      kBin,
-                                      LiveSession::PanelKind::Real,
-                                      locale,
-                                      [hasTray] { return hasTray; },
-                                      [this](QWidget*) { return pictureToChoose; }};
+              MainWindow::Parts parts{
+                  wire, nullptr, kBin, LiveSession::PanelKind::Real, locale, [hasTray] { return hasTray; }};
+              if (!hasFileDialog) {
+                  parts.choosePictures = [this](QWidget*) { return PicturesToChoose(); };
+              }
+              parts.makePictureReaders = [this] { return pictureReaders; };
               if (plugging == Plugging::Told) {
                   parts.makeHotplug = [this] { return std::make_unique<VirtualHotplug>(panel); };
               }
@@ -174,11 +173,25 @@ struct Desk {
 
     VirtualHidApi panel;
     WireTap wire{panel};
-    QString pictureToChoose;
+    // In the file dialog; none: cancelled.
+    QStringList PicturesToChoose() const {
+        return pictureToChoose.isEmpty() ? QStringList() : pictureToChoose.split(QLatin1Char('\n'));
+    }
+    QString pictureToChoose;     // several of them a line each
+    bool hasFileDialog = false;  // the program's own; from the next start on
+    PictureSource::Readers pictureReaders = FileReaders();
     std::chrono::nanoseconds timeAsleep{0};  // of the machine
     std::function<void()> startWindow;
     std::unique_ptr<MainWindow> window;
 };
+
+// Until the preview shows the picture that is chosen: it is read beside the window.
+inline void WaitForPictures(const Desk& desk) {
+    desk.Editor()->grab();  // asks for what it shows
+    QTRY_VERIFY_WITH_TIMEOUT(!desk.window->Pictures().IsBusy(), 20000);
+    desk.Editor()->grab();  // and for what stands in for it
+    QTRY_VERIFY_WITH_TIMEOUT(!desk.window->Pictures().IsBusy(), 20000);
+}
 
 // Counts what a widget was told.
 class EventCounter : public QObject {

@@ -11,13 +11,12 @@ kivo_add_tests(compose
         live_renderer
         panel_looks
         panel_text
-        picture_decoder
         resource_use
         rgb565
         theme_catalogue
         theme_state
         veil
-    LINK kivo_compose kivo_virtualscreen)
+    LINK kivo_compose kivo_picture_source kivo_virtualscreen)
 # Captions come from the compiled translations.
 add_dependencies(tests_compose kivo_languages)
 

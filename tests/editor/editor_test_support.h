@@ -12,6 +12,8 @@
 #include "config/folders.h"
 #include "editor/screen_mapping.h"
 #include "editor/zoom_widget.h"
+#include "pictures/picture_reader.h"
+#include "pictures/picture_source.h"
 #include "widgets/self_plain_text_edit.h"
 
 namespace kivo::test {
@@ -54,6 +56,7 @@ public:
     // Shows the state, with editing open.
     explicit Editor(const ThemeState& themes = CustomThemes(),
                     const SlotTable& slotTable = FactorySlotTable()) {
+        SetPictures(m_pictures);
         SaveSlotTable(slotTable);
         LoadCustomShow();
         resize(EditorSize(themes.orientation));
@@ -63,6 +66,26 @@ public:
         if (!QTest::qWaitForWindowExposed(this)) {
             qFatal("The editor does not show up.");
         }
+        WaitForPicture();
+    }
+
+    // Until the preview shows the picture it is to show: it is read beside it.
+    void WaitForPicture() {
+        for (int time = 0; time < 2; ++time) {
+            grab();  // asks for what it shows, then for what stands in for it
+            if (!QTest::qWaitFor([this] { return !m_pictures.IsBusy(); }, 20000)) {
+                qFatal("The editor's picture does not come.");
+            }
+        }
+    }
+    PictureSource& Pictures() { return m_pictures; }
+
+    // True where the picture is shown.
+    bool SetBackground(const QString& path) {
+        ZoomWidget::SetBackground(path);
+        WaitForPicture();
+        const std::optional<Picture> known = m_pictures.Known(path);
+        return known && known->failure == PictureFailure::None;
     }
 
     void Press(QPoint at, Qt::MouseButton button = Qt::LeftButton) {
@@ -96,6 +119,9 @@ public:
     SelfPlainTextEdit& TextBox() { return *findChild<SelfPlainTextEdit*>(); }
     const LayoutRecord& Layout() const { return LayoutInForce(Edited()); }
     const SlotRow& Row(int variant = 0) const { return Edited().slotTable[size_t(variant)]; }
+
+private:
+    PictureSource m_pictures{{ReadPicture, {}}};
 };
 
 // The smallest rectangle that holds all pixels in which two pictures of one size differ by more than a

@@ -2,6 +2,7 @@
 
 #include "compose/background_picture.h"
 #include "editor_test_support.h"
+#include "pictures/picture_reader.h"
 #include "support/test_program.h"
 
 using namespace kivo;
@@ -313,7 +314,7 @@ private slots:
         Trimmer editor;
         editor.grab();
         const int composed = editor.Background().CompositionCount();
-        const int decoded = editor.Background().DecodeCount();
+        const int read = editor.Pictures().ReadCount();
         editor.Press(kTopLeft);
         for (int y = 1; y < 20; ++y) {
             editor.MoveTo(kTopLeft + QPoint(0, y));
@@ -322,7 +323,7 @@ private slots:
         editor.Release(kTopLeft + QPoint(0, 20));
         editor.grab();
         QCOMPARE(editor.Background().CompositionCount(), composed);
-        QCOMPARE(editor.Background().DecodeCount(), decoded);
+        QCOMPARE(editor.Pictures().ReadCount(), read);
     }
 
     void APictureThatCannotBeReadIsTrimmedWithoutHarm() {

@@ -11,10 +11,10 @@
 #include <QTextStream>
 #include <QTranslator>
 
-#include "compose/background_picture.h"
 #include "compose/frame_composer.h"
 #include "compose/panel_text.h"
 #include "compose/theme_state.h"
+#include "pictures/picture_reader.h"
 #include "resources/resources.h"
 
 namespace {

@@ -215,6 +215,18 @@ void ShootStates(const Photographer& photographer, kivo::MainWindow& window) {
     window.SlotDeletePix(1);
 }
 
+// The picture that is shown has been moved away.
+void ShootMissingPicture(const Photographer& photographer, const QString& ownPicture) {
+    const QString away = ownPicture + QStringLiteral(".away");
+    QFile::rename(ownPicture, away);
+    auto* editor = photographer.Find<kivo::ZoomWidget>("zoomwidget");
+    editor->CheckPicture();
+    photographer.WaitForStillness();
+    photographer.Shoot(QStringLiteral("picture_missing"));
+    QFile::rename(away, ownPicture);
+    editor->CheckPicture();
+}
+
 // One value of each kind: measured, not allowed, worked out.
 void ShootSensors(const Photographer& photographer, kivo::MainWindow& window) {
     kivo::SensorReadings readings;
@@ -256,7 +268,7 @@ QVector<QPair<QString, QImage>> ShootWindow(const QString& locale, const QString
     kivo::MainWindow::Parts parts{panel, nullptr, QCoreApplication::applicationDirPath()};
     parts.locale = QLocale(locale);
     parts.hasTray = [] { return true; };
-    parts.choosePicture = [ownPicture](QWidget*) { return ownPicture; };
+    parts.choosePictures = [ownPicture](QWidget*) { return QStringList(ownPicture); };
     parts.makeSensors = [](const kivo::TerminationGate& gate) { return kivo::MakeLibrarySensors(gate); };
     parts.readThermalZone = [](const kivo::StopAsked&) { return kivo::ThermalText(-10.5); };
     kivo::MainWindow window(parts);
@@ -267,6 +279,7 @@ QVector<QPair<QString, QImage>> ShootWindow(const QString& locale, const QString
     ShootThemes(photographer);
     ShootCustom(photographer, window);
     ShootStates(photographer, window);
+    ShootMissingPicture(photographer, ownPicture);
     ShootReadOut(photographer, window);
     ShootSensors(photographer, window);
     ShootDialogs(photographer, window);
