@@ -1,5 +1,5 @@
-// Loaded before a program that is looked at: files whose path holds "dead-share" answer after KIVO_SHARE_SECONDS
-// (15 where nothing is said), with an error, as those of a network folder that is gone.
+// Loaded before a program that is looked at: files whose path holds "dead-share" answer after
+// KIVO_SHARE_SECONDS (15 where nothing is said), with an error, as those of a network folder that is gone.
 
 #include <dlfcn.h>
 #include <fcntl.h>
@@ -42,10 +42,9 @@ int open64(const char* path, int flags, ...) {
 }
 
 int statx(int folder, const char* path, int flags, unsigned mask, struct statx* answer) {
-    return IsDead(path)
-               ? Fail()
-               : Next<int (*)(int, const char*, int, unsigned, struct statx*)>("statx")(folder, path, flags,
-                                                                                       mask, answer);
+    return IsDead(path) ? Fail()
+                        : Next<int (*)(int, const char*, int, unsigned, struct statx*)>("statx")(
+                              folder, path, flags, mask, answer);
 }
 
 int stat64(const char* path, struct stat64* answer) {

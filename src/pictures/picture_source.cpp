@@ -213,21 +213,23 @@ std::optional<Picture> PictureSource::Known(const QString& path) {
 
 std::optional<Picture> PictureSource::Await(const QString& path) {
     const QString key = CleanPicturePath(path);
-    quint64 question = 0;
-    {
-        const std::lock_guard lock(m_shared->mutex);
-        question = m_shared->Ask(path);
-        m_shared->Enqueue(*m_workers);
-    }
     QMetaObject::invokeMethod(this, &PictureSource::Watch, Qt::QueuedConnection);
     std::unique_lock lock(m_shared->mutex);
-    m_shared->change.wait(lock, [&] {
-        const auto open = m_shared->questions.constFind(key);
-        return m_shared->isStopped || open == m_shared->questions.constEnd() || open->isHopeless ||
-               open->answered >= question;
-    });
-    const Picture* known = m_shared->shelf.Use(key);
-    return m_shared->isStopped || known == nullptr ? std::nullopt : std::optional<Picture>(*known);
+    while (!m_shared->isStopped) {
+        const quint64 question = m_shared->Ask(path);
+        m_shared->Enqueue(*m_workers);
+        m_shared->change.wait(lock, [&] {
+            const auto open = m_shared->questions.constFind(key);
+            return m_shared->isStopped || open == m_shared->questions.constEnd() || open->isHopeless ||
+                   open->answered >= question;
+        });
+        const Picture* known = m_shared->shelf.Use(key);
+        if (known != nullptr && !m_shared->isStopped) {
+            return *known;
+        }
+        // Others have asked for so much meanwhile that it was let go of again.
+    }
+    return std::nullopt;
 }
 
 void PictureSource::Stop() {

@@ -173,8 +173,7 @@ struct CustomDesk : Desk {
     // Whether the panel shows exactly that state, with the texts that it took.
     bool PanelShows(const ScreenState& state) {
         if (m_background.isNull() || state != m_backgroundOf) {
-            SkinCache skins;
-            m_background = ComposeBackground(state, LoadPicture(PicturePath(state)), skins);
+            m_background = ExpectedBackground(state);
             m_backgroundOf = state;
         }
         const ItemTexts texts = Session().ShownTexts();

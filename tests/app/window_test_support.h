@@ -25,6 +25,7 @@
 #include "forwarding_hid_api.h"
 #include "panel/frame_store.h"
 #include "panel/panel_memory.h"
+#include "pictures/layout_picture.h"
 #include "pictures/picture_reader.h"
 #include "resources/resources.h"
 #include "support/built_paths.h"
@@ -64,6 +65,21 @@ inline void ForgetEverything() {
     configFolderCreated = 0;
 }
 
+// What lies behind the texts of a state, with what stands in where its own picture cannot be shown.
+inline QImage ExpectedBackground(const ScreenState& state) {
+    LayoutPicture shown;
+    const QStringList paths = PicturePaths(state);
+    for (const QString& path : paths) {
+        shown.image = LoadPicture(path);
+        if (!shown.image.isNull()) {
+            break;
+        }
+        shown.failure = PictureFailure::Missing;
+    }
+    SkinCache skins;
+    return ComposeBackground(DrawnState(state, shown), shown.image, skins);
+}
+
 // As after an earlier run in that language, which brought the look of the settings to the panel.
 inline void RememberPanel(InterfaceLanguage language = InterfaceLanguage::English) {
     QTranslator translator;
@@ -72,9 +88,7 @@ inline void RememberPanel(InterfaceLanguage language = InterfaceLanguage::Englis
     const SlotTable slotTable = LoadSlotTable();
     TickPlacedItems(themes, slotTable);
     const ScreenState state = MakeScreenState(themes, slotTable, LoadCurRectId(), language);
-    SkinCache skins;
-    const SharedFrame frame =
-        MakePanelFrame(state, ComposeBackground(state, LoadPicture(PicturePath(state)), skins));
+    const SharedFrame frame = MakePanelFrame(state, ExpectedBackground(state));
     FrameStore().Save(frame);
     PanelMemory().Write({VirtualHidApi().PanelKey(VirtualHidApi().DataPath()), frame->id});
 }
@@ -225,9 +239,7 @@ void OnNextDialog(QObject* context, std::function<void(Dialog*)> act) {
 
 // What the panel has to show of a state with these texts, upright.
 inline QImage ExpectedPanel(const ScreenState& state, const ItemTexts& texts) {
-    SkinCache skins;
-    const QImage background = ComposeBackground(state, LoadPicture(PicturePath(state)), skins);
-    return ComposeFrame(state, background, texts);
+    return ComposeFrame(state, ExpectedBackground(state), texts);
 }
 
 inline int PixelsThatDiffer(const QImage& a, const QImage& b) {

@@ -125,8 +125,10 @@ private slots:
         PictureSource source(share.Readers(), nullptr, kSoon);
         QSignalSpy answered(&source, &PictureSource::answered);
         QVERIFY(!source.Known(kA));
-        source.Want(kA);
-        QVERIFY(!source.Known(kA));  // asking waits for nothing
+        share.Hang(kA);
+        source.Want(kA);  // would never return if it waited
+        QVERIFY(!source.Known(kA));
+        share.LetGo();
         QTRY_COMPARE(answered.count(), 1);
         QCOMPARE(answered.constFirst().constFirst().toString(), kA);
         QCOMPARE(ColorOf(source.Known(kA)), QColor(Qt::red));
