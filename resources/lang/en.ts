@@ -450,15 +450,15 @@ Exit anyway?</translation>
     </message>
     <message>
         <source>找不到图片“%1”，暂用默认图片</source>
-        <translation>“%1” is missing; the default picture stands in</translation>
+        <translation>&quot;%1&quot; is missing; the default picture stands in</translation>
     </message>
     <message>
         <source>图片“%1”没有响应，暂用默认图片</source>
-        <translation>“%1” does not answer; the default picture stands in</translation>
+        <translation>&quot;%1&quot; does not answer; the default picture stands in</translation>
     </message>
     <message>
         <source>无法打开图片“%1”，暂用默认图片</source>
-        <translation>“%1” cannot be opened; the default picture stands in</translation>
+        <translation>&quot;%1&quot; cannot be opened; the default picture stands in</translation>
     </message>
 </context>
 <context>

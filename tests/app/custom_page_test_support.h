@@ -63,6 +63,7 @@ struct CustomDesk : Desk {
         Show();
         window->activateWindow();
         QTRY_VERIFY(window->isActiveWindow());
+        WaitForPictures();
     }
 
     EditBar* Tools() const { return window->findChild<EditBar*>(); }

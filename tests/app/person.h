@@ -29,7 +29,7 @@ inline void ClickListRow(const Desk& desk, const char* name, int row,
                          Qt::MouseButton button = Qt::LeftButton) {
     auto* list = desk.Find<QListWidget>(name);
     ClickAt(list->viewport(), RowCentre(list, row), button);
-    WaitForPictures(desk);
+    desk.WaitForPictures();
 }
 
 inline void PressKey(const Desk& desk, Qt::Key key) {

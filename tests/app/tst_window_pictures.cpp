@@ -159,7 +159,7 @@ void TestWindowPictures::PictureThatComesBackIsShownAgain() {
     AddByHand(desk, path);
     QVERIFY(QFile::remove(path));
     QVERIFY(ApplyAndWait(desk));
-    WaitForPictures(desk);
+    desk.WaitForPictures();
     QVERIFY(IsNoticeSeen(desk));
     Write("mine.png", Qt::red);
     desk.Editor()->CheckPicture();
@@ -263,7 +263,7 @@ void TestWindowPictures::PictureChosenBelongsToItsLayout() {
     ClickAt(List(desk)->viewport(), RowCentre(List(desk), 0));
     ClickOn(desk, "btnPortrait");
     QCOMPARE(Background(desk), DefaultBackground());
-    WaitForPictures(desk);
+    desk.WaitForPictures();
     QCOMPARE(Background(desk), DefaultBackground());
     ClickOn(desk, "btnLandscape");
     QCOMPARE(Background(desk), path);
@@ -292,7 +292,7 @@ void TestWindowPictures::PicturesDroppedFromAFileManager() {
         {QUrl::fromLocalFile(paths.at(0)), QUrl::fromLocalFile(letter), QUrl::fromLocalFile(paths.at(1))});
     QVERIFY(DragOnto(List(desk)->viewport(), data, true));
     QTRY_COMPARE(StoredPaths(), paths);
-    WaitForPictures(desk);
+    desk.WaitForPictures();
     QCOMPARE(Background(desk), paths.last());
     QVERIFY(IsMostlyRed(PreviewColour(desk)));
     // Dropped once more they stand there once.
@@ -322,7 +322,7 @@ void TestWindowPictures::ADoubledSlashDoesNotOutliveTheDeletion() {
     AddByHand(desk, path);
     // As settings written by hand have it.
     desk.Editor()->SetBackground(doubled);
-    WaitForPictures(desk);
+    desk.WaitForPictures();
     QVERIFY(IsMostlyRed(PreviewColour(desk)));
     AnswerNextBox(desk, true);
     DeleteRow(desk, 1, DeleteBy::Cross);

@@ -181,6 +181,14 @@ struct Desk {
         widget->scrollToItem(item);
         QTest::mouseClick(widget->viewport(), Qt::LeftButton, Qt::NoModifier,
                           widget->visualItemRect(item).center());
+        WaitForPictures();
+    }
+    // Until the preview shows the picture that is chosen: it is read beside the window.
+    void WaitForPictures() const {
+        for (int time = 0; time < 2; ++time) {
+            Editor()->grab();  // asks for what it shows, then for what stands in for it
+            QTRY_VERIFY_WITH_TIMEOUT(!window->Pictures().IsBusy(), 20000);
+        }
     }
     // Presses apply and waits until the dialog is gone.
     void Apply() const { Click("btnApply"); }
@@ -198,14 +206,6 @@ struct Desk {
     std::function<void()> startWindow;
     std::unique_ptr<MainWindow> window;
 };
-
-// Until the preview shows the picture that is chosen: it is read beside the window.
-inline void WaitForPictures(const Desk& desk) {
-    desk.Editor()->grab();  // asks for what it shows
-    QTRY_VERIFY_WITH_TIMEOUT(!desk.window->Pictures().IsBusy(), 20000);
-    desk.Editor()->grab();  // and for what stands in for it
-    QTRY_VERIFY_WITH_TIMEOUT(!desk.window->Pictures().IsBusy(), 20000);
-}
 
 // Counts what a widget was told.
 class EventCounter : public QObject {

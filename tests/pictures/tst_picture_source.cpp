@@ -24,7 +24,8 @@ using namespace kivo::test;
 
 namespace {
 
-// Soon, for files that hang on purpose; and ample for threads that only have to be given time.
+// For threads that only have to be given time, and for files that hang on purpose.
+constexpr PictureWorkers::Patience kAmple{std::chrono::minutes(1), std::chrono::minutes(1)};
 constexpr PictureWorkers::Patience kSoon{std::chrono::milliseconds(60), std::chrono::minutes(1)};
 
 const QString kA = QStringLiteral("/share/a.png");
@@ -122,7 +123,7 @@ private slots:
     void APictureIsReadOnceAndKept() {
         Share share;
         share.Put(kA, Qt::red);
-        PictureSource source(share.Readers(), nullptr, kSoon);
+        PictureSource source(share.Readers(), nullptr, kAmple);
         QSignalSpy answered(&source, &PictureSource::answered);
         QVERIFY(!source.Known(kA));
         share.Hang(kA);
@@ -151,7 +152,7 @@ private slots:
     void AChangedFileIsReadAgainAndTold() {
         Share share;
         share.Put(kA, Qt::red);
-        PictureSource source(share.Readers(), nullptr, kSoon);
+        PictureSource source(share.Readers(), nullptr, kAmple);
         QSignalSpy answered(&source, &PictureSource::answered);
         source.Want(kA);
         QTRY_COMPARE(answered.count(), 1);
@@ -167,7 +168,7 @@ private slots:
     void AnUnchangedFileIsTheSameImage() {
         Share share;
         share.Put(kA, Qt::red);
-        PictureSource source(share.Readers(), nullptr, kSoon);
+        PictureSource source(share.Readers(), nullptr, kAmple);
         QSignalSpy answered(&source, &PictureSource::answered);
         source.Want(kA);
         QTRY_COMPARE(answered.count(), 1);
@@ -181,7 +182,7 @@ private slots:
     void AFileThatGoesAndComesBack() {
         Share share;
         share.Put(kA, Qt::red);
-        PictureSource source(share.Readers(), nullptr, kSoon);
+        PictureSource source(share.Readers(), nullptr, kAmple);
         const LogCatcher log;
         source.Want(kA);
         QTRY_VERIFY(!source.IsBusy());
@@ -204,7 +205,7 @@ private slots:
         Share share;
         share.Put(kA, Qt::red);
         share.Hang(kA);
-        PictureSource source(share.Readers(), nullptr, {std::chrono::minutes(1), std::chrono::minutes(1)});
+        PictureSource source(share.Readers(), nullptr, kAmple);
         source.Want(kA);
         QTRY_COMPARE(share.Looks(), 1);
         source.Check(kA);
@@ -216,7 +217,7 @@ private slots:
     void TheSamePictureHoweverItsPathIsWritten() {
         Share share;
         share.Put(kA, Qt::red);
-        PictureSource source(share.Readers(), nullptr, kSoon);
+        PictureSource source(share.Readers(), nullptr, kAmple);
         source.Want(kA);
         QTRY_VERIFY(!source.IsBusy());
         const QString other = QStringLiteral("/share//./a.png");
@@ -228,7 +229,7 @@ private slots:
     void WhoeverAwaitsGetsTheImageThatIsShown() {
         Share share;
         share.Put(kA, Qt::red);
-        PictureSource source(share.Readers(), nullptr, kSoon);
+        PictureSource source(share.Readers(), nullptr, kAmple);
         source.Want(kA);
         QTRY_VERIFY(!source.IsBusy());
         auto awaited = std::async(std::launch::async, [&source] { return source.Await(kA); });
@@ -239,7 +240,7 @@ private slots:
     void WhoeverAwaitsAChangedFileGetsTheNewImageAndSoDoesThePreview() {
         Share share;
         share.Put(kA, Qt::red);
-        PictureSource source(share.Readers(), nullptr, kSoon);
+        PictureSource source(share.Readers(), nullptr, kAmple);
         source.Want(kA);
         QTRY_VERIFY(!source.IsBusy());
         share.Put(kA, Qt::blue);
@@ -295,8 +296,8 @@ private slots:
             dead.append(QStringLiteral("/dead/%1.png").arg(n));
         }
         source.WantThumbnails(dead, QSize(77, 54));
-        // As many threads hang as may hang in the list's pictures.
-        QTRY_COMPARE(share.Looks(), 6);
+        // As many threads hang as may hang in the list's pictures; one may have begun before that was known.
+        QTRY_VERIFY(share.Looks() >= 6);
         source.Want(kB);
         QTRY_COMPARE(ColorOf(source.Known(kB)), QColor(Qt::blue));
         // And where chosen pictures hang as well, the program's own can still be had.
@@ -309,6 +310,8 @@ private slots:
         source.Want(QStringLiteral("://own.png"));
         QTRY_COMPARE(ColorOf(source.Known(QStringLiteral("://own.png"))), QColor(Qt::green));
         QVERIFY(!share.WasAskedByTheWindow());
+        // Of more than a thousand.
+        QVERIFY(share.Asked().filter(QStringLiteral("dead")).size() <= 10);
         share.LetGo();
     }
 
@@ -316,7 +319,7 @@ private slots:
         Share share;
         share.Put(kB, Qt::blue);
         share.Hang(QStringLiteral("/"));
-        PictureSource source(share.Readers(), nullptr, {std::chrono::minutes(1), std::chrono::minutes(1)});
+        PictureSource source(share.Readers(), nullptr, kAmple);
         QSignalSpy answered(&source, &PictureSource::answered);
         QSignalSpy ready(&source, &PictureSource::thumbnailReady);
         QStringList many;
@@ -367,7 +370,7 @@ private slots:
     void TheEndWakesWhoeverAwaits() {
         Share share;
         share.Hang(kA);
-        PictureSource source(share.Readers(), nullptr, {std::chrono::minutes(1), std::chrono::minutes(1)});
+        PictureSource source(share.Readers(), nullptr, kAmple);
         auto awaited = std::async(std::launch::async, [&source] { return source.Await(kA); });
         QTRY_COMPARE(share.Looks(), 1);
         source.Stop();
@@ -380,7 +383,7 @@ private slots:
                                   return Picture{Filled(QSize(1920, 1080), Qt::red)};
                               },
                               {}},
-                             nullptr, kSoon);
+                             nullptr, kAmple);
         for (int n = 0; n < 12; ++n) {
             source.Want(QString::number(n));
             QTRY_VERIFY(!source.IsBusy());
@@ -418,7 +421,7 @@ private slots:
         if (hasDefault) {
             share.Put(kB, Qt::blue);
         }
-        PictureSource source(readers, nullptr, kSoon);
+        PictureSource source(readers, nullptr, kAmple);
         const LogCatcher log;
         const ScreenState state = StateWith(kA, kB);
         QTRY_VERIFY(KnownLayoutPicture(source, state).has_value());
