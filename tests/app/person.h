@@ -38,6 +38,7 @@ inline void PressKey(const Desk& desk, Qt::Key key) {
         qFatal("The window does not get the keys.");
     }
     QTest::keyClick(desk.window->windowHandle(), key);
+    desk.WaitForPictures();
 }
 
 // False when the key does not get there.

@@ -479,13 +479,11 @@ void TestWindowPictureList::KeyboardAloneAddsPicksAndDeletes() {
         m_folder->Write(QStringLiteral("new.png"), Encoded(Filled(QSize(9, 9), Qt::red), "PNG"));
     desk.pictureToChoose = added;
     PressKey(desk, Qt::Key_Return);
-    desk.WaitForPictures();
     QCOMPARE(Background(desk), added);
     QCOMPARE(List(desk)->currentRow(), 3);
     PressKey(desk, Qt::Key_Left);
     QCOMPARE(Background(desk), added);
     PressKey(desk, Qt::Key_Space);
-    desk.WaitForPictures();
     QCOMPARE(Background(desk), paths.at(1));
     const auto box = std::make_shared<int>(0);
     OnNextDialog<ExitMessageBox>(desk.window.get(), [box](ExitMessageBox* dialog) {
@@ -493,7 +491,6 @@ void TestWindowPictureList::KeyboardAloneAddsPicksAndDeletes() {
         QTest::keyClick(dialog->windowHandle(), Qt::Key_Return);
     });
     PressKey(desk, Qt::Key_Delete);
-    desk.WaitForPictures();
     QCOMPARE(*box, 1);
     QCOMPARE(Background(desk), added);
     QCOMPARE(StoredPaths(), QStringList({paths.at(0), added}));
