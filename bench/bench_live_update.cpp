@@ -8,8 +8,10 @@
 #include "bench_support.h"
 #include "compose/background_picture.h"
 #include "compose/frame_composer.h"
+#include "compose/free_text.h"
 #include "panel/frame_store.h"
 #include "panel/panel_sender.h"
+#include "pictures/picture_reader.h"
 
 using namespace kivo;
 
@@ -21,7 +23,8 @@ struct Live {
     QTemporaryDir folder;
     FrameStore frames{folder.filePath(QStringLiteral("whole.png"))};
     PanelSender sender{
-        {link.session, link.transfers, frames, nullptr, [](int) { return QStringLiteral("20%"); }}};
+        {link.session, link.transfers, frames, nullptr, [](int) { return QStringLiteral("20%"); },
+         [](const ScreenState& state) { return FramePicture{LoadPicture(PicturePath(state))}; }}};
 
     explicit Live(const ScreenState& state) {
         sender.SetLoaded(state);
@@ -37,9 +40,8 @@ const std::array<QString, 2>& TextsOf(int item) {
     return item == Time ? times : item == Date ? dates : item == CpuPower ? powers : loads;
 }
 
-void Update(benchmark::State& state) {
-    Live live(bench::ThemeOf(Theme(state.range(0)), Orientation(state.range(1))));
-    const auto item = int(state.range(2));
+void UpdateOn(benchmark::State& state, const ScreenState& screen, int item) {
+    Live live(screen);
     const quint64 before = live.link.hid.reports;
     size_t turn = 0;
     for (auto _ : state) {
@@ -47,6 +49,30 @@ void Update(benchmark::State& state) {
     }
     state.counters["reports"] =
         benchmark::Counter(double(live.link.hid.reports - before), benchmark::Counter::kAvgIterations);
+}
+
+void Update(benchmark::State& state) {
+    UpdateOn(state, bench::ThemeOf(Theme(state.range(0)), Orientation(state.range(1))), int(state.range(2)));
+}
+
+// None, one that stands in its row, one that fits nowhere.
+const std::array<QString, 3> kFreeTexts{QString(), QStringLiteral("Hello desk"),
+                                        QStringLiteral("人人生而自由在尊严和权利上一律平等").repeated(4)};
+
+void CustomUpdate(benchmark::State& state) {
+    UpdateOn(state, bench::CustomOf(kFreeTexts[size_t(state.range(0))], 2, Orientation(state.range(1))),
+             int(state.range(2)));
+}
+
+// As it is typed: each text is another one.
+void PlaceFreeText(benchmark::State& state) {
+    ScreenState screen = bench::CustomOf(kFreeTexts[size_t(state.range(0))], 2, Orientation(state.range(1)));
+    const QString typed = screen.layout.freeText;
+    int turn = 0;
+    for (auto _ : state) {
+        screen.layout.freeText = typed + QString::number(100 + ++turn % 900);
+        benchmark::DoNotOptimize(LayOutFreeText(screen));
+    }
 }
 
 void TextAlone(benchmark::State& state) {
@@ -73,9 +99,21 @@ void Arguments(benchmark::internal::Benchmark* benchmark) {
     }
 }
 
+void CustomArguments(benchmark::internal::Benchmark* benchmark) {
+    benchmark->ArgNames({"text", "portrait", "item"});
+    for (const int portrait : {0, 1}) {
+        for (const int text : {0, 1, 2}) {
+            benchmark->Args({text, portrait, CpuUsage});
+        }
+        benchmark->Args({1, portrait, Time});
+    }
+}
+
 }  // namespace
 
 BENCHMARK(TextAlone);
+BENCHMARK(CustomUpdate)->Apply(CustomArguments);
+BENCHMARK(PlaceFreeText)->ArgNames({"text", "portrait"})->ArgsProduct({{1, 2}, {0, 1}});
 BENCHMARK(Update)->Apply(Arguments);
 
 KIVO_BENCHMARK_MAIN()

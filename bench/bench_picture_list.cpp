@@ -15,6 +15,7 @@
 
 #include "photographs.h"
 #include "pictures/picture_list.h"
+#include "pictures/picture_reader.h"
 #include "pictures/stored_pictures.h"
 #include "pictures/thumbnail_cache.h"
 #include "pictures/thumbnail_picture.h"
@@ -36,8 +37,8 @@ void StoreAsManyAsTold(const benchmark::State& state) {
 }
 
 struct Opened {
-    explicit Opened(Thumbnails::Maker maker = Thumbnails::CachedMaker())
-        : view(new MyListWidget(&window)), list(view, std::move(maker)) {
+    explicit Opened(PictureSource::Readers readers = FileReaders())
+        : view(new MyListWidget(&window)), source(std::move(readers)), list(view, source) {
         window.setFixedSize(960, 588);
         view->setGeometry(kListAt);
         list.LoadPictureList();
@@ -57,6 +58,7 @@ struct Opened {
 
     QWidget window;
     MyListWidget* view;
+    PictureSource source;
     PictureList list;
 };
 
@@ -96,10 +98,10 @@ void FirstIcons(benchmark::State& state) {
     int run = 0;
     const auto open = [&] {
         auto cache = std::make_shared<ThumbnailCache>(folder.filePath(QString::number(run)));
-        auto opened =
-            std::make_unique<Opened>([cache](const QString& path, QSize pixels, const ThumbnailWork& work) {
+        auto opened = std::make_unique<Opened>(PictureSource::Readers{
+            ReadPicture, [cache](const QString& path, QSize pixels, const PictureWork& work) {
                 return CachedThumbnail(*cache, path, pixels, work);
-            });
+            }});
         while (!opened->HasIconsInView()) {
             QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
         }

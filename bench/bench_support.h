@@ -59,6 +59,15 @@ inline ScreenState ThemeOf(Theme theme, Orientation orientation) {
     return MakeScreenState(themes, FactorySlotTable(), 2, InterfaceLanguage::Chinese);
 }
 
+// The custom layout of the factory with a free text.
+inline ScreenState CustomOf(const QString& freeText, int textRow, Orientation orientation) {
+    ThemeState themes = FactoryThemeState(InterfaceLanguage::Chinese);
+    themes.mode = 1;
+    themes.orientation = orientation;
+    themes.layouts[size_t(CustomLayoutIndex(0))].freeText = freeText;
+    return MakeScreenState(themes, FactorySlotTable(), textRow, InterfaceLanguage::Chinese);
+}
+
 inline void Prepare() {
     InitResources();
     InstallFontSubstitutes();

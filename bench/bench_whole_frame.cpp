@@ -7,6 +7,7 @@
 #include "compose/frame_composer.h"
 #include "compose/rgb565.h"
 #include "panel/frame_store.h"
+#include "pictures/picture_reader.h"
 
 using namespace kivo;
 

@@ -27,7 +27,7 @@ std::unique_ptr<MainWindow> MakeWindow(HidApi& hid) {
     MainWindow::Parts parts{hid, nullptr, QCoreApplication::applicationDirPath()};
     parts.locale = QLocale(QStringLiteral("en_US"));
     parts.hasTray = [] { return true; };
-    parts.makeSensors = [](const TerminationGate& gate) { return MakeLibrarySensors(gate); };
+    parts.makeSensors = [] { return MakeLibrarySensors(); };
     return std::make_unique<MainWindow>(parts);
 }
 

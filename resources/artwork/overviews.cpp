@@ -9,13 +9,13 @@
 #include <QTextStream>
 #include <QTranslator>
 
-#include "compose/background_picture.h"
 #include "compose/custom_layout.h"
 #include "compose/frame_composer.h"
 #include "compose/panel_text.h"
 #include "compose/theme_catalogue.h"
 #include "compose/theme_state.h"
 #include "overview.h"
+#include "pictures/picture_reader.h"
 #include "resources/resources.h"
 
 namespace {

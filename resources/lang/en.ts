@@ -429,10 +429,6 @@ Exit anyway?</translation>
         <translation>The board&apos;s thermal zone</translation>
     </message>
     <message>
-        <source>授予读取权限：见 README 中的 “Power on Linux”</source>
-        <translation>Give the right to read it: “Power on Linux” in the README</translation>
-    </message>
-    <message>
         <source>此内核没有该处理器的能耗计数器；较新的内核或 zenergy 模块可能有</source>
         <translation>This kernel knows no energy counter of this processor; a newer one, or the zenergy module, may</translation>
     </message>
@@ -447,6 +443,58 @@ Exit anyway?</translation>
     <message>
         <source>运行 HWiNFO 并打开 “Report value in Gadget”，或打开 LibreHardwareMonitor 的网络服务</source>
         <translation>Run HWiNFO with “Report value in Gadget”, or LibreHardwareMonitor with its web server on</translation>
+    </message>
+    <message>
+        <source>系统温区</source>
+        <translation>The system&apos;s thermal zone</translation>
+    </message>
+    <message>
+        <source>正在运行，但没有提供读数</source>
+        <translation>Runs, but hands nothing on</translation>
+    </message>
+    <message>
+        <source>主板传感器</source>
+        <translation>A sensor of the board</translation>
+    </message>
+    <message>
+        <source>授予读取权限：见 %1 开头的说明</source>
+        <translation>Give the right to read it: see the head of %1</translation>
+    </message>
+    <message>
+        <source>滚轮缩放，Esc 退出修剪</source>
+        <translation>Wheel to zoom, Esc to leave</translation>
+    </message>
+    <message>
+        <source>按回车结束输入</source>
+        <translation>Press Enter to finish</translation>
+    </message>
+    <message>
+        <source>拖动可交换位置，双击可输入文字</source>
+        <translation>Drag to swap, double-click to type</translation>
+    </message>
+    <message>
+        <source>双击可输入文字</source>
+        <translation>Double-click to type</translation>
+    </message>
+    <message>
+        <source>文字太长，屏幕上显示不全</source>
+        <translation>The text is too long: its end is not shown</translation>
+    </message>
+    <message>
+        <source>五个位置已满：先取消一项，再勾选此项</source>
+        <translation>All five places are taken: untick one, then tick this again</translation>
+    </message>
+    <message>
+        <source>找不到图片“%1”，暂用默认图片</source>
+        <translation>&quot;%1&quot; is missing; the default picture stands in</translation>
+    </message>
+    <message>
+        <source>图片“%1”没有响应，暂用默认图片</source>
+        <translation>&quot;%1&quot; does not answer; the default picture stands in</translation>
+    </message>
+    <message>
+        <source>无法打开图片“%1”，暂用默认图片</source>
+        <translation>&quot;%1&quot; cannot be opened; the default picture stands in</translation>
     </message>
 </context>
 <context>
@@ -497,7 +545,7 @@ Exit anyway?</translation>
     </message>
     <message>
         <source>双击进行输入</source>
-        <translation>Double-click to type</translation>
+        <translation>Type here</translation>
     </message>
     <message>
         <source>自由文字</source>
@@ -506,6 +554,22 @@ Exit anyway?</translation>
     <message>
         <source>双击可输入文字，文字可拖动</source>
         <translation>Double-click to type text, drag to move it</translation>
+    </message>
+    <message>
+        <source>剪切</source>
+        <translation>Cut</translation>
+    </message>
+    <message>
+        <source>复制</source>
+        <translation>Copy</translation>
+    </message>
+    <message>
+        <source>粘贴</source>
+        <translation>Paste</translation>
+    </message>
+    <message>
+        <source>全选</source>
+        <translation>Select all</translation>
     </message>
 </context>
 <context>
@@ -547,11 +611,19 @@ Exit anyway?</translation>
     </message>
     <message>
         <source>返回</source>
-        <translation>Back</translation>
+        <translation>Undo</translation>
     </message>
     <message>
         <source>撤销上一步</source>
         <translation>Undo the last step</translation>
+    </message>
+    <message>
+        <source>重做</source>
+        <translation>Redo</translation>
+    </message>
+    <message>
+        <source>恢复撤销的步骤</source>
+        <translation>Redo the step that was undone</translation>
     </message>
 </context>
 <context>
@@ -593,6 +665,18 @@ Exit anyway?</translation>
     <message>
         <source>All Files(*)</source>
         <translation>All files (*)</translation>
+    </message>
+    <message>
+        <source>找不到此图片</source>
+        <translation>This picture is missing</translation>
+    </message>
+    <message>
+        <source>此图片没有响应</source>
+        <translation>This picture does not answer</translation>
+    </message>
+    <message>
+        <source>无法打开此图片</source>
+        <translation>This picture cannot be opened</translation>
     </message>
 </context>
 <context>

@@ -429,10 +429,6 @@
         <translation>Термозона платы</translation>
     </message>
     <message>
-        <source>授予读取权限：见 README 中的 “Power on Linux”</source>
-        <translation>Дайте право на чтение: «Power on Linux» в README</translation>
-    </message>
-    <message>
         <source>此内核没有该处理器的能耗计数器；较新的内核或 zenergy 模块可能有</source>
         <translation>Это ядро не знает счётчика энергии этого процессора; новое ядро или модуль zenergy может знать</translation>
     </message>
@@ -447,6 +443,58 @@
     <message>
         <source>运行 HWiNFO 并打开 “Report value in Gadget”，或打开 LibreHardwareMonitor 的网络服务</source>
         <translation>Запустите HWiNFO с «Report value in Gadget» или LibreHardwareMonitor с веб-сервером</translation>
+    </message>
+    <message>
+        <source>系统温区</source>
+        <translation>Термозона системы</translation>
+    </message>
+    <message>
+        <source>正在运行，但没有提供读数</source>
+        <translation>Запущено, но показания не передаёт</translation>
+    </message>
+    <message>
+        <source>主板传感器</source>
+        <translation>Датчик платы</translation>
+    </message>
+    <message>
+        <source>授予读取权限：见 %1 开头的说明</source>
+        <translation>Дайте право на чтение: см. начало файла %1</translation>
+    </message>
+    <message>
+        <source>滚轮缩放，Esc 退出修剪</source>
+        <translation>Колесо — масштаб, Esc — выход</translation>
+    </message>
+    <message>
+        <source>按回车结束输入</source>
+        <translation>Enter — закончить ввод</translation>
+    </message>
+    <message>
+        <source>拖动可交换位置，双击可输入文字</source>
+        <translation>Перетащите, чтобы поменять местами; двойной щелчок — текст</translation>
+    </message>
+    <message>
+        <source>双击可输入文字</source>
+        <translation>Двойной щелчок — ввод текста</translation>
+    </message>
+    <message>
+        <source>文字太长，屏幕上显示不全</source>
+        <translation>Текст слишком длинный: конец не виден</translation>
+    </message>
+    <message>
+        <source>五个位置已满：先取消一项，再勾选此项</source>
+        <translation>Все пять мест заняты: снимите одну отметку и поставьте эту снова</translation>
+    </message>
+    <message>
+        <source>找不到图片“%1”，暂用默认图片</source>
+        <translation>Файл «%1» не найден, показана стандартная картинка</translation>
+    </message>
+    <message>
+        <source>图片“%1”没有响应，暂用默认图片</source>
+        <translation>Файл «%1» не отвечает, показана стандартная картинка</translation>
+    </message>
+    <message>
+        <source>无法打开图片“%1”，暂用默认图片</source>
+        <translation>Файл «%1» не открывается, показана стандартная картинка</translation>
     </message>
 </context>
 <context>
@@ -497,7 +545,7 @@
     </message>
     <message>
         <source>双击进行输入</source>
-        <translation>Двойной щелчок для ввода</translation>
+        <translation>Введите текст</translation>
     </message>
     <message>
         <source>自由文字</source>
@@ -506,6 +554,22 @@
     <message>
         <source>双击可输入文字，文字可拖动</source>
         <translation>Двойной щелчок — ввод текста, перетаскивание — перемещение</translation>
+    </message>
+    <message>
+        <source>剪切</source>
+        <translation>Вырезать</translation>
+    </message>
+    <message>
+        <source>复制</source>
+        <translation>Копировать</translation>
+    </message>
+    <message>
+        <source>粘贴</source>
+        <translation>Вставить</translation>
+    </message>
+    <message>
+        <source>全选</source>
+        <translation>Выделить всё</translation>
     </message>
 </context>
 <context>
@@ -553,6 +617,14 @@
         <source>撤销上一步</source>
         <translation>Отменить последний шаг</translation>
     </message>
+    <message>
+        <source>重做</source>
+        <translation>Вперёд</translation>
+    </message>
+    <message>
+        <source>恢复撤销的步骤</source>
+        <translation>Вернуть отменённый шаг</translation>
+    </message>
 </context>
 <context>
     <name>kivo::ExitMessageBox</name>
@@ -593,6 +665,18 @@
     <message>
         <source>All Files(*)</source>
         <translation>Все файлы (*)</translation>
+    </message>
+    <message>
+        <source>找不到此图片</source>
+        <translation>Изображение не найдено</translation>
+    </message>
+    <message>
+        <source>此图片没有响应</source>
+        <translation>Изображение не отвечает</translation>
+    </message>
+    <message>
+        <source>无法打开此图片</source>
+        <translation>Изображение не открывается</translation>
     </message>
 </context>
 <context>

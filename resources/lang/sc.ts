@@ -429,10 +429,6 @@
         <translation>主板温区</translation>
     </message>
     <message>
-        <source>授予读取权限：见 README 中的 “Power on Linux”</source>
-        <translation>授予读取权限：见 README 中的 “Power on Linux”</translation>
-    </message>
-    <message>
         <source>此内核没有该处理器的能耗计数器；较新的内核或 zenergy 模块可能有</source>
         <translation>此内核没有该处理器的能耗计数器；较新的内核或 zenergy 模块可能有</translation>
     </message>
@@ -447,6 +443,58 @@
     <message>
         <source>运行 HWiNFO 并打开 “Report value in Gadget”，或打开 LibreHardwareMonitor 的网络服务</source>
         <translation>运行 HWiNFO 并打开 “Report value in Gadget”，或打开 LibreHardwareMonitor 的网络服务</translation>
+    </message>
+    <message>
+        <source>系统温区</source>
+        <translation>系统温区</translation>
+    </message>
+    <message>
+        <source>正在运行，但没有提供读数</source>
+        <translation>正在运行，但没有提供读数</translation>
+    </message>
+    <message>
+        <source>主板传感器</source>
+        <translation>主板传感器</translation>
+    </message>
+    <message>
+        <source>授予读取权限：见 %1 开头的说明</source>
+        <translation>授予读取权限：见 %1 开头的说明</translation>
+    </message>
+    <message>
+        <source>滚轮缩放，Esc 退出修剪</source>
+        <translation>滚轮缩放，Esc 退出修剪</translation>
+    </message>
+    <message>
+        <source>按回车结束输入</source>
+        <translation>按回车结束输入</translation>
+    </message>
+    <message>
+        <source>拖动可交换位置，双击可输入文字</source>
+        <translation>拖动可交换位置，双击可输入文字</translation>
+    </message>
+    <message>
+        <source>双击可输入文字</source>
+        <translation>双击可输入文字</translation>
+    </message>
+    <message>
+        <source>文字太长，屏幕上显示不全</source>
+        <translation>文字太长，屏幕上显示不全</translation>
+    </message>
+    <message>
+        <source>五个位置已满：先取消一项，再勾选此项</source>
+        <translation>五个位置已满：先取消一项，再勾选此项</translation>
+    </message>
+    <message>
+        <source>找不到图片“%1”，暂用默认图片</source>
+        <translation>找不到图片“%1”，暂用默认图片</translation>
+    </message>
+    <message>
+        <source>图片“%1”没有响应，暂用默认图片</source>
+        <translation>图片“%1”没有响应，暂用默认图片</translation>
+    </message>
+    <message>
+        <source>无法打开图片“%1”，暂用默认图片</source>
+        <translation>无法打开图片“%1”，暂用默认图片</translation>
     </message>
 </context>
 <context>
@@ -507,6 +555,22 @@
         <source>双击可输入文字，文字可拖动</source>
         <translation>双击可输入文字，文字可拖动</translation>
     </message>
+    <message>
+        <source>剪切</source>
+        <translation>剪切</translation>
+    </message>
+    <message>
+        <source>复制</source>
+        <translation>复制</translation>
+    </message>
+    <message>
+        <source>粘贴</source>
+        <translation>粘贴</translation>
+    </message>
+    <message>
+        <source>全选</source>
+        <translation>全选</translation>
+    </message>
 </context>
 <context>
     <name>kivo::ColorBar</name>
@@ -553,6 +617,14 @@
         <source>撤销上一步</source>
         <translation>撤销上一步</translation>
     </message>
+    <message>
+        <source>重做</source>
+        <translation>重做</translation>
+    </message>
+    <message>
+        <source>恢复撤销的步骤</source>
+        <translation>恢复撤销的步骤</translation>
+    </message>
 </context>
 <context>
     <name>kivo::ExitMessageBox</name>
@@ -593,6 +665,18 @@
     <message>
         <source>All Files(*)</source>
         <translation>All Files(*)</translation>
+    </message>
+    <message>
+        <source>找不到此图片</source>
+        <translation>找不到此图片</translation>
+    </message>
+    <message>
+        <source>此图片没有响应</source>
+        <translation>此图片没有响应</translation>
+    </message>
+    <message>
+        <source>无法打开此图片</source>
+        <translation>无法打开此图片</translation>
     </message>
 </context>
 <context>

@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include "compose/theme_state.h"
-#include "editor/custom_layout_rules.h"
 #include "editor/edit_bar.h"
 #include "editor/zoom_widget.h"
 #include "ui_main_window.h"
@@ -67,12 +66,15 @@ void CustomPage::HandleOneItem(int kind, bool on) {
 
 void CustomPage::HandleFiveItems(int kind, bool on) {
     ZoomWidget* editor = m_ui.zoomwidget;
-    const ItemFlags ticked = editor->Edited().themes.layouts[size_t(CustomLayoutIndex(0))].shown;
-    if (on && !MayTick(kind, ticked)) {
+    if (on && !editor->Layouts().MayTick(kind)) {
         Show();
+        Q_EMIT nothingFree();
         return;
     }
     editor->SetItemEnabled(kind, on);
+    if (on && editor->Layouts().IsLeftOut(kind)) {
+        Q_EMIT nothingFree();
+    }
     if (!on && kind == int(OtherText)) {
         m_editBar.HideColourChoices();
     }

@@ -30,6 +30,10 @@ public:
     // Makes the boxes follow the editor.
     void Show();
 
+Q_SIGNALS:
+    // A box was ticked and its item has no slot: either the limit refused it, or it is ticked and not shown.
+    void nothingFree();
+
 public Q_SLOTS:
     // A box was ticked or unticked by hand.
     void checkbox_clicked();

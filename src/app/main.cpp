@@ -23,7 +23,7 @@
 #include "device/hotplug.h"
 #include "device/report_log.h"
 #include "device/screen_session.h"
-#include "pictures/thumbnails.h"
+#include "pictures/picture_workers.h"
 #include "resources/resources.h"
 #include "virtualscreen/panel_image_writer.h"
 #include "virtualscreen/virtual_hid_api.h"
@@ -266,7 +266,7 @@ int main(int argc, char** argv) {
         std::_Exit(status);
     }
     window.reset();
-    if (!kivo::Thumbnails::EverythingEnded()) {
+    if (!kivo::PictureWorkers::EverythingEnded()) {
         // One hangs in a picture's file; it may wake up while Qt is being taken down.
         std::fflush(nullptr);
         std::_Exit(status);

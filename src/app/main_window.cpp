@@ -14,6 +14,7 @@
 #include "app/helper_window.h"
 #include "app/language.h"
 #include "app/nimb_process_dialog.h"
+#include "app/picture_choice.h"
 #include "app/sensors_dialog.h"
 #include "app/single_instance.h"
 #include "app/state_line.h"
@@ -24,6 +25,7 @@
 #include "editor/color_bar.h"
 #include "editor/edit_bar.h"
 #include "panel/nimb_process_thread.h"
+#include "pictures/layout_picture.h"
 #include "pictures/picture_list.h"
 #include "telemetry/energy_library.h"
 #include "ui_main_window.h"
@@ -62,6 +64,15 @@ void PaintNow(QWidget& window) {
     QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
 }
 
+// On a worker.
+std::optional<FramePicture> PictureForFrame(PictureSource& source, const ScreenState& state) {
+    const std::optional<LayoutPicture> picture = AwaitLayoutPicture(source, state);
+    if (!picture) {
+        return std::nullopt;
+    }
+    return FramePicture{picture->image, picture->failure != PictureFailure::None};
+}
+
 // Deliberate: nobody asks what comes of it. Whoever works with the library loads one of his own.
 void ProbeEnergyLibrary() {
     EnergyLibrary library;
@@ -75,9 +86,12 @@ MainWindow::MainWindow(const Parts& parts)
     : m_parts(parts),
       m_translator(std::make_unique<QTranslator>()),
       m_qtTranslator(std::make_unique<QTranslator>()),
-      m_ui(std::make_unique<::Ui::MainWindow>()) {
+      m_ui(std::make_unique<::Ui::MainWindow>()),
+      m_source(parts.makePictureReaders()) {
     InstallLanguage(parts.locale);
-    m_session = std::make_unique<LiveSession>(parts.hid, m_language, LiveSession::Options{parts.panel});
+    LiveSession::Options options{parts.panel};
+    options.picture = [this](const ScreenState& state) { return PictureForFrame(m_source, state); };
+    m_session = std::make_unique<LiveSession>(parts.hid, m_language, options);
 
     m_ui->setupUi(this);
     setWindowFlags(Qt::Window | Qt::FramelessWindowHint | Qt::WindowSystemMenuHint |
@@ -87,9 +101,9 @@ MainWindow::MainWindow(const Parts& parts)
     m_stateLine->move(kStateLineCorner);
     ShowTemperature();
     PlaceOnScreen();
+    WirePictures();
     WirePages();
     WireTools();
-    WirePictures();
     LoadState();
 
     connect(m_session.get(), &LiveSession::screenChanged, this, [this](bool closed) {
@@ -218,20 +232,11 @@ void MainWindow::slotApply() {
         return;
     }
     FinishEditing();
+    // Whether it can be shown, the upload finds out.
+    m_choice->Settle();
     StopRefresh();
-    ZoomWidget* editor = m_ui->zoomwidget;
-    ThemeState themes = editor->Edited().themes;
-    KeepOtherPage(themes, editor->Saved().themes);
-    bool isLayoutSaved = true;
-    if (IsCustomPage()) {
-        isLayoutSaved = editor->CommitLayout();
-        OpenEditing(false);
-    }
-    const bool areThemesSaved = SaveThemeState(themes);
-    if (areThemesSaved) {
-        editor->SetSavedThemes(themes);
-    }
-    m_stateLine->SetSettingsSaved(isLayoutSaved && areThemesSaved);
+    m_stateLine->SetSettingsSaved(m_ui->zoomwidget->CommitLayout());
+    OpenEditing(false);
     UploadShown();
 }
 
@@ -239,17 +244,6 @@ void MainWindow::UploadShown() {
     m_session->SetChosen(m_ui->zoomwidget->Shown());
     if (UploadWithProgress()) {
         StartRefresh();
-    }
-}
-
-// What is being made of the other page's layouts is not asked for yet.
-void MainWindow::KeepOtherPage(ThemeState& themes, const ThemeState& saved) {
-    const bool custom = IsCustom(themes);
-    const int first = custom ? 0 : kFirstCustomLayout;
-    const int end = custom ? kFirstCustomLayout : kLayoutCount;
-    std::copy(saved.layouts.begin() + first, saved.layouts.begin() + end, themes.layouts.begin() + first);
-    if (custom) {
-        themes.theme = saved.theme;
     }
 }
 
@@ -265,6 +259,7 @@ void MainWindow::StopRefresh() {
 bool MainWindow::Stop() {
     m_poll.stop();
     const QDeadlineTimer deadline(LiveSession::kLongestStop);
+    m_source.Stop();
     AskSensorsToStop();
     const bool hasSessionEnded = m_session->Stop(deadline);
     return HaveSensorsEnded(deadline) && hasSessionEnded;

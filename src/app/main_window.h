@@ -21,6 +21,7 @@
 #include "compose/theme_state.h"
 #include "device/hotplug.h"
 #include "panel/live_session.h"
+#include "pictures/thumbnail_picture.h"
 #include "telemetry/intel_power_gadget_thread.h"
 #include "telemetry/sleep_watch.h"
 #include "telemetry/thermal_zone_thread.h"
@@ -36,9 +37,12 @@ namespace kivo {
 class ColorBar;
 class CustomPage;
 class EditBar;
+class EditHint;
 class FocusRing;
 class HidApi;
+class PictureChoice;
 class PictureList;
+class PictureNotice;
 class RestoreOffer;
 class SensorsDialog;
 class SingleInstance;
@@ -60,7 +64,8 @@ public:
         LiveSession::PanelKind panel = LiveSession::PanelKind::Real;
         QLocale locale = QLocale::system();
         std::function<bool()> hasTray = &IsTrayThere;
-        std::function<QString(QWidget*)> choosePicture = {};  // default: a file dialog; empty: cancelled
+        std::function<QStringList(QWidget*)> choosePictures = {};  // default: a file dialog; none: cancelled
+        std::function<PictureSource::Readers()> makePictureReaders = FileReaders;
         std::function<bool()> desktopPlacesWindows = &DesktopPlacesWindows;
         // Who tells of screens that come and go; default: nobody does.
         std::function<std::unique_ptr<Hotplug>()> makeHotplug = {};
@@ -75,6 +80,7 @@ public:
     ~MainWindow() override;
 
     LiveSession& Session() { return *m_session; }
+    const PictureSource& Pictures() const { return m_source; }
 
     // Shows the window as a person wants it back: restored, in front, active.
     void BringToFront();
@@ -145,6 +151,7 @@ protected:
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
     void showEvent(QShowEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -165,6 +172,8 @@ private:
     void ShowState();
     void ShowPageChoice(bool custom, const ThemeState& themes);
     void ShowToolBar();
+    void ShowWays();
+    void FollowTrimMode();
     void ShowChosenPicture();
     void OpenEditing(bool open);
     void FinishEditing();
@@ -193,27 +202,32 @@ private:
     // What the editor shows; the values go on afterwards.
     void UploadShown();
     void AskWantedExit();
-    static void KeepOtherPage(ThemeState& themes, const ThemeState& saved);
-    void UsePicture(const QString& path);
+    void TakePicture(const QString& path, const QString& inPlaceOf);
+    void RefusePicture(const QString& path, const QString& inPlaceOf);
     void TakePictureOut(const QString& removed, int row);
-    QString ChoosePicture();
-    void AddPictureByHand();
+    QStringList ChoosePictures();
+    void AddPictures(const QStringList& paths);
+    void ShowPictureNotice();
 
     const Parts m_parts;
     InterfaceLanguage m_language = InterfaceLanguage::Chinese;
     std::unique_ptr<QTranslator> m_translator;
     std::unique_ptr<QTranslator> m_qtTranslator;
     std::unique_ptr<::Ui::MainWindow> m_ui;
+    PictureSource m_source;  // outlives the session, whose workers ask it
     std::unique_ptr<LiveSession> m_session;
 
     EditBar* m_editBar = nullptr;
     ColorBar* m_colorBar = nullptr;
+    EditHint* m_hint = nullptr;
     ThemePage* m_themePage = nullptr;
     CustomPage* m_customPage = nullptr;
     TwoWayChoice* m_tabs = nullptr;
     TwoWayChoice* m_orientation = nullptr;
     TwoWayChoice* m_pageChoice = nullptr;
     PictureList* m_pictures = nullptr;
+    PictureChoice* m_choice = nullptr;
+    PictureNotice* m_pictureNotice = nullptr;
     StateLine* m_stateLine = nullptr;
     RestoreOffer* m_restoreOffer = nullptr;
     FocusRing* m_focusRing = nullptr;
@@ -230,8 +244,7 @@ private:
     bool m_isReadingZone = false;
     std::unique_ptr<SensorsDialog> m_sensors;  // null until it is asked for
 
-    int m_pageStyle[2] = {0, 0};  // what "style" means on each page, while the other is shown
-    bool m_live = false;          // workers run, so that there are live texts to show
+    bool m_live = false;  // workers run, so that there are live texts to show
     bool m_uploading = false;
     bool m_hasTray = false;     // it has been there
     bool m_isPutAway = false;   // minimised for want of a tray; a person who minimises the window may stay

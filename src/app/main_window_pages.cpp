@@ -1,20 +1,19 @@
 // The window's inside: what is pressed, ticked and picked becomes the editor's state, and that state is shown
 // on every widget.
 
-#include <QFileDialog>
-#include <QScrollBar>
-#include <QStandardPaths>
-#include <QTimer>
+#include <QKeyEvent>
 
 #include "app/custom_page.h"
+#include "app/edit_hint.h"
 #include "app/main_window.h"
+#include "app/picture_choice.h"
+#include "app/press_elsewhere.h"
 #include "app/restore_offer.h"
 #include "app/state_line.h"
 #include "app/theme_page.h"
 #include "app/two_way_choice.h"
 #include "app/window_looks.h"
 #include "app/window_text.h"
-#include "compose/theme_catalogue.h"
 #include "config/default_profile.h"
 #include "config/folders.h"
 #include "config/kept_settings.h"
@@ -22,8 +21,6 @@
 #include "editor/edit_bar.h"
 #include "pictures/picture_list.h"
 #include "ui_main_window.h"
-#include "widgets/exit_item_delegate.h"
-#include "widgets/exit_message_box.h"
 
 namespace kivo {
 
@@ -32,7 +29,6 @@ namespace {
 constexpr QPoint kEditBarCorner(48, 58);
 constexpr QPoint kColorBarCorner(60, 82);
 constexpr QPoint kRestoreOfferCorner(48, 66);  // where the tool bar stands while a layout is edited
-constexpr QRect kPictureScrollPlace(914, 292, 6, 228);
 constexpr QSize kVariantIcon(18, 12);
 constexpr int kChoicePixels = 13;
 constexpr int kLargeDatePixels = 15;
@@ -52,20 +48,17 @@ void MainWindow::WirePages() {
     connect(m_tabs, &TwoWayChoice::chosen, this, [this](int page) {
         FinishEditing();
         OpenEditing(false);
-        ChangeThemes([this, page](ThemeState& themes) {
-            m_pageStyle[IsCustom(themes)] = themes.style;
-            themes.mode = page;
-            themes.style = m_pageStyle[page];
-        });
+        ChangeThemes([page](ThemeState& themes) { themes.mode = page; });
     });
     connect(m_orientation, &TwoWayChoice::chosen, this, [this](int orientation) {
         FinishEditing();
+        m_choice->Settle();
         m_ui->zoomwidget->SetOrientation(orientation);
         ShowState();
     });
     connect(m_pageChoice, &TwoWayChoice::chosen, this, [this](int style) {
         FinishEditing();
-        ChangeThemes([style](ThemeState& themes) { themes.style = style; });
+        ChangeThemes([style](ThemeState& themes) { SetStyleInForce(themes, style); });
     });
     connect(m_themePage, &ThemePage::themeChosen, this,
             [this](int theme) { ChangeThemes([theme](ThemeState& themes) { themes.theme = theme; }); });
@@ -78,6 +71,7 @@ void MainWindow::WirePages() {
     });
     connect(m_ui->btnRemote, &QAbstractButton::clicked, m_ui->zoomwidget, &ZoomWidget::ResetTrim);
     connect(m_ui->zoomwidget, &ZoomWidget::layoutChanged, this, &MainWindow::ShowState);
+    connect(m_ui->zoomwidget, &ZoomWidget::editingWanted, this, [this] { OpenEditing(true); });
 }
 
 void MainWindow::WireTools() {
@@ -113,20 +107,15 @@ void MainWindow::WireTools() {
             [this](int color) { m_editBar->ControlLabelColor(quint8(color)); });
     connect(editor, &ZoomWidget::UndoTextSize, m_editBar, &EditBar::slotSetFontSize);
     connect(editor, &ZoomWidget::HideRemote, this, [this](int hide) { SetRemoteHide(quint8(hide)); });
-}
+    connect(m_editBar, &EditBar::SendRedo, editor, &ZoomWidget::Redo);
+    connect(editor, &ZoomWidget::editStateChanged, this, &MainWindow::ShowWays);
+    connect(editor, &ZoomWidget::trimmingChanged, this, &MainWindow::FollowTrimMode);
 
-void MainWindow::WirePictures() {
-    m_pictures = new PictureList(m_ui->pictureList, this);
-    // Beside the list, not in it, so that four columns have all of its width.
-    QScrollBar* scrollBar = m_pictures->CreateScrollBar(m_ui->centralwidget);
-    scrollBar->setObjectName(QStringLiteral("pictureScroll"));
-    scrollBar->setGeometry(kPictureScrollPlace);
-
-    m_ui->pictureList->installEventFilter(this);
-    m_ui->pictureList->viewport()->installEventFilter(this);
-    connect(m_pictures, &PictureList::picked, this, &MainWindow::itemClickedImage);
-    connect(m_ui->pictureList, &MyListWidget::rightClick, this, &MainWindow::slotRightClick);
-    connect(m_pictures->Delegate(), &ExitItemDelegate::handleDeleteClick, this, &MainWindow::SlotDeletePix);
+    m_hint = new EditHint(*editor, m_ui->centralwidget);
+    connect(m_customPage, &CustomPage::nothingFree, m_hint, &EditHint::TellNothingIsFree);
+    // A press anywhere else in the window ends the typing; the tools belong to it.
+    auto* const elsewhere = new PressElsewhere(*this, {editor, m_editBar, m_colorBar});
+    connect(elsewhere, &PressElsewhere::pressed, this, [this] { slotShowColorbar(0); });
 }
 
 void MainWindow::LoadState() {
@@ -139,10 +128,9 @@ void MainWindow::LoadState() {
 }
 
 void MainWindow::ReadState() {
+    m_choice->Drop();
     m_pictures->LoadPictureList();
     m_ui->zoomwidget->Load();
-    const ThemeState& themes = m_ui->zoomwidget->Saved().themes;
-    m_pageStyle[IsCustom(themes)] = themes.style;
     ShowState();
 }
 
@@ -152,12 +140,13 @@ void MainWindow::RestoreSettings() {
     }
     FinishEditing();
     OpenEditing(false);
-    StopRefresh();
-    const bool isRestored = RestoreKeptSettings();
+    const bool isRestored = RestoreKeptSettings(DefaultConfigFile(m_parts.applicationDir));
     m_stateLine->SetSettingsSaved(isRestored);
-    if (isRestored) {
-        ReadState();
+    if (!isRestored) {
+        return;
     }
+    StopRefresh();
+    ReadState();
     UploadShown();
 }
 
@@ -166,6 +155,8 @@ bool MainWindow::IsCustomPage() const {
 }
 
 void MainWindow::ChangeThemes(const std::function<void(ThemeState&)>& change) {
+    // A picture that was chosen belongs to the layout it was chosen for.
+    m_choice->Settle();
     ThemeState themes = m_ui->zoomwidget->Edited().themes;
     change(themes);
     m_ui->zoomwidget->ShowTheme(themes, true);
@@ -223,7 +214,7 @@ void MainWindow::ShowPageChoice(bool custom, const ThemeState& themes) {
         button->setAccessibleName(button->toolTip());
         button->SetButtonEnabled(possible);
     }
-    m_pageChoice->SetChosen(themes.style);
+    m_pageChoice->SetChosen(StyleInForce(themes));
 }
 
 void MainWindow::ShowToolBar() {
@@ -234,11 +225,25 @@ void MainWindow::ShowToolBar() {
     m_editBar->slotSetFontSize(layout.sizeIndex);
     m_editBar->ControlLabelColor(quint8(layout.colorIndex));
     m_ui->btnRemote->setVisible(m_ui->zoomwidget->IsTrimMode());
+    ShowWays();
 }
 
-void MainWindow::ShowChosenPicture() {
-    const LayoutRecord& layout = LayoutInForce(m_ui->zoomwidget->Edited());
-    m_pictures->SelectPicture(layout.picture, layout.defaultPicture);
+void MainWindow::ShowWays() {
+    m_editBar->SetWays(m_ui->zoomwidget->CanUndo(), m_ui->zoomwidget->CanRedo());
+}
+
+// Trim mode ends by key too.
+void MainWindow::FollowTrimMode() {
+    if (!m_ui->zoomwidget->IsTrimMode() && m_editBar->IsEditPressed()) {
+        m_editBar->SetEditPressed(false);
+    }
+    m_ui->btnRemote->setVisible(m_ui->zoomwidget->IsTrimMode());
+}
+
+void MainWindow::keyPressEvent(QKeyEvent* event) {
+    if (!m_ui->zoomwidget->TakeHistoryKey(*event)) {
+        QMainWindow::keyPressEvent(event);
+    }
 }
 
 void MainWindow::OpenEditing(bool open) {
@@ -252,84 +257,6 @@ void MainWindow::OpenEditing(bool open) {
 void MainWindow::FinishEditing() {
     m_ui->zoomwidget->solteditingFinished();
     m_editBar->SetEditPressed(false);
-}
-
-void MainWindow::UsePicture(const QString& path) {
-    if (!m_ui->zoomwidget->SetBackground(path)) {
-        ExitMessageBox::Tell(this, WindowText(QT_TRANSLATE_NOOP("MainWindow", "无法打开此图片。")));
-    }
-}
-
-QString MainWindow::ChoosePicture() {
-    return QFileDialog::getOpenFileName(this, WindowText(QT_TRANSLATE_NOOP("MainWindow", "打开图片")),
-                                        QStandardPaths::writableLocation(QStandardPaths::PicturesLocation),
-                                        PictureList::PictureFileFilter());
-}
-
-void MainWindow::AddPictureByHand() {
-    const QString path = m_parts.choosePicture ? m_parts.choosePicture(this) : ChoosePicture();
-    AskWantedExit();
-    if (path.isEmpty()) {
-        return;
-    }
-    if (m_pictures->InsertUserPicture(path) <= 0) {
-        ExitMessageBox::Tell(this, WindowText(QT_TRANSLATE_NOOP("MainWindow", "图片太多，无法再添加。")));
-        return;
-    }
-    m_stateLine->SetSettingsSaved(m_pictures->SavePictureList());
-    UsePicture(path);
-}
-
-void MainWindow::itemClickedImage(const QModelIndex& index) {
-    const int row = index.row();
-    if (row < 0) {
-        return;
-    }
-    if (row == 0) {
-        AddPictureByHand();
-    } else {
-        UsePicture(m_pictures->PathAt(row));
-    }
-    ShowChosenPicture();
-}
-
-void MainWindow::slotRightClick() {
-    SlotDeletePix(m_ui->pictureList->PressedRow());
-}
-
-void MainWindow::SlotDeletePix(int row) {
-    if (m_pictures->IsUserPicture(row)) {
-        if (ExitMessageBox::Ask(this, WindowText(QT_TRANSLATE_NOOP("MainWindow", "是否删除此图片？")))) {
-            const QString removed = m_pictures->RemoveUserPicture(row);
-            m_stateLine->SetSettingsSaved(m_pictures->SavePictureList());
-            TakePictureOut(removed, row);
-        }
-    } else if (m_pictures->IsBuiltIn(row)) {
-        ExitMessageBox::Tell(this, WindowText(QT_TRANSLATE_NOOP("MainWindow", "默认图片不能删除。")));
-    }
-    ShowChosenPicture();
-}
-
-// Nobody has asked for the picture that moves up: where it cannot be opened, that is not told.
-void MainWindow::TakePictureOut(const QString& removed, int row) {
-    ZoomWidget* editor = m_ui->zoomwidget;
-    QString next = m_pictures->BackgroundAfterRemoval(removed, removed, row);
-    if (PicturePath(editor->Shown()) == removed && next != removed && !editor->SetBackground(next)) {
-        next = BuiltInBackgrounds().constFirst();
-        editor->SetBackground(next);
-    }
-    editor->ReplacePicture(removed, next);
-}
-
-// The keys, or a press that is let go elsewhere, move the frame without choosing: it goes back in the end.
-bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
-    const bool isLeft = event->type() == QEvent::FocusOut && watched == m_ui->pictureList;
-    const bool isLetGo =
-        event->type() == QEvent::MouseButtonRelease && watched == m_ui->pictureList->viewport();
-    if (isLeft || isLetGo) {
-        QTimer::singleShot(0, this, &MainWindow::ShowChosenPicture);
-    }
-    return QMainWindow::eventFilter(watched, event);
 }
 
 void MainWindow::slotEdit(quint8 iEdit) {
@@ -357,6 +284,11 @@ void MainWindow::slotShowColorbar(quint8 iShow) {
     if (iShow == 0) {
         m_colorBar->hide();
         m_ui->zoomwidget->solteditingFinished();
+        return;
+    }
+    if (m_colorBar->isVisible()) {
+        m_colorBar->hide();  // the dot was pressed again
+        GoOnTyping();
         return;
     }
     m_editBar->SetEditPressed(false);  // text cannot be typed over the trim frame

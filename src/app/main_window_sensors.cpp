@@ -9,6 +9,7 @@
 #include "app/main_window.h"
 #include "app/sensor_table.h"
 #include "app/sensors_dialog.h"
+#include "app/window_text.h"
 #include "ui_main_window.h"
 
 namespace kivo {
@@ -105,15 +106,19 @@ void MainWindow::ShowTemperature() {
     if (isLive && m_thermalUntil.hasExpired()) {
         m_thermalText.clear();
     }
+    // What a click does, then whose number it is.
+    QStringList lines{WindowText(QT_TRANSLATE_NOOP("MainWindow", "CPU温度，点击读取系统温区"))};
     if (!m_thermalText.isEmpty()) {
         m_ui->pushButton->setText(m_thermalText);
+        lines.append(WindowText(QT_TRANSLATE_NOOP("MainWindow", "系统温区")));
     } else {
         m_ui->pushButton->setText(m_session->LiveText(CpuTemperature));
+        const Reading reading = m_session->Readings()[Quantity::Temperature];
+        lines.append(SensorPhrase(reading));
+        lines.append(SensorHelp(Quantity::Temperature, reading));
+        lines.removeAll(QString());
     }
-    const Reading reading = m_session->Readings()[Quantity::Temperature];
-    const QString help = SensorHelp(Quantity::Temperature, reading);
-    const QString phrase = SensorPhrase(reading);
-    m_ui->pushButton->setToolTip(help.isEmpty() ? phrase : phrase + QLatin1Char('\n') + help);
+    m_ui->pushButton->setToolTip(lines.join(QLatin1Char('\n')));
     m_ui->pushButton->setAccessibleDescription(m_ui->pushButton->toolTip());
 }
 

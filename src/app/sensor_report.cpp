@@ -20,16 +20,13 @@ QString ReadSensorReport(const PackageSensorsFactory& makeSensors) {
     MetricSnapshot snapshot(CurrentInterfaceLanguage());
     CpuUsageSampler load(MakeCpuCounter);
     load.SetMode(0);
-    const std::unique_ptr<PackageSensors> sensors = makeSensors([](bool /*isAllowed*/) {});
-    bool isLoaded = sensors->Load();
+    const std::unique_ptr<PackageSensors> sensors = makeSensors();
     for (int sample = 0; sample < kSamples; ++sample) {
         if (sample > 0) {
             QThread::msleep(kBetweenMs);
-            isLoaded = isLoaded || sensors->Load();
         }
-        if (isLoaded) {
-            sensors->ReadSample();
-        }
+        sensors->Load();
+        sensors->ReadSample();
         snapshot.SetCpuUsed(load.Sample());
     }
     if (!load.HasRead()) {

@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <array>
 
+#include "telemetry/value_texts.h"
+
 namespace kivo {
 
 namespace {
@@ -20,6 +22,8 @@ QString GapText(ReadingGap gap) {
             return WindowText(QT_TRANSLATE_NOOP("MainWindow", "没有读取权限"));
         case ReadingGap::NotRunning:
             return WindowText(QT_TRANSLATE_NOOP("MainWindow", "未运行"));
+        case ReadingGap::NotHandedOn:
+            return WindowText(QT_TRANSLATE_NOOP("MainWindow", "正在运行，但没有提供读数"));
         case ReadingGap::Silent:
             return WindowText(QT_TRANSLATE_NOOP("MainWindow", "没有响应"));
         case ReadingGap::Unbelievable:
@@ -51,11 +55,17 @@ SensorRow FanRow(const SensorReadings& readings) {
             SensorHelp(Quantity::FanSpeed, fan)};
 }
 
-SensorRow SystemRow() {
-    return {{}, {}, WindowText(QT_TRANSLATE_NOOP("MainWindow", "操作系统")), {}};
+// What a source does not tell, in one phrase.
+QString GapPhrase(const QString& source, ReadingGap gap) {
+    return WindowText(QT_TRANSLATE_NOOP("MainWindow", "%1：%2")).arg(source, GapText(gap));
 }
 
-SensorRow Row(int item, const SensorReadings& readings) {
+SensorRow SystemRow(const QString& text) {
+    const QString system = WindowText(QT_TRANSLATE_NOOP("MainWindow", "操作系统"));
+    return {{}, {}, text == NoPercentText() ? GapPhrase(system, ReadingGap::Silent) : system, {}};
+}
+
+SensorRow Row(int item, const QString& text, const SensorReadings& readings) {
     switch (item) {
         case CpuTemperature:
             return MeasuredRow(Quantity::Temperature, readings[Quantity::Temperature]);
@@ -64,7 +74,7 @@ SensorRow Row(int item, const SensorReadings& readings) {
         case FanSpeed:
             return FanRow(readings);
         default:
-            return SystemRow();
+            return SystemRow(text);
     }
 }
 
@@ -74,7 +84,7 @@ std::vector<SensorRow> SensorTable(const ItemTexts& texts, const SensorReadings&
     const ItemTexts names = ItemCaptions();
     std::vector<SensorRow> rows;
     for (int item = CpuTemperature; item <= FanSpeed; ++item) {
-        SensorRow row = Row(item, readings);
+        SensorRow row = Row(item, texts[size_t(item)], readings);
         row.name = names[size_t(item)];
         row.now = texts[size_t(item)].trimmed();
         rows.push_back(row);
@@ -88,8 +98,7 @@ QString SensorPhrase(const Reading& reading) {
         return reading.isStuck ? WindowText(QT_TRANSLATE_NOOP("MainWindow", "%1（十分钟没有变化）")).arg(name)
                                : name;
     }
-    const QString gap = GapText(reading.gap);
-    return name.isEmpty() ? gap : WindowText(QT_TRANSLATE_NOOP("MainWindow", "%1：%2")).arg(name, gap);
+    return name.isEmpty() ? GapText(reading.gap) : GapPhrase(name, reading.gap);
 }
 
 QString SourceName(SourceId source) {
@@ -106,6 +115,8 @@ QString SourceName(SourceId source) {
             return WindowText(QT_TRANSLATE_NOOP("MainWindow", "内核硬件监控"));
         case SourceId::ProcessorZone:
             return WindowText(QT_TRANSLATE_NOOP("MainWindow", "处理器温区"));
+        case SourceId::BoardMonitor:
+            return WindowText(QT_TRANSLATE_NOOP("MainWindow", "主板传感器"));
         case SourceId::EnergyMeterCounters:
             return WindowText(QT_TRANSLATE_NOOP("MainWindow", "Windows 能耗计数器"));
         case SourceId::EnergyMeterInterface:

@@ -17,7 +17,7 @@ struct SensorRow {
     QString name;    // the item's caption
     QString now;     // its text, without blanks around it
     QString source;  // who says it; without a value, why there is none
-    QString help;    // what a person can do for a value; empty where there is one
+    QString help;    // what a person can do for a value; empty where there is one or nothing helps
 };
 
 // A row for each live value, in their order. texts as MetricSnapshot makes them.
@@ -29,7 +29,8 @@ QString SensorPhrase(const Reading& reading);
 // The name of a source: its maker's, or what it is.
 QString SourceName(SourceId source);
 
-// What would help on this platform where a quantity has no value; empty for a reading that has one.
+// What a person can do on this platform where a quantity has no value; empty for a reading that has one, and
+// where nothing but waiting helps.
 QString SensorHelp(Quantity quantity, const Reading& reading);
 
 // The table for a terminal: columns of equal width, a line each, ended by a line feed.

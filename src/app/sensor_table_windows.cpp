@@ -5,7 +5,8 @@ namespace kivo {
 
 QString SensorHelp(Quantity quantity, const Reading& reading) {
     Q_UNUSED(quantity)
-    if (reading.value) {
+    // Not yet: the next sample tells.
+    if (reading.value || reading.gap == ReadingGap::NotRead) {
         return {};
     }
     return WindowText(QT_TRANSLATE_NOOP(

@@ -1,37 +1,11 @@
 #include "compose/background_picture.h"
 
-#include <QFile>
-#include <QFileInfo>
-#include <QLoggingCategory>
 #include <QPainter>
 #include <cmath>
-
-#include "compose/picture_decoder.h"
 
 namespace kivo {
 
 namespace {
-
-Q_LOGGING_CATEGORY(pictureLog, "kivo.picture")
-
-// Pictures are decoded to about this many pixels on the shorter side: several times the panel's, so that a
-// trim frame still finds detail.
-constexpr int kUsefulShortSide = 1080;
-
-QSize UsefulSize(QSize size) {
-    const int shortSide = qMin(size.width(), size.height());
-    if (shortSide <= kUsefulShortSide) {
-        return size;
-    }
-    return size.scaled(kUsefulShortSide, kUsefulShortSide, Qt::KeepAspectRatioByExpanding);
-}
-
-// A picture that has not been decoded at reduced size: no larger than one that has.
-QImage Reduced(const QImage& picture) {
-    const QSize size = UsefulSize(picture.size());
-    return size == picture.size() ? picture
-                                  : picture.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
-}
 
 bool IsWhole(double number) {
     constexpr double kRounding = 1e-3;
@@ -64,26 +38,7 @@ QImage Scaled(const QImage& picture, const QRectF& part, QSize size) {
     return shown.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
 }
 
-// Every way to have no picture: one line that names it, and null.
-QImage Refuse(const QString& path, const QString& why) {
-    qCWarning(pictureLog).noquote() << "The picture" << path << why + QLatin1Char('.');
-    return QImage();
-}
-
 }  // namespace
-
-QImage LoadPicture(const QString& path) {
-    // Looked at before it is opened: a pipe would never give an end.
-    if (!QFileInfo(path).isFile()) {
-        return Refuse(path, QStringLiteral("is not a file"));
-    }
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) {
-        return Refuse(path, QStringLiteral("cannot be read (%1)").arg(file.errorString()));
-    }
-    const DecodedPicture decoded = DecodePicture(file, UsefulSize);
-    return decoded.image.isNull() ? Refuse(path, decoded.refusal) : Reduced(decoded.image);
-}
 
 QRectF ShownPart(QSize picture, Orientation orientation, const LayoutRecord& layout) {
     if (picture.isEmpty()) {

@@ -18,6 +18,17 @@ constexpr SlotRects kPortraitSlots{Corners(1, 18, 67, 41), Corners(1, 271, 67, 2
                                    Corners(29, 145, 140, 174), Corners(101, 271, 167, 294),
                                    Corners(101, 18, 167, 41)};
 
+// The outer chips are alike whether or not there is a caption; the centre's ends below its value or its
+// caption.
+constexpr SlotRects kLandscapeChips{Corners(6, 11, 95, 62), Corners(6, 111, 95, 162),
+                                    Corners(108, 53, 213, 107), Corners(223, 111, 312, 162),
+                                    Corners(223, 11, 312, 62)};
+constexpr SlotRects kPortraitChips{Corners(3, 13, 65, 60), Corners(3, 266, 65, 313),
+                                   Corners(21, 139, 148, 193), Corners(103, 266, 165, 313),
+                                   Corners(103, 13, 165, 60)};
+constexpr int kLandscapeCentreFoot = 96;  // without a caption
+constexpr int kPortraitCentreFoot = 180;
+
 constexpr RowRects kLandscapeRows{Corners(10, 10, 309, 49), Corners(10, 63, 309, 102),
                                   Corners(10, 115, 309, 154)};
 constexpr RowRects kPortraitRows{Corners(10, 36, 159, 73), Corners(10, 131, 159, 168),
@@ -47,6 +58,15 @@ QRect SlotCaptionRect(int slot, Orientation orientation) {
     const int beside = CanvasSize(orientation).width() - 1 - rect.right();
     const int grow = qMin(kMostGrow, qMin(rect.left(), beside));
     return QRect(rect.left() - grow, rect.bottom() + 1, rect.width() + 2 * grow, kHeight);
+}
+
+QRect SlotChipRect(int slot, Orientation orientation, bool hasCaption) {
+    const bool isLying = orientation == Orientation::Landscape;
+    QRect chip = Entry(isLying ? kLandscapeChips : kPortraitChips, slot);
+    if (slot == kCentreSlot && !hasCaption) {
+        chip.setBottom(isLying ? kLandscapeCentreFoot : kPortraitCentreFoot);
+    }
+    return chip;
 }
 
 QRect TextRowRect(int row, Orientation orientation) {
@@ -86,13 +106,17 @@ SlotTable LoadSlotTable() {
     return table;
 }
 
-bool SaveSlotTable(const SlotTable& table, const QString& filePath) {
-    SettingsWriter settings(filePath);
+void WriteSlotTable(SettingsWriter& settings, const SlotTable& table) {
     for (int variant = 0; variant < kVariantCount; ++variant) {
         for (int slot = 0; slot < kSlotCount; ++slot) {
             settings.SetInt(CustomShowKey(variant, slot), table[size_t(variant)][size_t(slot)]);
         }
     }
+}
+
+bool SaveSlotTable(const SlotTable& table, const QString& filePath) {
+    SettingsWriter settings(filePath);
+    WriteSlotTable(settings, table);
     return settings.Commit();
 }
 

@@ -15,6 +15,8 @@
 
 namespace kivo {
 
+class SettingsWriter;
+
 constexpr int kSlotCount = kCustomShowSlots;
 constexpr int kCentreSlot = 2;
 constexpr int kEmptySlot = -1;
@@ -34,6 +36,9 @@ QRect SlotRect(int slot, Orientation orientation);
 // and under the middle of the value.
 QRect SlotCaptionRect(int slot, Orientation orientation);
 
+// The glass chip that holds a slot's value and caption.
+QRect SlotChipRect(int slot, Orientation orientation, bool hasCaption);
+
 // The three rows of the free text as the tables give them; row 0..2.
 QRect TextRowRect(int row, Orientation orientation);
 
@@ -50,6 +55,8 @@ SlotTable FactorySlotTable();
 SlotTable LoadSlotTable();
 // False, with one log line, when the file could not be written.
 bool SaveSlotTable(const SlotTable& table, const QString& filePath = ConfigFilePath());
+// The same as part of a larger write.
+void WriteSlotTable(SettingsWriter& settings, const SlotTable& table);
 
 // A custom layout as it comes from the factory: variant 0 has the items of the factory table ticked, variant
 // 1 its one item chosen.

@@ -22,13 +22,14 @@ struct FreeTextLine {
 
 struct FreeTextBlock {
     QVector<FreeTextLine> lines;  // none where there is no free text
-    QRect bounds;                 // of the lines and all their ink, canvas pixels
-    int pixelSize = 0;
+    QRect bounds;                 // of all their ink, canvas pixels
+    int pixelSize = 0;            // the chosen size, or a smaller one at which it fits
     QColor color;
+    bool isCut = false;  // some of the text is not shown; an ellipsis stands for it
 };
 
-// Exists only while a custom layout is shown and has a text. Wrapped by words, anywhere where a word is wider
-// than the row; what does not fit on the canvas or is longer than its row may be ends in an ellipsis.
+// Exists only while a custom layout is shown and has a text. It keeps away from everything else on the panel
+// (compose/free_text_placing.h).
 FreeTextBlock LayOutFreeText(const ScreenState& state);
 
 // Draws it where it reaches into region (canvas pixels).

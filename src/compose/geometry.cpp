@@ -38,11 +38,4 @@ QVector<QRect> ColumnsThatFit(const QRect& rect) {
     return columns;
 }
 
-QPoint CropOrigin(Orientation orientation, QSize area) {
-    if (orientation == Orientation::Portrait) {
-        return QPoint((area.width() - 1 - 169) / 2, 0);
-    }
-    return QPoint(1, (area.height() - 1 - 229) / 2);
-}
-
 }  // namespace kivo

@@ -50,7 +50,7 @@ constexpr bool FitsOneReport(const QRect& rect) {
 QVector<QRect> ColumnsThatFit(const QRect& rect);
 
 // The picture area of the window is larger than the screen it shows: landscape works at 1.35 times the panel,
-// portrait at 1.0. The frame is the part of that size whose corner CropOrigin gives.
+// portrait at 1.0. The frame is the part of that size.
 constexpr double kLandscapeScale = 1.35;
 constexpr QSize AreaFrameSize(Orientation orientation) {
     return orientation == Orientation::Landscape ? QSize(433, 230) : QSize(170, 320);
@@ -58,7 +58,5 @@ constexpr QSize AreaFrameSize(Orientation orientation) {
 constexpr double AreaScale(Orientation orientation) {
     return orientation == Orientation::Landscape ? kLandscapeScale : 1.0;
 }
-// Upper left corner of the frame inside a picture area of that size, in area pixels (integer division).
-QPoint CropOrigin(Orientation orientation, QSize area);
 
 }  // namespace kivo

@@ -31,7 +31,7 @@ bool IsClockText(const QString& text) {
 QVector<QRect> ClockRects(const TextRun& run) {
     const FittedLine line = FitLine(run.text, run.pixelSize, run.rect, run.align);
     const LineMetrics metrics = MetricsOf(line.pixelSize);
-    if (!metrics.equalDigits || !IsClockText(line.text)) {
+    if (!metrics.separateDigits || !IsClockText(line.text)) {
         return Halves(run.rect);
     }
     const int hours = line.baseLine.x() - 2;
@@ -70,17 +70,25 @@ QVector<QRect> Parts(const ScreenState& state, const TextRun& run, bool firstTim
 // The region and all texts that reach into it, with a pixel to spare. A glyph that the edge of a picture cuts
 // is blended by another rule than a whole one, off by the last bit, so it has to be as whole here as in the
 // whole frame.
-QRect WholeTextsAround(const PanelTexts& texts, const QRect& region) {
+QRect WholeTextsAround(const QVector<TakenRoom>& taken, const QRect& region) {
     QRect around = region;
-    for (const TextRun& run : texts.runs) {
-        if (run.rect.intersects(region)) {
-            around |= run.rect;
+    for (const TakenRoom& room : taken) {
+        if (IsText(room) && room.rect.intersects(region)) {
+            around |= room.rect;
         }
     }
-    if (texts.freeText.bounds.intersects(region)) {
-        around |= texts.freeText.bounds;
-    }
     return around.adjusted(-1, -1, 1, 1);
+}
+
+// The items of whose texts something lies in the region, as bits.
+quint32 ItemsIn(const QVector<TakenRoom>& taken, const QRect& region) {
+    quint32 items = 0;
+    for (const TakenRoom& room : taken) {
+        if (room.of == RoomOf::Value && room.rect.intersects(region)) {
+            items |= 1U << room.item;
+        }
+    }
+    return items;
 }
 
 }  // namespace
@@ -140,14 +148,10 @@ LiveUpdate RenderItem(const ScreenState& state, const QImage& background, const 
     if (region.isEmpty()) {
         return update;
     }
-    for (const TextRun& run : laidOut.runs) {
-        if (run.rect.intersects(region)) {
-            update.drawnItems |= 1U << run.item;
-        }
-    }
+    update.drawnItems = ItemsIn(laidOut.taken, region);
     // Only this part of the canvas is rebuilt; everything that reaches into it is drawn, in the order of a
     // whole frame.
-    const QRect around = WholeTextsAround(laidOut, region);
+    const QRect around = WholeTextsAround(laidOut.taken, region);
     QImage part = background.copy(around);
     {
         QPainter painter(&part);

@@ -2,6 +2,7 @@
 
 #include <QFontMetrics>
 #include <QHash>
+#include <QPainterPath>
 #include <QStringList>
 #include <algorithm>
 #include <mutex>
@@ -37,8 +38,24 @@ bool KernsDigits(const QFont& font) {
     return qAbs(metrics.horizontalAdvance(together) - apart) > kRounding;
 }
 
+// Whether a digit reaches over the sides of its advance, as those of a leaning font do. By its outline: Qt's
+// own measures are rounded to whole pixels.
+bool LeanDigits(const QFont& font) {
+    const QFontMetricsF metrics(font);
+    for (char digit = '0'; digit <= '9'; ++digit) {
+        QPainterPath outline;
+        outline.addText(0, 0, font, QString(QLatin1Char(digit)));
+        const QRectF bounds = outline.boundingRect();
+        if (bounds.left() < 0 || bounds.right() > metrics.horizontalAdvance(QLatin1Char(digit))) {
+            return true;
+        }
+    }
+    return false;
+}
+
 LineMetrics Measure(int pixelSize) {
-    const QFontMetrics metrics(PanelFont(pixelSize));
+    const QFont font = PanelFont(pixelSize);
+    const QFontMetrics metrics(font);
     LineMetrics line;
     line.ascent = metrics.ascent();
     line.height = metrics.height();
@@ -48,6 +65,9 @@ LineMetrics Measure(int pixelSize) {
     const QRect ink = metrics.tightBoundingRect(QStringLiteral("0123456789%℃wВт:.年月日-"));
     line.inkAbove = -ink.top();
     line.inkBelow = qMax(0, ink.bottom() + 1);
+    const QRect letters = metrics.tightBoundingRect(QStringLiteral("HbdlpqgyjДЩфр"));
+    line.letterAbove = -letters.top();
+    line.letterBelow = qMax(0, letters.bottom() + 1);
     // A temperature of three digits is so rare that it may be drawn smaller than the rest.
     line.valueWidth[CpuTemperature] = metrics.horizontalAdvance(QStringLiteral("99℃"));
     line.valueWidth[CpuUsage] = metrics.horizontalAdvance(QStringLiteral("100%"));
@@ -59,10 +79,10 @@ LineMetrics Measure(int pixelSize) {
     line.valueAbove = -valueInk.top();
     line.valueBelow = qMax(0, valueInk.bottom() + 1);
     line.colonWidth = metrics.horizontalAdvance(QLatin1Char(':'));
-    line.equalDigits = !KernsDigits(PanelFont(pixelSize));
+    line.separateDigits = !KernsDigits(font) && !LeanDigits(font);
     for (char digit = '0'; digit <= '9'; ++digit) {
         const int width = metrics.horizontalAdvance(QLatin1Char(digit));
-        line.equalDigits = line.equalDigits && (digit == '0' || width == line.digitWidth);
+        line.separateDigits = line.separateDigits && (digit == '0' || width == line.digitWidth);
         line.digitWidth = qMax(line.digitWidth, width);
     }
     return line;
@@ -124,12 +144,6 @@ LineMetrics MetricsOf(int pixelSize) {
         found = cache->bySize.insert(pixelSize, Measure(pixelSize));
     }
     return *found;
-}
-
-void ForgetLineMetrics() {
-    MetricsCache* cache = metricsCache();
-    const std::lock_guard<std::mutex> lock(cache->mutex);
-    cache->bySize.clear();
 }
 
 bool UsualValueFits(int item, InterfaceLanguage language, int pixelSize, const QRect& rect) {

@@ -33,6 +33,8 @@ struct LineMetrics {
         0;             // ink of the digits: what centring goes by, so that all texts of a size share a line
     int inkAbove = 0;  // ink of anything a value can hold
     int inkBelow = 0;
+    int letterAbove = 0;  // ink of ordinary letters, which most signs keep within
+    int letterBelow = 0;
     // Advance of the widest text that each value usually has, by live-value index; the power's in Russian
     // too.
     std::array<int, kLiveValueCount> valueWidth{};
@@ -41,12 +43,11 @@ struct LineMetrics {
     int valueBelow = 0;
     int digitWidth = 0;  // advance of the widest digit
     int colonWidth = 0;
-    bool equalDigits = false;  // all ten digits are equally wide: a new time moves none of its neighbours
+    // All ten digits are equally wide and keep within their width: a new digit moves none of its neighbours
+    // and reaches over none of them.
+    bool separateDigits = false;
 };
 LineMetrics MetricsOf(int pixelSize);
-
-// Forgets the kept measures; for tests that change the fonts.
-void ForgetLineMetrics();
 
 enum class TextAlign {
     Centre,   // both ways, vertically by the digits' height

@@ -75,10 +75,25 @@ bool HasPlace(const ScreenState& state, int item) {
 }
 
 QString PicturePath(const ScreenState& state) {
-    if (!state.layout.picture.isEmpty()) {
-        return state.layout.picture;
+    return PicturePaths(state).constFirst();
+}
+
+QStringList PicturePaths(const ScreenState& state) {
+    QStringList paths;
+    for (const QString& path : {state.layout.picture, state.layout.defaultPicture, DefaultBackground()}) {
+        if (!path.isEmpty() && !paths.contains(path)) {
+            paths.append(path);
+        }
     }
-    return state.layout.defaultPicture.isEmpty() ? DefaultBackground() : state.layout.defaultPicture;
+    return paths;
+}
+
+ScreenState Untrimmed(ScreenState state) {
+    state.layout.xPt = 0;
+    state.layout.yPt = 0;
+    state.layout.xZoom = 0;
+    state.layout.yZoom = 0;
+    return state;
 }
 
 ItemTexts ItemCaptions() {

@@ -4,6 +4,7 @@
 // one; applying is a copy. Every drawing function takes it and nothing else.
 
 #include <QString>
+#include <QStringList>
 #include <array>
 
 #include "compose/custom_layout.h"
@@ -55,6 +56,13 @@ bool TimeSlotHoldsDate(const ScreenState& state);
 
 // The picture behind the layout: its own, else its default one, else the program's.
 QString PicturePath(const ScreenState& state);
+
+// That picture and what takes its place where it cannot be shown, one after the other. The last one is part
+// of the program.
+QStringList PicturePaths(const ScreenState& state);
+
+// The state with all of its picture shown: a trim frame belongs to one picture and not to its stand-in.
+ScreenState Untrimmed(ScreenState state);
 
 // The items' display names in the language of the translator that is installed (source texts: Chinese).
 ItemTexts ItemCaptions();

@@ -88,7 +88,7 @@ Theme ThemeOf(const ThemeState& state) {
 }
 
 auto Tied(const ThemeState& s) {
-    return std::tie(s.mode, s.theme, s.style, s.orientation, s.layouts);
+    return std::tie(s.mode, s.theme, s.themeStyle, s.customStyle, s.orientation, s.layouts);
 }
 
 }  // namespace
@@ -98,7 +98,15 @@ bool IsCustom(const ThemeState& state) {
 }
 
 int VariantOf(const ThemeState& state) {
-    return state.style == 0 ? 0 : 1;
+    return state.customStyle == 0 ? 0 : 1;
+}
+
+int StyleInForce(const ThemeState& state) {
+    return IsCustom(state) ? state.customStyle : state.themeStyle;
+}
+
+void SetStyleInForce(ThemeState& state, int style) {
+    (IsCustom(state) ? state.customStyle : state.themeStyle) = style;
 }
 
 int LayoutIndexInForce(const ThemeState& state) {
@@ -129,7 +137,7 @@ ThemeState LoadThemeState(InterfaceLanguage language) {
     const SettingsReader settings;
     state.mode = settings.Int(keys::kMode);
     state.theme = settings.Int(keys::kThemeId);
-    state.style = settings.Int(keys::kStyle);
+    SetStyleInForce(state, settings.Int(keys::kStyle));
     state.orientation = Orientation(settings.Int(keys::kHor));
     for (int n = 0; n < kLayoutCount; ++n) {
         const QString& group = ThemeGroups()[n];
@@ -143,15 +151,19 @@ ThemeState LoadThemeState(InterfaceLanguage language) {
     return state;
 }
 
-bool SaveThemeState(const ThemeState& state, const QString& filePath) {
-    SettingsWriter settings(filePath);
+void WriteThemeState(SettingsWriter& settings, const ThemeState& state) {
     settings.SetInt(QString(keys::kMode.name), state.mode);
     settings.SetInt(QString(keys::kThemeId.name), state.theme);
-    settings.SetInt(QString(keys::kStyle.name), state.style);
+    settings.SetInt(QString(keys::kStyle.name), StyleInForce(state));
     settings.SetInt(QString(keys::kHor.name), int(state.orientation));
     for (int n = 0; n < kLayoutCount; ++n) {
         SaveLayout(settings, ThemeGroups()[n], state.layouts[size_t(n)]);
     }
+}
+
+bool SaveThemeState(const ThemeState& state, const QString& filePath) {
+    SettingsWriter settings(filePath);
+    WriteThemeState(settings, state);
     return settings.Commit();
 }
 
@@ -160,8 +172,9 @@ ScreenState MakeScreenState(const ThemeState& state, const SlotTable& slotTable,
     ScreenState screen;
     screen.custom = IsCustom(state);
     screen.theme = ThemeOf(state);
-    screen.style = state.style;
-    screen.variant = VariantOf(state);
+    screen.style = StyleInForce(state);
+    // Of a theme too: a frame's id counts it, and the other page's style must not make it another frame.
+    screen.variant = screen.style == 0 ? 0 : 1;
     screen.orientation = state.orientation;
     screen.layout = state.layouts[size_t(LayoutIndexInForce(state))];
     screen.slotItems = slotTable[size_t(screen.variant)];

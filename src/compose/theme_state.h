@@ -12,6 +12,8 @@
 
 namespace kivo {
 
+class SettingsWriter;
+
 // Four themes in landscape ("H1".."H4"), the same in portrait ("V1".."V4"), two custom layouts.
 constexpr int kLayoutCount = kThemeGroupCount;
 constexpr int kFirstCustomLayout = 8;
@@ -19,7 +21,9 @@ constexpr int kFirstCustomLayout = 8;
 struct ThemeState {
     int mode = 0;   // 0: theme page, any other value: custom page
     int theme = 0;  // 0..3
-    int style = 0;  // theme page: style of theme 1; custom page: 0 is custom layout 0, any other value 1
+    // The settings have one number for both: that of the page in front. The other page begins with 0.
+    int themeStyle = 0;   // of theme 1: 1 has the smaller date
+    int customStyle = 0;  // 0 is custom layout 0, any other value 1
     Orientation orientation = Orientation::Landscape;
     std::array<LayoutRecord, kLayoutCount> layouts;
 };
@@ -34,6 +38,9 @@ constexpr int CustomLayoutIndex(int variant) {
 // Whether the custom page is chosen, and its variant: 0 (five items) or 1 (one item).
 bool IsCustom(const ThemeState& state);
 int VariantOf(const ThemeState& state);
+// The style of the page in front.
+int StyleInForce(const ThemeState& state);
+void SetStyleInForce(ThemeState& state, int style);
 // Index of the record in force: of the custom variant on the custom page, of the theme in its orientation on
 // the theme page.
 int LayoutIndexInForce(const ThemeState& state);
@@ -50,6 +57,8 @@ ThemeState FactoryThemeState(InterfaceLanguage language);
 ThemeState LoadThemeState(InterfaceLanguage language);
 // False, with one log line, when the file could not be written.
 bool SaveThemeState(const ThemeState& state, const QString& filePath = ConfigFilePath());
+// The same as part of a larger write.
+void WriteThemeState(SettingsWriter& settings, const ThemeState& state);
 
 // What the settings say is to be shown: the layout in force, its row of the slot table and the current text
 // row.

@@ -1,7 +1,6 @@
 #include "config/default_profile.h"
 
 #include <QDir>
-#include <QFile>
 #include <QFileInfo>
 #include <QSettings>
 #include <QtDebug>
@@ -16,13 +15,11 @@
 namespace kivo {
 namespace {
 
-constexpr std::array kDefaultFiles{"/Config.ini", "/whole.png"};
+constexpr const char* kConfig = "/Config.ini";
+constexpr std::array kDefaultFiles{kConfig, "/whole.png"};
 
 bool CopyDefaultFile(const QString& source, const QString& target) {
-    // Not QFile::copy, which gives the copy of a read-only original its rights.
-    QFile original(source);
-    const QString trouble =
-        original.open(QIODevice::ReadOnly) ? ReplaceFile(target, &original) : original.errorString();
+    const QString trouble = ReplaceFileByCopy(target, source);
     if (trouble.isEmpty()) {
         qDebug("File copied successfully.");
         return true;
@@ -45,6 +42,10 @@ void GiveWay(const QString& defaultConfig) {
 }
 
 }  // namespace
+
+QString DefaultConfigFile(const QString& applicationDir) {
+    return applicationDir + QLatin1String(kConfig);
+}
 
 void SeedDefaultProfile(const QString& applicationDir) {
     const QString settingsFolder = SettingsFolder();
@@ -71,7 +72,7 @@ void SeedDefaultProfile(const QString& applicationDir) {
             configFolderCreated = 1;
         }
         if (isThere && target == ConfigFilePath()) {
-            GiveWay(applicationDir + name);
+            GiveWay(DefaultConfigFile(applicationDir));
         } else {
             CopyDefaultFile(applicationDir + name, target);
         }

@@ -15,6 +15,9 @@ namespace kivo {
 // writable, also those of read-only originals. Call before any theme key is read, on the main thread.
 void SeedDefaultProfile(const QString& applicationDir);
 
+// The default "Config.ini" of the application's folder.
+QString DefaultConfigFile(const QString& applicationDir);
+
 // Reserved. "PROFILE/ProductName" of the application folder's "DefaultProfile.bin" (an INI file); empty when
 // absent.
 QString LoadProductName(const QString& applicationDir);

@@ -28,7 +28,30 @@ int Newest(const char* family) {
     return number;
 }
 
+// Frees the last number: what is there moves up to the numbers that are free, and of nine the oldest goes.
+void MakeRoom(const char* family) {
+    int count = 0;
+    for (int number = 1; number <= kMostKeptFiles; ++number) {
+        count += QFileInfo(NameOf(family, number)).isFile() ? 1 : 0;
+    }
+    if (count == kMostKeptFiles) {
+        QFile::remove(NameOf(family, 1));
+    }
+    for (int number = 2; number <= kMostKeptFiles; ++number) {
+        int free = 1;
+        while (free < number && QFileInfo::exists(NameOf(family, free))) {
+            ++free;
+        }
+        if (free < number && QFileInfo(NameOf(family, number)).isFile()) {
+            QFile::rename(NameOf(family, number), NameOf(family, free));
+        }
+    }
+}
+
 QString NextName(const char* family) {
+    if (Newest(family) == kMostKeptFiles) {
+        MakeRoom(family);
+    }
     return NameOf(family, qMin(Newest(family) + 1, kMostKeptFiles));
 }
 
@@ -41,8 +64,7 @@ bool HaveSameContent(const QString& one, const QString& other) {
 
 // The file at `target` is complete or as it was. False, with a log line, where that fails.
 bool Copy(const QString& source, const QString& target) {
-    QFile file(source);
-    const QString trouble = file.open(QIODevice::ReadOnly) ? ReplaceFile(target, &file) : file.errorString();
+    const QString trouble = ReplaceFileByCopy(target, source);
     if (!trouble.isEmpty()) {
         qWarning().noquote() << QStringLiteral("The settings cannot be kept: %1 to %2: %3")
                                     .arg(QDir::toNativeSeparators(source), QDir::toNativeSeparators(target),
@@ -51,15 +73,24 @@ bool Copy(const QString& source, const QString& target) {
     return trouble.isEmpty();
 }
 
+// What is kept last already is not kept again.
+bool Keep(const QString& file, const char* family) {
+    const int newest = Newest(family);
+    return (newest > 0 && HaveSameContent(file, NameOf(family, newest))) || Copy(file, NextName(family));
+}
+
+// Whether the settings that are there may be replaced: there are none, or nobody has made them, or they are
+// kept.
+bool GiveWayToKept(const QString& defaultFile) {
+    const QString config = ConfigFilePath();
+    return !QFileInfo::exists(config) || HaveSameContent(config, defaultFile) || Keep(config, kReplaced);
+}
+
 }  // namespace
 
 bool KeepSettings(const QString& defaultFile) {
     const QString config = ConfigFilePath();
-    if (!QFileInfo(config).isFile() || HaveSameContent(config, defaultFile)) {
-        return true;
-    }
-    const int newest = Newest(kKept);
-    return (newest > 0 && HaveSameContent(config, NameOf(kKept, newest))) || Copy(config, NextName(kKept));
+    return !QFileInfo(config).isFile() || HaveSameContent(config, defaultFile) || Keep(config, kKept);
 }
 
 void TakeKeptCopyBack() {
@@ -73,21 +104,20 @@ bool HasKeptSettings() {
     return Newest(kKept) > 0;
 }
 
-bool RestoreKeptSettings() {
+bool RestoreKeptSettings(const QString& defaultFile) {
     const int newest = Newest(kKept);
-    const QString config = ConfigFilePath();
-    if (newest == 0 || (QFileInfo::exists(config) && !Copy(config, NextName(kReplaced))) ||
-        !Copy(NameOf(kKept, newest), config)) {
+    if (newest == 0 || !GiveWayToKept(defaultFile) || !Copy(NameOf(kKept, newest), ConfigFilePath())) {
         return false;
     }
     QFile::remove(NameOf(kKept, newest));
+    DismissKeptSettings();
     return true;
 }
 
 void DismissKeptSettings() {
-    for (int number = 1; number <= Newest(kKept); ++number) {
+    for (int number = 1; number <= kMostKeptFiles; ++number) {
         const QString kept = NameOf(kKept, number);
-        if (QFileInfo(kept).isFile() && Copy(kept, NextName(kReplaced))) {
+        if (QFileInfo(kept).isFile() && Keep(kept, kReplaced)) {
             QFile::remove(kept);
         }
     }

@@ -2,8 +2,8 @@
 
 // Settings that gave way to the defaults because the first-run mark was lost, though the person had made
 // them: they stay beside Config.ini as "Config.ini.kept" until the person takes them back or does not want
-// them. What gave way to an answer is "Config.ini.replaced". Of both there may be more, ".2" to ".9", of
-// which the last is reused. Main thread.
+// them. What gave way to an answer is "Config.ini.replaced". Of both there may be more, ".2" to ".9", the
+// newest with the highest number; of ten the oldest goes. Main thread.
 
 #include <QString>
 
@@ -19,9 +19,10 @@ void TakeKeptCopyBack();
 // Whether there are any that nobody has answered for yet.
 bool HasKeptSettings();
 
-// Puts the ones that were kept last in Config.ini's place, which gives way. False, with one log line and
-// Config.ini as it was, where that fails.
-bool RestoreKeptSettings();
+// Puts the ones that were kept last in Config.ini's place. Config.ini gives way, unless it equals
+// `defaultFile`, and so do those that were kept before: nobody is asked any more. False, with Config.ini as
+// it was, where nothing is kept, or with a log line where it fails.
+bool RestoreKeptSettings(const QString& defaultFile);
 
 // The person wants none of them: they give way, and nobody is asked any more.
 void DismissKeptSettings();

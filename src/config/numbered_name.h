@@ -4,7 +4,8 @@
 
 namespace kivo {
 
-// Files that are kept beside a settings file: "<file>.broken", then "<file>.broken.2" up to this number.
+// Files that are kept beside a settings file, of each ending so many: "<file>.broken", then "<file>.broken.2"
+// up to this number.
 inline constexpr int kMostKeptFiles = 9;
 
 // The name of the file with that number, from 1 on. ending begins with its dot.

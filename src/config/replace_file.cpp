@@ -45,4 +45,9 @@ QString ReplaceFile(const QString& target, QIODevice* source) {
     return out.commit() ? QString() : out.errorString();
 }
 
+QString ReplaceFileByCopy(const QString& target, const QString& source) {
+    QFile original(source);
+    return original.open(QIODevice::ReadOnly) ? ReplaceFile(target, &original) : original.errorString();
+}
+
 }  // namespace kivo

@@ -11,4 +11,7 @@ namespace kivo {
 // what went wrong; empty on success.
 QString ReplaceFile(const QString& target, QIODevice* source);
 
+// The same with the file `source`. Not QFile::copy, which gives the copy of a read-only original its rights.
+QString ReplaceFileByCopy(const QString& target, const QString& source);
+
 }  // namespace kivo

@@ -24,8 +24,9 @@ constexpr QRect kColorLabel(120, 10, 20, 20);
 constexpr int kHairX = 156;
 constexpr int kHairTop = 10;
 constexpr int kHairHeight = 20;
-constexpr QRect kTrimButton(251, 6, 84, 28);
-constexpr QRect kBackButton(341, 6, 84, 28);
+constexpr QRect kTrimButton(161, 6, 84, 28);
+constexpr QRect kBackButton(251, 6, 84, 28);
+constexpr QRect kRedoButton(341, 6, 84, 28);
 constexpr QSize kIconSize(16, 16);
 constexpr int kTextPixels = 13;
 constexpr qreal kButtonRadius = 8;
@@ -33,6 +34,7 @@ constexpr qreal kRadius = 11;
 constexpr qreal kDotDiameter = 18;
 constexpr QRect kFirstChoice(160, 9, 20, 22);
 constexpr int kChoiceStep = 15;
+constexpr qreal kOffStrength = 0.4;
 
 constexpr std::array<const char*, kTextColorCount> kIndicators{
     "://skins/font_white.png",  "://skins/font_black.png", "://skins/font_orange.png",
@@ -54,6 +56,19 @@ void SetUpToolButton(NimbPushButton* button, const QRect& place, const QString& 
     button->SetTextPixelSize(kTextPixels);
 }
 
+// The icon of the back button, the other way round.
+void DrawRedoIcon(QPainter& painter, const QRectF& rect, const QColor& /*color*/,
+                  NimbPushButton::State state) {
+    const bool isDown = state == NimbPushButton::Pressed;
+    const SharpPicture icon(QStringLiteral("://skins/icon_back_%1.png").arg(QLatin1Char(isDown ? 's' : 'n')));
+    if (state == NimbPushButton::Disabled) {
+        painter.setOpacity(kOffStrength);
+    }
+    painter.translate(2 * rect.center().x(), 0);
+    painter.scale(-1, 1);
+    icon.Draw(painter, rect);
+}
+
 }  // namespace
 
 EditBar::EditBar(QWidget* parent)
@@ -64,6 +79,7 @@ EditBar::EditBar(QWidget* parent)
       m_colorLabel(new PressLabel(this)),
       m_trimButton(new NimbPushButton(this)),
       m_backButton(new NimbPushButton(this)),
+      m_redoButton(new NimbPushButton(this)),
       m_choiceGround(new QWidget(this)) {
     setFixedSize(kSize);
     QFont textFont = font();
@@ -85,8 +101,11 @@ EditBar::EditBar(QWidget* parent)
     m_trimButton->SetToggleMode(true);
     m_backButton->setObjectName(QStringLiteral("backButton"));
     SetUpToolButton(m_backButton, kBackButton, QStringLiteral("ret"), QStringLiteral("back"));
+    m_redoButton->setObjectName(QStringLiteral("redoButton"));
+    SetUpToolButton(m_redoButton, kRedoButton, QStringLiteral("ret"), QStringLiteral("back"));
+    m_redoButton->SetIconDrawing(DrawRedoIcon, kIconSize);
     // The mouse leaves the focus with the text or the trim frame that the tools are there for.
-    for (QWidget* tool : std::initializer_list<QWidget*>{m_sizeBox, m_trimButton, m_backButton})
+    for (QWidget* tool : std::initializer_list<QWidget*>{m_sizeBox, m_trimButton, m_backButton, m_redoButton})
         tool->setFocusPolicy(Qt::TabFocus);
     MakeColourChoices();
     Translate();
@@ -98,6 +117,10 @@ EditBar::EditBar(QWidget* parent)
     // At the press and not at the release: a toggle changes with the press, also when it is let go elsewhere.
     connect(m_trimButton, &NimbPushButton::EnterSignal, this, &EditBar::btn_clicked);
     connect(m_backButton, &QPushButton::clicked, this, &EditBar::btn_clicked);
+    connect(m_redoButton, &QPushButton::clicked, this, [this] {
+        SetEditPressed(false);
+        Q_EMIT SendRedo();
+    });
 }
 
 // Deliberate: they are never shown. Colours are picked in the strip of their own.
@@ -127,6 +150,19 @@ void EditBar::SetEditPressed(bool on) {
     m_trimButton->SetPressed(on);
     if (!on)
         Q_EMIT SendEdit(0);
+}
+
+bool EditBar::IsEditPressed() const {
+    return m_trimButton->IsPressed();
+}
+
+void EditBar::SetWays(bool undo, bool redo) {
+    if (m_backButton->isEnabled() != undo) {
+        m_backButton->SetButtonEnabled(undo);
+    }
+    if (m_redoButton->isEnabled() != redo) {
+        m_redoButton->SetButtonEnabled(redo);
+    }
 }
 
 void EditBar::SetSizeEnabled(bool on) {
@@ -234,6 +270,8 @@ void EditBar::Translate() {
     m_trimButton->setToolTip(tr("选取图片的显示区域"));
     m_backButton->setText(tr("返回"));
     m_backButton->setToolTip(tr("撤销上一步"));
+    m_redoButton->setText(tr("重做"));
+    m_redoButton->setToolTip(tr("恢复撤销的步骤"));
     for (NimbPushButton* choice : m_choices)
         choice->setAccessibleName(ColorName(choice->CurIndex()));
 }

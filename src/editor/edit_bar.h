@@ -1,7 +1,7 @@
 #pragma once
 
-// The tool bar of the free text and of trimming: size chooser, colour indicator, trim, back. It only tells
-// what was chosen. GUI thread.
+// The tool bar of the free text and of trimming: size chooser, colour indicator, trim, back, redo. It only
+// tells what was chosen. GUI thread.
 
 #include <QWidget>
 #include <array>
@@ -23,6 +23,10 @@ public:
 
     // True presses the trim button and tells nothing; false lets it go and tells SendEdit(0).
     void SetEditPressed(bool on);
+    bool IsEditPressed() const;
+
+    // Whether there is something to undo and to redo.
+    void SetWays(bool undo, bool redo);
 
     // Takes away the colour buttons of its own. The argument changes nothing.
     void HideColourChoices(int which = 0);
@@ -40,6 +44,7 @@ Q_SIGNALS:
     void SendFontColor(quint8 color);
     void SendEdit(quint8 iEdit);
     void SendImageReset();
+    void SendRedo();
     void ShowColorbarSignal(quint8 iShow);
     void SizeClicked();
 
@@ -72,6 +77,7 @@ private:
     PressLabel* m_colorLabel;
     NimbPushButton* m_trimButton;
     NimbPushButton* m_backButton;
+    NimbPushButton* m_redoButton;
     QWidget* m_choiceGround;
     std::array<NimbPushButton*, kTextColorCount> m_choices{};
     quint8 m_color = 0;

@@ -1,6 +1,5 @@
 #include "editor/edit_history.h"
 
-#include <algorithm>
 #include <tuple>
 
 namespace kivo {
@@ -10,9 +9,10 @@ namespace {
 constexpr int kMostSteps = 200;
 
 EditStep StepOf(const EditState& state) {
-    const int variant = VariantInForce(state);
-    EditStep step{LayoutInForce(state), state.slotTable[size_t(variant)], state.textRow};
+    EditStep step{LayoutInForce(state), {}, state.textRow};
     if (IsCustom(state.themes)) {
+        const int variant = VariantInForce(state);
+        step.slotItems = state.slotTable[size_t(variant)];
         // A text that is being typed is ticked before there is one; that alone is no step.
         SettleTextFlag(step.layout, variant);
     }
@@ -27,22 +27,25 @@ bool IsSame(const EditStep& a, const EditStep& b) {
 
 void EditHistory::Start(const EditState& state) {
     m_ways.fill(Way());
+    m_row = state.textRow;
     WayOf(state).steps = {StepOf(state)};
 }
 
 void EditHistory::Append(const EditState& state, Kind kind) {
+    TellOthersTheRow(state);
     Way& way = WayOf(state);
     const EditStep step = StepOf(state);
     if (way.steps.isEmpty()) {
         way.steps.append(step);
         return;
     }
-    if (IsSame(step, way.steps.last())) {
+    if (IsSame(step, way.steps.at(way.at))) {
         if (kind == Kind::Single) {
             way.lastKind = kind;  // something else came between all the same
         }
         return;
     }
+    way.steps.resize(way.at + 1);
     const bool joins = kind != Kind::Single && kind == way.lastKind;
     way.lastKind = kind;
     if (joins) {
@@ -50,6 +53,7 @@ void EditHistory::Append(const EditState& state, Kind kind) {
         if (IsSame(step, way.steps.last())) {
             // There and back again: the step before is not of this kind, and none may join it.
             way.lastKind = Kind::Single;
+            way.at = way.steps.size() - 1;
             return;
         }
     }
@@ -57,19 +61,33 @@ void EditHistory::Append(const EditState& state, Kind kind) {
     if (way.steps.size() > kMostSteps) {
         way.steps.remove(1);  // the first entry stays the one that was loaded
     }
+    way.at = way.steps.size() - 1;
 }
 
-bool EditHistory::StepBack(EditState& state) {
+bool EditHistory::CanStepBack(const EditState& state) const {
+    return WayOf(state).at > 0;
+}
+
+bool EditHistory::CanStepForth(const EditState& state) const {
+    const Way& way = WayOf(state);
+    return way.at + 1 < way.steps.size();
+}
+
+bool EditHistory::Step(EditState& state, int by) {
     Way& way = WayOf(state);
-    if (way.steps.size() <= 1) {
+    const int to = way.at + by;
+    if (to < 0 || to >= way.steps.size()) {
         return false;
     }
-    way.steps.removeLast();
+    way.at = to;
     way.lastKind = Kind::Single;
-    const EditStep& step = way.steps.last();
+    const EditStep& step = way.steps.at(to);
     LayoutInForce(state) = step.layout;
-    state.slotTable[size_t(VariantInForce(state))] = step.slotItems;
+    if (IsCustom(state.themes)) {
+        state.slotTable[size_t(VariantInForce(state))] = step.slotItems;
+    }
     state.textRow = step.textRow;
+    TellOthersTheRow(state);
     return true;
 }
 
@@ -78,8 +96,40 @@ void EditHistory::ReplacePicture(const QString& old, const QString& by) {
         for (EditStep& step : way.steps) {
             kivo::ReplacePicture(step.layout, old, by);
         }
-        way.steps.erase(std::unique(way.steps.begin(), way.steps.end(), IsSame), way.steps.end());
+        RemoveRepeats(way);
         way.lastKind = Kind::Single;
+    }
+}
+
+void EditHistory::RemoveRepeats(Way& way) {
+    QVector<EditStep> kept;
+    int at = 0;
+    for (int k = 0; k < way.steps.size(); ++k) {
+        if (kept.isEmpty() || !IsSame(kept.last(), way.steps.at(k))) {
+            kept.append(way.steps.at(k));
+        }
+        if (k == way.at) {
+            at = kept.size() - 1;
+        }
+    }
+    way.steps = kept;
+    way.at = at;
+}
+
+// The others' steps have the same row throughout: nothing of them moves it.
+void EditHistory::TellOthersTheRow(const EditState& state) {
+    if (state.textRow == m_row) {
+        return;
+    }
+    m_row = state.textRow;
+    const Way* const own = &WayOf(state);
+    for (Way& way : m_ways) {
+        if (&way != own) {
+            for (EditStep& step : way.steps) {
+                step.textRow = m_row;
+            }
+            RemoveRepeats(way);
+        }
     }
 }
 

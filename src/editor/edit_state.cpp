@@ -2,8 +2,10 @@
 
 #include <tuple>
 
+#include "config/setting_keys.h"
 #include "config/settings_file.h"
 #include "editor/trim_frame.h"
+#include "pictures/picture_path.h"
 
 namespace kivo {
 
@@ -15,6 +17,16 @@ EditState LoadEditState(InterfaceLanguage language) {
     EditState state{LoadThemeState(language), LoadSlotTable(), LoadCurRectId()};
     SettleFlags(state);
     return state;
+}
+
+bool SaveEditState(const EditState& state) {
+    SettingsWriter settings;
+    WriteThemeState(settings, state.themes);
+    if (IsCustom(state.themes)) {
+        WriteSlotTable(settings, state.slotTable);
+        settings.SetInt(QString(keys::kCurRectId.name), state.textRow);
+    }
+    return settings.Commit();
 }
 
 void SettleFlags(EditState& state) {
@@ -50,7 +62,7 @@ std::array<bool, kLiveValueCount>& CustomFlags(LayoutRecord& layout, int variant
 }
 
 void ReplacePicture(LayoutRecord& layout, const QString& old, const QString& by) {
-    if (layout.picture == old) {
+    if (IsSamePicture(layout.picture, old)) {
         layout.picture = by;
         ClearTrim(layout);
     }

@@ -24,6 +24,10 @@ inline bool operator!=(const EditState& a, const EditState& b) {
 // What the settings file holds, settled (below). Never fails.
 EditState LoadEditState(InterfaceLanguage language);
 
+// Writes it in one step; while a theme is shown the slot table and the text row, which belong to the custom
+// page, stay what they are in the file. False, with one log line, when the file could not be written.
+bool SaveEditState(const EditState& state);
+
 // Brings slots and flags in line with what they stand for: no free text holds one of the five slots, which it
 // does not need; a kind that stands in a slot is ticked, and the free text is ticked exactly where there is
 // one. For what was just loaded.

@@ -77,11 +77,4 @@ void DrawTrimFrame(QPainter& painter, const QRectF& frame, const QRectF& shown, 
     }
 }
 
-void DrawFocusRing(QPainter& painter, const QRectF& bounds, double radius) {
-    constexpr double kRing = 2;
-    painter.setPen(QPen(window_colors::kAccentBright, kRing));
-    painter.setBrush(Qt::NoBrush);
-    painter.drawRoundedRect(bounds.adjusted(kRing / 2, kRing / 2, -kRing / 2, -kRing / 2), radius, radius);
-}
-
 }  // namespace kivo

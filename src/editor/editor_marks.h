@@ -19,7 +19,4 @@ void DrawOutline(QPainter& painter, const QRectF& rect, Mark mark);
 // also where the frame reaches them.
 void DrawTrimFrame(QPainter& painter, const QRectF& frame, const QRectF& shown, const QRectF& bounds);
 
-// Round an editor that has the keyboard's focus, just inside bounds.
-void DrawFocusRing(QPainter& painter, const QRectF& bounds, double radius);
-
 }  // namespace kivo

@@ -1,54 +1,52 @@
 #include "editor/preview_background.h"
 
-#include <QFileInfo>
-
-#include "compose/background_picture.h"
+#include "pictures/picture_source.h"
 
 namespace kivo {
 
-const QImage& PreviewBackground::Picture(const QString& path) {
-    const bool samePath = path == m_path;
-    if (samePath && !m_recheck) {
-        return m_picture;
-    }
-    m_recheck = false;
-    if (samePath && QFileInfo(path).lastModified() == m_modified) {
-        return m_picture;
-    }
-    ++m_decodes;
-    Keep(path, LoadPicture(path));
-    return m_picture;
+namespace {
+
+// Never black, which would look like a screen that is off.
+QImage PlainGround() {
+    constexpr QRgb kGround = qRgb(0x0B, 0x1A, 0x33);
+    QImage ground(1, 1, QImage::Format_RGB32);
+    ground.fill(kGround);
+    return ground;
 }
 
-void PreviewBackground::Keep(const QString& path, const QImage& picture) {
-    m_path = path;
-    m_modified = QFileInfo(path).lastModified();
-    m_picture = picture;
-    m_composed = QImage();
-    m_whole = QImage();
-}
+}  // namespace
 
-bool PreviewBackground::Load(const QString& path) {
-    if (path == m_path && !m_picture.isNull()) {
-        return true;
+void PreviewBackground::Update(const ScreenState& state) {
+    if (m_source == nullptr) {
+        return;
     }
-    const QImage picture = LoadPicture(path);
-    ++m_decodes;
-    if (picture.isNull()) {
-        return false;  // what is shown stays
+    const QString path = PicturePath(state);
+    if (path != m_path) {
+        m_path = path;
+        m_source->Check(path);
     }
-    Keep(path, picture);
-    return true;
+    const std::optional<LayoutPicture> known = KnownLayoutPicture(*m_source, state);
+    if (!known) {
+        return;
+    }
+    if (known->image.cacheKey() != m_picture.image.cacheKey() || known->failure != m_picture.failure) {
+        m_composed = QImage();
+        m_whole = QImage();
+    }
+    m_picture = *known;
 }
 
 QSize PreviewBackground::PictureSize(const ScreenState& state) {
-    return Picture(PicturePath(state)).size();
+    Update(state);
+    return m_picture.image.size();
 }
 
 const QImage& PreviewBackground::Composed(const ScreenState& state, QSize devicePixels) {
-    const QImage& picture = Picture(PicturePath(state));
+    Update(state);
     if (m_composed.size() != devicePixels || state != m_state) {
-        m_composed = ComposeMagnifiedBackground(state, picture, m_skins, devicePixels);
+        m_composed = ComposeMagnifiedBackground(DrawnState(state, m_picture),
+                                                m_picture.image.isNull() ? PlainGround() : m_picture.image,
+                                                m_skins, devicePixels);
         m_state = state;
         ++m_compositions;
     }
@@ -56,9 +54,9 @@ const QImage& PreviewBackground::Composed(const ScreenState& state, QSize device
 }
 
 const QImage& PreviewBackground::WholePicture(const ScreenState& state, QSize devicePixels) {
-    const QImage& picture = Picture(PicturePath(state));
-    if (m_whole.size() != devicePixels && !picture.isNull()) {
-        m_whole = picture.scaled(devicePixels, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    Update(state);
+    if (m_whole.size() != devicePixels && !m_picture.image.isNull()) {
+        m_whole = m_picture.image.scaled(devicePixels, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
     }
     return m_whole;
 }

@@ -1,5 +1,6 @@
 #include "editor/screen_mapping.h"
 
+#include <QMargins>
 #include <cmath>
 
 #include "compose/custom_layout.h"
@@ -94,6 +95,18 @@ QRect TextBoxRect(int row, Orientation orientation, QSize widget) {
 
 int TextBoxPixelSize(int sizeIndex, Orientation orientation) {
     return int(FreeTextPixelSize(sizeIndex) * AreaScale(orientation));
+}
+
+QRect TypingBoxRect(int row, Orientation orientation, QSize widget, const QRect& textBounds) {
+    constexpr QMargins kPadding(8, 4, 8, 4);  // widget pixels
+    const ScreenMapping map = MappingFor(orientation, widget);
+    const QRect rowBox = TextBoxRect(row, orientation, widget);
+    if (textBounds.isEmpty()) {
+        return rowBox;
+    }
+    const QRect text = map.Mapped(textBounds).marginsAdded(kPadding);
+    const QRect box = text | QRect(rowBox.left(), text.top(), rowBox.width(), text.height());
+    return box & map.Mapped(QRect(QPoint(0, 0), CanvasSize(orientation)));
 }
 
 TrimMapping TrimMappingFor(Orientation orientation, QSize widget, const QRectF& pictureRect) {

@@ -26,6 +26,7 @@ struct ScreenMapping {
 
     QRect Mapped(const QRect& canvasRect) const;
     QPointF Mapped(QPointF canvasPoint) const { return canvasPoint * scale + QPointF(left, top); }
+    QPointF OnCanvas(QPointF widgetPoint) const { return (widgetPoint - QPointF(left, top)) / scale; }
 };
 ScreenMapping MappingFor(Orientation orientation, QSize widget);
 
@@ -47,6 +48,10 @@ QRect TextDoubleClickRect(int row, Orientation orientation);
 // The in-place text box of that row, and the pixel size of its text for a free-text size step (0..2).
 QRect TextBoxRect(int row, Orientation orientation, QSize widget);
 int TextBoxPixelSize(int sizeIndex, Orientation orientation);
+
+// The box while a text is typed that stands in those canvas bounds: about the text, as wide as its row at
+// least and never off the screen.
+QRect TypingBoxRect(int row, Orientation orientation, QSize widget, const QRect& textBounds);
 
 // While it is trimmed the whole picture is shown, about the middle of the screen: magnified as the screen is,
 // or less where it would not fit into the widget. pictureRect is in panel pixels from the untrimmed view.

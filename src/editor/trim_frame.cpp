@@ -164,10 +164,12 @@ QRectF ResizedFrame(const TrimView& view, TrimZone zone, QPointF by, Orientation
     return KeptOnPicture(SizedAbout(view.frame, AllowedSize(width, orientation), keptX, keptY), view.picture);
 }
 
-QRectF ZoomedFrame(const TrimView& view, double inset, Orientation orientation) {
+QRectF ZoomedFrame(const TrimView& view, double inset, Orientation orientation, QPointF about) {
     const double narrower = inset * Panel(orientation).width() / kPanelWidth;
     const QSizeF size = AllowedSize(view.frame.width() - narrower, orientation);
-    return KeptOnPicture(SizedAbout(view.frame, size, 0.5, 0.5), view.picture);
+    const QRectF zoomed =
+        SizedAbout(view.frame, size, qBound(0.0, about.x(), 1.0), qBound(0.0, about.y(), 1.0));
+    return KeptOnPicture(zoomed, view.picture);
 }
 
 }  // namespace kivo

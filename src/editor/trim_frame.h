@@ -60,8 +60,10 @@ QRectF MovedFrame(const TrimView& view, QPointF by);
 // picture has room.
 QRectF ResizedFrame(const TrimView& view, TrimZone zone, QPointF by, Orientation orientation);
 
-// The frame made narrower (or, with a negative inset, wider) by that many panel pixels of the long side,
-// about its middle.
-QRectF ZoomedFrame(const TrimView& view, double inset, Orientation orientation);
+// The frame made narrower (or, with a negative inset, wider) by that many panel pixels of the long side. What
+// lies at about, a share of the frame's sides, keeps its place as long as the picture has room; a place
+// outside the frame counts as its nearest edge.
+QRectF ZoomedFrame(const TrimView& view, double inset, Orientation orientation,
+                   QPointF about = QPointF(0.5, 0.5));
 
 }  // namespace kivo

@@ -6,8 +6,8 @@
 
 #include "compose/item_drawing.h"
 #include "editor/editor_marks.h"
+#include "editor/text_box.h"
 #include "editor/zoom_widget.h"
-#include "widgets/self_plain_text_edit.h"
 #include "widgets/window_colors.h"
 
 namespace kivo {
@@ -22,10 +22,13 @@ constexpr QColor kScreenEdge = window_colors::kThumb;
 constexpr QMargins kSlotMargins(4, 2, 4, 2);  // canvas pixels
 constexpr QMargins kTextMargins(4, 4, 4, 4);  // widget pixels
 
-// Behind the text box, so that what is typed can be read over the values it covers; the light one is for
-// black text.
-constexpr QColor kTextBoxGround(0x07, 0x13, 0x26, 225);
-constexpr QColor kLightTextBoxGround(255, 255, 255, 225);
+// A dragged item goes with the mouse; in its place it stands fainter, as the one does that it is held over.
+constexpr double kLeftBehind = 0.35;
+constexpr double kGhost = 0.9;
+
+constexpr double kTypingFrame = 1.5;
+constexpr double kTypingRadius = 6;
+constexpr QColor kSelection(0x4F, 0xE0, 0xC0, 110);
 
 // The nearest point that lies between two pixels of the device, so that pictures are not resampled there.
 QPointF OnDevicePixels(QPointF point, double ratio) {
@@ -73,25 +76,29 @@ void ZoomWidget::paintEvent(QPaintEvent* /*event*/) {
     const ScreenState state = Shown();
     if (IsTrimming()) {
         PaintTrim(painter, state);
-    } else {
-        PanelTexts texts = LayOutPanelTexts(state, PreviewTexts());
-        if (m_textEntryOpen) {
-            texts.freeText = FreeTextBlock();
-        }
-        PaintScreen(painter, state, texts);
-        if (m_drag == Drag::Text) {
-            PaintRowMarks(painter);
-        } else if (m_editing && state.custom && !m_textEntryOpen) {
-            PaintLayoutMarks(painter, state, texts);
-        }
+        return;
     }
-    if (hasFocus() && m_focusByKeyboard) {
-        DrawFocusRing(painter, rect(), kWellRadius);
+    const PanelTexts texts = LayOutPanelTexts(state, PreviewTexts());
+    PaintScreen(painter, state, texts);
+    if (m_drag.HoldsText() && m_editing) {
+        PaintRowMarks(painter);
+    } else if (m_editing && state.custom && !m_textEntryOpen) {
+        PaintLayoutMarks(painter, state, texts);
     }
 }
 
+ItemTexts ZoomWidget::PreviewTexts() const {
+    ItemTexts texts = m_editor.Layout().sample;
+    for (size_t item = 0; item < texts.size(); ++item) {
+        if (!m_liveTexts[item].isEmpty()) {
+            texts[item] = m_liveTexts[item];
+        }
+    }
+    return texts;
+}
+
 void ZoomWidget::PaintScreen(QPainter& painter, const ScreenState& state, const PanelTexts& texts) {
-    const ScreenMapping map = MappingFor(state.orientation, size());
+    const ScreenMapping map = Mapping();
     const double ratio = devicePixelRatioF();
     const QSizeF canvas = CanvasSize(state.orientation);
     const QPointF origin = OnDevicePixels(map.Mapped(QPointF(0, 0)), ratio);
@@ -107,24 +114,78 @@ void ZoomWidget::PaintScreen(QPainter& painter, const ScreenState& state, const 
     // The panel's own drawing, magnified: every text stands where the panel has it.
     painter.translate(origin);
     painter.scale(map.scale, map.scale);
-    DrawPanelTexts(painter, texts, QRect(QPoint(0, 0), canvas.toSize()));
-    painter.restore();
     if (m_textEntryOpen) {
-        const bool isDark = FreeTextColor(state.layout.colorIndex).lightness() == 0;
-        painter.fillRect(m_editText->geometry(), isDark ? kLightTextBoxGround : kTextBoxGround);
+        const QRectF box(m_editText->geometry());
+        const QRectF boxOnCanvas(map.OnCanvas(box.topLeft()), box.size() / map.scale);
+        PanelTexts around = WithoutItemsUnder(boxOnCanvas, texts);
+        around.freeText = FreeTextBlock();
+        PaintTexts(painter, state, around);
+        PaintTyped(painter, Typed());
+    } else {
+        PaintTexts(painter, state, texts);
     }
+    painter.restore();
 
     painter.setPen(QPen(kScreenEdge, 1));
     painter.setBrush(Qt::NoBrush);
     painter.drawRoundedRect(area.adjusted(0.5, 0.5, -0.5, -0.5), kScreenRadius, kScreenRadius);
+    if (m_textEntryOpen) {
+        constexpr double kHalf = kTypingFrame / 2;
+        painter.setPen(QPen(window_colors::kAccentBright, kTypingFrame));
+        painter.drawRoundedRect(QRectF(m_editText->geometry()).adjusted(kHalf, kHalf, -kHalf, -kHalf),
+                                kTypingRadius, kTypingRadius);
+    }
+}
+
+void ZoomWidget::PaintTexts(QPainter& painter, const ScreenState& state, const PanelTexts& texts) const {
+    const QRect canvas(QPoint(0, 0), CanvasSize(state.orientation));
+    if (!m_drag.IsDrag()) {
+        DrawPanelTexts(painter, texts, canvas);
+        return;
+    }
+    PanelTexts still;
+    PanelTexts dragged;
+    PanelTexts target;  // goes the other way
+    for (const TextRun& run : texts.runs) {
+        const int slot = SlotOf(state, run.item);
+        const bool isDragged = slot != kEmptySlot && slot == m_drag.HeldSlot();
+        const bool isTarget = slot != kEmptySlot && slot == m_drag.MarkedSlot();
+        (isDragged ? dragged : isTarget ? target : still).runs.append(run);
+    }
+    (m_drag.HoldsText() ? dragged : still).freeText = texts.freeText;
+    DrawPanelTexts(painter, still, canvas);
+    painter.save();
+    painter.setOpacity(kLeftBehind);
+    DrawPanelTexts(painter, dragged, canvas);
+    DrawPanelTexts(painter, target, canvas);
+    painter.setOpacity(kGhost);
+    painter.translate(QPointF(m_drag.Offset()) / Mapping().scale);
+    DrawPanelTexts(painter, dragged, canvas);
+    painter.restore();
+}
+
+void ZoomWidget::PaintTyped(QPainter& painter, const TypedText& typed) const {
+    const QVector<QRectF> selection = typed.Selection();
+    for (const QRectF& rect : selection) {
+        painter.fillRect(rect, kSelection);
+    }
+    DrawFreeText(painter, typed.Block(), QRect(QPoint(0, 0), CanvasSize(m_editor.Lying())));
+    const QColor color = FreeTextColor(m_editor.Layout().colorIndex);
+    const QVector<QRectF> preedit = typed.Preedit();
+    for (const QRectF& rect : preedit) {
+        painter.fillRect(QRectF(rect.left(), rect.bottom() - 1, rect.width(), 1), color);
+    }
+    if (m_editText->IsCaretOn()) {
+        painter.fillRect(typed.Caret(), color);
+    }
 }
 
 // Where the text would stand in each row. The one that takes it is drawn over its neighbours.
 void ZoomWidget::PaintRowMarks(QPainter& painter) const {
     for (const Mark mark : {Mark::Idle, Mark::Active}) {
         for (int row = 0; row < kTextRowCount; ++row) {
-            if ((row == m_dropRow) == (mark == Mark::Active)) {
-                DrawOutline(painter, QRectF(DrawnTextRect(row)).marginsAdded(kTextMargins), mark);
+            if ((row == m_drag.DropRow()) == (mark == Mark::Active)) {
+                DrawOutline(painter, QRectF(m_drag.DrawnTextRect(row)).marginsAdded(kTextMargins), mark);
             }
         }
     }
@@ -132,26 +193,26 @@ void ZoomWidget::PaintRowMarks(QPainter& painter) const {
 
 void ZoomWidget::PaintLayoutMarks(QPainter& painter, const ScreenState& state,
                                   const PanelTexts& texts) const {
-    const ScreenMapping map = MappingFor(state.orientation, size());
+    const ScreenMapping map = Mapping();
     const auto mapped = [&map](const QRect& rect) {
         return QRectF(map.Mapped(QPointF(rect.topLeft())), QSizeF(rect.size()) * map.scale);
     };
-    if (CanDragSlots()) {
+    if (m_editor.HasSlots()) {
         for (int slot = 0; slot < kSlotCount; ++slot) {
-            const bool byKey = m_focusByKeyboard && (slot == m_keySlot || slot == m_pickedSlot);
-            const bool active = slot == m_hoverSlot || slot == m_draggedSlot || byKey;
+            const bool byKey = m_focusByKeyboard && (slot == m_drag.KeySlot() || slot == m_drag.PickedSlot());
+            const bool active = slot == m_drag.MarkedSlot() || slot == m_drag.HeldSlot() || byKey;
             DrawOutline(painter, mapped(SlotArea(slot, state, texts)), active ? Mark::Active : Mark::Idle);
         }
     }
     if (!texts.freeText.lines.isEmpty()) {
         DrawOutline(painter, mapped(texts.freeText.bounds).marginsAdded(kTextMargins),
-                    m_hoverText ? Mark::Active : Mark::Idle);
+                    m_drag.MarksText() ? Mark::Active : Mark::Idle);
     }
 }
 
 void ZoomWidget::PaintTrim(QPainter& painter, const ScreenState& state) {
-    const TrimView view = CurrentTrimView();
-    const TrimMapping map = MappingOf(view);
+    const TrimView view = Trimmer().View();
+    const TrimMapping map = m_trim.Mapping();
     const double ratio = devicePixelRatioF();
     const QRectF exact = map.Mapped(view.picture);
     const QSize pixels = RoundedOut(exact.size(), ratio).size().toSize();

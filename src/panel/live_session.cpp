@@ -40,15 +40,16 @@ private:
 LiveSession::LiveSession(HidApi& hid, InterfaceLanguage language, Options options, QObject* parent)
     : QObject(parent),
       m_language(language),
-      m_options(options),
+      m_options(std::move(options)),
       m_session(hid),
       m_transfers(m_session, [] { return ReadLocalTime().time; }),
       m_snapshot(language),
       m_sender({m_session,
                 m_transfers,
                 m_frames,
-                options.panel == PanelKind::Real ? &m_memory : nullptr,
+                m_options.panel == PanelKind::Real ? &m_memory : nullptr,
                 [this](int item) { return m_snapshot.GetValueText(item); },
+                m_options.picture,
                 {},
                 [this] { NoteRecordChanged(); }}),
       m_status(m_sender.Status()) {

@@ -12,6 +12,7 @@
 #include <functional>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <vector>
 
 #include "device/screen_change.h"
@@ -47,11 +48,12 @@ public:
         PanelKind panel = PanelKind::Real;
         // What an upload waits before it composes.
         std::chrono::milliseconds uploadPause{1000};
+        // See PanelSender::Parts; has to be given.
+        std::function<std::optional<FramePicture>(const ScreenState& state)> picture = {};
     };
 
     // hid outlives the session.
     LiveSession(HidApi& hid, InterfaceLanguage language, Options options, QObject* parent = nullptr);
-    LiveSession(HidApi& hid, InterfaceLanguage language) : LiveSession(hid, language, Options()) {}
     // Stops everything; whoever could not Stop it must have ended the process by now.
     ~LiveSession() override;
 

@@ -11,6 +11,13 @@
 
 namespace kivo {
 
+// What a frame is composed with.
+struct FramePicture {
+    QImage image;
+    // In the place of the picture that the state names: shown whole, whatever its trim frame.
+    bool isStandIn = false;
+};
+
 struct PanelFrame {
     ScreenState state;
     QImage background;  // Format_RGB16, canvas size: picture and skin, no texts

@@ -2,7 +2,6 @@
 
 #include <QLoggingCategory>
 
-#include "compose/background_picture.h"
 #include "compose/rgb565.h"
 #include "panel/frame_store.h"
 #include "panel/panel_memory.h"
@@ -112,7 +111,12 @@ bool PanelSender::SyncTime() {
 }
 
 SharedFrame PanelSender::ComposeFrameOf(const ScreenState& state) {
-    return MakePanelFrame(state, ComposeBackground(state, LoadPicture(PicturePath(state)), m_skins));
+    const std::optional<FramePicture> picture = m_parts.picture(state);
+    if (!picture) {
+        return nullptr;
+    }
+    const ScreenState drawn = picture->isStandIn ? Untrimmed(state) : state;
+    return MakePanelFrame(state, ComposeBackground(drawn, picture->image, m_skins));
 }
 
 void PanelSender::Prepare() {
@@ -128,6 +132,9 @@ void PanelSender::Prepare() {
     SharedFrame frame = m_parts.frames.Load(loaded);
     if (!frame) {
         frame = ComposeFrameOf(loaded);
+        if (!frame) {
+            return;
+        }
         m_parts.frames.Save(frame);
     }
     std::optional<RememberedPanel> remembered;
@@ -193,6 +200,9 @@ bool PanelSender::ComposeWholeFrame() {
         chosen = m_chosen;
     }
     const SharedFrame frame = ComposeFrameOf(chosen);
+    if (!frame) {
+        return false;
+    }
     const std::lock_guard<std::mutex> turn(m_turn);
     ChangeRecord([&frame](PanelRecord& record) { SetDesired(record, frame); });
     m_parts.frames.Save(frame);

@@ -8,6 +8,7 @@
 #include <chrono>
 #include <functional>
 #include <mutex>
+#include <optional>
 
 #include "compose/frame_composer.h"
 #include "compose/live_renderer.h"
@@ -30,6 +31,9 @@ public:
         // The text of a live value at this moment (item 0..8, empty for none). Called on the upload thread
         // and the refresh thread.
         std::function<QString(int item)> valueText;
+        // The picture behind a state, which may take its time; nothing when the end has come. Called on the
+        // same threads, once for each frame that is composed.
+        std::function<std::optional<FramePicture>(const ScreenState& state)> picture = {};
         // A clock that never runs backwards; empty: the system's.
         std::function<std::chrono::milliseconds()> now = {};
         // Called after each change of the record that may be told of, on the thread that made it, with no
@@ -67,7 +71,8 @@ public:
 
     // Composes the chosen state, saves its background, makes it the desired frame and sends it with the texts
     // of this moment; then orientation, and what applying adds: orientation again and the time show. False
-    // when the panel did not take the frame; it stays owed then.
+    // when the panel did not take the frame; it stays owed then. Where the end comes before the picture,
+    // nothing is composed, saved or sent.
     bool ComposeWholeFrame();
 
 private:
@@ -81,6 +86,7 @@ private:
     };
     static bool StillHolds(const DrawnUpdate& drawn, const DrawnUpdate& asked);
 
+    // Null when the end has come before its picture.
     SharedFrame ComposeFrameOf(const ScreenState& state);
     // All of these with the turn held.
     bool LookAtPanel();

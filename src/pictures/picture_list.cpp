@@ -1,18 +1,19 @@
 #include "pictures/picture_list.h"
 
 #include <QCoreApplication>
-#include <QDir>
+#include <QDropEvent>
 #include <QIcon>
-#include <QImageReader>
 #include <QKeyEvent>
 #include <QPixmap>
 #include <QScrollBar>
+#include <QSet>
 #include <QTimer>
 
-#include <utility>
-
 #include "compose/theme_catalogue.h"
+#include "pictures/picture_files.h"
 #include "pictures/picture_item_delegate.h"
+#include "pictures/picture_path.h"
+#include "pictures/picture_source.h"
 #include "pictures/stored_pictures.h"
 #include "pictures/thumbnail_picture.h"
 #include "widgets/my_list_widget.h"
@@ -33,13 +34,8 @@ QString AddEntryPath() {
     return QStringLiteral("://skins/add.png");
 }
 
-// Settings written by hand may say the same in another way.
-QString Plain(const QString& path) {
-    return QDir::cleanPath(QDir::fromNativeSeparators(path));
-}
-
-bool IsSamePicture(const QString& a, const QString& b) {
-    return a == b || Plain(a) == Plain(b);
+QString FileName(const QString& path) {
+    return path.mid(path.lastIndexOf(QLatin1Char('/')) + 1);
 }
 
 bool IsBuiltInPath(const QString& path) {
@@ -72,20 +68,18 @@ int FirstRow(const QListWidget& view, Predicate isBeyond) {
 
 }  // namespace
 
-PictureList::PictureList(MyListWidget* view, QObject* parent)
-    : PictureList(view, Thumbnails::CachedMaker(), parent) {}
-
-PictureList::PictureList(MyListWidget* view, Thumbnails::Maker maker, QObject* parent)
+PictureList::PictureList(MyListWidget* view, PictureSource& source, QObject* parent)
     : QObject(parent),
       m_view(view),
       m_delegate(new PictureItemDelegate(this)),
-      m_thumbnails(new Thumbnails(std::move(maker), this)),
+      m_source(source),
       m_wantIcons(new QTimer(this)) {
     SetUpView();
     // What is seen tells what is wanted: every paint asks, once the window has been drawn.
     m_wantIcons->setSingleShot(true);
     connect(m_wantIcons, &QTimer::timeout, this, &PictureList::WantIconsInView);
-    connect(m_thumbnails, &Thumbnails::ready, this, &PictureList::SetIcons);
+    connect(&m_source, &PictureSource::thumbnailReady, this, &PictureList::SetIcons);
+    connect(&m_source, &PictureSource::answered, this, &PictureList::NoteAnswer);
     connect(m_view, &QListWidget::currentRowChanged, this, &PictureList::RememberPicture);
     connect(m_view, &QListWidget::clicked, this, &PictureList::HandleClick);
     connect(m_view, &MyListWidget::rightClick, this, &PictureList::LeaveAddEntry);
@@ -103,6 +97,7 @@ void PictureList::SetUpView() {
     m_view->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     m_view->setAccessibleName(tr("背景图片"));
     m_view->setItemDelegate(m_delegate);
+    m_view->viewport()->setAcceptDrops(true);
 }
 
 ExitItemDelegate* PictureList::Delegate() const {
@@ -160,7 +155,7 @@ QListWidgetItem* PictureList::NewItem(const QString& path) {
     auto* item = new QListWidgetItem(RowText(path));
     item->setData(kPathRole, path);
     if (!IsResource(path)) {
-        item->setData(Qt::AccessibleTextRole, path.mid(path.lastIndexOf(QLatin1Char('/')) + 1));
+        item->setData(Qt::AccessibleTextRole, FileName(path));
     }
     // A row that is new has no icon yet, whatever another one of this picture had.
     m_known.remove(path);
@@ -171,20 +166,33 @@ void PictureList::AddPictureItem(const QString& path) {
     m_view->addItem(NewItem(path));
 }
 
-int PictureList::InsertUserPicture(const QString& path) {
-    if (path.isEmpty() || IsSamePicture(path, AddEntryPath())) {
-        return -1;
+PictureList::Inserted PictureList::InsertUserPictures(const QStringList& paths) {
+    QSet<QString> present;
+    for (int row = kAddRow + 1; row < m_view->count(); ++row) {
+        present.insert(CleanPicturePath(PathAt(row)));
     }
-    const int present = RowOf(path);
-    if (present >= 0) {
-        return present;
+    QStringList stored = UserPictures();
+    Inserted inserted;
+    QString last;
+    for (const QString& path : paths) {
+        const QString clean = CleanPicturePath(path);
+        if (path.isEmpty() || IsSamePicture(path, AddEntryPath())) {
+            inserted.areAll = false;
+            continue;
+        }
+        if (!present.contains(clean)) {
+            stored.append(path);
+            if (!CanBeStored(stored)) {
+                inserted.areAll = false;
+                break;
+            }
+            m_view->insertItem(kAddRow + 1 + UserPictureCount(), NewItem(path));
+            present.insert(clean);
+        }
+        last = path;
     }
-    if (!CanBeStored(UserPictures() << path)) {
-        return -1;
-    }
-    const int row = kAddRow + 1 + UserPictureCount();
-    m_view->insertItem(row, NewItem(path));
-    return row;
+    inserted.lastRow = last.isEmpty() ? -1 : RowOf(last);
+    return inserted;
 }
 
 QString PictureList::RemoveUserPicture(int row) {
@@ -243,10 +251,22 @@ QString PictureList::BackgroundAfterRemoval(const QString& background, const QSt
 }
 
 QString PictureList::PictureFileFilter() {
-    // Qt reads this one with a plugin that not every system has; nobody is offered what would not open.
-    const bool readsWebp = QImageReader::supportedImageFormats().contains("webp");
-    return (readsWebp ? QStringLiteral("*.webp ") : QString()) +
-           QStringLiteral("*.jfif *.gif *.bmp *.jpg *.jpeg *.png;;") + tr("All Files(*)");
+    const QStringList suffixes = PictureSuffixes();
+    return QStringLiteral("*.") + suffixes.join(QStringLiteral(" *.")) + QStringLiteral(";;") +
+           tr("All Files(*)");
+}
+
+QString PictureList::FailureText(PictureFailure failure) {
+    switch (failure) {
+        case PictureFailure::Missing:
+            return tr("找不到此图片");
+        case PictureFailure::NoAnswer:
+            return tr("此图片没有响应");
+        case PictureFailure::Unreadable:
+            return tr("无法打开此图片");
+        default:
+            return QString();
+    }
 }
 
 // The selection has to tell which picture is shown, and the add entry is none. With the keys it can be stood
@@ -318,6 +338,10 @@ bool PictureList::eventFilter(QObject* watched, QEvent* event) {
                 QTimer::singleShot(0, this, &PictureList::LeaveAddEntry);
             }
             break;
+        case QEvent::DragEnter:
+        case QEvent::DragMove:
+        case QEvent::Drop:
+            return watched == m_view->viewport() && HandleDrag(event);
         case QEvent::KeyPress:
             if (watched == m_view) {
                 return HandleKey(static_cast<QKeyEvent*>(event)->key());
@@ -327,6 +351,24 @@ bool PictureList::eventFilter(QObject* watched, QEvent* event) {
             break;
     }
     return QObject::eventFilter(watched, event);
+}
+
+bool PictureList::HandleDrag(QEvent* event) {
+    auto* const drag = static_cast<QDropEvent*>(event);
+    const QStringList paths = PictureFilesOf(drag->mimeData());
+    if (paths.isEmpty()) {
+        drag->ignore();
+        return true;
+    }
+    // Never moved away from where they lie, whatever the file manager proposes.
+    drag->setDropAction(Qt::CopyAction);
+    drag->accept();
+    if (event->type() == QEvent::Drop) {
+        // Once the file manager has its answer: what comes of it may ask something.
+        QMetaObject::invokeMethod(
+            this, [this, paths] { Q_EMIT dropped(paths); }, Qt::QueuedConnection);
+    }
+    return true;
 }
 
 QSize PictureList::IconPixels() const {
@@ -361,7 +403,7 @@ void PictureList::WantIconsInView() {
     want(first, end);
     want(end, behind);
     want(before, first);
-    m_thumbnails->Want(wanted, pixels);
+    m_source.WantThumbnails(wanted, pixels);
     if (m_known.size() > kMostIcons) {
         ForgetIconsOutside(before, behind);
     }
@@ -383,23 +425,51 @@ void PictureList::ForgetIconsOutside(int from, int to) {
     m_known = kept;
 }
 
-void PictureList::SetIcons(const QString& path, QSize pixels, const QImage& thumbnail) {
+void PictureList::SetIcons(const QString& path, QSize pixels, const Picture& thumbnail) {
     // The window may have moved to another screen meanwhile.
     if (pixels != IconPixels()) {
         return;
     }
     m_known.insert(path, {pixels, m_round});
     QIcon icon;
-    if (!thumbnail.isNull()) {
-        QPixmap pixmap = QPixmap::fromImage(thumbnail);
+    if (!thumbnail.image.isNull()) {
+        QPixmap pixmap = QPixmap::fromImage(thumbnail.image);
         pixmap.setDevicePixelRatio(m_view->devicePixelRatioF());
         icon = QIcon(pixmap);
     }
     for (int row = 0; row < m_view->count(); ++row) {
         if (PathAt(row) == path) {
-            m_view->item(row)->setIcon(icon);
+            ShowThumbnail(*m_view->item(row), icon, thumbnail.failure);
         }
     }
+}
+
+// What preview or panel have found out of a picture's file holds for its card too.
+void PictureList::NoteAnswer(const QString& path) {
+    const int row = RowOf(path);
+    if (row < 0 || IsResource(path)) {
+        return;
+    }
+    const std::optional<Picture> known = m_source.Known(path);
+    if (known && known->failure != PictureFailure::None) {
+        ShowThumbnail(*m_view->item(row), QIcon(), known->failure);
+    }
+    // Thumbnails that are made already cost a look at the file.
+    if (m_known.remove(PathAt(row)) > 0 && !m_wantIcons->isActive()) {
+        m_wantIcons->start(0);
+    }
+}
+
+void PictureList::ShowThumbnail(QListWidgetItem& item, const QIcon& icon, PictureFailure failure) {
+    item.setIcon(icon);
+    const QString path = item.data(kPathRole).toString();
+    if (IsResource(path)) {
+        return;
+    }
+    const bool isShown = failure == PictureFailure::None;
+    item.setData(kFailureRole, isShown ? QVariant() : QVariant(int(failure)));
+    const QString name = FileName(path);
+    item.setData(Qt::AccessibleTextRole, isShown ? name : name + QStringLiteral(", ") + FailureText(failure));
 }
 
 }  // namespace kivo

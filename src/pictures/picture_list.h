@@ -14,8 +14,9 @@
 #include <QString>
 #include <QStringList>
 
-#include "pictures/thumbnails.h"
+#include "pictures/picture.h"
 
+class QIcon;
 class QListWidgetItem;
 class QScrollBar;
 class QTimer;
@@ -26,6 +27,7 @@ namespace kivo {
 class ExitItemDelegate;
 class MyListWidget;
 class PictureItemDelegate;
+class PictureSource;
 
 class PictureList : public QObject {
     Q_OBJECT
@@ -33,12 +35,13 @@ class PictureList : public QObject {
 public:
     // The path of a row's picture.
     static constexpr int kPathRole = Qt::UserRole;
+    // Why it cannot be shown, a PictureFailure; not set where it can or where that is not known yet.
+    static constexpr int kFailureRole = Qt::UserRole + 1;
 
     // Gives the view its look (for a size of 390 x 240: four columns, three whole rows), its keys and its
     // delegate. The list is empty until it is loaded. Both have one owner, who may let either go first; no
-    // event comes between. What maker holds outlives this object.
-    explicit PictureList(MyListWidget* view, QObject* parent = nullptr);
-    PictureList(MyListWidget* view, Thumbnails::Maker maker, QObject* parent = nullptr);
+    // event comes between. The source outlives this object.
+    PictureList(MyListWidget* view, PictureSource& source, QObject* parent = nullptr);
 
     // Clears the list and fills it from the settings; the add entry's path is no picture there. Selects
     // nothing.
@@ -48,10 +51,14 @@ public:
 
     // Appends a row for a picture at the end of the list, whatever it is.
     void AddPictureItem(const QString& path);
-    // The row of a picture of the user's that goes in before the built-in ones; one that is in the list
-    // already stays where it is. Neither stores nor selects. -1 for an empty path, the add entry's, and when
-    // the list has become too long to be stored.
-    int InsertUserPicture(const QString& path);
+    // Puts pictures of the user's in before the built-in ones, in this order; one that is in the list already
+    // stays where it is. Neither stores nor selects.
+    struct Inserted {
+        int lastRow = -1;  // of the last one of them that is in the list now; -1: none is
+        bool areAll =
+            true;  // not where the list would become too long to be stored, nor for no picture's path
+    };
+    Inserted InsertUserPictures(const QStringList& paths);
     // Takes a user picture out and gives its path. Any other row stays, and the answer is empty.
     QString RemoveUserPicture(int row);
 
@@ -75,6 +82,9 @@ public:
     // For the file dialog, in Qt's form.
     static QString PictureFileFilter();
 
+    // In words, for people.
+    static QString FailureText(PictureFailure failure);
+
     // Emits handleDeleteClick(row) for a click on a delete cross, and for the delete key on any picture: also
     // on a built-in one, which stays.
     ExitItemDelegate* Delegate() const;
@@ -86,6 +96,8 @@ public:
 Q_SIGNALS:
     // A row was clicked with the left button beside its delete cross, or chosen with return or space.
     void picked(const QModelIndex& index);
+    // Picture files were dropped onto the list, from a file manager.
+    void dropped(const QStringList& paths);
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -107,13 +119,16 @@ private:
 
     void WantIconsInView();
     void ForgetIconsOutside(int from, int to);
-    void SetIcons(const QString& path, QSize pixels, const QImage& thumbnail);
+    void SetIcons(const QString& path, QSize pixels, const Picture& thumbnail);
+    void NoteAnswer(const QString& path);
+    static void ShowThumbnail(QListWidgetItem& item, const QIcon& icon, PictureFailure failure);
+    bool HandleDrag(QEvent* event);
     bool IsIconKnown(const QString& path, QSize pixels) const;
     QSize IconPixels() const;
 
     MyListWidget* const m_view;
     PictureItemDelegate* const m_delegate;
-    Thumbnails* const m_thumbnails;
+    PictureSource& m_source;
     QTimer* const m_wantIcons;
     // The pictures whose icon is known, with what it was made for. Files may change while the list is not
     // seen, so each time it is shown a new round of asking begins.

@@ -5,6 +5,7 @@
 #include <QDateTime>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QSaveFile>
 
 #include <utility>
@@ -52,14 +53,11 @@ QString ThumbnailCache::FilePath(const QString& key) const {
     return m_folder + QLatin1Char('/') + key + Suffix();
 }
 
-QString ThumbnailCache::Key(const QFileInfo& picture, QSize pixels) {
-    if (!picture.isFile()) {
-        return QString();
-    }
+QString ThumbnailCache::Key(const QString& path, const PictureVersion& version, QSize pixels) {
     const QString name = QStringLiteral("%1\n%2\n%3\n%4x%5")
-                             .arg(picture.lastModified().toMSecsSinceEpoch())
-                             .arg(picture.size())
-                             .arg(picture.absoluteFilePath())
+                             .arg(version.modifiedMs)
+                             .arg(version.bytes)
+                             .arg(QFileInfo(path).absoluteFilePath())
                              .arg(pixels.width())
                              .arg(pixels.height());
     return QString::fromLatin1(QCryptographicHash::hash(Magic() + name.toUtf8(), kDigest).toHex());

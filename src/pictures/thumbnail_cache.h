@@ -3,7 +3,6 @@
 // Thumbnails kept on disk, so that a picture is decoded once and not at every start. Any thread, several at a
 // time.
 
-#include <QFileInfo>
 #include <QImage>
 #include <QSet>
 #include <QSize>
@@ -11,6 +10,8 @@
 
 #include <atomic>
 #include <mutex>
+
+#include "pictures/picture.h"
 
 namespace kivo {
 
@@ -25,9 +26,9 @@ public:
     // Nothing is read or made yet. An empty folder: nothing is kept.
     explicit ThumbnailCache(QString folder = DefaultFolder(), qint64 mostBytes = kDefaultMostBytes);
 
-    // Names a thumbnail by the picture's path, time, length and the size in device pixels: a picture that
-    // has changed has another key. Asks the file system. Empty for what is no file.
-    static QString Key(const QFileInfo& picture, QSize pixels);
+    // Names a thumbnail by the picture's path, its version and the size in device pixels: a picture that has
+    // changed has another key.
+    static QString Key(const QString& path, const PictureVersion& version, QSize pixels);
 
     // Null when there is none, when it is damaged or has another size.
     QImage Load(const QString& key, QSize pixels);

@@ -1,36 +1,18 @@
 #include "pictures/thumbnail_picture.h"
 
 #include <QFile>
-#include <QFileInfo>
 
-#include "compose/picture_decoder.h"
+#include <memory>
+
+#include "pictures/picture_path.h"
+#include "pictures/picture_reader.h"
+#include "pictures/picture_work.h"
 #include "pictures/thumbnail_cache.h"
-#include "pictures/thumbnail_work.h"
 #include "widgets/sharp_picture.h"
 
 namespace kivo {
 
 namespace {
-
-// Tells while it is being read.
-class WatchedFile final : public QFile {
-public:
-    WatchedFile(const QString& path, const ThumbnailWork& work) : QFile(path), m_work(work) {}
-
-protected:
-    qint64 readData(char* data, qint64 length) override {
-        const ThumbnailWork::FileAccess access(m_work);
-        return QFile::readData(data, length);
-    }
-
-private:
-    const ThumbnailWork& m_work;
-};
-
-struct Made {
-    QImage thumbnail;
-    bool isBroken = false;  // the file was read as it is, and there is no picture in it
-};
 
 // The artwork comes in two sizes; files of the user's do not.
 QString SharpestSource(const QString& path, QSize pixels) {
@@ -41,70 +23,58 @@ QString SharpestSource(const QString& path, QSize pixels) {
     return QFile::exists(twice) ? twice : path;
 }
 
-bool Open(QFile& file, const QString& path, const ThumbnailWork& work) {
-    const ThumbnailWork::FileAccess access(work);
-    // Looked at before it is opened: a pipe would never give an end.
-    return QFileInfo(path).isFile() && file.open(QIODevice::ReadOnly);
-}
-
-// A file is never cut short, not even at the end of the program: decoders would call it damaged in the log.
-Made Make(const QString& path, QSize pixels, const ThumbnailWork& work) {
-    WatchedFile file(SharpestSource(path, pixels), work);
-    if (work.IsStopped() || pixels.isEmpty() || !Open(file, path, work)) {
-        return {};
+Picture Make(const QString& path, const Picture& looked, QSize pixels, const PictureWork& work) {
+    if (pixels.isEmpty()) {
+        return NoPicture(PictureFailure::Unreadable, QStringLiteral("is wanted without a size"));
     }
-    const QImage picture = DecodePicture(file, [pixels](QSize) { return pixels; }).image;
-    // A picture whose reading failed may have been decoded in part. Nothing is scaled any more once the end
-    // has come: that may need what the program has put away by then.
-    if (work.IsStopped() || file.error() != QFileDevice::NoError) {
-        return {};
+    Picture picture = DecodePictureFile(
+        SharpestSource(path, pixels), looked, [pixels](QSize) { return pixels; }, work);
+    // Nothing is scaled any more once the end has come: that may need what the program has put away by then.
+    if (picture.failure == PictureFailure::None) {
+        picture.image = picture.image.scaled(pixels, Qt::IgnoreAspectRatio, Qt::SmoothTransformation)
+                            .convertToFormat(QImage::Format_ARGB32_Premultiplied);
     }
-    if (picture.isNull()) {
-        return {QImage(), true};
-    }
-    return {picture.scaled(pixels, Qt::IgnoreAspectRatio, Qt::SmoothTransformation)
-                .convertToFormat(QImage::Format_ARGB32_Premultiplied),
-            false};
-}
-
-QString KeyOf(const QString& path, QSize pixels, const ThumbnailWork& work) {
-    const ThumbnailWork::FileAccess access(work);
-    return ThumbnailCache::Key(QFileInfo(path), pixels);
+    return picture;
 }
 
 }  // namespace
 
-bool IsResource(const QString& path) {
-    return path.startsWith(QLatin1Char(':'));
+Picture MakeThumbnail(const QString& path, QSize pixels, const PictureWork& work) {
+    const Picture looked = LookUpPicture(path, work);
+    return looked.failure == PictureFailure::None ? Make(path, looked, pixels, work) : looked;
 }
 
-QImage MakeThumbnail(const QString& path, QSize pixels, const ThumbnailWork& work) {
-    return Make(path, pixels, work).thumbnail;
-}
-
-QImage CachedThumbnail(ThumbnailCache& cache, const QString& path, QSize pixels, const ThumbnailWork& work) {
+Picture CachedThumbnail(ThumbnailCache& cache, const QString& path, QSize pixels, const PictureWork& work) {
     // What is part of the program changes with it and is quickly decoded.
     if (IsResource(path)) {
         return MakeThumbnail(path, pixels, work);
     }
-    const QString key = KeyOf(path, pixels, work);
-    if (key.isEmpty() || work.IsStopped() || cache.IsKnownAsBroken(key)) {
-        return QImage();
+    const Picture looked = LookUpPicture(path, work);
+    if (looked.failure != PictureFailure::None) {
+        return looked;
+    }
+    const QString key = ThumbnailCache::Key(path, looked.version, pixels);
+    if (cache.IsKnownAsBroken(key)) {
+        return NoPicture(PictureFailure::Unreadable, QStringLiteral("is known to be broken"), looked.version);
     }
     QImage thumbnail = cache.Load(key, pixels);
     if (!thumbnail.isNull()) {
-        return thumbnail;
+        return {std::move(thumbnail), PictureFailure::None, QString(), looked.version};
     }
-    Made made = Make(path, pixels, work);
-    if (work.IsStopped()) {
-        return QImage();
-    }
-    if (made.isBroken) {
+    Picture made = Make(path, looked, pixels, work);
+    if (made.failure == PictureFailure::None) {
+        cache.Store(key, made.image);
+    } else if (made.version.bytes >= 0) {
         cache.RememberAsBroken(key);
-    } else if (!made.thumbnail.isNull()) {
-        cache.Store(key, made.thumbnail);
     }
-    return made.thumbnail;
+    return made;
+}
+
+PictureSource::Readers FileReaders() {
+    auto cache = std::make_shared<ThumbnailCache>();
+    return {ReadPicture, [cache](const QString& path, QSize pixels, const PictureWork& work) {
+                return CachedThumbnail(*cache, path, pixels, work);
+            }};
 }
 
 }  // namespace kivo

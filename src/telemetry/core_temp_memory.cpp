@@ -62,10 +62,8 @@ Reading ReadTemperature(const QByteArray& memory) {
 }  // namespace
 
 SensorReadings ReadCoreTempMemory(const QByteArray& memory) {
-    SensorReadings readings;
-    readings[Quantity::Power] = Reading::Without(ReadingGap::NoSource, SourceId::CoreTemp);
+    SensorReadings readings = SensorReadings::AllWithout(ReadingGap::NoSource, SourceId::CoreTemp);
     readings[Quantity::Temperature] = ReadTemperature(memory);
-    readings[Quantity::FanSpeed] = Reading::Without(ReadingGap::NoSource, SourceId::CoreTemp);
     return readings;
 }
 

@@ -7,13 +7,9 @@
 namespace kivo {
 namespace {
 
-constexpr std::chrono::seconds kSilence{10};
-
 SensorReadings Without(ReadingGap gap) {
-    SensorReadings readings;
-    readings[Quantity::Power] = Reading::Without(ReadingGap::NoSource, SourceId::CoreTemp);
+    SensorReadings readings = SensorReadings::AllWithout(ReadingGap::NoSource, SourceId::CoreTemp);
     readings[Quantity::Temperature] = Reading::Without(gap, SourceId::CoreTemp);
-    readings[Quantity::FanSpeed] = Reading::Without(ReadingGap::NoSource, SourceId::CoreTemp);
     return readings;
 }
 
@@ -21,21 +17,21 @@ SensorReadings Without(ReadingGap gap) {
 
 CoreTempSource::CoreTempSource(CoreTempCopier copy) : m_copy(std::move(copy)) {}
 
-SensorReadings CoreTempSource::Read(const SampleMoment& moment) {
+SensorReadings CoreTempSource::Read(const SampleMoment& /*moment*/) {
     const std::optional<CoreTempCopy> copy = m_copy();
     if (!copy) {
         // One that was there has ended; of any other nothing is known.
-        return Without(m_copiedAt ? ReadingGap::NotRunning : ReadingGap::NoSource);
+        return Without(m_last ? ReadingGap::NotRunning : ReadingGap::NoSource);
     }
     if (!copy->isBusy) {
         m_last = ReadCoreTempMemory(copy->bytes);
-        m_copiedAt = moment.now;
-        return m_last;
+        return *m_last;
     }
-    if (!m_copiedAt) {
+    if (!m_last) {
         return Without(ReadingGap::NotRead);
     }
-    return moment.now - *m_copiedAt < kSilence ? m_last : Without(ReadingGap::Silent);
+    m_last->LetStand();
+    return *m_last;
 }
 
 }  // namespace kivo

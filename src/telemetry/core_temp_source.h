@@ -4,7 +4,6 @@
 
 #include <QByteArray>
 
-#include <chrono>
 #include <functional>
 #include <optional>
 
@@ -28,12 +27,12 @@ public:
     explicit CoreTempSource(CoreTempCopier copy);
 
     SourceId Id() const override { return SourceId::CoreTemp; }
+    // While Core Temp is writing the values of the copy before stand.
     SensorReadings Read(const SampleMoment& moment) override;
 
 private:
     const CoreTempCopier m_copy;
-    SensorReadings m_last;
-    std::optional<std::chrono::nanoseconds> m_copiedAt;  // not before the first copy
+    std::optional<SensorReadings> m_last;  // of the last copy
 };
 
 }  // namespace kivo

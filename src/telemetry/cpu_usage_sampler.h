@@ -6,7 +6,7 @@
 
 namespace kivo {
 
-// CPU utilisation of the whole machine between two calls. Owned and used by the refresh thread alone.
+// CPU utilisation of the whole machine between two calls. Each thread that measures has one of its own.
 class CpuUsageSampler {
 public:
     explicit CpuUsageSampler(CpuCounterFactory makeCounter = MakeCpuCounter);

@@ -73,18 +73,27 @@ EnergyLibrary::~EnergyLibrary() {
     Release();
 }
 
-bool EnergyLibrary::Load() {
+QString EnergyLibrary::FindFile() {
     const QString folder = FindFolder();
-    const QFileInfo file(QDir(folder), FileName());
     // Where there are no drives the default folder would be one of that name in the current folder, which
     // may be anybody's.
-    const bool isFolderOfThisSystem = folder != m_parts.defaultFolder || QDir::isAbsolutePath(folder);
-    if (!isFolderOfThisSystem || !file.exists()) {
-        errorString = QStringLiteral("无法在指定路径下找到库文件。");
-        return false;
+    if (folder != m_parts.defaultFolder || QDir::isAbsolutePath(folder)) {
+        const QFileInfo file(QDir(folder), FileName());
+        if (file.exists()) {
+            return file.absoluteFilePath();
+        }
     }
-    const QString path = file.absoluteFilePath();
-    if (!Open(path)) {
+    errorString = QStringLiteral("无法在指定路径下找到库文件。");
+    return {};
+}
+
+bool EnergyLibrary::IsInstalled() {
+    return !FindFile().isEmpty();
+}
+
+bool EnergyLibrary::Load() {
+    const QString path = FindFile();
+    if (path.isEmpty() || !Open(path)) {
         return false;
     }
     if (!Resolve()) {
@@ -150,14 +159,7 @@ bool EnergyLibrary::Call(std::size_t entryPoint, Arguments... arguments) {
     if (function == nullptr) {
         return false;
     }
-    if (m_parts.allowTermination) {
-        m_parts.allowTermination(true);
-    }
-    const Answer answer = function(arguments...);
-    if (m_parts.allowTermination) {
-        m_parts.allowTermination(false);
-    }
-    return answer != 0;
+    return function(arguments...) != 0;
 }
 
 bool EnergyLibrary::ReadSample() {

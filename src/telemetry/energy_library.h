@@ -2,7 +2,8 @@
 
 // The vendor's library for power and temperature of the processor package, which users install separately:
 // found and loaded at run time, never linked against. Nothing but a file of its kind is needed, so it works
-// wherever QLibrary does. One object belongs to one thread: the poller's, or for a probe the GUI thread.
+// wherever QLibrary does. One object belongs to one thread: the library's own (EnergyLibraryThread), or for a
+// probe the GUI thread.
 
 #include <QLibrary>
 #include <QString>
@@ -17,10 +18,6 @@ namespace kivo {
 // Value of an environment variable; empty where it is not set.
 using EnvironmentReader = std::function<QString(const char* name)>;
 
-// Called with true before the library is entered and with false after it: a thread that may be terminated
-// must be so there only, not while it holds locks of Qt or of the system's loader.
-using TerminationGate = std::function<void(bool isAllowed)>;
-
 class EnergyLibrary {
 public:
     // Where the library is usually installed.
@@ -28,7 +25,6 @@ public:
 
     struct Parts {
         EnvironmentReader environment = {};  // default: the process's own
-        TerminationGate allowTermination = {};
         QString defaultFolder = DefaultFolder();
     };
 
@@ -38,12 +34,14 @@ public:
     EnergyLibrary(const EnergyLibrary&) = delete;
     EnergyLibrary& operator=(const EnergyLibrary&) = delete;
 
+    // Whether there is a file to load where the library is looked for. If not, the reason is in errorString.
+    bool IsInstalled();
+
     // Finds, loads, resolves and initialises the library. On failure the reason is in errorString; it may be
     // tried again. A library that is complete but does not start stays loaded for that.
     bool Load();
     // Unloads the library if it is loaded.
     void Release();
-    bool IsLoaded() const { return m_library != nullptr; }
 
     // The library's own calls, to be made after Load has succeeded. Each tells whether it succeeded; what it
     // could not fill in it usually leaves as it was.
@@ -63,6 +61,8 @@ private:
 
     // Folder to look in, by the environment or the default one.
     QString FindFolder();
+    // The library's file; empty where there is none.
+    QString FindFile();
     bool Open(const QString& path);
     bool Resolve();
     template <typename Function, typename... Arguments>

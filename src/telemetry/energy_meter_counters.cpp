@@ -41,10 +41,8 @@ Reading ReadEnergyMeterCounters(const std::vector<CounterValue>& milliwatts) {
 EnergyMeterCounters::EnergyMeterCounters(CounterQueryFactory openQuery) : m_openQuery(std::move(openQuery)) {}
 
 SensorReadings EnergyMeterCounters::Read(const SampleMoment& moment) {
-    SensorReadings readings;
+    SensorReadings readings = SensorReadings::AllWithout(ReadingGap::NoSource, SourceId::EnergyMeterCounters);
     readings[Quantity::Power] = ReadPower(moment);
-    readings[Quantity::Temperature] = Without(ReadingGap::NoSource);
-    readings[Quantity::FanSpeed] = Without(ReadingGap::NoSource);
     return readings;
 }
 

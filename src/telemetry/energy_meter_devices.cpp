@@ -7,8 +7,6 @@
 namespace kivo {
 namespace {
 
-constexpr std::chrono::seconds kSilence{10};
-
 Reading Without(ReadingGap gap) {
     return Reading::Without(gap, SourceId::EnergyMeterInterface);
 }
@@ -31,10 +29,9 @@ std::vector<QString> ChannelsOf(EnergyMeterDevice& device) {
 EnergyMeterDevices::EnergyMeterDevices(EnergyMeterSystem system) : m_system(std::move(system)) {}
 
 SensorReadings EnergyMeterDevices::Read(const SampleMoment& moment) {
-    SensorReadings readings;
+    SensorReadings readings =
+        SensorReadings::AllWithout(ReadingGap::NoSource, SourceId::EnergyMeterInterface);
     readings[Quantity::Power] = ReadPower(moment);
-    readings[Quantity::Temperature] = Without(ReadingGap::NoSource);
-    readings[Quantity::FanSpeed] = Without(ReadingGap::NoSource);
     return readings;
 }
 
@@ -99,7 +96,9 @@ Reading EnergyMeterDevices::ReadMeter(const SampleMoment& moment, const EnergyMe
     }
     // The meter has not measured since.
     if (measurement.time == before->time) {
-        return moment.now - m_measuredAt < kSilence ? m_last : Without(ReadingGap::Silent);
+        Reading standing = m_last.gap == ReadingGap::NotRead ? Without(ReadingGap::Silent) : m_last;
+        standing.isStanding = standing.value.has_value();
+        return standing;
     }
     const std::chrono::nanoseconds measuredBefore = std::exchange(m_measuredAt, moment.now);
     const std::optional<double> watts = WattsBetween(*before, measurement);

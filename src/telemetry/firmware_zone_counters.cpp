@@ -51,10 +51,8 @@ FirmwareZoneCounters::FirmwareZoneCounters(CounterQueryFactory openQuery)
     : m_openQuery(std::move(openQuery)) {}
 
 SensorReadings FirmwareZoneCounters::Read(const SampleMoment& moment) {
-    SensorReadings readings;
-    readings[Quantity::Power] = Without(ReadingGap::NoSource);
+    SensorReadings readings = SensorReadings::AllWithout(ReadingGap::NoSource, SourceId::FirmwareZone);
     readings[Quantity::Temperature] = ReadTemperature(moment);
-    readings[Quantity::FanSpeed] = Without(ReadingGap::NoSource);
     return readings;
 }
 

@@ -7,18 +7,12 @@
 namespace kivo {
 namespace {
 
-constexpr std::chrono::seconds kSilence{10};
-
 // A server that answers is asked on for a while after each reading, so that one who reads every ten seconds
 // has a value of now. One that does not is asked once a reading.
 constexpr int kPagesAReading = 12;
 
 SensorReadings Without(ReadingGap gap) {
-    SensorReadings readings;
-    for (const Quantity quantity : {Quantity::Power, Quantity::Temperature, Quantity::FanSpeed}) {
-        readings[quantity] = Reading::Without(gap, SourceId::LibreHardwareMonitor);
-    }
-    return readings;
+    return SensorReadings::AllWithout(gap, SourceId::LibreHardwareMonitor);
 }
 
 }  // namespace
@@ -36,28 +30,24 @@ HardwareMonitorSource::~HardwareMonitorSource() {
     m_thread.join();
 }
 
-SensorReadings HardwareMonitorSource::Read(const SampleMoment& moment) {
+SensorReadings HardwareMonitorSource::Read(const SampleMoment& /*moment*/) {
     const std::lock_guard<std::mutex> lock(m_mutex);
     m_shared.pagesOwed = kPagesAReading;
     m_changed.notify_all();
-    if (m_shared.answers != m_answersSeen) {
-        m_answersSeen = m_shared.answers;
-        if (m_shared.hasPage) {
-            m_last = m_shared.readings;
-            m_answeredAt = moment.now;
-        }
-    }
-    if (m_answeredAt && moment.now - *m_answeredAt < kSilence) {
-        return m_last;
-    }
-    if (m_answersSeen == 0) {
+    const bool isNew = std::exchange(m_answersSeen, m_shared.answers) != m_shared.answers;
+    if (m_shared.answers == 0) {
         return Without(ReadingGap::NotRead);
     }
-    if (m_shared.hasPage) {
-        return Without(ReadingGap::Silent);
+    if (!m_shared.hasPage) {
+        // A server that was there has ended; of any other nothing is known.
+        return Without(m_hasHadPage ? ReadingGap::NotRunning : ReadingGap::NoSource);
     }
-    // A server that was there has ended; of any other nothing is known.
-    return Without(m_answeredAt ? ReadingGap::NotRunning : ReadingGap::NoSource);
+    m_hasHadPage = true;
+    SensorReadings readings = m_shared.readings;
+    if (!isNew) {
+        readings.LetStand();
+    }
+    return readings;
 }
 
 void HardwareMonitorSource::Run() {

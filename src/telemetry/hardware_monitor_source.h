@@ -28,7 +28,7 @@ public:
     ~HardwareMonitorSource() override;
 
     SourceId Id() const override { return SourceId::LibreHardwareMonitor; }
-    // What came last, for ten seconds.
+    // What came last, standing while nothing newer has come; no values once the server has not answered.
     SensorReadings Read(const SampleMoment& moment) override;
 
 private:
@@ -52,8 +52,7 @@ private:
 
     // Of the reader's thread.
     quint64 m_answersSeen = 0;
-    std::optional<std::chrono::nanoseconds> m_answeredAt;  // by the last page; not before the first
-    SensorReadings m_last;
+    bool m_hasHadPage = false;
 
     std::thread m_thread;  // the last member: it uses the others
 };

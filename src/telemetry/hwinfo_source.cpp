@@ -17,13 +17,9 @@ SensorReadings HwInfoSource::Read(const SampleMoment& moment) {
     if (isRunning && !values.empty()) {
         return ReadHwInfoValues(values);
     }
-    // Either alone says that it is there, and what a person has to do.
-    SensorReadings readings;
-    for (const Quantity quantity : {Quantity::Power, Quantity::Temperature, Quantity::FanSpeed}) {
-        readings[quantity] = Reading::Without(
-            isRunning || !values.empty() ? ReadingGap::NotRunning : ReadingGap::NoSource, SourceId::HwInfo);
-    }
-    return readings;
+    // Either alone says that it is there.
+    const ReadingGap withoutProgram = values.empty() ? ReadingGap::NoSource : ReadingGap::NotRunning;
+    return SensorReadings::AllWithout(isRunning ? ReadingGap::NotHandedOn : withoutProgram, SourceId::HwInfo);
 }
 
 bool HwInfoSource::IsRunning(const SampleMoment& moment) {

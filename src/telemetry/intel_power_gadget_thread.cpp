@@ -2,7 +2,9 @@
 
 #include <QLoggingCategory>
 
+#include <algorithm>
 #include <limits>
+#include <optional>
 #include <utility>
 
 namespace kivo {
@@ -12,6 +14,11 @@ namespace {
 Q_LOGGING_CATEGORY(sensorLog, "kivo.telemetry.sensors", QtInfoMsg)
 
 constexpr unsigned long kLastGraceMs = 1500;
+
+bool HasValue(const SensorReadings& readings) {
+    return std::any_of(kQuantities.begin(), kQuantities.end(),
+                       [&readings](Quantity quantity) { return readings[quantity].value.has_value(); });
+}
 
 }  // namespace
 
@@ -49,54 +56,57 @@ void IntelPowerGadgetThread::Stop() {
 }
 
 void IntelPowerGadgetThread::run() {
-    // Sensors open it where they may be left at any point. Terminated elsewhere, a thread would take locks
-    // of Qt's with it, or of the C library's, and the program would hang on them.
+    // Terminated, a thread would take locks of Qt's with it, or of the C library's, and the program would
+    // hang on them.
     setTerminationEnabled(false);
     const ThreadEndMarker marker(m_end);
-    const auto sensors = m_parts.makeSensors([](bool isAllowed) { setTerminationEnabled(isAllowed); });
-    if (LoadSensors(*sensors)) {
-        Poll(*sensors);
+    const auto sensors = m_parts.makeSensors();
+    const bool isLoaded = LoadLibrary(*sensors);
+    if (isStop == 0) {
+        sensors->ReadSample();
+    }
+    // A library that is there speaks from the second sample on, and nobody before it.
+    if (!isLoaded) {
+        Tell(*sensors);
+    }
+    while (isStop == 0) {
+        m_pause.Sleep(m_parts.period);
+        if (isStop == 0) {
+            LoadLibrary(*sensors);
+            sensors->ReadSample();
+            Tell(*sensors);
+        }
     }
     qDebug("isStop.\n");
 }
 
-bool IntelPowerGadgetThread::LoadSensors(PackageSensors& sensors) {
-    if (!sensors.Load()) {
-        qDebug("Error: %s", qUtf8Printable(sensors.ErrorString()));
-        TellGaps(sensors);
-        while (isStop == 0 && !sensors.Load()) {
-            TellGaps(sensors);
-            m_pause.Sleep(m_parts.period);
-        }
+bool IntelPowerGadgetThread::LoadLibrary(PackageSensors& sensors) {
+    if (sensors.Load()) {
+        return true;
     }
-    return isStop == 0;
+    // Most computers will never have it, so its failure is told once.
+    const QString error = sensors.ErrorString();
+    if (!error.isEmpty() && !std::exchange(m_hasToldError, true)) {
+        qDebug("Error: %s", qUtf8Printable(error));
+    }
+    return false;
 }
 
-void IntelPowerGadgetThread::TellGaps(PackageSensors& sensors) {
-    const SensorReadings gaps = sensors.Readings();
-    if (!(gaps == m_toldGaps) && isStop == 0) {
-        m_toldGaps = gaps;
-        Q_EMIT readingsTaken(gaps);
+void IntelPowerGadgetThread::Tell(PackageSensors& sensors) {
+    const SensorReadings readings = sensors.Readings();
+    const std::optional<PackageNumbers> numbers = sensors.Numbers();
+    if (numbers) {
+        qCDebug(sensorLog, "-1 -- %g", numbers->watts);
     }
-}
-
-void IntelPowerGadgetThread::Poll(PackageSensors& sensors) {
-    sensors.ReadSample();
-    while (true) {
-        m_pause.Sleep(m_parts.period);
-        if (isStop != 0) {
-            return;
-        }
-        sensors.ReadSample();
-        const SensorReadings readings = sensors.Readings();
-        const int temperature = sensors.Temperature();
-        const double power = sensors.Power();
-        qCDebug(sensorLog, "-1 -- %g", power);
-        if (isStop != 0) {
-            return;
-        }
+    if (isStop != 0) {
+        return;
+    }
+    if (HasValue(readings) || !(readings == m_told)) {
+        m_told = readings;
         Q_EMIT readingsTaken(readings);
-        Q_EMIT RefreshCpuPowClock(WholeWatts(power), temperature, 0, 0);
+    }
+    if (numbers) {
+        Q_EMIT RefreshCpuPowClock(WholeWatts(numbers->watts), numbers->degreesCelsius, 0, 0);
     }
 }
 

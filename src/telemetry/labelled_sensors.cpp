@@ -39,51 +39,67 @@ int PowerRank(const QString& label) {
     return PlaceIn({"cpupackagepower", "cpupackage", "package", "cpuppt"}, label);
 }
 
-int FanRank(const QString& device, const QString& label, bool isTurning) {
-    if (device.startsWith(QLatin1String("gpu")) || device.contains(QLatin1String("psu")) ||
-        label.startsWith(QLatin1String("gpu")) || label.contains(QLatin1String("pump"))) {
-        return kNoRank;
+bool IsAnothersCooler(const QString& device, const QString& label) {
+    static const std::array<const char*, 4> kGraphicsDrivers{"radeon", "nouveau", "i915", "xe"};
+    const bool isGraphics =
+        std::any_of(kGraphicsDrivers.begin(), kGraphicsDrivers.end(),
+                    [&device](const char* known) { return device == QLatin1String(known); });
+    return isGraphics || device.contains(QLatin1String("gpu")) || device.contains(QLatin1String("psu")) ||
+           label.startsWith(QLatin1String("gpu")) || label.contains(QLatin1String("pump"));
+}
+
+// "CPU_OPT" and "CPU Fan #2" are further headers of the processor's.
+bool IsFurtherHeader(const QString& label) {
+    const QChar last = label.back();
+    return label.contains(QLatin1String("opt")) || (last.isDigit() && last != QLatin1Char('1'));
+}
+
+int FanRank(const NamedFan& fan) {
+    const QString label = Plain(fan.label);
+    const bool isBelievable = fan.speed && IsBelievable(Quantity::FanSpeed, *fan.speed);
+    const bool isTurning = isBelievable && *fan.speed > 0;
+    if (!label.contains(QLatin1String("cpu")) && !label.contains(QLatin1String("processor"))) {
+        return isTurning ? 4 : kNoRank;
     }
-    const bool isProcessors =
-        label.startsWith(QLatin1String("cpu")) || label.startsWith(QLatin1String("processor"));
-    if (isProcessors) {
-        // The header that is meant for the processor before a further one, such as "CPU_OPT".
-        const bool isFirst = PlaceIn({"cpu", "cpu1", "cpufan", "cpufan1", "processorfan"}, label) != kNoRank;
-        const int rank = isFirst ? 0 : 1;
-        return isTurning ? rank : rank + 2;
-    }
-    return isTurning ? 4 : 5;
+    const int rank = (IsFurtherHeader(label) ? 1 : 0) + (isTurning ? 0 : 2);
+    return isBelievable ? rank : rank + kUnbelievableRank;
 }
 
 }  // namespace
 
-LabelledSensors::LabelledSensors(SourceId source) : m_source(source) {
-    m_ranks.fill(kNoRank);
-    for (const Quantity quantity : {Quantity::Power, Quantity::Temperature, Quantity::FanSpeed}) {
-        m_readings[quantity] = Reading::Without(ReadingGap::NoSource, source);
+std::optional<std::size_t> ProcessorsFan(const std::vector<NamedFan>& fans) {
+    std::vector<std::size_t> own;
+    for (std::size_t place = 0; place < fans.size(); ++place) {
+        if (!IsAnothersCooler(Plain(fans[place].device), Plain(fans[place].label))) {
+            own.push_back(place);
+        }
     }
+    const auto best = std::min_element(own.begin(), own.end(), [&fans](std::size_t one, std::size_t other) {
+        return FanRank(fans[one]) < FanRank(fans[other]);
+    });
+    if (best == own.end() || (own.size() > 1 && FanRank(fans[*best]) == kNoRank)) {
+        return std::nullopt;
+    }
+    return *best;
+}
+
+LabelledSensors::LabelledSensors(SourceId source)
+    : m_source(source), m_readings(SensorReadings::AllWithout(ReadingGap::NoSource, source)) {
+    m_ranks.fill(kNoRank);
 }
 
 void LabelledSensors::Add(Quantity quantity, const QString& device, const QString& label,
                           std::optional<double> value) {
-    const QString plain = Plain(label);
-    int rank = kNoRank;
-    switch (quantity) {
-        case Quantity::Power:
-            rank = PowerRank(plain);
-            break;
-        case Quantity::Temperature:
-            rank = TemperatureRank(plain);
-            break;
-        case Quantity::FanSpeed:
-            rank = FanRank(Plain(device), plain, value && *value > 0);
-            break;
+    if (quantity == Quantity::FanSpeed) {
+        m_fans.push_back({device, label, value});
+        return;
     }
+    const QString plain = Plain(label);
+    int rank = quantity == Quantity::Power ? PowerRank(plain) : TemperatureRank(plain);
     if (rank == kNoRank) {
         return;
     }
-    const Reading reading =
-        value ? Checked(quantity, *value, m_source) : Reading::Without(ReadingGap::Unbelievable, m_source);
+    const Reading reading = ReadingOf(quantity, value);
     if (!reading.value) {
         rank += kUnbelievableRank;
     }
@@ -92,6 +108,18 @@ void LabelledSensors::Add(Quantity quantity, const QString& device, const QStrin
         best = rank;
         m_readings[quantity] = reading;
     }
+}
+
+Reading LabelledSensors::ReadingOf(Quantity quantity, std::optional<double> value) const {
+    return value ? Checked(quantity, *value, m_source) : Reading::Without(ReadingGap::Unbelievable, m_source);
+}
+
+SensorReadings LabelledSensors::Readings() const {
+    SensorReadings readings = m_readings;
+    if (const auto fan = ProcessorsFan(m_fans)) {
+        readings[Quantity::FanSpeed] = ReadingOf(Quantity::FanSpeed, m_fans[*fan].speed);
+    }
+    return readings;
 }
 
 }  // namespace kivo

@@ -15,25 +15,21 @@ namespace {
 // Silent unless asked for (QT_LOGGING_RULES="kivo.telemetry.debug=true"): it would speak twice a second.
 Q_LOGGING_CATEGORY(telemetryLog, "kivo.telemetry", QtInfoMsg)
 
-constexpr quint32 kHighestBelievable = 998;
-constexpr std::chrono::seconds kLongestSilence{10};
-
 // Negative numbers are beyond the limit too once they are taken as unsigned.
 qint32 Believable(qint32 value) {
-    return static_cast<quint32>(value) > kHighestBelievable ? 0 : value;
+    return static_cast<quint32>(value) > quint32(kMostWatts) ? 0 : value;
 }
 
-// A number in place of a value, or of nothing at all. A source that has not read yet is a gap like any other.
-void Replace(Reading& reading, std::optional<double> value) {
-    const bool isUntouched = reading.gap == ReadingGap::NotRead && reading.source == SourceId::None;
-    if (!reading.value && !isUntouched) {
-        return;
-    }
-    if (value) {
-        reading.value = value;
-        reading.gap = ReadingGap::None;
-    } else {
-        reading = Reading::Without(ReadingGap::NotRead);
+// Whether no sensor has said anything of it, neither a value nor why there is none.
+bool IsUntouched(const Reading& reading) {
+    return reading.source == SourceId::None &&
+           (reading.gap == ReadingGap::None || reading.gap == ReadingGap::NotRead);
+}
+
+// A number where no sensor has spoken.
+void Fill(Reading& reading, std::optional<double> value) {
+    if (IsUntouched(reading)) {
+        reading = value ? Reading::Of(*value, SourceId::None) : Reading::Without(ReadingGap::NotRead);
     }
 }
 
@@ -137,7 +133,7 @@ void MetricSnapshot::SetReadings(const SensorReadings& readings) {
 
 SensorReadings MetricSnapshot::Readings() const {
     SensorReadings readings;
-    for (const Quantity quantity : {Quantity::Power, Quantity::Temperature, Quantity::FanSpeed}) {
+    for (const Quantity quantity : kQuantities) {
         readings[quantity] = Current(quantity);
     }
     return readings;
@@ -157,8 +153,8 @@ void MetricSnapshot::SetCpuPowClock(qint32 iPow, qint32 iClock) {
     const qint32 watts = Believable(iPow);
     const qint32 degrees = Believable(iClock);
     const std::lock_guard<std::mutex> lock(m_mutex);
-    Replace(m_readings[Quantity::Power], watts);
-    Replace(m_readings[Quantity::Temperature], degrees == 0 ? std::nullopt : std::optional<double>(degrees));
+    Fill(m_readings[Quantity::Power], watts);
+    Fill(m_readings[Quantity::Temperature], degrees == 0 ? std::nullopt : std::optional<double>(degrees));
 }
 
 void MetricSnapshot::SetCpuUsed(qint32 percent) {

@@ -37,13 +37,13 @@ public:
     std::array<QString, kLiveValueCount> ValueTexts() const;
 
     void SetReadings(const SensorReadings& readings);
-    // Values older than ten seconds are Silent.
+    // Values older than kLongestSilence are Silent.
     SensorReadings Readings() const;
 
-    // Package power in watts and package temperature in degrees Celsius, in place of what SetReadings brought
-    // a moment before; a value that it could not bring stays away. Deliberate: the temperature arrives in the
-    // argument that is named after a clock. Each is 0 where it is negative or above 998, and a temperature of
-    // 0 is none.
+    // Package power in watts and package temperature in degrees Celsius, for a quantity of which SetReadings
+    // has brought nothing: neither a value nor the reason why there is none. Deliberate: the temperature
+    // arrives in the argument that is named after a clock. Each is 0 where it is negative or above 998, and a
+    // temperature of 0 is none.
     void SetCpuPowClock(qint32 iPow, qint32 iClock);
 
     // Percent, 0 to 100 (stored as it is).

@@ -12,68 +12,19 @@
 namespace kivo {
 namespace {
 
-constexpr std::array<Quantity, kQuantityCount> kQuantities{Quantity::Power, Quantity::Temperature,
-                                                           Quantity::FanSpeed};
-
-// Power of a shorter while says little: counters are renewed about every millisecond.
-constexpr std::chrono::milliseconds kShortestInterval{500};
 // The kernel makes up a long file for it.
 constexpr std::chrono::seconds kBetweenLoads{30};
-
-constexpr int kFirstPackage = 0;
-constexpr int kPackageMeter = 1;
-
-// Deliberate: nothing asks whether a call succeeded. The temperature of a failed one is 0, its power what the
-// call before left behind.
-class LibraryMeter {
-public:
-    explicit LibraryMeter(EnergyLibrary::Parts parts) : m_library(std::move(parts)) {}
-
-    bool Load() { return m_isLoaded = m_library.Load(); }
-    bool IsLoaded() const { return m_isLoaded; }
-    QString ErrorString() const { return m_library.errorString; }
-
-    void ReadSample() {
-        m_library.ReadSample();
-        m_hasTwoSamples = std::exchange(m_hasSample, true);
-    }
-
-    // Asks for the numbers between the last two samples.
-    void ReadNumbers() {
-        m_temperature = 0;
-        m_library.GetTemperature(kFirstPackage, &m_temperature);
-        int count = 0;
-        m_library.GetPowerData(kFirstPackage, kPackageMeter, m_power.data(), &count);
-    }
-    bool HasNumbers() const { return m_hasTwoSamples; }
-    int Temperature() const { return m_temperature; }
-    double Power() const { return m_power[0]; }
-
-    Reading Says(Quantity quantity) const {
-        if (!m_isLoaded || quantity == Quantity::FanSpeed) {
-            return Reading::Without(ReadingGap::NoSource);
-        }
-        if (!m_hasTwoSamples) {
-            return Reading::Without(ReadingGap::NotRead, SourceId::EnergyLibrary);
-        }
-        const double value = quantity == Quantity::Power ? m_power[0] : m_temperature;
-        return Checked(quantity, value, SourceId::EnergyLibrary);
-    }
-
-private:
-    EnergyLibrary m_library;
-    bool m_isLoaded = false;
-    bool m_hasSample = false;
-    bool m_hasTwoSamples = false;
-    int m_temperature = 0;
-    std::array<double, 3> m_power{};
-};
 
 std::function<int()> CounterLoad() {
     auto sampler = std::make_shared<CpuUsageSampler>();
     sampler->SetMode(0);
     sampler->Sample();
     return [sampler] { return sampler->Sample(); };
+}
+
+// The value of a reading as it is told: as a number, 0 where there is none.
+double NumberOf(const Reading& reading) {
+    return reading.value.value_or(0.0);
 }
 
 class ChosenSensors final : public PackageSensors {
@@ -89,53 +40,39 @@ public:
         }
     }
 
-    bool Load() override {
-        if (m_library.Load()) {
-            return true;
-        }
-        const SystemClocks clocks = ReadClocks();
-        NoteLibrary();
-        SampleSources(clocks);
-        return std::any_of(m_choosers.begin(), m_choosers.end(),
-                           [](const SourceChooser& chooser) { return chooser.IsAnybodyThere(); });
-    }
-
+    bool Load() override { return m_library.Load(); }
     QString ErrorString() const override { return m_library.ErrorString(); }
 
     void ReadSample() override {
-        const SystemClocks clocks = ReadClocks();
-        // A library that is installed later is found beside the sources that speak meanwhile.
-        if (!m_library.IsLoaded() && IsDue(SourceId::EnergyLibrary)) {
-            m_library.Load();
-            NoteLibrary();
-        }
-        if (m_library.IsLoaded()) {
-            m_library.ReadSample();
-        }
-        SampleSources(clocks);
+        const SystemClocks clocks = m_clocks();
+        const SampleMoment moment{clocks.awake, m_sleepWatch.HasSlept(clocks.asleep)};
+        m_now = moment.now;
+        ReadLoad();
+        SampleLibrary(moment);
+        SampleSources(moment);
     }
 
     SensorReadings Readings() override {
-        if (m_library.HasNumbers()) {
-            m_library.ReadNumbers();
-        }
-        if (m_library.IsLoaded()) {
-            NoteLibrary();
-        }
         for (const Quantity quantity : kQuantities) {
             m_readings[quantity] = ChooserOf(quantity).Choose(m_now);
         }
         return m_readings;
     }
 
-    int Temperature() override {
-        return CountsLibrary(Quantity::Temperature)
-                   ? m_library.Temperature()
-                   : static_cast<int>(m_readings[Quantity::Temperature].value.value_or(0.0));
-    }
-    double Power() override {
-        return CountsLibrary(Quantity::Power) ? m_library.Power()
-                                              : m_readings[Quantity::Power].value.value_or(0.0);
+    std::optional<PackageNumbers> Numbers() override {
+        const Reading& power = m_readings[Quantity::Power];
+        const Reading& temperature = m_readings[Quantity::Temperature];
+        if (!m_numbers && !power.value && !temperature.value) {
+            return std::nullopt;
+        }
+        PackageNumbers numbers{NumberOf(power), static_cast<int>(NumberOf(temperature))};
+        if (CountsLibrary(Quantity::Power)) {
+            numbers.watts = m_numbers->watts;
+        }
+        if (CountsLibrary(Quantity::Temperature)) {
+            numbers.degreesCelsius = m_numbers->degreesCelsius;
+        }
+        return numbers;
     }
 
 private:
@@ -146,16 +83,32 @@ private:
 
     SourceChooser& ChooserOf(Quantity quantity) { return m_choosers[static_cast<std::size_t>(quantity)]; }
 
-    // The library's number is told as it is, unless somebody else speaks.
+    // The library's number is told as it is, unless another source speaks.
     bool CountsLibrary(Quantity quantity) {
         const SourceId speaker = ChooserOf(quantity).Speaker();
-        return m_library.HasNumbers() && (speaker == SourceId::EnergyLibrary || speaker == SourceId::None);
+        return m_numbers && (speaker == SourceId::EnergyLibrary || speaker == SourceId::None);
     }
 
-    SystemClocks ReadClocks() {
-        const SystemClocks clocks = m_clocks();
-        m_now = clocks.awake;
-        return clocks;
+    void SampleLibrary(const SampleMoment& moment) {
+        const bool hasAnswered = m_library.ReadSample();
+        m_numbers = hasAnswered ? m_library.Numbers() : std::nullopt;
+        Reading power = Reading::Without(ReadingGap::NoSource);
+        Reading temperature = power;
+        if (m_numbers) {
+            power = Checked(Quantity::Power, m_numbers->watts, SourceId::EnergyLibrary);
+            temperature = Checked(Quantity::Temperature, m_numbers->degreesCelsius, SourceId::EnergyLibrary);
+        } else if (m_library.IsLoaded()) {
+            power = Reading::Without(hasAnswered ? ReadingGap::NotRead : ReadingGap::Silent,
+                                     SourceId::EnergyLibrary);
+            temperature = power;
+        }
+        // The average of a sleep is no power. One sample of an answering library ends it.
+        m_hasSlept = m_hasSlept || moment.hasSlept;
+        if (m_numbers && std::exchange(m_hasSlept, false)) {
+            power = Reading::Without(ReadingGap::NotRead, SourceId::EnergyLibrary);
+        }
+        ChooserOf(Quantity::Power).Note(SourceId::EnergyLibrary, power, m_load, m_now);
+        ChooserOf(Quantity::Temperature).Note(SourceId::EnergyLibrary, temperature, m_load, m_now);
     }
 
     bool IsDue(SourceId source) const {
@@ -163,21 +116,9 @@ private:
                            [&](const SourceChooser& chooser) { return chooser.IsDue(source, m_now); });
     }
 
-    void NoteLibrary() {
-        for (const Quantity quantity : kQuantities) {
-            ChooserOf(quantity).Note(SourceId::EnergyLibrary, m_library.Says(quantity), m_load, m_now);
-        }
-    }
-
-    void SampleSources(const SystemClocks& clocks) {
-        if (m_sampledAt && m_now - *m_sampledAt < kShortestInterval) {
-            return;
-        }
-        m_sampledAt = m_now;
-        ReadLoad();
-        const bool hasSlept = m_sleepWatch.HasSlept(clocks.asleep);
+    void SampleSources(const SampleMoment& moment) {
         for (Asked& asked : m_sources) {
-            asked.hasSlept = asked.hasSlept || hasSlept;
+            asked.hasSlept = asked.hasSlept || moment.hasSlept;
             if (!IsDue(asked.source->Id())) {
                 continue;
             }
@@ -197,16 +138,17 @@ private:
         }
     }
 
-    LibraryMeter m_library;
+    EnergyLibraryThread m_library;
     std::vector<Asked> m_sources;
     const std::function<SystemClocks()> m_clocks;
     const std::function<int()> m_cpuLoad;
     std::array<SourceChooser, kQuantityCount> m_choosers;
     SleepWatch m_sleepWatch;
     std::chrono::nanoseconds m_now{0};
-    std::optional<std::chrono::nanoseconds> m_sampledAt;  // of the sources
     std::optional<std::chrono::nanoseconds> m_loadSince;
     std::optional<int> m_load;
+    std::optional<PackageNumbers> m_numbers;  // the library's of the last sample
+    bool m_hasSlept = false;                  // the machine, since the library's last numbers
     SensorReadings m_readings;
 };
 
@@ -216,19 +158,14 @@ std::unique_ptr<PackageSensors> MakeSensorsFrom(SensorParts parts) {
     return std::make_unique<ChosenSensors>(std::move(parts));
 }
 
-std::unique_ptr<PackageSensors> MakeLibrarySensors(const TerminationGate& allowTermination,
-                                                   EnvironmentReader environment,
-                                                   const QString& defaultFolder) {
+std::unique_ptr<PackageSensors> MakeLibrarySensors(EnergyLibrary::Parts library) {
     SensorParts parts;
-    parts.library.defaultFolder = defaultFolder;
-    parts.library.environment = std::move(environment);
-    parts.library.allowTermination = allowTermination;
+    parts.library = std::move(library);
     return MakeSensorsFrom(std::move(parts));
 }
 
-std::unique_ptr<PackageSensors> MakePackageSensors(const TerminationGate& allowTermination) {
+std::unique_ptr<PackageSensors> MakePackageSensors() {
     SensorParts parts;
-    parts.library.allowTermination = allowTermination;
     parts.sources = MakeSensorSources();
     return MakeSensorsFrom(std::move(parts));
 }

@@ -1,14 +1,16 @@
 #pragma once
 
 // The sensors of the processor package and its fan: the energy library where it is installed, and whatever
-// else the platform has (sensor_lists.h). Made, used and destroyed on the poller's thread.
+// else the platform has (sensor_lists.h). Made, used and destroyed on one thread: the poller's, or the main
+// thread where the sensors are only listed.
 
 #include <QString>
 
 #include <functional>
 #include <memory>
+#include <optional>
 
-#include "telemetry/energy_library.h"
+#include "telemetry/energy_library_thread.h"
 #include "telemetry/reading.h"
 #include "telemetry/sensor_lists.h"
 #include "telemetry/system_clocks.h"
@@ -22,34 +24,29 @@ public:
     PackageSensors& operator=(const PackageSensors&) = delete;
     virtual ~PackageSensors() = default;
 
-    // Looks for sensors. False where nothing measures anything; may then be called again, for they may come
-    // later, and has to be cheap.
+    // Finds and starts the energy library, unless that has been done. False where that fails, with the reason
+    // in ErrorString, or takes long; to be tried again before each sample, for it may be installed later.
     virtual bool Load() = 0;
-    // Why the energy library could not be loaded last.
     virtual QString ErrorString() const = 0;
 
-    // Takes a sample: power is the average between the last two.
+    // Takes a sample: power is the average between the last two. Never waits for a library that hangs.
     virtual void ReadSample() = 0;
-    // Of the last sample; after a Load that failed, the reasons.
+    // Of the last sample. The first call decides who speaks first, so it is made when all have had their say.
     virtual SensorReadings Readings() = 0;
 
-    // What is told as numbers: the temperature in degrees Celsius and the power in watts of what Readings
-    // answered last, 0 where there is none. Of an energy library that speaks, whatever it said: a call that
-    // fails leaves a temperature of 0 and the power of the call before, or any.
-    virtual int Temperature() = 0;
-    virtual double Power() = 0;
+    // What is told as numbers of what Readings answered last, 0 where there is none; of an energy library
+    // that speaks, whatever it said. Nothing while neither power nor temperature is measured.
+    virtual std::optional<PackageNumbers> Numbers() = 0;
 };
 
-// Makes the sensors on the thread that will use them; the gate is that thread's.
-using PackageSensorsFactory = std::function<std::unique_ptr<PackageSensors>(const TerminationGate&)>;
+// Makes the sensors on the thread that will use them.
+using PackageSensorsFactory = std::function<std::unique_ptr<PackageSensors>()>;
 
 // All that this platform has.
-std::unique_ptr<PackageSensors> MakePackageSensors(const TerminationGate& allowTermination);
+std::unique_ptr<PackageSensors> MakePackageSensors();
 
 // The energy library alone, found as EnergyLibrary finds it.
-std::unique_ptr<PackageSensors> MakeLibrarySensors(
-    const TerminationGate& allowTermination, EnvironmentReader environment = {},
-    const QString& defaultFolder = EnergyLibrary::DefaultFolder());
+std::unique_ptr<PackageSensors> MakeLibrarySensors(EnergyLibrary::Parts library = {});
 
 // What sensors are made from.
 struct SensorParts {

@@ -10,7 +10,7 @@ bool IsBelievable(Quantity quantity, double value) {
     }
     switch (quantity) {
         case Quantity::Power:
-            return value >= 0.0 && value <= 998.0;
+            return value >= 0.0 && value <= kMostWatts;
         case Quantity::Temperature:
             return value > 0.0 && value < 130.0;
         case Quantity::FanSpeed:

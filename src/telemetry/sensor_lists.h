@@ -1,6 +1,6 @@
 #pragma once
 
-// This platform's sources of sensors, and whose word counts first. Called on the poller's thread.
+// This platform's sources of sensors, and whose word counts first. Called on the thread that will read them.
 
 #include <array>
 #include <vector>

@@ -7,7 +7,7 @@ namespace kivo {
 SourceOrders PlatformSourceOrders() {
     return {{
         {SourceId::EnergyLibrary, SourceId::PowerCap, SourceId::EnergyDriver},
-        {SourceId::EnergyLibrary, SourceId::HardwareMonitor, SourceId::ProcessorZone},
+        {SourceId::EnergyLibrary, SourceId::HardwareMonitor, SourceId::ProcessorZone, SourceId::BoardMonitor},
         {SourceId::HardwareMonitor},
     }};
 }

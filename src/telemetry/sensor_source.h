@@ -1,6 +1,7 @@
 #pragma once
 
-// One place where sensors can be read. Made, used and destroyed on the poller's thread.
+// One place where sensors can be read. Made, used and destroyed on one thread: the poller's, or the main
+// thread where the sensors are only listed.
 
 #include <chrono>
 #include <memory>
@@ -30,8 +31,9 @@ public:
     // Takes a sample. Finds by itself what it reads, also when that comes, goes and comes back later, and
     // searches seldom enough to be cheap. Never waits for another program: who has to ask one does so on a
     // thread of its own and gives the answer that came last. A quantity that it does not measure is
-    // NoSource; one that it measures between two samples is NotRead after the first. A value that has not
-    // been measured anew for ten seconds is Silent where the source can tell.
+    // NoSource; one that it measures between two samples is NotRead after the first. Where the source can
+    // tell that nothing newer has come since it was read last, its value isStanding, for as long as that
+    // lasts: how long such a value counts is not the source's to say.
     virtual SensorReadings Read(const SampleMoment& moment) = 0;
 };
 

@@ -1,3 +1,4 @@
+#include <dirent.h>
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -59,6 +60,19 @@ QStringList NumberedFolders(const QString& folder, const QString& prefix, Number
         paths.append(path);
     }
     return paths;
+}
+
+QByteArray FolderEntries(const QString& folder) {
+    QByteArray names;
+    DIR* const entries = ::opendir(QFile::encodeName(folder).constData());
+    if (entries == nullptr) {
+        return names;
+    }
+    while (const dirent* entry = ::readdir(entries)) {
+        names.append(entry->d_name).append('/');
+    }
+    ::closedir(entries);
+    return names;
 }
 
 }  // namespace kivo

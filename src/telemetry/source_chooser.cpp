@@ -12,9 +12,10 @@ constexpr int kLoadChange = 30;
 constexpr int kMostLoad = 100;
 
 // Nearest to a value first.
-constexpr std::array<ReadingGap, 6> kNearestGaps{ReadingGap::Unbelievable, ReadingGap::Silent,
-                                                 ReadingGap::NoRight,      ReadingGap::NotRunning,
-                                                 ReadingGap::NotRead,      ReadingGap::NoSource};
+constexpr std::array<ReadingGap, 7> kNearestGaps{
+    ReadingGap::Unbelievable, ReadingGap::Silent,  ReadingGap::NoRight,  ReadingGap::NotHandedOn,
+    ReadingGap::NotRunning,   ReadingGap::NotRead, ReadingGap::NoSource,
+};
 
 }  // namespace
 
@@ -59,7 +60,9 @@ bool SourceChooser::IsDue(SourceId source, std::chrono::nanoseconds now) const {
     if (*place < *m_speaker) {
         return asked.IsAwake() || isProbeDue;
     }
-    return *place == *m_speaker || !m_sources[*m_speaker].IsAnswering();
+    const Source& speaker = m_sources[*m_speaker];
+    return *place == *m_speaker || !speaker.IsAnswering() ||
+           speaker.IsNewsOlderThan(kBeforeOthersAreAsked, now);
 }
 
 void SourceChooser::Note(SourceId source, const Reading& said, std::optional<int> load,
@@ -69,15 +72,19 @@ void SourceChooser::Note(SourceId source, const Reading& said, std::optional<int
         return;
     }
     Source& noted = m_sources[*place];
-    noted.said = said;
+    const bool wasSilent = noted.IsSilent(now);
+    noted.said = said.isStanding && wasSilent ? Reading::Without(ReadingGap::Silent, source) : said;
     noted.readAt = now;
-    if (!said.value) {
+    if (!noted.said.value) {
         noted.answersSince.reset();
         return;
     }
     // A source that was not asked for long begins anew.
-    if (!noted.answersSince || now - noted.answeredAt >= kLongestSilence) {
+    if (!noted.answersSince || wasSilent) {
         noted.answersSince = now;
+    }
+    if (said.isStanding) {
+        return;
     }
     noted.answeredAt = now;
     noted.value = *said.value;
@@ -97,7 +104,7 @@ Reading SourceChooser::Choose(std::chrono::nanoseconds now) {
 }
 
 void SourceChooser::LetTheSilentGo(std::chrono::nanoseconds now) {
-    if (m_speaker && now - m_sources[*m_speaker].answeredAt >= kLongestSilence) {
+    if (m_speaker && m_sources[*m_speaker].IsSilent(now)) {
         m_speaker.reset();
     }
 }
@@ -107,7 +114,7 @@ void SourceChooser::LetTheBestSpeak(std::chrono::nanoseconds now) {
     for (std::size_t place = 0; place < places; ++place) {
         const Source& source = m_sources[place];
         // An answer from long ago is none: the source was not asked since.
-        const bool isAnswering = source.IsAnswering() && now - source.answeredAt < kLongestSilence;
+        const bool isAnswering = source.IsAnswering() && !source.IsSilent(now);
         const bool isTrusted = !m_speaker || now - *source.answersSince >= kAnswersBeforeItSpeaks;
         if (isAnswering && isTrusted) {
             m_speaker = place;
@@ -145,11 +152,6 @@ Reading SourceChooser::Gap() const {
 
 SourceId SourceChooser::Speaker() const {
     return m_speaker ? m_sources[*m_speaker].id : SourceId::None;
-}
-
-bool SourceChooser::IsAnybodyThere() const {
-    return std::any_of(m_sources.begin(), m_sources.end(),
-                       [](const Source& source) { return source.IsAwake(); });
 }
 
 }  // namespace kivo

@@ -29,32 +29,30 @@ private:
 
 class SourceChooser {
 public:
-    // After so long a silence of the speaker another one takes over.
-    static constexpr std::chrono::seconds kLongestSilence{10};
     // After so long a source that is better than the speaker takes over.
     static constexpr std::chrono::seconds kAnswersBeforeItSpeaks{3};
+    // After so long without anything new from the speaker the worse ones are asked too.
+    static constexpr std::chrono::seconds kBeforeOthersAreAsked{3};
     static constexpr std::chrono::seconds kBetweenProbes{10};
 
     // The sources that may speak, the best first.
     explicit SourceChooser(const std::vector<SourceId>& order);
 
     // Whether a source is to be read at this moment: the speaker always; a better one every ten seconds, and
-    // always once it answers; a worse one while the speaker is silent. While nobody speaks, all are read for
-    // ten seconds and every ten seconds then.
+    // always once it answers; a worse one while the speaker does not answer, or has told nothing new for
+    // three seconds. While nobody speaks, all are read for ten seconds and every ten seconds then.
     bool IsDue(SourceId source, std::chrono::nanoseconds now) const;
 
     // What a source said when it was read; one that is not in the order says nothing.
     void Note(SourceId source, const Reading& said, std::optional<int> load, std::chrono::nanoseconds now);
 
     // Decides who speaks, after all that were due have been noted. The reading of the speaker, who is
-    // believed for ten seconds after the last value; else the reason why there is none, of the source that
-    // came nearest to one.
+    // believed for kLongestSilence after the last new value; else the reason why there is none, of the source
+    // that came nearest to one.
     Reading Choose(std::chrono::nanoseconds now);
 
     // None: nobody does.
     SourceId Speaker() const;
-    // Whether a source answers, or needs one more sample to do so.
-    bool IsAnybodyThere() const;
 
 private:
     struct Source {
@@ -62,11 +60,15 @@ private:
         Reading said = {};
         std::optional<std::chrono::nanoseconds> readAt = {};
         std::optional<std::chrono::nanoseconds> answersSince = {};  // without a break
-        std::chrono::nanoseconds answeredAt{0};
-        double value = 0.0;  // the last there was
+        std::optional<std::chrono::nanoseconds> answeredAt = {};    // with a new value
+        double value = 0.0;                                         // the last there was
         StuckWatch stuck = {};
 
         bool IsAnswering() const { return answersSince.has_value(); }
+        bool IsNewsOlderThan(std::chrono::nanoseconds age, std::chrono::nanoseconds now) const {
+            return !answeredAt || now - *answeredAt >= age;
+        }
+        bool IsSilent(std::chrono::nanoseconds now) const { return IsNewsOlderThan(kLongestSilence, now); }
         // It answers, or measures between two samples and has taken the first.
         bool IsAwake() const { return IsAnswering() || (readAt && said.gap == ReadingGap::NotRead); }
     };

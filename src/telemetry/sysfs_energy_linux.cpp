@@ -72,7 +72,9 @@ std::optional<int> PackageNumber(const QByteArray& name) {
 
 Reading EnergyMeter::Sample(const SampleMoment& moment) {
     const QStringList& files = m_search.Files(moment.now);
-    if (m_counters.empty()) {
+    if (m_files != files) {
+        m_files = files;
+        m_counters.clear();
         for (const QString& file : files) {
             m_counters.push_back({file});
         }
@@ -83,8 +85,9 @@ Reading EnergyMeter::Sample(const SampleMoment& moment) {
     const auto passed = m_interval.Note(moment);
     const auto gap = ReadCounters();
     if (gap == ReadingGap::NoSource) {
-        m_counters.clear();
         m_search.Lose();
+        m_files.clear();
+        m_counters.clear();
         return Reading::Without(ReadingGap::NoSource);
     }
     if (gap) {

@@ -4,6 +4,7 @@
 #include <array>
 #include <map>
 
+#include "telemetry/labelled_sensors.h"
 #include "telemetry/small_file.h"
 #include "telemetry/sysfs_sources.h"
 
@@ -26,9 +27,6 @@ constexpr std::array<Driver, 3> kDrivers{{
 // Boards' and laptops' chips name a sensor after the processor too.
 constexpr std::array<const char*, 2> kBoardLabels{"CPU Package", "CPU"};
 
-// Their fans cool something else.
-constexpr std::array<const char*, 6> kOtherCoolers{"amdgpu", "radeon", "nouveau", "i915", "xe", "corsairpsu"};
-
 struct Chip {
     QString folder;
     QByteArray name;
@@ -41,6 +39,12 @@ std::vector<Chip> ListChips(const QString& hwmon) {
         chips.push_back({folder, ReadSmallFile(folder + QLatin1String("/name")).value_or(QByteArray())});
     }
     return chips;
+}
+
+// The end of the list for a chip that is not the processor's.
+const Driver* DriverOf(const Chip& chip) {
+    return std::find_if(kDrivers.begin(), kDrivers.end(),
+                        [&chip](const Driver& known) { return chip.name == known.name; });
 }
 
 struct Input {
@@ -91,26 +95,12 @@ QStringList FilesOf(const std::vector<Input>& inputs) {
     return files;
 }
 
-enum FanRank { OtherFan, AtTheProcessor, OfTheProcessor };
-
-FanRank RankOf(const QByteArray& label) {
-    const QByteArray name = label.toLower();
-    if (!name.contains("cpu") && !name.contains("processor")) {
-        return OtherFan;
-    }
-    // The second fan of a cooler, or a pump.
-    return name.contains("opt") || name.contains("pump") ? AtTheProcessor : OfTheProcessor;
-}
-
 }  // namespace
 
 QStringList FindTemperatureFiles(const QString& hwmon) {
     QStringList unnamed;
-    QString boards;
     for (const Chip& chip : ListChips(hwmon)) {
-        const auto* const driver =
-            std::find_if(kDrivers.begin(), kDrivers.end(),
-                         [&chip](const Driver& known) { return chip.name == known.name; });
+        const auto* const driver = DriverOf(chip);
         const std::vector<Input> inputs = ListInputs(chip, QStringLiteral("temp"));
         if (driver != kDrivers.end()) {
             const QString input = InputWithLabel(inputs, driver->labels);
@@ -121,37 +111,36 @@ QStringList FindTemperatureFiles(const QString& hwmon) {
         if (unnamed.isEmpty() && (driver != kDrivers.end() || IsProcessorZone(chip.name))) {
             unnamed = FilesOf(inputs);
         }
-        if (boards.isEmpty()) {
-            boards = InputWithLabel(inputs, kBoardLabels);
+    }
+    return unnamed;
+}
+
+QStringList FindBoardTemperatureFiles(const QString& hwmon) {
+    for (const Chip& chip : ListChips(hwmon)) {
+        if (DriverOf(chip) != kDrivers.end()) {
+            continue;  // the processor's own, with many cores to look through
+        }
+        const QString input = InputWithLabel(ListInputs(chip, QStringLiteral("temp")), kBoardLabels);
+        if (!input.isEmpty()) {
+            return {input};
         }
     }
-    return unnamed.isEmpty() && !boards.isEmpty() ? QStringList(boards) : unnamed;
+    return {};
 }
 
 QStringList FindFanFiles(const QString& hwmon) {
-    std::vector<Input> fans;
+    std::vector<NamedFan> fans;
+    QStringList files;
     for (const Chip& chip : ListChips(hwmon)) {
-        const bool isOther = std::any_of(kOtherCoolers.begin(), kOtherCoolers.end(),
-                                         [&chip](const char* driver) { return chip.name == driver; });
-        if (!isOther) {
-            const std::vector<Input> inputs = ListInputs(chip, QStringLiteral("fan"));
-            fans.insert(fans.end(), inputs.begin(), inputs.end());
+        for (const Input& input : ListInputs(chip, QStringLiteral("fan"))) {
+            const auto speed = ReadNumberFile(input.file);
+            fans.push_back({QString::fromUtf8(chip.name), QString::fromUtf8(input.label),
+                            speed ? std::make_optional(double(*speed)) : std::nullopt});
+            files.append(input.file);
         }
     }
-    for (const FanRank rank : {OfTheProcessor, AtTheProcessor}) {
-        const auto named = std::find_if(fans.begin(), fans.end(),
-                                        [rank](const Input& fan) { return RankOf(fan.label) == rank; });
-        if (named != fans.end()) {
-            return {named->file};
-        }
-    }
-    // A header without a fan says 0, and a board has several.
-    const auto turning = std::find_if(
-        fans.begin(), fans.end(), [](const Input& fan) { return ReadNumberFile(fan.file).value_or(0) > 0; });
-    if (turning != fans.end()) {
-        return {turning->file};
-    }
-    return fans.size() == 1 ? QStringList(fans.front().file) : QStringList();
+    const auto fan = ProcessorsFan(fans);
+    return fan ? QStringList(files[int(*fan)]) : QStringList();
 }
 
 }  // namespace kivo

@@ -3,7 +3,7 @@
 // What the Linux kernel tells of the processor in files: energy counters under powercap and hwmon,
 // temperatures and fans under hwmon and thermal. The files are described in the kernel's
 // Documentation/power/powercap, Documentation/hwmon and Documentation/driver-api/thermal. Folders are handed
-// in, so that tests can make machines up. Lives on the poller's thread.
+// in, so that tests can make machines up. Lives on the thread that reads the sensors.
 
 #include <QStringList>
 
@@ -27,21 +27,24 @@ struct SysfsPlaces {
 // All of them.
 SensorSources MakeSysfsSources(const SysfsPlaces& places = {});
 
-// Files that are searched for where there are none, at most every ten seconds: a module may be loaded later,
-// or again under another number.
+// Files that are searched for below a folder: where there are none every ten seconds, for a module may be
+// loaded later, or again under another number; and where there are some, once a minute if other folders stand
+// there than before, for what comes later may have better ones.
 class FileSearch {
 public:
-    using Find = std::function<QStringList()>;
-    explicit FileSearch(Find find) : m_find(std::move(find)) {}
+    using Find = std::function<QStringList(const QString& folder)>;
+    FileSearch(const QString& folder, Find find) : m_folder(folder), m_find(std::move(find)) {}
 
     const QStringList& Files(std::chrono::nanoseconds now);
     // They are gone. As they may have moved, the next search is due at once.
     void Lose();
 
 private:
+    const QString m_folder;
     const Find m_find;
     QStringList m_files;
-    std::optional<std::chrono::nanoseconds> m_searchedAt;
+    QByteArray m_entries;                                  // of the folder when it was searched
+    std::optional<std::chrono::nanoseconds> m_searchedAt;  // or looked at
 };
 
 // Why a file could not be read, by the system's error number; 0: it was read and holds no number. NoSource:
@@ -51,7 +54,7 @@ ReadingGap GapOfError(int error);
 // Power from counters that count microjoules, a file each, all of one package.
 class EnergyMeter {
 public:
-    EnergyMeter(SourceId id, FileSearch::Find find) : m_id(id), m_search(std::move(find)) {}
+    EnergyMeter(SourceId id, FileSearch search) : m_id(id), m_search(std::move(search)) {}
 
     // The watts between the last two samples. Nothing of an interval in which the machine slept or a counter
     // ran backwards: it went round or began anew, which nobody can tell apart. NoRight where a counter is
@@ -71,6 +74,7 @@ private:
 
     const SourceId m_id;
     FileSearch m_search;
+    QStringList m_files;  // of the counters
     std::vector<Counter> m_counters;
     SampleInterval m_interval;
     bool m_hasTold = false;
@@ -80,8 +84,8 @@ private:
 class FileValue {
 public:
     // The number in a file is so many times the value.
-    FileValue(SourceId id, Quantity quantity, double scale, FileSearch::Find find)
-        : m_id(id), m_quantity(quantity), m_scale(scale), m_search(std::move(find)) {}
+    FileValue(SourceId id, Quantity quantity, double scale, FileSearch search)
+        : m_id(id), m_quantity(quantity), m_scale(scale), m_search(std::move(search)) {}
 
     Reading Read(const SampleMoment& moment);
     // A file's first line as a value, or why it is none.
@@ -112,8 +116,10 @@ QStringList FindSocketEnergyFiles(const QString& hwmon);
 // none all of the first driver that knows one; the hottest of them counts. Empty where there is none.
 QStringList FindTemperatureFiles(const QString& hwmon);
 
-// The processor's fan: the one that is named after it, else the first that turns, else a single one. Fans of
-// graphics cards and power supplies are none. Empty where there is none.
+// The file of the board's sensor that is named after the processor. Empty where there is none.
+QStringList FindBoardTemperatureFiles(const QString& hwmon);
+
+// The processor's fan (ProcessorsFan). Empty where there is none.
 QStringList FindFanFiles(const QString& hwmon);
 
 // The temperatures (thousandths of a degree Celsius) of the processor's own thermal zones.

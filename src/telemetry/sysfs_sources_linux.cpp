@@ -8,24 +8,17 @@ namespace kivo {
 namespace {
 
 constexpr std::chrono::seconds kBetweenSearches{10};
+constexpr std::chrono::seconds kBetweenLooks{60};
 constexpr double kThousandths = 1000.0;
-
-SensorReadings NothingMeasured() {
-    SensorReadings readings;
-    for (const Quantity quantity : {Quantity::Power, Quantity::Temperature, Quantity::FanSpeed}) {
-        readings[quantity] = Reading::Without(ReadingGap::NoSource);
-    }
-    return readings;
-}
 
 // Power, by counters that are found as told.
 class EnergySource final : public SensorSource {
 public:
-    EnergySource(SourceId id, FileSearch::Find find) : m_id(id), m_meter(id, std::move(find)) {}
+    EnergySource(SourceId id, FileSearch search) : m_id(id), m_meter(id, std::move(search)) {}
 
     SourceId Id() const override { return m_id; }
     SensorReadings Read(const SampleMoment& moment) override {
-        SensorReadings readings = NothingMeasured();
+        SensorReadings readings = SensorReadings::AllWithout(ReadingGap::NoSource);
         readings[Quantity::Power] = m_meter.Sample(moment);
         return readings;
     }
@@ -35,17 +28,34 @@ private:
     EnergyMeter m_meter;
 };
 
+// Temperatures, of files that are found as told.
+class TemperatureSource final : public SensorSource {
+public:
+    TemperatureSource(SourceId id, FileSearch search)
+        : m_id(id), m_temperature(id, Quantity::Temperature, kThousandths, std::move(search)) {}
+
+    SourceId Id() const override { return m_id; }
+    SensorReadings Read(const SampleMoment& moment) override {
+        SensorReadings readings = SensorReadings::AllWithout(ReadingGap::NoSource);
+        readings[Quantity::Temperature] = m_temperature.Read(moment);
+        return readings;
+    }
+
+private:
+    const SourceId m_id;
+    FileValue m_temperature;
+};
+
 class HardwareMonitor final : public SensorSource {
 public:
     explicit HardwareMonitor(const QString& hwmon)
         : m_temperature(SourceId::HardwareMonitor, Quantity::Temperature, kThousandths,
-                        [hwmon] { return FindTemperatureFiles(hwmon); }),
-          m_fan(SourceId::HardwareMonitor, Quantity::FanSpeed, 1.0, [hwmon] { return FindFanFiles(hwmon); }) {
-    }
+                        {hwmon, FindTemperatureFiles}),
+          m_fan(SourceId::HardwareMonitor, Quantity::FanSpeed, 1.0, {hwmon, FindFanFiles}) {}
 
     SourceId Id() const override { return SourceId::HardwareMonitor; }
     SensorReadings Read(const SampleMoment& moment) override {
-        SensorReadings readings = NothingMeasured();
+        SensorReadings readings = SensorReadings::AllWithout(ReadingGap::NoSource);
         readings[Quantity::Temperature] = m_temperature.Read(moment);
         readings[Quantity::FanSpeed] = m_fan.Read(moment);
         return readings;
@@ -56,29 +66,17 @@ private:
     FileValue m_fan;
 };
 
-class ProcessorZone final : public SensorSource {
-public:
-    explicit ProcessorZone(const QString& thermal)
-        : m_zones(SourceId::ProcessorZone, Quantity::Temperature, kThousandths,
-                  [thermal] { return FindProcessorZoneFiles(thermal); }) {}
-
-    SourceId Id() const override { return SourceId::ProcessorZone; }
-    SensorReadings Read(const SampleMoment& moment) override {
-        SensorReadings readings = NothingMeasured();
-        readings[Quantity::Temperature] = m_zones.Read(moment);
-        return readings;
-    }
-
-private:
-    FileValue m_zones;
-};
-
 }  // namespace
 
 const QStringList& FileSearch::Files(std::chrono::nanoseconds now) {
-    if (m_files.isEmpty() && (!m_searchedAt || now - *m_searchedAt >= kBetweenSearches)) {
-        m_searchedAt = now;
-        m_files = m_find();
+    const auto pause = m_files.isEmpty() ? kBetweenSearches : kBetweenLooks;
+    if (m_searchedAt && now - *m_searchedAt < pause) {
+        return m_files;
+    }
+    m_searchedAt = now;
+    const QByteArray before = std::exchange(m_entries, FolderEntries(m_folder));
+    if (m_files.isEmpty() || m_entries != before) {
+        m_files = m_find(m_folder);
     }
     return m_files;
 }
@@ -136,12 +134,15 @@ Reading FileValue::ValueOf(const QByteArray& line) const {
 
 SensorSources MakeSysfsSources(const SysfsPlaces& places) {
     SensorSources sources;
-    sources.push_back(std::make_unique<EnergySource>(
-        SourceId::PowerCap, [folder = places.powercap] { return FindPowerCapFiles(folder); }));
-    sources.push_back(std::make_unique<EnergySource>(
-        SourceId::EnergyDriver, [folder = places.hwmon] { return FindSocketEnergyFiles(folder); }));
+    sources.push_back(
+        std::make_unique<EnergySource>(SourceId::PowerCap, FileSearch(places.powercap, FindPowerCapFiles)));
+    sources.push_back(std::make_unique<EnergySource>(SourceId::EnergyDriver,
+                                                     FileSearch(places.hwmon, FindSocketEnergyFiles)));
     sources.push_back(std::make_unique<HardwareMonitor>(places.hwmon));
-    sources.push_back(std::make_unique<ProcessorZone>(places.thermal));
+    sources.push_back(std::make_unique<TemperatureSource>(
+        SourceId::ProcessorZone, FileSearch(places.thermal, FindProcessorZoneFiles)));
+    sources.push_back(std::make_unique<TemperatureSource>(
+        SourceId::BoardMonitor, FileSearch(places.hwmon, FindBoardTemperatureFiles)));
     return sources;
 }
 

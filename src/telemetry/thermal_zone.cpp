@@ -14,6 +14,7 @@ constexpr std::chrono::milliseconds kBetweenLooks{50};
 
 constexpr double kFreezingPoint = 2732.0;  // in tenths of a kelvin
 constexpr double kTenths = 10.0;
+constexpr double kColdest = -200.0;
 
 bool IsUtf16(const QByteArray& output) {
     return output.startsWith("\xFF\xFE") || (output.size() >= 2 && output[1] == '\0' && output[0] != '\0');
@@ -47,6 +48,10 @@ double CelsiusOfTenths(double tenthsOfKelvin) {
     return (tenthsOfKelvin - kFreezingPoint) / kTenths;
 }
 
+bool IsZoneTemperature(double degreesCelsius) {
+    return degreesCelsius > kColdest;
+}
+
 QString ThermalText(double degreesCelsius) {
     return QString::number(degreesCelsius, 'f', 6) + kDegreeSign + QLatin1Char('C');
 }
@@ -60,8 +65,8 @@ QString ThermalCommand() {
         "wmic /namespace:\\\\root\\wmi PATH MSAcpi_ThermalZoneTemperature get CurrentTemperature /value");
 }
 
-QString ParseThermalZones(const QByteArray& output) {
-    QString result = NoThermalText();
+std::optional<double> LastThermalZone(const QByteArray& output) {
+    std::optional<double> last;
     // The client ends its lines with CR CR LF; the spare one goes when the value is trimmed.
     const QStringList lines = Decode(output).split(QStringLiteral("\r\n"), Qt::SkipEmptyParts);
     for (const QString& line : lines) {
@@ -72,10 +77,15 @@ QString ParseThermalZones(const QByteArray& output) {
         bool isNumber = false;
         const int value = parts[1].trimmed().toInt(&isNumber, 10);
         if (isNumber) {
-            result = ThermalText(CelsiusOfTenths(value));
+            last = CelsiusOfTenths(value);
         }
     }
-    return result;
+    return last;
+}
+
+QString ParseThermalZones(const QByteArray& output) {
+    const std::optional<double> zone = LastThermalZone(output);
+    return zone ? ThermalText(*zone) : NoThermalText();
 }
 
 QByteArray ReadCommandOutput(const Command& command, const CommandLimits& limits,

@@ -1,7 +1,8 @@
 #pragma once
 
-// The firmware's (ACPI) thermal zone: a second way to a temperature, without library or driver. It may take
-// seconds, so it is read when a person asks for it, not every second. Any thread.
+// A thermal zone, on Windows the firmware's (ACPI), on Linux the processor's own before that one: a second
+// way to a temperature, without library or driver. It may take seconds, so it is read when a person asks for
+// it, not every second. Any thread.
 
 #include <QByteArray>
 #include <QString>
@@ -9,6 +10,7 @@
 
 #include <chrono>
 #include <functional>
+#include <optional>
 
 namespace kivo {
 
@@ -24,6 +26,9 @@ QString ReadThermalZoneTemperature(const StopAsked& isStopAsked = {});
 // firmware adds to its whole degrees.
 double CelsiusOfTenths(double tenthsOfKelvin);
 
+// Whether a thermal zone may be that warm. Firmware without a sensor tells about 0 kelvin.
+bool IsZoneTemperature(double degreesCelsius);
+
 // The text of a temperature. Deliberate: degree sign and C, not the single character of the live values.
 QString ThermalText(double degreesCelsius);
 
@@ -35,8 +40,12 @@ inline constexpr std::chrono::seconds kLongestReading{30};
 // The WMI client's command line.
 QString ThermalCommand();
 
-// What the WMI client wrote, as the text of the last zone in it: lines "CurrentTemperature=3012", tenths of a
-// kelvin. Single-byte text, or UTF-16 (little end first) with or without its mark.
+// The last zone in what the WMI client wrote, in degrees Celsius: lines "CurrentTemperature=3012", tenths of
+// a kelvin. Single-byte text, or UTF-16 (little end first) with or without its mark. Nothing where there is
+// none.
+std::optional<double> LastThermalZone(const QByteArray& output);
+
+// The same as a text.
 QString ParseThermalZones(const QByteArray& output);
 
 // A program's path and what it is given.

@@ -10,7 +10,6 @@ namespace kivo {
 namespace {
 
 constexpr double kThousandthsPerDegree = 1000.0;
-constexpr qint64 kAbsoluteZero = -273150;  // thousandths; firmware without a sensor tells what is below
 
 enum Rank { Other, Firmware, Processor };
 
@@ -57,9 +56,10 @@ QString ReadThermalZones(const QString& folder) {
     for (const QString& zone : zones) {
         const Rank rank = RankOf(TypeOf(zone));
         const auto thousandths = ReadNumberFile(zone + QLatin1String("/temp"));
-        if (rank >= best && thousandths && *thousandths >= kAbsoluteZero) {
+        const double degrees = double(thousandths.value_or(0)) / kThousandthsPerDegree;
+        if (rank >= best && thousandths && IsZoneTemperature(degrees)) {
             best = rank;
-            result = ThermalText(double(*thousandths) / kThousandthsPerDegree);
+            result = ThermalText(degrees);
         }
     }
     return result;

@@ -28,7 +28,7 @@ QString ReadCounters(const CounterQueryFactory& openQuery) {
     }
     query->Collect();
     const std::vector<double> zones = FirmwareZones(query->Values(0), query->Values(1));
-    return zones.empty() ? NoThermalText() : ThermalText(zones.back());
+    return zones.empty() || !IsZoneTemperature(zones.back()) ? NoThermalText() : ThermalText(zones.back());
 }
 
 }  // namespace
@@ -42,8 +42,13 @@ Command ThermalClient() {
 
 QString ReadThermalZoneWith(const Command& command, const CounterQueryFactory& openQuery,
                             const StopAsked& isStopAsked) {
-    return QFileInfo::exists(command.program) ? ParseThermalZones(ReadCommandOutput(command, {}, isStopAsked))
-                                              : ReadCounters(openQuery);
+    if (QFileInfo::exists(command.program)) {
+        const auto zone = LastThermalZone(ReadCommandOutput(command, {}, isStopAsked));
+        if (zone && IsZoneTemperature(*zone)) {
+            return ThermalText(*zone);
+        }
+    }
+    return ReadCounters(openQuery);
 }
 
 QString ReadThermalZoneTemperature(const StopAsked& isStopAsked) {

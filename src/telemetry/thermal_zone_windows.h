@@ -10,8 +10,9 @@ namespace kivo {
 // that name be run. Its program is empty where the system does not tell that folder.
 Command ThermalClient();
 
-// The reading by a command; where its program is not there, for newer systems come without that client, by
-// the performance counters of the same zones. Of several zones the last one counts for both.
+// The reading by a command; where that gives none, for newer systems come without that client, and it may
+// refuse an ordinary user, by the performance counters of the same zones. Of several zones the last one
+// counts for both.
 QString ReadThermalZoneWith(const Command& command, const CounterQueryFactory& openQuery,
                             const StopAsked& isStopAsked = {});
 

@@ -63,6 +63,7 @@ struct CustomDesk : Desk {
         Show();
         window->activateWindow();
         QTRY_VERIFY(window->isActiveWindow());
+        WaitForPictures();
     }
 
     EditBar* Tools() const { return window->findChild<EditBar*>(); }
@@ -173,8 +174,7 @@ struct CustomDesk : Desk {
     // Whether the panel shows exactly that state, with the texts that it took.
     bool PanelShows(const ScreenState& state) {
         if (m_background.isNull() || state != m_backgroundOf) {
-            SkinCache skins;
-            m_background = ComposeBackground(state, LoadPicture(PicturePath(state)), skins);
+            m_background = ExpectedBackground(state);
             m_backgroundOf = state;
         }
         const ItemTexts texts = Session().ShownTexts();

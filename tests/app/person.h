@@ -29,6 +29,7 @@ inline void ClickListRow(const Desk& desk, const char* name, int row,
                          Qt::MouseButton button = Qt::LeftButton) {
     auto* list = desk.Find<QListWidget>(name);
     ClickAt(list->viewport(), RowCentre(list, row), button);
+    desk.WaitForPictures();
 }
 
 inline void PressKey(const Desk& desk, Qt::Key key) {
@@ -37,6 +38,7 @@ inline void PressKey(const Desk& desk, Qt::Key key) {
         qFatal("The window does not get the keys.");
     }
     QTest::keyClick(desk.window->windowHandle(), key);
+    desk.WaitForPictures();
 }
 
 // False when the key does not get there.

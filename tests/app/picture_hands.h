@@ -69,11 +69,13 @@ inline void DeleteRow(const Desk& desk, int row, DeleteBy by) {
             ClickAt(list->viewport(), centre, Qt::RightButton);
             break;
     }
+    desk.WaitForPictures();
 }
 
 // How red, green and blue the preview is on the whole, with the same values each time: live ones come
 // meanwhile.
 inline QColor PreviewColour(const Desk& desk) {
+    desk.WaitForPictures();
     ItemTexts same;
     same.fill(QStringLiteral("0"));
     desk.Editor()->SetLiveTexts(same);

@@ -2,6 +2,7 @@
 
 // The steps by which a session comes up, as the program takes them.
 
+#include "../panel/frame_pictures.h"
 #include "compose/theme_state.h"
 #include "config/default_profile.h"
 #include "config/settings_file.h"
@@ -10,10 +11,10 @@
 namespace kivo::test {
 
 // Short, for tests that do not look at the pause itself.
-inline constexpr LiveSession::Options kShortPauses{LiveSession::PanelKind::Real,
-                                                   std::chrono::milliseconds(20)};
-inline constexpr LiveSession::Options kSoftwarePanel{LiveSession::PanelKind::Software,
-                                                     std::chrono::milliseconds(20)};
+inline const LiveSession::Options kShortPauses{LiveSession::PanelKind::Real, std::chrono::milliseconds(20),
+                                               ReadFramePicture};
+inline const LiveSession::Options kSoftwarePanel{LiveSession::PanelKind::Software,
+                                                 std::chrono::milliseconds(20), ReadFramePicture};
 
 // What the settings hold, after default files were seeded from applicationDir.
 inline ScreenState LoadState(const QString& applicationDir, InterfaceLanguage language) {

@@ -1,12 +1,14 @@
 set(window_units
     main_window
     window_custom
+    window_editing
     window_hotplug
     window_legibility
     window_life
     window_likeness
     window_noise
     window_picture_list
+    window_pictures
     window_sensors
     window_state
     window_text
@@ -19,6 +21,7 @@ set(units
     live_session
     live_session_uploads
     nimb_process
+    picture_choice
     restore_offer
     screen_answers
     sensor_table

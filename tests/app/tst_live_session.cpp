@@ -133,7 +133,8 @@ void TestLiveSession::ScreenThatVanishesInTheFrame() {
 void TestLiveSession::EndsWhileTheFirstFrameIsOnItsWay() {
     VirtualHidApi panel;
     {
-        LiveSession session(panel, InterfaceLanguage::Chinese);
+        LiveSession session(panel, InterfaceLanguage::Chinese,
+                            {LiveSession::PanelKind::Real, std::chrono::seconds(1), ReadFramePicture});
         StartWithFrame(session, LoadState(kBin, InterfaceLanguage::Chinese));
     }
     // It was asked to stop before it had measured the load.

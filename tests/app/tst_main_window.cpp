@@ -429,6 +429,7 @@ void TestMainWindow::TheControllersButtonDoesNothing() {
 
     auto* button = desk.Find<QPushButton>("ReadEC");
     QVERIFY(button->size().isEmpty());
+    desk.WaitForPictures();
     const QImage before = desk.window->grab().toImage();
     const int children = desk.window->findChildren<QObject*>().size();
     Q_EMIT button->clicked();

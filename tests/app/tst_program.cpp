@@ -2,6 +2,7 @@
 #include <QtTest>
 #include <csignal>
 
+#include "../telemetry/energy_library_folders.h"
 #include "device/report_log.h"
 #include "program_home.h"
 #include "support/built_paths.h"
@@ -62,6 +63,7 @@ private Q_SLOTS:
     void TheAutostartIsSwitchedFromTheCommandLine();
     void SensorsAreToldWithoutADisplay_data();
     void SensorsAreToldWithoutADisplay();
+    void SensorsAreToldBesideALibraryThatHangs();
     void BadArgumentsEndWithOneLine();
     void WithoutAScreenItSaysSoAndRunsOn();
     void HomeThatCannotBeWritten();
@@ -201,6 +203,20 @@ void TestProgram::SensorsAreToldWithoutADisplay() {
     QVERIFY2(said.contains(load), qPrintable(said));
     QVERIFY2(said.count(QLatin1Char('\n')) >= 7, qPrintable(said));
     QCOMPARE(process.readAllStandardError(), QByteArray());
+}
+
+// Would not end otherwise.
+void TestProgram::SensorsAreToldBesideALibraryThatHangs() {
+    QProcessEnvironment environment = m_home->Environment();
+    environment.insert(QStringLiteral("LC_ALL"), QStringLiteral("en_US.UTF-8"));
+    environment.insert(QStringLiteral("IPG_Dir"), test::LibraryFolder("calls_hang"));
+    environment.insert(QStringLiteral("IPG_Ver"), QStringLiteral("3.6"));
+    QProcess process;
+    process.setProcessEnvironment(environment);
+    process.start(test::BuiltProgram("kivo-screen"), {QStringLiteral("--sensors")});
+    QCOMPARE(Result(process), 0);
+    const QString said = QString::fromUtf8(process.readAllStandardOutput());
+    QVERIFY2(said.contains(QStringLiteral("CPU Load")), qPrintable(said));
 }
 
 void TestProgram::TheAutostartIsSwitchedFromTheCommandLine() {

@@ -18,6 +18,8 @@ private Q_SLOTS:
     void WithoutKeptSettingsThereIsNoOffer();
     void RestoringShowsAndSendsThem_data();
     void RestoringShowsAndSendsThem();
+    void RestoringThatFailsSendsNothing();
+    void OneAnswerIsEnoughForAll();
     void DismissingLeavesWhatIsThere();
     void TheOfferStandsAtTheNextStartToo();
     void TheToolBarTakesItsPlace();
@@ -79,6 +81,48 @@ void TestRestoreOffer::RestoringShowsAndSendsThem() {
     QCOMPARE(int(desk.window->Session().Applied().theme), int(Theme::Tdp));
     desk.Restart();
     QCOMPARE(ThemeShown(desk), int(Theme::Tdp));
+}
+
+// What is chosen in the window has not been applied.
+void TestRestoreOffer::RestoringThatFailsSendsNothing() {
+    LoseTheMark();
+    Desk desk;
+    desk.Show();
+    QTRY_COMPARE_WITH_TIMEOUT(desk.panel.State().counts.frames, quint64(1), 20000);
+    QTRY_VERIFY_WITH_TIMEOUT(!desk.window->isVisible() || desk.window->isMinimized(), 20000);
+    desk.Show();
+    const int applied = int(desk.window->Session().Applied().theme);
+    desk.Click("btnImage");
+    // What gives way cannot be kept: a folder that is not empty stands in its place.
+    SettingsWriter settings;
+    settings.SetInt(keys::kThemeId.name, int(Theme::Time));
+    QVERIFY(settings.Commit());
+    QVERIFY(QDir().mkpath(ConfigFilePath() + QStringLiteral(".replaced/in the way")));
+    desk.Click("restoreSettings");
+    QVERIFY(desk.Find("restoreOffer")->isVisible());
+    QCOMPARE(desk.panel.State().counts.frames, quint64(1));
+    QCOMPARE(int(desk.window->Session().Applied().theme), applied);
+    // The values go on.
+    const quint64 areas = desk.panel.State().counts.areas;
+    QTRY_VERIFY_WITH_TIMEOUT(desk.panel.State().counts.areas > areas, 90000);
+}
+
+void TestRestoreOffer::OneAnswerIsEnoughForAll() {
+    LoseTheMark();
+    QVERIFY(QFile::copy(ConfigFilePath(), ConfigFilePath() + QStringLiteral(".kept")));
+    Desk desk;
+    QVERIFY(QFile::exists(ConfigFilePath() + QStringLiteral(".kept")));
+    SettingsWriter settings;
+    settings.SetInt(keys::kThemeId.name, int(Theme::Time));
+    QVERIFY(settings.Commit());
+    ForgetMark();
+    desk.Restart();
+    desk.Show();
+    QVERIFY(QFile::exists(ConfigFilePath() + QStringLiteral(".kept.2")));
+    desk.Click("restoreSettings");
+    QCOMPARE(ThemeShown(desk), int(Theme::Time));
+    QVERIFY(desk.Find("restoreOffer")->isHidden());
+    QVERIFY(!HasKeptSettings());
 }
 
 void TestRestoreOffer::DismissingLeavesWhatIsThere() {

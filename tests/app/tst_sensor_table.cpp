@@ -1,11 +1,14 @@
 #include <QTranslator>
 #include <QtTest>
+#include <algorithm>
 #include <memory>
 
 #include "app/language.h"
 #include "app/sensor_table.h"
 #include "support/built_paths.h"
 #include "support/test_program.h"
+#include "telemetry/sensor_lists.h"
+#include "telemetry/value_texts.h"
 
 using namespace kivo;
 using namespace kivo::test;
@@ -32,6 +35,12 @@ SensorReadings AllOf(const Reading& reading) {
         readings[quantity] = reading;
     }
     return readings;
+}
+
+// Whether this platform has counters that a person may have no right to.
+bool HasEnergyCounters() {
+    const auto order = PlatformSourceOrders()[static_cast<size_t>(Quantity::Power)];
+    return std::find(order.begin(), order.end(), SourceId::PowerCap) != order.end();
 }
 
 std::vector<SensorRow> Table(const SensorReadings& readings) {
@@ -71,19 +80,46 @@ private Q_SLOTS:
         }
     }
 
-    void WhatIsNotHasAReasonAndAHelp() {
-        for (const ReadingGap gap : {ReadingGap::NoSource, ReadingGap::NoRight, ReadingGap::NotRunning,
-                                     ReadingGap::Silent, ReadingGap::Unbelievable}) {
-            const auto rows = Table(AllOf(Reading::Without(gap)));
+    void WhatIsNotHasAReason() {
+        for (int gap = int(ReadingGap::NotRead); gap <= int(ReadingGap::Unbelievable); ++gap) {
+            const auto rows = Table(AllOf(Reading::Without(ReadingGap(gap))));
             for (const int item : {int(CpuTemperature), int(CpuPower), int(FanSpeed)}) {
                 QVERIFY(!rows[size_t(item)].source.isEmpty());
-                QVERIFY(!rows[size_t(item)].help.isEmpty());
             }
         }
         QCOMPARE(Table(AllOf(Reading::Without(ReadingGap::NoSource)))[CpuPower].source, kNobodys);
         QCOMPARE(
             Table(AllOf(Reading::Without(ReadingGap::Silent, SourceId::CoreTemp)))[CpuTemperature].source,
             QStringLiteral("Core Temp: No answer"));
+        QCOMPARE(Table(AllOf(Reading::Without(ReadingGap::NotHandedOn, SourceId::HwInfo)))[CpuPower].source,
+                 QStringLiteral("HWiNFO: Runs, but hands nothing on"));
+    }
+
+    void HelpIsForWhatIsMissing() {
+        for (const Quantity quantity : kQuantities) {
+            QVERIFY(!SensorHelp(quantity, Reading::Without(ReadingGap::NoSource)).isEmpty());
+            // The next sample tells.
+            QCOMPARE(SensorHelp(quantity, Reading::Without(ReadingGap::NotRead)), QString());
+            QCOMPARE(SensorHelp(quantity, Reading::Of(12, SourceId::HwInfo)), QString());
+        }
+    }
+
+    // Where a person has it: the package brings no README.
+    void HelpForAMissingRightNamesTheRule() {
+        const QString help = SensorHelp(Quantity::Power, Reading::Without(ReadingGap::NoRight));
+        QVERIFY(!help.contains(QStringLiteral("README")));
+        if (HasEnergyCounters()) {
+            QVERIFY(help.contains(
+                QStringLiteral("/usr/share/doc/kivo-screen/examples/61-kivo-screen-power.rules")));
+        }
+    }
+
+    void ValueOfTheSystemThatIsMissingSaysSo() {
+        ItemTexts texts = Texts();
+        texts[CpuUsage] = NoPercentText();
+        const auto rows = SensorTable(texts, {});
+        QCOMPARE(rows[CpuUsage].source, QStringLiteral("The system: No answer"));
+        QCOMPARE(rows[MemoryUsage].source, QStringLiteral("The system"));
     }
 
     void AFanThatFollowsTheTemperatureSaysSo() {

@@ -141,9 +141,11 @@ void AnyKey(const CustomDesk& desk, QRandomGenerator& dice) {
         Qt::Key_Right,  Qt::Key_Up,     Qt::Key_Down,   Qt::Key_PageUp,  Qt::Key_Plus,      Qt::Key_Minus,
         Qt::Key_F2,     Qt::Key_F4,     Qt::Key_Delete, Qt::Key_Home,    Qt::Key_Backspace, Qt::Key_Enter};
     switch (dice.bounded(4)) {
-        case 0:
-            desk.Key(dice.bounded(2) == 0 ? Qt::Key_Z : Qt::Key_A, Qt::ControlModifier);
+        case 0: {
+            constexpr Qt::Key kWithControl[] = {Qt::Key_Z, Qt::Key_A, Qt::Key_Y};
+            desk.Key(kWithControl[dice.bounded(3)], Qt::ControlModifier);
             break;
+        }
         case 1:
             desk.Type(
                 QString(QChar(dice.bounded(2) == 0 ? dice.bounded(32, 127) : dice.bounded(0x4E00, 0x9F00))));
@@ -189,7 +191,34 @@ void CheckSense(const CustomDesk& desk) {
             QCOMPARE(desk.Boxes().contains(kind + 1), IsShown(shown, kind));
         }
     }
+    QCOMPARE(desk.Find("backButton")->isEnabled(), editor->CanUndo());
+    QCOMPARE(desk.Find("redoButton")->isEnabled(), editor->CanRedo());
     QCOMPARE(desk.panel.State().counts.errors, quint64(0));
+}
+
+// In both layouts: undone to the beginning and redone to the end, every state comes back.
+void GoThereAndBack(const CustomDesk& desk) {
+    for (const char* layout : {"choiceFirst", "choiceSecond"}) {
+        desk.Tap("btnImage");
+        desk.Tap(layout);
+        if (!desk.Editor()->IsEditing()) {
+            desk.Tap("btnEdit");
+        }
+        while (desk.Editor()->CanRedo()) {
+            desk.Tap("redoButton");
+        }
+        QVector<EditState> way{desk.Editor()->Edited()};
+        while (desk.Editor()->CanUndo()) {
+            desk.Tap("backButton");
+            way.append(desk.Editor()->Edited());
+        }
+        for (int step = way.size() - 2; step >= 0; --step) {
+            QVERIFY(desk.Editor()->CanRedo());
+            desk.Tap("redoButton");
+            QVERIFY2(desk.Editor()->Edited() == way.at(step), qPrintable(QString::number(step)));
+        }
+        QVERIFY(!desk.Editor()->CanRedo());
+    }
 }
 
 }  // namespace
@@ -219,8 +248,9 @@ void TestWindowNoise::Monkey() {
         }
     });
     no.start(5);
-    constexpr int kEvents = 1500;
-    for (int event = 0; event < kEvents; ++event) {
+    const int wanted = qEnvironmentVariableIntValue("KIVO_MONKEY_EVENTS");
+    const int events = wanted > 0 ? wanted : 1500;
+    for (int event = 0; event < events; ++event) {
         if (!desk.window->isVisible() || desk.window->isMinimized()) {
             desk.window->BringToFront();
         }
@@ -262,6 +292,7 @@ void TestWindowNoise::Monkey() {
     QTest::mouseRelease(desk.window->windowHandle(), Qt::LeftButton, Qt::NoModifier, QPoint(500, 300));
     QTest::mouseRelease(desk.window->windowHandle(), Qt::RightButton, Qt::NoModifier, QPoint(500, 300));
     desk.window->BringToFront();
+    GoThereAndBack(desk);
     desk.ApplyAndCompare();
     QCOMPARE(desk.panel.State().counts.errors, quint64(0));
 }

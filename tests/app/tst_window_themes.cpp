@@ -46,7 +46,7 @@ ScreenState ThemeLook(Theme theme, Orientation orientation, int style,
     themes.mode = 0;
     themes.theme = int(theme);
     themes.orientation = orientation;
-    themes.style = style;
+    themes.themeStyle = style;
     return MakeScreenState(themes, LoadSlotTable(), LoadCurRectId(), language);
 }
 

@@ -15,7 +15,6 @@
 #include "../config/forget_mark.h"
 #include "app/language.h"
 #include "app/main_window.h"
-#include "compose/background_picture.h"
 #include "compose/frame_composer.h"
 #include "compose/panel_text.h"
 #include "config/default_profile.h"
@@ -26,6 +25,8 @@
 #include "forwarding_hid_api.h"
 #include "panel/frame_store.h"
 #include "panel/panel_memory.h"
+#include "pictures/layout_picture.h"
+#include "pictures/picture_reader.h"
 #include "resources/resources.h"
 #include "support/built_paths.h"
 #include "support/test_program.h"
@@ -64,6 +65,21 @@ inline void ForgetEverything() {
     configFolderCreated = 0;
 }
 
+// What lies behind the texts of a state, with what stands in where its own picture cannot be shown.
+inline QImage ExpectedBackground(const ScreenState& state) {
+    LayoutPicture shown;
+    const QStringList paths = PicturePaths(state);
+    for (const QString& path : paths) {
+        shown.image = LoadPicture(path);
+        if (!shown.image.isNull()) {
+            break;
+        }
+        shown.failure = PictureFailure::Missing;
+    }
+    SkinCache skins;
+    return ComposeBackground(DrawnState(state, shown), shown.image, skins);
+}
+
 // As after an earlier run in that language, which brought the look of the settings to the panel.
 inline void RememberPanel(InterfaceLanguage language = InterfaceLanguage::English) {
     QTranslator translator;
@@ -72,9 +88,7 @@ inline void RememberPanel(InterfaceLanguage language = InterfaceLanguage::Englis
     const SlotTable slotTable = LoadSlotTable();
     TickPlacedItems(themes, slotTable);
     const ScreenState state = MakeScreenState(themes, slotTable, LoadCurRectId(), language);
-    SkinCache skins;
-    const SharedFrame frame =
-        MakePanelFrame(state, ComposeBackground(state, LoadPicture(PicturePath(state)), skins));
+    const SharedFrame frame = MakePanelFrame(state, ExpectedBackground(state));
     FrameStore().Save(frame);
     PanelMemory().Write({VirtualHidApi().PanelKey(VirtualHidApi().DataPath()), frame->id});
 }
@@ -95,11 +109,10 @@ public:
     QString ErrorString() const override { return QStringLiteral("none"); }
     void ReadSample() override {}
     SensorReadings Readings() override { return {}; }
-    int Temperature() override { return 0; }
-    double Power() override { return 0.0; }
+    std::optional<PackageNumbers> Numbers() override { return std::nullopt; }
 };
 
-inline std::unique_ptr<PackageSensors> MakeNoSensors(const TerminationGate& /*gate*/) {
+inline std::unique_ptr<PackageSensors> MakeNoSensors() {
     return std::make_unique<NoSensors>();
 }
 
@@ -110,13 +123,12 @@ struct Desk {
     explicit Desk(const QLocale& locale = QLocale(QStringLiteral("en_US")), bool hasTray = true,
                   Plugging plugging = Plugging::Untold)
         : startWindow([this, locale, hasTray, plugging] {
-              MainWindow::Parts parts{wire,
-                                      nullptr,
-                                      kBin,
-                                      LiveSession::PanelKind::Real,
-                                      locale,
-                                      [hasTray] { return hasTray; },
-                                      [this](QWidget*) { return pictureToChoose; }};
+              MainWindow::Parts parts{
+                  wire, nullptr, kBin, LiveSession::PanelKind::Real, locale, [hasTray] { return hasTray; }};
+              if (!hasFileDialog) {
+                  parts.choosePictures = [this](QWidget*) { return PicturesToChoose(); };
+              }
+              parts.makePictureReaders = [this] { return pictureReaders; };
               if (plugging == Plugging::Told) {
                   parts.makeHotplug = [this] { return std::make_unique<VirtualHotplug>(panel); };
               }
@@ -168,13 +180,27 @@ struct Desk {
         widget->scrollToItem(item);
         QTest::mouseClick(widget->viewport(), Qt::LeftButton, Qt::NoModifier,
                           widget->visualItemRect(item).center());
+        WaitForPictures();
+    }
+    // Until the preview shows the picture that is chosen: it is read beside the window.
+    void WaitForPictures() const {
+        for (int time = 0; time < 2; ++time) {
+            Editor()->grab();  // asks for what it shows, then for what stands in for it
+            QTRY_VERIFY_WITH_TIMEOUT(!window->Pictures().IsBusy(), 20000);
+        }
     }
     // Presses apply and waits until the dialog is gone.
     void Apply() const { Click("btnApply"); }
 
     VirtualHidApi panel;
     WireTap wire{panel};
-    QString pictureToChoose;
+    // In the file dialog; none: cancelled.
+    QStringList PicturesToChoose() const {
+        return pictureToChoose.isEmpty() ? QStringList() : pictureToChoose.split(QLatin1Char('\n'));
+    }
+    QString pictureToChoose;     // several of them a line each
+    bool hasFileDialog = false;  // the program's own; from the next start on
+    PictureSource::Readers pictureReaders = FileReaders();
     std::chrono::nanoseconds timeAsleep{0};  // of the machine
     std::function<void()> startWindow;
     std::unique_ptr<MainWindow> window;
@@ -212,9 +238,7 @@ void OnNextDialog(QObject* context, std::function<void(Dialog*)> act) {
 
 // What the panel has to show of a state with these texts, upright.
 inline QImage ExpectedPanel(const ScreenState& state, const ItemTexts& texts) {
-    SkinCache skins;
-    const QImage background = ComposeBackground(state, LoadPicture(PicturePath(state)), skins);
-    return ComposeFrame(state, background, texts);
+    return ComposeFrame(state, ExpectedBackground(state), texts);
 }
 
 inline int PixelsThatDiffer(const QImage& a, const QImage& b) {

@@ -17,16 +17,20 @@
 #include "compose/item_drawing.h"
 #include "compose/panel_text.h"
 #include "compose/screen_state.h"
+#include "leaning_font.h"
 #include "resources/resources.h"
 #include "support/built_paths.h"
 
 namespace kivo::test {
 
 // Resources and fonts as the program sets them up, once at the start of a test program. KIVO_TEST_FONT puts
-// another family first among the stand-ins.
+// another family first among the stand-ins; kLeaningFont is one of our own.
 inline void SetUpDrawing() {
     InitResources();
     const QString family = qEnvironmentVariable("KIVO_TEST_FONT");
+    if (family == QLatin1String(kLeaningFont)) {
+        AddLeaningFont();
+    }
     if (!family.isEmpty()) {
         QFont::insertSubstitution(QStringLiteral("Microsoft YaHei"), family);
     }
@@ -277,6 +281,14 @@ inline QRect InkOf(const QImage& drawnAlone) {
 }
 inline QRect InkOf(const TextRun& run, Orientation orientation) {
     return InkOf(DrawnAlone(run, orientation));
+}
+
+inline QString Joined(const FreeTextBlock& block) {
+    QString text;
+    for (const FreeTextLine& line : block.lines) {
+        text += line.text;
+    }
+    return text;
 }
 
 inline QByteArray Describe(const QRect& rect) {

@@ -1,9 +1,4 @@
-#include <QBuffer>
-#include <QFile>
-#include <QImageWriter>
-#include <QTemporaryDir>
 #include <QTest>
-#include <QtEndian>
 
 #include "compose/background_picture.h"
 #include "compose_test_support.h"
@@ -38,53 +33,6 @@ QImage Striped(QSize size, bool upright) {
     return image;
 }
 
-QByteArray Encoded(const QImage& image, const char* format) {
-    QByteArray bytes;
-    QBuffer buffer(&bytes);
-    buffer.open(QIODevice::WriteOnly);
-    image.save(&buffer, format, 95);
-    return bytes;
-}
-
-quint32 PngChecksum(const QByteArray& bytes) {
-    quint32 crc = 0xFFFFFFFFU;
-    for (const char byte : bytes) {
-        crc ^= quint8(byte);
-        for (int bit = 0; bit < 8; ++bit) {
-            crc = (crc >> 1) ^ ((crc & 1) != 0 ? 0xEDB88320U : 0);
-        }
-    }
-    return ~crc;
-}
-
-// The four bytes of a number, highest first, as PNG has them.
-QByteArray BigEndianBytes(quint32 number) {
-    QByteArray bytes;
-    for (int shift = 24; shift >= 0; shift -= 8) {
-        bytes.append(static_cast<char>((number >> shift) & 0xFF));
-    }
-    return bytes;
-}
-
-// A PNG whose header claims another size than its pixels have.
-QByteArray PngThatClaims(quint32 width, quint32 height) {
-    QByteArray png = Encoded(Filled(QSize(1, 1), Qt::red), "PNG");
-    constexpr int kHeader = 12;  // "IHDR", width, height, depth and four more bytes, checksum
-    png.replace(kHeader + 4, 8, BigEndianBytes(width) + BigEndianBytes(height));
-    return png.replace(kHeader + 17, 4, BigEndianBytes(PngChecksum(png.mid(kHeader, 17))));
-}
-
-// A JPEG with an orientation mark (1 to 8, as cameras write it).
-QByteArray MarkedJpeg(const QImage& image, quint8 orientation) {
-    QByteArray jpeg = Encoded(image, "JPEG");
-    QByteArray mark(
-        "\xFF\xE1\x00\x22"
-        "Exif\0\0MM\0*\0\0\0\x08\0\x01\x01\x12\0\x03\0\0\0\x01\0\0\0\0\0\0\0\0",
-        36);
-    mark[29] = char(orientation);
-    return jpeg.insert(2, mark);
-}
-
 bool IsColor(const QImage& image, QPoint at, const QColor& color) {
     const QColor pixel = image.pixelColor(at);
     constexpr int kNearly = 24;  // JPEG and smooth scaling change colours a little
@@ -106,50 +54,7 @@ LayoutRecord Trimmed(int x, int y, int inset) {
 class TestBackgroundPicture : public QObject {
     Q_OBJECT
 
-private:
-    QTemporaryDir m_folder;
-
-    QString Written(const char* name, const QByteArray& bytes) const {
-        QString path = m_folder.filePath(QLatin1String(name));
-        QFile file(path);
-        if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size()) {
-            qFatal("The test file %s cannot be written.", name);
-        }
-        return path;
-    }
-
 private slots:
-    void initTestCase() {
-        QVERIFY(m_folder.isValid());
-        InitResources();
-    }
-
-    void WhatIsNoPictureIsNullAndLoggedOnce_data() {
-        QTest::addColumn<QString>("path");
-        const QByteArray jpeg = Encoded(Striped(QSize(400, 300), false), "JPEG");
-        QTest::newRow("missing") << m_folder.filePath(QStringLiteral("missing.png"));
-        QTest::newRow("no path") << QString();
-        QTest::newRow("missing resource") << QStringLiteral("://background/99.jpg");
-        QTest::newRow("folder") << m_folder.path();
-        QTest::newRow("empty file") << Written("empty.png", QByteArray());
-        QTest::newRow("text named like a picture") << Written("text.png", "This is no picture.\n");
-        QTest::newRow("JPEG that ends in its header") << Written("header.jpg", jpeg.left(100));
-        QTest::newRow("PNG of 30,000 x 30,000") << Written("huge.png", PngThatClaims(30000, 30000));
-        QTest::newRow("PNG longer than any picture") << Written("long.png", PngThatClaims(2000000, 1));
-        QTest::newRow("PNG of the largest size there is")
-            << Written("max.png", PngThatClaims(0x7FFFFFFF, 0x7FFFFFFF));
-    }
-    void WhatIsNoPictureIsNullAndLoggedOnce() {
-        QFETCH(QString, path);
-        const LogLines log;
-        QVERIFY(LoadPicture(path).isNull());
-        QStringList ours = LogLines::Lines().filter(QStringLiteral("The picture"));
-        QCOMPARE(ours.size(), 1);
-        QVERIFY(ours.first().contains(path));
-        // What is shown instead is not known here.
-        QVERIFY(!ours.first().contains(QStringLiteral("black")));
-    }
-
     // A custom layout has one trim frame for both orientations: what is a quarter of the picture's detail
     // lying is a quarter standing.
     void ATrimFrameIsTheSameShareTurned() {
@@ -167,88 +72,6 @@ private slots:
         layout.xZoom = 85;
         layout.yZoom = 160;
         QCOMPARE(ShownPart(picture, Orientation::Portrait, layout).height(), 1000.0);
-    }
-
-    void ATruncatedPictureDoesNoHarm_data() {
-        QTest::addColumn<QByteArray>("format");
-        QTest::newRow("JPEG") << QByteArray("JPEG");
-        QTest::newRow("PNG") << QByteArray("PNG");
-        QTest::newRow("BMP") << QByteArray("BMP");
-    }
-    void ATruncatedPictureDoesNoHarm() {
-        QFETCH(QByteArray, format);
-        const QByteArray whole = Encoded(Striped(QSize(300, 200), true), format.constData());
-        for (int percent = 5; percent < 100; percent += 5) {
-            const LogLines log;
-            const QImage picture = LoadPicture(Written("part.bin", whole.left(whole.size() * percent / 100)));
-            // Nothing, or what the file still holds in its place.
-            QVERIFY(picture.isNull() || picture.size() == QSize(300, 200));
-            const bool said = !LogLines::Lines().isEmpty();
-            QVERIFY(said || !picture.isNull());
-        }
-    }
-
-    void PicturesThatOpen_data() {
-        QTest::addColumn<QString>("path");
-        const QImage image = Striped(QSize(640, 340), false);
-        QTest::newRow("PNG") << Written("a.png", Encoded(image, "PNG"));
-        QTest::newRow("JPEG") << Written("a.jpg", Encoded(image, "JPEG"));
-        QTest::newRow("BMP") << Written("a.bmp", Encoded(image, "BMP"));
-        QTest::newRow("JPEG named as PNG") << Written("b.png", Encoded(image, "JPEG"));
-        QTest::newRow("without a suffix") << Written("c", Encoded(image, "PNG"));
-        QTest::newRow("Chinese name") << Written("图片 1.png", Encoded(image, "PNG"));
-    }
-    void PicturesThatOpen() {
-        QFETCH(QString, path);
-        const LogLines log;
-        const QImage picture = LoadPicture(path);
-        QCOMPARE(picture.size(), QSize(640, 340));
-        QVERIFY(IsColor(picture, QPoint(20, 170), Qt::red));
-        QVERIFY(IsColor(picture, QPoint(620, 170), Qt::blue));
-        QVERIFY(LogLines::Lines().isEmpty());
-    }
-
-    void BuiltInPicturesOpen() {
-        for (const QString& path : BuiltInBackgrounds()) {
-            QCOMPARE(LoadPicture(path).size(), QSize(1280, 680));
-        }
-    }
-
-    void ACamerasMarkTurnsThePictureUpright() {
-        const QImage image = Striped(QSize(300, 120), false);  // red at the left
-        struct Row {
-            quint8 mark;
-            QSize size;
-            QPoint red;
-        };
-        for (const Row& row :
-             {Row{1, QSize(300, 120), QPoint(20, 60)}, Row{3, QSize(300, 120), QPoint(280, 60)},
-              Row{6, QSize(120, 300), QPoint(60, 20)}, Row{8, QSize(120, 300), QPoint(60, 280)}}) {
-            const QImage picture = LoadPicture(Written("marked.jpg", MarkedJpeg(image, row.mark)));
-            QCOMPARE(picture.size(), row.size);
-            QVERIFY2(IsColor(picture, row.red, Qt::red), QByteArray::number(row.mark));
-        }
-    }
-
-    void ALargePictureIsDecodedSmaller() {
-        const QImage picture =
-            LoadPicture(Written("large.jpg", Encoded(Striped(QSize(6000, 3000), false), "JPEG")));
-        QVERIFY(picture.height() >= 320 && picture.height() < 3000);
-        QCOMPARE(picture.width(), picture.height() * 2);
-        QVERIFY(IsColor(picture, QPoint(20, picture.height() / 2), Qt::red));
-    }
-
-    // Whatever format it has: the window keeps it, and composes with it at every step of a trim.
-    void ALargePictureIsMadeSmaller() {
-        for (const char* format : {"PNG", "BMP"}) {
-            const QImage picture =
-                LoadPicture(Written("large.bin", Encoded(Striped(QSize(3000, 1500), false), format)));
-            QCOMPARE(picture.size(), QSize(2160, 1080));
-            QVERIFY(IsColor(picture, QPoint(20, 540), Qt::red));
-            QVERIFY(IsColor(picture, QPoint(2140, 540), Qt::blue));
-        }
-        QCOMPARE(LoadPicture(Written("thin.png", Encoded(Striped(QSize(5000, 40), false), "PNG"))).size(),
-                 QSize(5000, 40));
     }
 
     void AsMuchAsCoversThePanel_data() {

@@ -1,12 +1,12 @@
 #include <QtTest>
 
-#include "compose/background_picture.h"
 #include "compose/frame_composer.h"
 #include "compose/theme_state.h"
 #include "compose_test_support.h"
 #include "config/default_profile.h"
 #include "config/setting_keys.h"
 #include "config/settings_file.h"
+#include "pictures/picture_reader.h"
 #include "support/built_paths.h"
 #include "support/test_program.h"
 

@@ -3,6 +3,7 @@
 #include "compose/background_picture.h"
 #include "compose/frame_composer.h"
 #include "compose_test_support.h"
+#include "pictures/picture_reader.h"
 #include "support/test_program.h"
 
 using namespace kivo;

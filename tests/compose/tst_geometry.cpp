@@ -143,28 +143,6 @@ private slots:
         QCOMPARE(WireRect(canvas, orientation), wire);
     }
 
-    void CropOriginCentresTheFrame_data() {
-        QTest::addColumn<Orientation>("orientation");
-        QTest::addColumn<QSize>("area");
-        QTest::addColumn<QPoint>("origin");
-
-        QTest::newRow("landscape area of the window")
-            << Orientation::Landscape << QSize(435, 232) << QPoint(1, 1);
-        QTest::newRow("landscape, tall area") << Orientation::Landscape << QSize(435, 312) << QPoint(1, 41);
-        QTest::newRow("landscape, integer division")
-            << Orientation::Landscape << QSize(435, 233) << QPoint(1, 1);
-        QTest::newRow("portrait area of the window")
-            << Orientation::Portrait << QSize(425, 322) << QPoint(127, 0);
-        QTest::newRow("portrait, area as wide as the panel")
-            << Orientation::Portrait << QSize(170, 320) << QPoint(0, 0);
-    }
-    void CropOriginCentresTheFrame() {
-        QFETCH(Orientation, orientation);
-        QFETCH(QSize, area);
-        QFETCH(QPoint, origin);
-        QCOMPARE(CropOrigin(orientation, area), origin);
-    }
-
     void FrameInTheAreaHasThePanelsScale() {
         QCOMPARE(AreaFrameSize(Orientation::Landscape), QSize(433, 230));
         QCOMPARE(AreaScale(Orientation::Landscape), 1.35);

@@ -198,7 +198,7 @@ private slots:
     void TheTimeIsSentByItsDigits() {
         const ScreenState state = AloneInSlot(0, Time);
         const LineMetrics metrics = MetricsOf(18);
-        QVERIFY(metrics.equalDigits);
+        QVERIFY(metrics.separateDigits);
         const ItemTexts texts = LiveTexts(state.language)[1];
         const QVector<TextRun> runs = LayOutTexts(state, texts);
         const QVector<QRect> rects = SendRects(state, runs, Time, false);

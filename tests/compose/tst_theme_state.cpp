@@ -54,7 +54,7 @@ ThemeState SpecialState() {
     ThemeState state;
     state.mode = 1;
     state.theme = 2;
-    state.style = 1;
+    state.customStyle = 1;
     state.orientation = Orientation::Portrait;
     for (int n = 0; n < kLayoutCount; ++n) {
         state.layouts[size_t(n)] = SpecialRecord(n);
@@ -76,7 +76,8 @@ private slots:
             const ThemeState state = LoadThemeState(language);
             QCOMPARE(state.mode, 0);
             QCOMPARE(state.theme, 0);
-            QCOMPARE(state.style, 0);
+            QCOMPARE(state.themeStyle, 0);
+            QCOMPARE(state.customStyle, 0);
             QCOMPARE(state.orientation, Orientation::Landscape);
             const ThemeState factory = FactoryThemeState(language);
             for (size_t n = 0; n < size_t(kLayoutCount); ++n) {
@@ -109,10 +110,48 @@ private slots:
         const ThemeState loaded = LoadThemeState(InterfaceLanguage::Chinese);
         QCOMPARE(loaded.mode, saved.mode);
         QCOMPARE(loaded.theme, saved.theme);
-        QCOMPARE(loaded.style, saved.style);
+        QCOMPARE(loaded.themeStyle, 0);
+        QCOMPARE(loaded.customStyle, saved.customStyle);
         QCOMPARE(loaded.orientation, saved.orientation);
         for (int n = 0; n < kLayoutCount; ++n) {
             QVERIFY2(loaded.layouts[size_t(n)] == saved.layouts[size_t(n)], qPrintable(kGroups[n]));
+        }
+    }
+
+    // The file has one number for both pages.
+    void TheStyleOfThePageInFrontIsKept_data() {
+        QTest::addColumn<int>("mode");
+        QTest::addColumn<int>("stored");
+        QTest::newRow("theme page") << 0 << 1;
+        QTest::newRow("custom page") << 1 << -5;
+    }
+    void TheStyleOfThePageInFrontIsKept() {
+        QFETCH(int, mode);
+        QFETCH(int, stored);
+        ThemeState state = SpecialState();
+        state.mode = mode;
+        state.themeStyle = 1;
+        state.customStyle = -5;
+        QVERIFY(SaveThemeState(state));
+        QCOMPARE(Stored(QStringLiteral("Config/Style")).toInt(), stored);
+        const ThemeState loaded = LoadThemeState(InterfaceLanguage::Chinese);
+        QCOMPARE(loaded.themeStyle, mode == 0 ? stored : 0);
+        QCOMPARE(loaded.customStyle, mode == 0 ? 0 : stored);
+    }
+
+    // Or the panel would be sent the same theme again.
+    void TheOtherPagesStyleMakesNoOtherScreen() {
+        for (const int mode : {0, 1}) {
+            ThemeState state = SpecialState();
+            state.mode = mode;
+            state.themeStyle = 0;
+            state.customStyle = 0;
+            ThemeState other = state;
+            (mode == 0 ? other.customStyle : other.themeStyle) = 1;
+            const auto screen = [](const ThemeState& themes) {
+                return MakeScreenState(themes, FactorySlotTable(), 1, InterfaceLanguage::English);
+            };
+            QVERIFY(screen(other) == screen(state));
         }
     }
 
@@ -196,7 +235,7 @@ private slots:
         QCOMPARE(state.orientation, Orientation::Landscape);
         QCOMPARE(state.mode, 1);
         QCOMPARE(state.theme, 3);
-        QCOMPARE(state.style, 0);
+        QCOMPARE(StyleInForce(state), 0);
     }
 
     void RussianPutsItsOwnSamplesOverTheFile() {
@@ -351,7 +390,7 @@ private slots:
         QFETCH(int, layout);
         ThemeState state = SpecialState();
         state.mode = mode;
-        state.style = style;
+        SetStyleInForce(state, style);
         state.orientation = orientation;
         const SlotTable table = FactorySlotTable();
         const ScreenState screen = MakeScreenState(state, table, 1, InterfaceLanguage::English);

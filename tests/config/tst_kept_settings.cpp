@@ -28,6 +28,7 @@ struct Desk {
         SeedDefaultProfile(program.path());
     }
     void Write(const QByteArray& settings) const { WriteFile(Path(), settings); }
+    bool Restore() const { return RestoreKeptSettings(DefaultConfigFile(program.path())); }
     QString Path(const char* ending = "") const {
         return home.settings(QStringLiteral("/Config.ini") + QLatin1String(ending));
     }
@@ -60,7 +61,7 @@ private Q_SLOTS:
         QVERIFY(!HasKeptSettings());
         desk.StartUnmarked();
         QVERIFY(!HasKeptSettings());
-        QVERIFY(!RestoreKeptSettings());
+        QVERIFY(!desk.Restore());
         QCOMPARE(desk.Content(), kDefaults);
     }
 
@@ -69,7 +70,7 @@ private Q_SLOTS:
         desk.Write("mine");
         desk.StartUnmarked();
         desk.Write("made since");
-        QVERIFY(RestoreKeptSettings());
+        QVERIFY(desk.Restore());
         QCOMPARE(desk.Content(), QByteArray("mine"));
         QCOMPARE(desk.Content(".replaced"), QByteArray("made since"));
         QCOMPARE(desk.Content(".kept"), kNoFile);
@@ -81,7 +82,7 @@ private Q_SLOTS:
         desk.Write("mine");
         desk.StartUnmarked();
         QVERIFY(QFile::remove(desk.Path()));
-        QVERIFY(RestoreKeptSettings());
+        QVERIFY(desk.Restore());
         QCOMPARE(desk.Content(), QByteArray("mine"));
     }
 
@@ -106,12 +107,33 @@ private Q_SLOTS:
         desk.StartUnmarked();
         QCOMPARE(desk.Content(".kept"), QByteArray("mine"));
         QCOMPARE(desk.Content(".kept.2"), QByteArray("made since"));
-        QVERIFY(RestoreKeptSettings());
+        QVERIFY(desk.Restore());
         QCOMPARE(desk.Content(), QByteArray("made since"));
-        QVERIFY(HasKeptSettings());
-        QVERIFY(RestoreKeptSettings());
-        QCOMPARE(desk.Content(), QByteArray("mine"));
+        // That was the answer: the older ones are not offered, and not lost.
         QVERIFY(!HasKeptSettings());
+        QCOMPARE(desk.Content(".replaced"), QByteArray("mine"));
+        QVERIFY(!desk.Restore());
+        QCOMPARE(desk.Content(), QByteArray("made since"));
+    }
+
+    void DefaultsThatGiveWayAreNotKept() {
+        const Desk desk;
+        desk.Write("mine");
+        desk.StartUnmarked();
+        QVERIFY(desk.Restore());
+        QCOMPARE(desk.Content(".replaced"), kNoFile);
+    }
+
+    void WhatGivesWayTwiceIsKeptOnce() {
+        const Desk desk;
+        for (int again = 0; again < 3; ++again) {
+            desk.Write("mine");
+            desk.StartUnmarked();
+            desk.Write("made since");
+            QVERIFY(desk.Restore());
+        }
+        QCOMPARE(desk.Content(".replaced"), QByteArray("made since"));
+        QCOMPARE(desk.Content(".replaced.2"), kNoFile);
     }
 
     void SameSettingsAreKeptOnce() {
@@ -130,9 +152,22 @@ private Q_SLOTS:
             desk.Write("number " + QByteArray::number(loss));
             desk.StartUnmarked();
         }
-        QCOMPARE(desk.Content(".kept"), QByteArray("number 1"));
+        // The oldest have gone.
+        QCOMPARE(desk.Content(".kept"), QByteArray("number 4"));
         QCOMPARE(desk.Content(".kept.9"), QByteArray("number 12"));
         QCOMPARE(desk.Content(".kept.10"), kNoFile);
+    }
+
+    void FreeNumbersAreUsedBeforeAnythingGoes() {
+        const Desk desk;
+        WriteFile(desk.Path(".kept.3"), "three");
+        WriteFile(desk.Path(".kept.9"), "nine");
+        desk.Write("mine");
+        desk.StartUnmarked();
+        QCOMPARE(desk.Content(".kept"), QByteArray("three"));
+        QCOMPARE(desk.Content(".kept.2"), QByteArray("nine"));
+        QCOMPARE(desk.Content(".kept.3"), QByteArray("mine"));
+        QCOMPARE(desk.Content(".kept.9"), kNoFile);
     }
 
     void WhatCannotBeKeptIsNotReplaced() {
@@ -143,6 +178,20 @@ private Q_SLOTS:
         const LogCatcher log;
         desk.StartUnmarked();
         QCOMPARE(desk.Content(), QByteArray("mine"));
+        QVERIFY(log.lines().filter(QStringLiteral("cannot be kept")).size() == 1);
+    }
+
+    void RestoringThatFailsChangesNothing() {
+        const Desk desk;
+        desk.Write("mine");
+        desk.StartUnmarked();
+        desk.Write("made since");
+        QVERIFY(WriteFile(desk.Path(".replaced/in the way"), "x"));
+        const LogCatcher log;
+        QVERIFY(!desk.Restore());
+        QCOMPARE(desk.Content(), QByteArray("made since"));
+        QCOMPARE(desk.Content(".kept"), QByteArray("mine"));
+        QVERIFY(HasKeptSettings());
         QVERIFY(log.lines().filter(QStringLiteral("cannot be kept")).size() == 1);
     }
 };

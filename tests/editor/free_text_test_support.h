@@ -3,7 +3,7 @@
 // What the tests of typing the free text and of dragging it share.
 
 #include "compose/free_text.h"
-#include "editor_test_support.h"
+#include "layout_editor_test_support.h"
 
 namespace kivo::test {
 
@@ -15,20 +15,15 @@ inline QString Words() {
 }
 
 // Where the free text is drawn, or would be in that row; widget pixels.
-inline QRect DrawnIn(const Editor& editor, int row) {
+template <typename Editor>
+QRect DrawnIn(const Editor& editor, int row) {
     ScreenState state = editor.Shown();
     state.textRow = row;
     return MappingFor(state.orientation, editor.size()).Mapped(LayOutFreeText(state).bounds);
 }
-inline QPoint DrawnText(const Editor& editor) {
+template <typename Editor>
+QPoint DrawnText(const Editor& editor) {
     return DrawnIn(editor, editor.Edited().textRow).center();
-}
-
-// By the keyboard, from any row below it.
-inline void MoveUpTo(Editor& editor, int row) {
-    while (editor.Edited().textRow > row) {
-        QTest::keyClick(&editor, Qt::Key_PageUp);
-    }
 }
 
 inline QString ThreeLines() {

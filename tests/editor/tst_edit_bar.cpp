@@ -107,6 +107,30 @@ private slots:
         QVERIFY(!Trim()->IsPressed());
     }
 
+    void redoFirstEndsTrimmingToo() {
+        QSignalSpy redo(m_bar.get(), &EditBar::SendRedo);
+        QTest::mouseClick(Trim(), Qt::LeftButton);
+        m_log.clear();
+        QTest::mouseClick(Redo(), Qt::LeftButton);
+        QCOMPARE(m_log, Words("edit 0"));
+        QCOMPARE(redo.size(), 1);
+        QVERIFY(!Trim()->IsPressed());
+    }
+
+    void withoutAStepThereIsNothingToPress() {
+        QSignalSpy redo(m_bar.get(), &EditBar::SendRedo);
+        m_bar->SetWays(false, false);
+        QTest::mouseClick(Back(), Qt::LeftButton);
+        QTest::mouseClick(Redo(), Qt::LeftButton);
+        QCOMPARE(m_log, QStringList());
+        m_bar->SetWays(true, false);
+        QTest::mouseClick(Back(), Qt::LeftButton);
+        QCOMPARE(m_log, Words("edit 0,back"));
+        m_bar->SetWays(false, true);
+        QTest::mouseClick(Redo(), Qt::LeftButton);
+        QCOMPARE(redo.size(), 1);
+    }
+
     void theIndicatorAsksForTheStrip() {
         m_bar->SetEditPressed(true);
         QTest::mouseClick(Indicator(), Qt::LeftButton);
@@ -240,6 +264,7 @@ private:
     PressLabel* Indicator() const { return m_bar->findChild<PressLabel*>(); }
     NimbPushButton* Trim() const { return m_bar->findChild<NimbPushButton*>(QStringLiteral("trimButton")); }
     NimbPushButton* Back() const { return m_bar->findChild<NimbPushButton*>(QStringLiteral("backButton")); }
+    NimbPushButton* Redo() const { return m_bar->findChild<NimbPushButton*>(QStringLiteral("redoButton")); }
     QList<NimbPushButton*> Choices() const {
         return m_bar->findChildren<NimbPushButton*>(QStringLiteral("colourChoice"));
     }

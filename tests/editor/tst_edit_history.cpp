@@ -56,6 +56,72 @@ private slots:
         QCOMPARE(LayoutInForce(state).colorIndex, 0);
     }
 
+    void StepsGoForthAsTheyWentBack() {
+        EditState state = CustomState();
+        EditHistory history;
+        history.Start(state);
+        QVERIFY(!history.CanStepForth(state));
+        for (int color = 1; color <= 3; ++color) {
+            LayoutInForce(state).colorIndex = color;
+            history.Append(state);
+        }
+        for (int color = 2; color >= 0; --color) {
+            QVERIFY(history.StepBack(state));
+            QCOMPARE(LayoutInForce(state).colorIndex, color);
+        }
+        for (int color = 1; color <= 3; ++color) {
+            QVERIFY(history.CanStepForth(state));
+            QVERIFY(history.StepForth(state));
+            QCOMPARE(LayoutInForce(state).colorIndex, color);
+        }
+        QVERIFY(!history.StepForth(state));
+    }
+
+    void AnEditEndsTheWayForth() {
+        EditState state = CustomState();
+        EditHistory history;
+        history.Start(state);
+        LayoutInForce(state).colorIndex = 3;
+        history.Append(state);
+        history.StepBack(state);
+        history.Append(state);  // nothing was edited
+        QVERIFY(history.CanStepForth(state));
+        LayoutInForce(state).sizeIndex = 1;
+        history.Append(state);
+        QVERIFY(!history.CanStepForth(state));
+        QVERIFY(history.StepBack(state));
+        QCOMPARE(LayoutInForce(state).sizeIndex, 0);
+    }
+
+    // A notch of the wheel after an undo is no part of the step that was undone, nor of the one before.
+    void AfterAnUndoNothingJoins() {
+        EditState state = CustomState();
+        EditHistory history;
+        history.Start(state);
+        for (const int inset : {8, 16}) {
+            LayoutInForce(state).xZoom = inset;
+            history.Append(state, EditHistory::Kind::Zoom);
+            history.Append(state);  // something else
+        }
+        QVERIFY(history.StepBack(state));
+        LayoutInForce(state).xZoom = 24;
+        history.Append(state, EditHistory::Kind::Zoom);
+        QVERIFY(history.StepBack(state));
+        QCOMPARE(LayoutInForce(state).xZoom, 8);
+    }
+
+    // A picture chosen for a theme must not undo the custom page's slots.
+    void AThemesStepsLeaveTheSlotsAlone() {
+        EditState state;
+        EditHistory history;
+        history.Start(state);
+        LayoutInForce(state).picture = QStringLiteral("one.png");
+        history.Append(state);
+        state.slotTable[0][1] = FanSpeed;
+        QVERIFY(history.StepBack(state));
+        QCOMPARE(state.slotTable[0][1], int(FanSpeed));
+    }
+
     void WhatChangedNothingIsNoStep() {
         EditState state = CustomState();
         EditHistory history;
@@ -117,17 +183,17 @@ private slots:
         history.Start(state);
         LayoutInForce(state).colorIndex = 3;
         history.Append(state);
-        state.themes.style = 1;
+        state.themes.customStyle = 1;
         history.Append(state);
         QVERIFY(!history.CanStepBack(state));
         LayoutInForce(state).sizeIndex = 2;
         history.Append(state);
-        state.themes.style = 0;
+        state.themes.customStyle = 0;
         history.Append(state);
         QVERIFY(history.StepBack(state));
         QCOMPARE(LayoutInForce(state).colorIndex, 0);
         QVERIFY(!history.StepBack(state));
-        state.themes.style = 1;
+        state.themes.customStyle = 1;
         QCOMPARE(LayoutInForce(state).sizeIndex, 2);
         QVERIFY(history.StepBack(state));
         QCOMPARE(LayoutInForce(state).sizeIndex, 0);

@@ -1,6 +1,7 @@
-#include "compose/background_picture.h"
 #include "compose/frame_composer.h"
 #include "editor_test_support.h"
+#include "pictures/picture_reader.h"
+#include "pictures/picture_work.h"
 #include "support/test_program.h"
 #include "widgets/window_colors.h"
 
@@ -37,7 +38,7 @@ QVector<NamedThemes> AllPages() {
                 QStringLiteral("A free text of several words");
             pages.append({"five items and a text" + end, text});
             ThemeState single = themes;
-            single.style = 1;
+            single.customStyle = 1;
             pages.append({"one item" + end, single});
             NamedThemes shared{"time and date in one slot" + end, themes};
             shared.themes.layouts[size_t(CustomLayoutIndex(0))].shown[Date] = true;
@@ -197,12 +198,61 @@ private slots:
     }
 
     void OnScaledScreensItIsComposedAtTheirPixels() {
+        PictureSource pictures({ReadPicture, {}});
         PreviewBackground background;
+        background.SetSource(pictures);
         const ScreenState state = ThemeScreen(Theme::Time, kLying);
         QCOMPARE(background.Composed(state, QSize(864, 459)).size(), QSize(864, 459));
         QCOMPARE(background.Composed(state, QSize(432, 230)).size(), QSize(432, 230));
         QCOMPARE(background.CompositionCount(), 2);
-        QCOMPARE(background.DecodeCount(), 1);
+        QTRY_VERIFY(!pictures.IsBusy());
+        QCOMPARE(pictures.ReadCount(), 1);
+    }
+
+    // Neither before the first picture, nor where there is no source at all.
+    void UntilAPictureIsThereTheGroundIsNotBlack() {
+        PreviewBackground background;
+        const QImage ground = background.Composed(ThemeScreen(Theme::Time, kLying), QSize(320, 170));
+        QVERIFY(qGray(ground.pixel(160, 85)) > 8);
+        QVERIFY(background.PictureSize(ThemeScreen(Theme::Time, kLying)).isEmpty());
+    }
+
+    void WhileAPictureIsReadTheFormerOneStands() {
+        std::atomic<bool> isHeld{false};
+        PictureSource pictures({[&isHeld](const QString& path, const Picture*, const PictureWork& work) {
+                                    while (isHeld && !work.IsStopped()) {
+                                        QThread::msleep(1);
+                                    }
+                                    QImage image(320, 170, QImage::Format_RGB32);
+                                    image.fill(path == QStringLiteral("red") ? Qt::red : Qt::blue);
+                                    return Picture{image};
+                                },
+                                {}});
+        PreviewBackground background;
+        background.SetSource(pictures);
+        ScreenState state = ThemeScreen(Theme::Scene, kLying);
+        state.layout.picture = QStringLiteral("red");
+        const auto color = [&] { return background.Composed(state, QSize(320, 170)).pixelColor(160, 100); };
+        QTRY_VERIFY(color().red() > color().blue());
+        isHeld = true;
+        state.layout.picture = QStringLiteral("blue");
+        QVERIFY(color().red() > color().blue());
+        isHeld = false;
+        QTRY_VERIFY(color().blue() > color().red());
+    }
+
+    void APictureThatIsGoneIsNeverBlack() {
+        const LogLines quiet;
+        ThemeState themes = CustomThemes();
+        LayoutRecord& layout = themes.layouts[size_t(CustomLayoutIndex(0))];
+        layout.picture = QStringLiteral("/nowhere.png");
+        layout.xZoom = 100;
+        Editor gone(themes);
+        layout.picture.clear();
+        layout.xZoom = 0;
+        Editor whole(themes);
+        QCOMPARE(gone.grab().toImage(), whole.grab().toImage());
+        QCOMPARE(gone.Layout().picture, QStringLiteral("/nowhere.png"));
     }
 
     void SlotsAreOutlinedWhileEditingOnly() {

@@ -1,27 +1,17 @@
 #include "editor_test_support.h"
+#include "free_text_test_support.h"
 #include "support/test_program.h"
-
-Q_DECLARE_METATYPE(kivo::ThemeState)
 
 using namespace kivo;
 using namespace kivo::test;
 
 namespace {
 
-constexpr int E = kEmptySlot;
-constexpr auto kLying = Orientation::Landscape;
-constexpr auto kStanding = Orientation::Portrait;
 const SlotRow kFactoryRow = FactorySlotTable()[0];
 
 SlotRow Swapped(SlotRow row, int a, int b) {
     std::swap(row[size_t(a)], row[size_t(b)]);
     return row;
-}
-
-SlotTable TableOf(const SlotRow& row) {
-    SlotTable table = EmptySlotTable();
-    table[0] = row;
-    return table;
 }
 
 }  // namespace
@@ -33,96 +23,6 @@ private slots:
     void initTestCase() { SetUpDrawing(); }
     void init() { ForgetSettings(); }
 
-    void DroppingASlotOnAnotherExchangesThem_data() {
-        QTest::addColumn<Orientation>("orientation");
-        QTest::addColumn<int>("from");
-        QTest::addColumn<int>("to");
-        for (const Orientation orientation : kOrientations) {
-            for (int from = 0; from < kSlotCount; ++from) {
-                for (int to = 0; to < kSlotCount; ++to) {
-                    const QByteArray name = QByteArray::number(from) + " on " + QByteArray::number(to) +
-                                            ", " + NameOf(orientation);
-                    QTest::newRow(name) << orientation << from << to;
-                }
-            }
-        }
-    }
-    void DroppingASlotOnAnotherExchangesThem() {
-        QFETCH(Orientation, orientation);
-        QFETCH(int, from);
-        QFETCH(int, to);
-        Editor editor(CustomThemes(orientation));
-        QSignalSpy changed(&editor, &ZoomWidget::layoutChanged);
-        QSignalSpy remote(&editor, &ZoomWidget::HideRemote);
-        editor.Drag(SlotPoint(from, orientation), SlotPoint(to, orientation));
-        QCOMPARE(editor.Row(), Swapped(kFactoryRow, from, to));
-        QCOMPARE(changed.size(), from == to ? 0 : 1);
-        QCOMPARE(remote.size(), 1);
-        QCOMPARE(remote[0][0].toInt(), 0);
-    }
-
-    void DroppingOnAnEmptySlotMovesTheEmptyEntryToo() {
-        Editor editor(CustomThemes(), TableOf({{CpuPower, E, E, E, E}}));
-        editor.Drag(SlotPoint(0), SlotPoint(4));
-        QCOMPARE(editor.Row(), (SlotRow{{E, E, E, E, CpuPower}}));
-    }
-
-    void PressingOnAnEmptySlotStartsNoDrag() {
-        Editor editor(CustomThemes(), TableOf({{E, CpuUsage, E, E, E}}));
-        editor.Press(SlotPoint(0));
-        QCOMPARE(editor.cursor().shape(), Qt::ArrowCursor);
-        editor.Release(SlotPoint(1));
-        QCOMPARE(editor.Row(), (SlotRow{{E, CpuUsage, E, E, E}}));
-    }
-
-    // Who wants a longer way before a press becomes a drag reaches the next zone with less.
-    void AClickIsNoDrop() {
-        const int usual = QApplication::startDragDistance();
-        QApplication::setStartDragDistance(40);
-        Editor editor;
-        const QPoint besideTheCentre(135, 130);
-        editor.Drag(besideTheCentre, besideTheCentre + QPoint(20, 0));
-        const SlotRow afterAClick = editor.Row();
-        QApplication::setStartDragDistance(usual);
-        editor.Drag(besideTheCentre, besideTheCentre + QPoint(20, 0));
-        QCOMPARE(afterAClick, kFactoryRow);
-        QCOMPARE(editor.Row(), Swapped(kFactoryRow, 0, 2));
-    }
-
-    void AFreeTextHoldsNoSlotOnceLoaded() {
-        SlotTable table = EmptySlotTable();
-        table[0] = {{OtherText, CpuUsage, OtherText2, E, E}};
-        Editor editor(CustomThemes(), table);
-        QCOMPARE(editor.Row(), (SlotRow{{E, CpuUsage, E, E, E}}));
-        QVERIFY(!editor.Layout().shown[OtherText]);
-        QVERIFY(!editor.Layout().shown[OtherText2]);
-    }
-
-    void DroppingOutsideEverySlotChangesNothing() {
-        Editor editor;
-        editor.Drag(SlotPoint(0), QPoint(217, 20));
-        QCOMPARE(editor.Row(), kFactoryRow);
-        editor.Drag(SlotPoint(0), QPoint(-50, -50));
-        QCOMPARE(editor.Row(), kFactoryRow);
-    }
-
-    // The zone that grabs begins 9 panel pixels left of the slot, the zone that takes 10.
-    void TheTakingZoneIsWiderThanTheGrabbingOne() {
-        const QPoint between(1, 90);  // slot 0: 2 to 136 grabs, 1 to 137 takes
-        Editor editor;
-        editor.Drag(between, SlotPoint(4));
-        QCOMPARE(editor.Row(), kFactoryRow);
-        editor.Drag(SlotPoint(4), between);
-        QCOMPARE(editor.Row(), Swapped(kFactoryRow, 0, 4));
-    }
-
-    void ACaptionBelongsToItsSlot() {
-        Editor editor;
-        const QPoint caption = SlotPoint(0) + QPoint(0, 45);
-        editor.Drag(caption, SlotPoint(1));
-        QCOMPARE(editor.Row(), Swapped(kFactoryRow, 0, 1));
-    }
-
     void WhileASlotIsDraggedTheCursorTellsSo() {
         Editor editor;
         editor.Press(SlotPoint(0));
@@ -131,29 +31,76 @@ private slots:
         QCOMPARE(editor.cursor().shape(), Qt::ArrowCursor);
     }
 
-    void OnlyTheFirstCustomLayoutsSlotsAreDragged_data() {
-        QTest::addColumn<ThemeState>("themes");
-        QTest::newRow("custom layout 1") << CustomThemes(kLying, 1);
-        ThemeState theme = CustomThemes();
-        theme.mode = 0;
-        QTest::newRow("theme") << theme;
-    }
-    void OnlyTheFirstCustomLayoutsSlotsAreDragged() {
-        QFETCH(ThemeState, themes);
-        Editor editor(themes);
-        editor.Drag(SlotPoint(2), SlotPoint(0));
-        editor.Drag(SlotPoint(0), SlotPoint(2));
-        QCOMPARE(editor.Edited().slotTable, FactorySlotTable());
-    }
-
-    void NothingIsDraggedUnlessEditingIsOpen() {
+    // The window opens it, and the drag goes on.
+    void ADragBeforeEditingAsksForIt() {
         Editor editor;
         editor.SetEditing(false);
+        QSignalSpy wanted(&editor, &ZoomWidget::editingWanted);
+        editor.Press(SlotPoint(0));
+        editor.Release(SlotPoint(0));
+        QCOMPARE(wanted.size(), 0);  // a click
         editor.Drag(SlotPoint(0), SlotPoint(4));
-        QCOMPARE(editor.Row(), kFactoryRow);
-        editor.SetEditing(true);
+        QCOMPARE(wanted.size(), 1);
+        QCOMPARE(editor.Row(), kFactoryRow);  // nobody opened it
+        connect(&editor, &ZoomWidget::editingWanted, &editor, [&editor] { editor.SetEditing(true); });
+        editor.Drag(SlotPoint(0), SlotPoint(4));
+        QCOMPARE(wanted.size(), 2);
+        QVERIFY(editor.IsEditing());
+        QCOMPARE(editor.Row(), Swapped(kFactoryRow, 0, 4));
+        QCOMPARE(editor.cursor().shape(), Qt::ArrowCursor);
+    }
+
+    void ADropIsTold() {
+        Editor editor;
+        QSignalSpy changed(&editor, &ZoomWidget::layoutChanged);
+        QSignalSpy remote(&editor, &ZoomWidget::HideRemote);
         editor.Drag(SlotPoint(0), SlotPoint(4));
         QCOMPARE(editor.Row(), Swapped(kFactoryRow, 0, 4));
+        QCOMPARE(changed.size(), 1);
+        QCOMPARE(remote.size(), 1);
+        QCOMPARE(remote[0][0].toInt(), 0);
+        editor.Drag(SlotPoint(0), QPoint(217, 20));
+        QCOMPARE(changed.size(), 1);
+    }
+
+    void PressingOnAnEmptySlotLeavesTheCursor() {
+        Editor editor(CustomThemes(), EmptySlotTable());
+        editor.Press(SlotPoint(0));
+        QCOMPARE(editor.cursor().shape(), Qt::ArrowCursor);
+    }
+
+    // Where it was it stands fainter, and under the mouse there is more than before.
+    void ADraggedItemGoesWithTheMouse_data() {
+        QTest::addColumn<Orientation>("orientation");
+        for (const Orientation orientation : kOrientations) {
+            QTest::newRow(NameOf(orientation)) << orientation;
+        }
+    }
+    void ADraggedItemGoesWithTheMouse() {
+        QFETCH(Orientation, orientation);
+        SlotTable table = EmptySlotTable();
+        table[0][0] = CpuTemperature;
+        Editor editor(CustomThemes(orientation), table);
+        const QPoint from = SlotPoint(0, orientation);
+        const QPoint to = SlotPoint(1, orientation);
+        editor.Press(from);
+        const QImage held = editor.grab().toImage();
+        editor.MoveTo(to);
+        const QImage dragged = editor.grab().toImage();
+        const QRect text = MappingFor(orientation, editor.size()).Mapped(SlotRect(0, orientation));
+        const auto brightest = [](const QImage& image, const QRect& rect) {
+            int most = 0;
+            for (int y = rect.top(); y <= rect.bottom(); ++y) {
+                for (int x = rect.left(); x <= rect.right(); ++x) {
+                    most = qMax(most, qGray(image.pixel(x, y)));
+                }
+            }
+            return most;
+        };
+        QVERIFY(brightest(dragged, text) < brightest(held, text));
+        QVERIFY(brightest(dragged, text.translated(to - from)) > brightest(held, text.translated(to - from)));
+        editor.Release(from);
+        QVERIFY(DifferentRect(held, editor.grab().toImage(), 60).isNull());
     }
 
     void NothingIsDraggedWithAnotherButton() {
@@ -173,18 +120,20 @@ private slots:
         editor->LoadCustomShow();
         editor->ShowTheme(CustomThemes(), true);
         window.show();
-        const auto isTaken = [&] {
-            QMouseEvent press(QEvent::MouseButtonPress, SlotPoint(0), Qt::LeftButton, Qt::LeftButton,
-                              Qt::NoModifier);
+        const auto isTaken = [&](QPoint at) {
+            QMouseEvent press(QEvent::MouseButtonPress, at, Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
             press.setAccepted(false);
             // The event is made accepted before it is delivered; who does not want it ignores it.
             press.accept();
             QCoreApplication::sendEvent(editor, &press);
             return press.isAccepted();
         };
-        QVERIFY(!isTaken());
+        const QPoint besideTheScreen(217, 20);
+        QVERIFY(!isTaken(besideTheScreen));
+        QVERIFY(isTaken(SlotPoint(0)));
         editor->SetEditing(true);
-        QVERIFY(isTaken());
+        QVERIFY(isTaken(besideTheScreen));
+        QVERIFY(isTaken(SlotPoint(0)));
     }
 
     void ADragThatIsInterruptedChangesNothing_data() {
@@ -233,44 +182,6 @@ private slots:
         QVERIFY(slot.adjusted(-9, -9, 9, 32).contains(changed));
     }
 
-    void SlotsAreExchangedByKeys() {
-        Editor editor;
-        editor.activateWindow();
-        editor.setFocus(Qt::TabFocusReason);
-        QTest::keyClick(&editor, Qt::Key_Space);  // the centre slot
-        QTest::keyClick(&editor, Qt::Key_Right);
-        QTest::keyClick(&editor, Qt::Key_Space);
-        QCOMPARE(editor.Row(), Swapped(kFactoryRow, 2, 4));
-        QTest::keyClick(&editor, Qt::Key_Space);
-        QTest::keyClick(&editor, Qt::Key_Escape);
-        QTest::keyClick(&editor, Qt::Key_Down);
-        QTest::keyClick(&editor, Qt::Key_Space);
-        QTest::keyClick(&editor, Qt::Key_Left);
-        QTest::keyClick(&editor, Qt::Key_Left);
-        QTest::keyClick(&editor, Qt::Key_Down);
-        QTest::keyClick(&editor, Qt::Key_Space);
-        QCOMPARE(editor.Row(), Swapped(Swapped(kFactoryRow, 2, 4), 3, 1));
-    }
-
-    void KeysReachEverySlot() {
-        for (int target = 0; target < kSlotCount; ++target) {
-            Editor editor;
-            const std::array<std::array<int, 2>, kSlotCount> ways{{{Qt::Key_Left, 0},
-                                                                   {Qt::Key_Left, Qt::Key_Down},
-                                                                   {0, 0},
-                                                                   {Qt::Key_Right, Qt::Key_Down},
-                                                                   {Qt::Key_Right, Qt::Key_Up}}};
-            QTest::keyClick(&editor, Qt::Key_Space);
-            for (const int key : ways[size_t(target)]) {
-                if (key != 0) {
-                    QTest::keyClick(&editor, Qt::Key(key));
-                }
-            }
-            QTest::keyClick(&editor, Qt::Key_Space);
-            QCOMPARE(editor.Row(), Swapped(kFactoryRow, 2, target));
-        }
-    }
-
     void TheEditorTakesTheKeyboardOnlyWhileItEdits() {
         Editor editor;
         QCOMPARE(editor.focusPolicy(), Qt::StrongFocus);
@@ -290,11 +201,55 @@ private slots:
         QCOMPARE(editor.toolTip(), whileEditing);
         // Of one item there is nothing to exchange.
         ThemeState themes = editor.Edited().themes;
-        themes.style = 1;
+        themes.customStyle = 1;
         editor.ShowTheme(themes, false);
         QVERIFY(!editor.toolTip().isEmpty());
         QVERIFY(editor.toolTip() != whileEditing);
         QCOMPARE(editor.accessibleDescription(), editor.toolTip());
+    }
+
+    void TheMarksAreWhereTheTextWouldBeDrawn_data() {
+        QTest::addColumn<Orientation>("orientation");
+        for (const Orientation orientation : kOrientations) {
+            QTest::newRow(NameOf(orientation)) << orientation;
+        }
+    }
+    void TheMarksAreWhereTheTextWouldBeDrawn() {
+        QFETCH(Orientation, orientation);
+        Editor editor(CustomThemes(orientation, 1));  // no slots are marked there
+        editor.GiveText(Words());
+        const QImage before = editor.grab().toImage();
+        const QPoint at = DrawnText(editor);
+        editor.Press(at);
+        editor.MoveTo(at);
+        const QRect changed = DifferentRect(before, editor.grab().toImage());
+        const QRect all = DrawnIn(editor, 0) | DrawnIn(editor, 1) | DrawnIn(editor, 2);
+        QVERIFY(changed.contains(all));
+        QVERIFY(all.adjusted(-6, -6, 6, 6).contains(changed));
+    }
+
+    void HoverShowsWhoseTurnItIs() {
+        Editor editor;
+        editor.GiveText(Words());
+        editor.MoveTextUpTo(1);
+        editor.clearFocus();  // which the keyboard has given it, with marks of its own
+        const QPoint at = DrawnText(editor);
+        const auto hovered = [&](QPoint position) {
+            QHoverEvent hover(QEvent::HoverMove, position, QPointF());
+            QCoreApplication::sendEvent(&editor, &hover);
+            return editor.grab().toImage();
+        };
+        const QImage nothing = hovered(QPoint(217, 20));
+        const QImage slot = hovered(at);
+        editor.Press(at);
+        editor.Release(at);
+        const QImage text = editor.grab().toImage();
+        QVERIFY(!DifferentRect(nothing, slot).isNull());
+        QVERIFY(!DifferentRect(nothing, text).isNull());
+        QVERIFY(!DifferentRect(slot, text).isNull());
+        const int value = MappingFor(kLying, editor.size()).Mapped(SlotRect(kCentreSlot, kLying)).top();
+        QVERIFY(DifferentRect(nothing, slot).top() <= value);  // the slot's outline goes about its value
+        QVERIFY(DifferentRect(nothing, text).top() > value);   // the text stands below that
     }
 };
 

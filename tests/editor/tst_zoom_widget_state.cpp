@@ -39,7 +39,7 @@ private slots:
         }
         editor.resize(435, 312);
         for (const int variant : {0, 1}) {
-            themes.style = variant;
+            themes.customStyle = variant;
             editor.ShowTheme(themes, true);
             const ScreenState state = editor.Shown();
             QVERIFY(LayOutTexts(state, SampleTexts(state.language)).isEmpty());
@@ -48,82 +48,6 @@ private slots:
             editor.SetLiveTexts(LiveTexts(state.language)[variant]);
             QCOMPARE(editor.grab().toImage(), before);
         }
-    }
-
-    void SavingWritesTenIntegers() {
-        ZoomWidget editor;
-        editor.ShowTheme(CustomThemes(), true);
-        editor.SetItemEnabled(FanSpeed, true);
-        ThemeState single = editor.Edited().themes;
-        single.style = 1;
-        editor.ShowTheme(single, true);
-        editor.SetItemEnabled(Time, true);
-        QVERIFY(editor.SaveCustomShow());
-        QSettings file(ConfigFilePath(), QSettings::IniFormat);
-        file.beginGroup(QStringLiteral("CustomShow"));
-        const QStringList keys{QStringLiteral("0-0"), QStringLiteral("0-1"), QStringLiteral("0-2"),
-                               QStringLiteral("0-3"), QStringLiteral("0-4"), QStringLiteral("1-0"),
-                               QStringLiteral("1-1"), QStringLiteral("1-2"), QStringLiteral("1-3"),
-                               QStringLiteral("1-4")};
-        QCOMPARE(file.allKeys(), keys);
-        QStringList values;
-        for (const QString& key : keys) {
-            values.append(file.value(key).toString());
-        }
-        QCOMPARE(values.join(QLatin1Char(' ')), QStringLiteral("6 -1 -1 -1 -1 -1 -1 3 -1 -1"));
-        file.endGroup();
-        QCOMPARE(file.childGroups(), QStringList{QStringLiteral("CustomShow")});
-    }
-
-    void LoadingReadsTheTableAndWhatIsNoNumberIsEmpty() {
-        {
-            QSettings file(ConfigFilePath(), QSettings::IniFormat);
-            file.setValue(QStringLiteral("CustomShow/0-0"), 4);
-            file.setValue(QStringLiteral("CustomShow/0-1"), QStringLiteral("none"));
-            file.setValue(QStringLiteral("CustomShow/0-2"), 77);
-            file.setValue(QStringLiteral("CustomShow/1-2"), 3);
-        }
-        const LogLines quiet;
-        ZoomWidget editor;
-        QCOMPARE(editor.Edited().slotTable[0], (SlotRow{{4, E, 77, E, E}}));
-        QCOMPARE(editor.Edited().slotTable[1], (SlotRow{{E, E, 3, E, E}}));
-        // A number that is no kind stays, matches nothing and hurts nobody.
-        editor.ShowTheme(CustomThemes(), true);
-        editor.resize(435, 312);
-        editor.grab();
-        QVERIFY(LayoutInForce(editor.Edited()).shown[CpuPower]);
-        QVERIFY(editor.SaveCustomShow());
-        QCOMPARE(Stored(QStringLiteral("CustomShow/0-2")).toInt(), 77);
-    }
-
-    // What stands in a slot is ticked, or it would not be shown.
-    void WhatWasLoadedIsTickedWhereItStandsInASlot() {
-        ThemeState themes = CustomThemes();
-        themes.layouts[size_t(CustomLayoutIndex(0))].shown.fill(false);
-        Editor editor(themes);
-        QVERIFY(editor.Layout().shown[CpuPower]);
-    }
-
-    void ChosenSingleItemStandsInTheCentre() {
-        Editor editor(CustomThemes(Orientation::Landscape, 1));
-        editor.SetItemEnabled(CpuUsage, true);
-        editor.SetItemEnabled(Date, true);
-        QCOMPARE(editor.Row(1), (SlotRow{{E, E, Date, E, E}}));
-        QVERIFY(editor.Layout().selected[Date] && !editor.Layout().selected[CpuUsage]);
-        editor.CommitLayout();
-        QCOMPARE(Stored(QStringLiteral("CustomShow/1-2")).toInt(), int(Date));
-        editor.SetItemEnabled(Date, false);
-        QCOMPARE(editor.Row(1)[kCentreSlot], E);
-        QVERIFY(!editor.Layout().selected[Date]);
-    }
-
-    void TheLimitIsAskedOfTheEditedFlags() {
-        Editor editor;  // five items
-        QVERIFY(MayTick(FanSpeed, editor.Layout().shown));
-        editor.SetItemEnabled(FanSpeed, true);
-        QCOMPARE(editor.Row(), FactorySlotTable()[0]);
-        QVERIFY(!MayTick(OtherText, editor.Layout().shown));
-        QVERIFY(MayTick(Date, editor.Layout().shown));  // the time is there
     }
 
     void CallersAreNotToldOfTheirOwnEdits() {
@@ -137,122 +61,12 @@ private slots:
         QCOMPARE(changed.size(), 0);
     }
 
-    void CommittingWritesTableAndRow() {
-        Editor editor;
-        editor.GiveText(Words());
-        editor.Drag(SlotPoint(0), SlotPoint(4));
-        editor.Drag(RowPoint(2), RowPoint(0));
-        QCOMPARE(Stored(QStringLiteral("CustomShow/0-0")).toInt(), int(CpuTemperature));
-        QVERIFY(editor.CommitLayout());
-        QCOMPARE(Stored(QStringLiteral("CustomShow/0-0")).toInt(), int(CpuPower));
-        QCOMPARE(LoadCurRectId(), 0);
-        ZoomWidget next;
-        QCOMPARE(next.Edited().textRow, 0);
-        QCOMPARE(next.Edited().slotTable, editor.Edited().slotTable);
-    }
-
-    void TheRowIsStoredOnCommitOnly() {
-        Editor editor;
-        editor.GiveText(Words());
-        editor.Drag(RowPoint(2), RowPoint(0));
-        QCOMPARE(LoadCurRectId(), 2);
-    }
-
     void CommittingKeepsTheShownValues() {
         Editor editor;
         editor.SetLiveTexts(LiveTexts(InterfaceLanguage::Chinese)[2]);
         const QImage before = editor.grab().toImage();
         editor.CommitLayout();
         QCOMPARE(editor.grab().toImage(), before);
-    }
-
-    void CancellingPutsBackWhatWasSaved() {
-        Editor editor;
-        const EditState saved = editor.Edited();
-        QSignalSpy changed(&editor, &ZoomWidget::layoutChanged);
-        editor.Drag(SlotPoint(0), SlotPoint(4));
-        editor.SetItemEnabled(CpuUsage, false);
-        editor.GiveText(Words());
-        editor.Drag(RowPoint(2), RowPoint(0));
-        editor.SetFontColor(2);
-        changed.clear();
-        editor.RevertLayout();
-        QCOMPARE(editor.Edited(), saved);
-        QCOMPARE(changed.size(), 1);
-        editor.Undo();
-        QCOMPARE(editor.Edited(), saved);
-    }
-
-    // Pictures are chosen outside of editing as well; trimming is part of it.
-    void CancellingKeepsThePictureAndItsTrim() {
-        Editor editor;
-        const LayoutRecord saved = editor.Layout();
-        const auto trim = [&editor] {
-            editor.SetTrimMode(1);
-            editor.Wheel(120, QPoint(217, 155));
-            editor.SetTrimMode(0);
-            return editor.Layout().xZoom;
-        };
-        QVERIFY(trim() > 0);
-        editor.RevertLayout();
-        QCOMPARE(editor.Layout(), saved);
-
-        editor.SetBackground(Other());
-        const int inset = trim();
-        editor.SetFontColor(2);
-        editor.RevertLayout();
-        QCOMPARE(editor.Layout().picture, Other());
-        QCOMPARE(editor.Layout().xZoom, inset);
-        QCOMPARE(editor.Layout().colorIndex, 0);
-
-        // The same picture, once as the default one and once by its name.
-        editor.SetBackground(DefaultBackground());
-        QVERIFY(trim() > 0);
-        editor.RevertLayout();
-        QCOMPARE(editor.Layout().picture, DefaultBackground());
-        QCOMPARE(editor.Layout().xZoom, 0);
-    }
-
-    void AReplacedPictureIsGoneEverywhere() {
-        ThemeState themes = CustomThemes();
-        for (LayoutRecord& layout : themes.layouts) {
-            layout.picture = QStringLiteral("gone.png");
-            layout.xZoom = 40;
-        }
-        themes.layouts[2].picture = DefaultBackground();
-        const LogLines quiet;
-        Editor editor(themes);
-        editor.SetBackground(Other());
-        QSignalSpy changed(&editor, &ZoomWidget::layoutChanged);
-        editor.ReplacePicture(QStringLiteral("gone.png"), Other());
-        QCOMPARE(changed.size(), 0);
-        for (const EditState* state : {&editor.Edited(), &editor.Saved()}) {
-            for (int n = 0; n < kLayoutCount; ++n) {
-                const LayoutRecord& layout = state->themes.layouts[size_t(n)];
-                QCOMPARE(layout.picture, n == 2 ? DefaultBackground() : Other());
-                QCOMPARE(layout.xZoom, n == 2 ? 40 : 0);
-            }
-        }
-        editor.Undo();
-        QCOMPARE(editor.Layout().picture, Other());
-    }
-
-    void WhatIsSavedIsKnown() {
-        Editor editor;
-        QCOMPARE(editor.Saved(), editor.Edited());
-        editor.GiveText(Words());
-        ThemeState theme = editor.Edited().themes;
-        theme.layouts[0].picture = Other();
-        theme.theme = 2;
-        editor.ShowTheme(theme, false);
-        QVERIFY(editor.Saved().themes.layouts[8].freeText.isEmpty());
-        editor.CommitLayout();
-        QCOMPARE(editor.Saved().themes.layouts[8].freeText, Words());
-        // The theme page's own are not committed with the custom layout.
-        QVERIFY(editor.Saved().themes.layouts[0].picture.isEmpty());
-        QCOMPARE(editor.Saved().themes.theme, 0);
-        editor.SetSavedThemes(editor.Edited().themes);
-        QCOMPARE(editor.Saved(), editor.Edited());
     }
 
     void CancellingAnOpenEntryForgetsItsText() {
@@ -263,43 +77,6 @@ private slots:
         QVERIFY(!editor.IsTextEntryOpen());
         QVERIFY(editor.Layout().freeText.isEmpty());
         QVERIFY(!editor.Layout().shown[OtherText]);
-    }
-
-    void CancellingGoesBackToTheLastCommit() {
-        Editor editor;
-        editor.Drag(SlotPoint(0), SlotPoint(4));
-        editor.GiveText(Words());
-        editor.CommitLayout();
-        const EditState committed = editor.Edited();
-        editor.Drag(SlotPoint(1), SlotPoint(3));
-        editor.SetOrientation(1);
-        editor.RevertLayout();
-        QCOMPARE(editor.Edited().slotTable, committed.slotTable);
-        QCOMPARE(editor.Layout().freeText, Words());
-        QCOMPARE(editor.Edited().themes.orientation, Orientation::Portrait);
-    }
-
-    void UndoGoesBackToTheLoadedStateAndNoFurther() {
-        Editor editor;
-        const EditState loaded = editor.Edited();
-        editor.SetFontColor(3);
-        editor.Drag(SlotPoint(0), SlotPoint(4));
-        editor.SetFontSize(2);
-        editor.GiveText(Words());
-        editor.SetBackground(Other());
-        QSignalSpy color(&editor, &ZoomWidget::UndoColorSignal);
-        QSignalSpy changed(&editor, &ZoomWidget::layoutChanged);
-        for (int step = 0; step < 5; ++step) {
-            QVERIFY(editor.Edited() != loaded);
-            editor.Undo();
-        }
-        QCOMPARE(editor.Edited(), loaded);
-        QCOMPARE(color.size(), 5);
-        QCOMPARE(changed.size(), 5);
-        editor.Undo();
-        QCOMPARE(editor.Edited(), loaded);
-        QCOMPARE(color.size(), 5);
-        QCOMPARE(changed.size(), 5);
     }
 
     void UndoTellsColourAndSize() {
@@ -318,49 +95,20 @@ private slots:
         QCOMPARE(editor.TextBox().font().pixelSize(), 22);
     }
 
-    void CtrlZUndoes() {
+    void KeysUndoAndRedo() {
         Editor editor;
         editor.Drag(SlotPoint(0), SlotPoint(4));
+        const SlotRow dragged = editor.Row();
         QTest::keyClick(&editor, Qt::Key_Z, Qt::ControlModifier);
         QCOMPARE(editor.Row(), FactorySlotTable()[0]);
-    }
-
-    void AnotherLayoutHasItsOwnWayBack() {
-        Editor editor;
-        editor.SetFontColor(3);
-        ThemeState single = editor.Edited().themes;
-        single.style = 1;
-        editor.ShowTheme(single, true);
-        editor.Undo();
-        QCOMPARE(editor.Edited().themes.layouts[size_t(CustomLayoutIndex(0))].colorIndex, 3);
-    }
-
-    void ColoursAndSizesThatDoNotExistAreIgnored() {
-        Editor editor;
-        const EditState before = editor.Edited();
-        for (const int index : {-1, 6, 255}) {
-            editor.SetFontColor(index);
-            editor.SetFontSize(index);
-        }
-        editor.SetFontSize(3);
-        QCOMPARE(editor.Edited(), before);
-    }
-
-    void ABackgroundThatCannotBeLoadedChangesNothing() {
-        const LogLines quiet;
-        Editor editor;
-        QTemporaryDir folder;
-        const QString noPicture = folder.filePath(QStringLiteral("text.png"));
-        QFile file(noPicture);
-        QVERIFY(file.open(QIODevice::WriteOnly) && file.write("no picture") > 0);
-        file.close();
-        const EditState before = editor.Edited();
-        const QImage shown = editor.grab().toImage();
-        for (const QString& path : {noPicture, QStringLiteral("/nowhere.png"), QString()}) {
-            QVERIFY(!editor.SetBackground(path));
-            QCOMPARE(editor.Edited(), before);
-            QCOMPARE(editor.grab().toImage(), shown);
-        }
+        QTest::keyClick(&editor, Qt::Key_Y, Qt::ControlModifier);
+        QCOMPARE(editor.Row(), dragged);
+        QTest::keyClick(&editor, Qt::Key_Z, Qt::ControlModifier);
+        QTest::keyClick(&editor, Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
+        QCOMPARE(editor.Row(), dragged);
+        editor.SetEditing(false);
+        QTest::keyClick(&editor, Qt::Key_Z, Qt::ControlModifier);
+        QCOMPARE(editor.Row(), dragged);
     }
 
     void ABackgroundIsTheLayoutsOwn() {
@@ -373,20 +121,23 @@ private slots:
         QVERIFY(editor.Layout().picture.isEmpty());
     }
 
-    void NothingIsDecodedUnlessItIsSeen() {
+    void NothingIsReadUnlessItIsSeen() {
         SaveSlotTable(FactorySlotTable());
+        PictureSource pictures({ReadPicture, {}});
         ZoomWidget editor;
+        editor.SetPictures(pictures);
         editor.resize(435, 312);
         editor.ShowTheme(CustomThemes(), true);
         editor.SetOrientation(1);
         editor.SetItemEnabled(FanSpeed, true);
         editor.SetLiveTexts(LiveTexts(InterfaceLanguage::Chinese)[0]);
-        QCOMPARE(editor.Background().DecodeCount(), 0);
+        QVERIFY(!pictures.IsBusy());
+        QCOMPARE(pictures.ReadCount(), 0);
         editor.grab();
-        QCOMPARE(editor.Background().DecodeCount(), 1);
+        QTRY_COMPARE(pictures.ReadCount(), 1);
     }
 
-    void APictureIsDecodedAgainOnlyWhenItIsAnother() {
+    void APictureIsReadAgainOnlyWhenItIsAnother() {
         const QTemporaryDir folder;
         const QString path = folder.filePath(QStringLiteral("picture.png"));
         QImage picture(640, 340, QImage::Format_RGB32);
@@ -394,15 +145,15 @@ private slots:
         QVERIFY(picture.save(path));
         Editor editor;
         QVERIFY(editor.SetBackground(path));
-        editor.grab();
-        const int decoded = editor.Background().DecodeCount();
+        const int read = editor.Pictures().ReadCount();
         ThemeState themes = editor.Edited().themes;
         editor.ShowTheme(themes, true);
-        editor.grab();
+        editor.WaitForPicture();
         themes.orientation = Orientation::Portrait;
         editor.ShowTheme(themes, true);
-        editor.grab();
-        QCOMPARE(editor.Background().DecodeCount(), decoded);
+        editor.WaitForPicture();
+        QCOMPARE(editor.Pictures().ReadCount(), read);
+        const QImage red = editor.grab().toImage();
         // The same name, another picture.
         picture.fill(Qt::darkBlue);
         QVERIFY(picture.save(path));
@@ -412,11 +163,12 @@ private slots:
             file.setFileTime(QDateTime::currentDateTime().addSecs(60), QFileDevice::FileModificationTime));
         file.close();
         editor.ShowTheme(themes, false);
-        editor.grab();
-        QCOMPARE(editor.Background().DecodeCount(), decoded);
+        editor.WaitForPicture();
+        QCOMPARE(editor.Pictures().ReadCount(), read);
         editor.ShowTheme(themes, true);
-        editor.grab();
-        QCOMPARE(editor.Background().DecodeCount(), decoded + 1);
+        editor.WaitForPicture();
+        QCOMPARE(editor.Pictures().ReadCount(), read + 1);
+        QVERIFY(editor.grab().toImage() != red);
     }
 
     void DraggingAndTypingDoNotComposeAgain() {
@@ -446,32 +198,6 @@ private slots:
         QTest::keyClicks(&editor.TextBox(), Words());
         editor.ShowTheme(editor.Edited().themes, true);
         QCOMPARE(editor.Layout().freeText, Words());
-    }
-
-    void WhatIsUntickedIsNotTickedByShowingItAgain() {
-        Editor editor;
-        editor.SetItemEnabled(CpuPower, false);
-        editor.ShowTheme(editor.Edited().themes, true);
-        QVERIFY(!editor.Layout().shown[CpuPower]);
-        QCOMPARE(editor.Row()[4], E);
-    }
-
-    void SettingsAreLoadedAsOneState() {
-        ThemeState themes = CustomThemes(Orientation::Portrait);
-        themes.layouts[size_t(CustomLayoutIndex(0))].freeText = Words();
-        QVERIFY(SaveThemeState(themes));
-        SaveSlotTable(FactorySlotTable());
-        SaveCurRectId(1);
-        ZoomWidget editor;
-        editor.Load();
-        QCOMPARE(editor.Edited().themes.orientation, Orientation::Portrait);
-        QCOMPARE(editor.Edited().textRow, 1);
-        QCOMPARE(editor.Edited().slotTable, FactorySlotTable());
-        QVERIFY(LayoutInForce(editor.Edited()).shown[OtherText]);
-        const EditState loaded = editor.Edited();
-        editor.SetItemEnabled(CpuPower, false);
-        editor.RevertLayout();
-        QCOMPARE(editor.Edited(), loaded);
     }
 
     // The window connects these by name.

@@ -1,3 +1,9 @@
+#include <QClipboard>
+#include <QContextMenuEvent>
+#include <QGuiApplication>
+#include <QMenu>
+
+#include "editor_test_support.h"
 #include "free_text_test_support.h"
 #include "support/test_program.h"
 
@@ -37,15 +43,6 @@ private slots:
         QVERIFY(editor.Layout().shown[OtherText]);
         QCOMPARE(hide.size(), 1);
         QCOMPARE(hide[0][0].toInt(), 0);
-    }
-
-    void BlanksAndLinesAtTheEndAreNotKept() {
-        Editor editor;
-        editor.GiveText(QStringLiteral("  one\ntwo \n\n\t "));
-        QCOMPARE(editor.Layout().freeText, QStringLiteral("  one\ntwo"));
-        editor.GiveText(QStringLiteral(" \n "));
-        QVERIFY(editor.Layout().freeText.isEmpty());
-        QVERIFY(!editor.Layout().shown[OtherText]);
     }
 
     void WithoutAnOpenEntryItsEndIsNothing() {
@@ -155,22 +152,24 @@ private slots:
     void TheBoxOpensAtTheCurrentRow_data() {
         QTest::addColumn<Orientation>("orientation");
         QTest::addColumn<int>("row");
-        QTest::addColumn<QRect>("box");
-        QTest::newRow("landscape 0") << kLying << 0 << QRect(14, 54, 405, 59);
-        QTest::newRow("landscape 1") << kLying << 1 << QRect(14, 126, 405, 59);
-        QTest::newRow("landscape 2") << kLying << 2 << QRect(14, 196, 405, 59);
-        QTest::newRow("portrait 1") << kStanding << 1 << QRect(137, 132, 150, 42);
+        for (const Orientation orientation : kOrientations) {
+            for (int row = 0; row < kTextRowCount; ++row) {
+                QTest::newRow(NameOf(orientation) + ", row " + QByteArray::number(row)) << orientation << row;
+            }
+        }
     }
     void TheBoxOpensAtTheCurrentRow() {
         QFETCH(Orientation, orientation);
         QFETCH(int, row);
         Editor editor(CustomThemes(orientation), Nothing());
         editor.GiveText(Words());
-        while (editor.Edited().textRow > row) {
-            QTest::keyClick(&editor, Qt::Key_PageUp);
-        }
+        editor.MoveTextUpTo(row);
         editor.slotShowEdt();
-        QTEST(editor.TextBox().geometry(), "box");
+        const QRect box = editor.TextBox().geometry();
+        const QRect place = TextBoxRect(row, orientation, editor.size());
+        QCOMPARE(box.left(), place.left());
+        QCOMPARE(box.width(), place.width());
+        QVERIFY(box.contains(DrawnIn(editor, row)));
     }
 
     void NoEntryOpens_data() {
@@ -231,9 +230,7 @@ private slots:
         QFETCH(int, row);
         Editor editor(CustomThemes(orientation), Nothing());
         editor.GiveText(Words());
-        while (editor.Edited().textRow > row) {
-            QTest::keyClick(&editor, Qt::Key_PageUp);
-        }
+        editor.MoveTextUpTo(row);
         editor.DoubleClick(DrawnText(editor));
         QVERIFY(editor.IsTextEntryOpen());
         QCOMPARE(editor.TextBox().toPlainText(), Words());
@@ -271,34 +268,41 @@ private slots:
                                 "border-color:rgba(255,100,34,255);border-style:outset"));
         QCOMPARE(editor.TextBox().verticalScrollBarPolicy(), Qt::ScrollBarAlwaysOff);
         QVERIFY(!editor.TextBox().placeholderText().isEmpty());
-        // Fainter than what is typed.
-        QVERIFY(editor.TextBox().palette().color(QPalette::PlaceholderText).alpha() < 200);
     }
 
-    void TheBoxGrowsWithItsLines_data() { AddRowsAndTexts(); }
-    void TheBoxGrowsWithItsLines() {
+    // What is typed looks at once as it will; the end of the entry takes its frame away and no more.
+    void NothingJumpsAtTheEnd_data() { AddRowsAndTexts(); }
+    void NothingJumpsAtTheEnd() {
         QFETCH(Orientation, orientation);
         QFETCH(int, row);
         QFETCH(QString, text);
         Editor editor(CustomThemes(orientation), Nothing());
+        QVERIFY(
+            editor.SetBackground(QStringLiteral("://background/10.jpg")));  // dark: no veil comes and goes
         editor.GiveText(Words());
-        MoveUpTo(editor, row);
-        const QRect least = TextBoxRect(row, orientation, editor.size());
+        editor.MoveTextUpTo(row);
         editor.slotShowEdt();
-        QCOMPARE(editor.TextBox().geometry(), least);
         editor.TextBox().setPlainText(text);
-        const QRect box = editor.TextBox().geometry();
-        QCOMPARE(box.left(), least.left());
-        QCOMPARE(box.width(), least.width());
-        QVERIFY(box.height() >= least.height());
-        QVERIFY(box.bottom() <= editor.height() - MappingFor(orientation, editor.size()).top);
-        // All of it is seen, from its first line to its last.
-        QTextCursor cursor(editor.TextBox().document());
-        QVERIFY(editor.TextBox().viewport()->rect().contains(editor.TextBox().cursorRect(cursor)));
-        cursor.movePosition(QTextCursor::End);
-        QVERIFY(editor.TextBox().viewport()->rect().contains(editor.TextBox().cursorRect(cursor)));
-        editor.TextBox().setPlainText(Words());
-        QCOMPARE(editor.TextBox().geometry(), least);
+        editor.TextBox().clearFocus();  // and with it the caret
+        const QImage typed = editor.grab().toImage();
+        editor.SetEditing(false);  // without marks
+        constexpr int kFrame = 2;
+        const QRect inside = DrawnIn(editor, row).adjusted(0, kFrame, 0, -kFrame);
+        QVERIFY(!inside.isEmpty());
+        QVERIFY(DifferentRect(typed.copy(inside), editor.grab().toImage().copy(inside)).isNull());
+    }
+
+    void TheBoxGrowsWithItsLines() {
+        for (const Orientation orientation : kOrientations) {
+            Editor editor(CustomThemes(orientation), Nothing());
+            editor.slotShowEdt();
+            editor.TextBox().setPlainText(Words());
+            const QRect least = editor.TextBox().geometry();
+            editor.TextBox().setPlainText(ThreeLines());
+            QVERIFY(editor.TextBox().geometry().height() > least.height());
+            editor.TextBox().setPlainText(Words());
+            QCOMPARE(editor.TextBox().geometry(), least);
+        }
     }
 
     void ABoxNeverLeavesTheScreen() {
@@ -332,38 +336,89 @@ private slots:
         QCOMPARE(editor.TextBox().toPlainText().size(), most);
     }
 
-    void WhileEntryIsOpenTheTextIsNotPaintedBeneathIt() {
-        // Without letters in the box, nothing but the text beneath could show through.
-        Editor with(CustomThemes(), Nothing());
-        with.GiveText(Words());
-        with.slotShowEdt();
-        Editor without(CustomThemes(), Nothing());
-        without.slotShowEdt();
-        for (Editor* editor : {&with, &without}) {
-            editor->TextBox().hide();
-            editor->clearFocus();  // the box gave it to the one that is active, which shows a ring
+    void NothingShowsThroughTheBox_data() {
+        QTest::addColumn<Orientation>("orientation");
+        QTest::addColumn<int>("row");
+        for (const Orientation orientation : kOrientations) {
+            for (int row = 0; row < kTextRowCount; ++row) {
+                QTest::newRow(NameOf(orientation) + ", row " + QByteArray::number(row)) << orientation << row;
+            }
         }
-        QVERIFY(DifferentRect(with.grab().toImage(), without.grab().toImage(), 4).isNull());
     }
-
-    // In the second custom layout the text stands beside its one item.
-    void ChoosingAnItemKeepsTheTextOfTheOneItemLayout() {
-        Editor editor(CustomThemes(kLying, 1));
+    // Values that change while somebody types change nothing in the box.
+    void NothingShowsThroughTheBox() {
+        QFETCH(Orientation, orientation);
+        QFETCH(int, row);
+        Editor editor(CustomThemes(orientation));
         editor.GiveText(Words());
-        QVERIFY(editor.Layout().selected[CpuTemperature]);
-        editor.SetItemEnabled(FanSpeed, true);
-        QVERIFY(editor.Layout().selected[FanSpeed]);
-        QVERIFY(!editor.Layout().selected[CpuTemperature]);
-        QVERIFY(editor.Layout().selected[OtherText]);
-        editor.Drag(RowPoint(2), RowPoint(0));
-        QCOMPARE(editor.Edited().textRow, 0);
+        editor.MoveTextUpTo(row);
+        editor.slotShowEdt();
+        editor.TextBox().clearFocus();
+        editor.SetLiveTexts(LiveTexts(InterfaceLanguage::Chinese)[1]);
+        const QImage before = editor.grab().toImage();
+        editor.SetLiveTexts(LiveTexts(InterfaceLanguage::Chinese)[3]);
+        const QRect changed = DifferentRect(before, editor.grab().toImage(), 2);
+        QVERIFY(!changed.isNull());  // others go on
+        const QRect box = editor.TextBox().geometry();
+        QVERIFY(DifferentRect(before.copy(box), editor.grab().toImage().copy(box), 2).isNull());
     }
 
-    void ALoadedTextIsTicked() {
-        ThemeState themes = CustomThemes();
-        themes.layouts[size_t(CustomLayoutIndex(0))].freeText = Words();
-        Editor editor(themes);
-        QVERIFY(editor.Layout().shown[OtherText]);
+    void ARightPressInTheBoxOpensAMenuAndKeepsTheEntry() {
+        Editor editor;
+        editor.slotShowEdt();
+        QTest::keyClicks(&editor.TextBox(), Words());
+        QWidget* const page = editor.TextBox().viewport();
+        QTest::mousePress(page, Qt::RightButton, Qt::NoModifier, page->rect().center());
+        QContextMenuEvent wanted(QContextMenuEvent::Mouse, page->rect().center(),
+                                 page->mapToGlobal(page->rect().center()));
+        QCoreApplication::sendEvent(page, &wanted);
+        QVERIFY(editor.IsTextEntryOpen());
+        auto* const menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+        QVERIFY(menu != nullptr);
+        QCOMPARE(menu->actions().size(), 5);
+        QTest::mouseRelease(page, Qt::RightButton, Qt::NoModifier, page->rect().center());
+        QGuiApplication::clipboard()->setText(QStringLiteral(" pasted"));
+        menu->actions().at(2)->trigger();
+        menu->close();
+        QVERIFY(editor.IsTextEntryOpen());
+        QCOMPARE(editor.TextBox().toPlainText(), Words() + QStringLiteral(" pasted"));
+    }
+
+    void AClickPutsTheCaretWhereItIs() {
+        Editor editor;
+        editor.slotShowEdt();
+        QTest::keyClicks(&editor.TextBox(), Words());
+        const QRect drawn = editor.TextBox().geometry();
+        QWidget* const page = editor.TextBox().viewport();
+        QTest::mouseClick(page, Qt::LeftButton, Qt::NoModifier, QPoint(1, drawn.height() / 2));
+        QCOMPARE(editor.TextBox().textCursor().position(), 0);
+        QTest::mouseClick(page, Qt::LeftButton, Qt::NoModifier,
+                          QPoint(page->width() - 2, drawn.height() / 2));
+        QCOMPARE(editor.TextBox().textCursor().position(), Words().size());
+        QTest::mouseDClick(page, Qt::LeftButton, Qt::NoModifier, page->rect().center());
+        QCOMPARE(editor.TextBox().textCursor().selectedText(), Words());
+        QTest::keyClick(&editor.TextBox(), Qt::Key_Home);
+        QCOMPARE(editor.TextBox().textCursor().position(), 0);
+        QTest::keyClick(&editor.TextBox(), Qt::Key_End, Qt::ShiftModifier);
+        QCOMPARE(editor.TextBox().textCursor().selectedText(), Words());
+    }
+
+    void WhatIsTypedCanBeUndoneAtOnce() {
+        Editor editor;
+        QVERIFY(!editor.CanUndo());
+        editor.slotShowEdt();
+        QVERIFY(!editor.CanUndo());
+        QSignalSpy told(&editor, &ZoomWidget::editStateChanged);
+        QTest::keyClicks(&editor.TextBox(), Words());
+        QVERIFY(told.size() > 0);
+        QVERIFY(editor.CanUndo());
+        editor.Undo();
+        QVERIFY(!editor.IsTextEntryOpen());
+        QVERIFY(editor.Layout().freeText.isEmpty());
+        QVERIFY(!editor.CanUndo());
+        QVERIFY(editor.CanRedo());
+        editor.Redo();
+        QCOMPARE(editor.Layout().freeText, Words());
     }
 };
 

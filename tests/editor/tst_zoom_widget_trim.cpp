@@ -2,6 +2,7 @@
 
 #include "compose/background_picture.h"
 #include "editor_test_support.h"
+#include "pictures/picture_reader.h"
 #include "support/test_program.h"
 
 using namespace kivo;
@@ -70,55 +71,6 @@ private slots:
         QCOMPARE(editor.cursor().shape(), Qt::ArrowCursor);
     }
 
-    // The grabbed corner follows the mouse: 27 widget pixels are 20 panel pixels.
-    void ACornerIsPulledVertically() {
-        Trimmer editor;
-        QSignalSpy changed(&editor, &ZoomWidget::layoutChanged);
-        editor.Drag(kTopLeft, kTopLeft + QPoint(200, 27));
-        QCOMPARE(editor.Layout().yZoom, 20);
-        QCOMPARE(editor.Layout().xZoom, 38);  // the panel's shape
-        QCOMPARE(editor.Layout().xPt, 38);
-        QCOMPARE(editor.Layout().yPt, 20);
-        QCOMPARE(changed.size(), 1);
-        editor.Drag(editor.Frame().topLeft().toPoint(), editor.Frame().topLeft().toPoint() + QPoint(0, -27));
-        QVERIFY(editor.Layout().xZoom <= 1);
-    }
-
-    void ASideIsPulledHorizontally() {
-        Trimmer editor;
-        editor.Drag(kRight, kRight - QPoint(54, 90));
-        QCOMPARE(editor.Layout().xZoom, 40);
-        QCOMPARE(editor.Layout().xPt, 0);
-        QVERIFY(qAbs(editor.Frame().right() - (kRight.x() - 54)) < 1.5);
-    }
-
-    void TheInsideMovesTheFrame() {
-        Trimmer editor;
-        editor.Drag(kTopLeft, kTopLeft + QPoint(0, 115));
-        const QRectF before = editor.Frame();
-        QSignalSpy remote(&editor, &ZoomWidget::HideRemote);
-        editor.Press(before.center().toPoint());
-        QCOMPARE(remote.size(), 1);
-        QCOMPARE(remote[0][0].toInt(), 1);
-        editor.MoveTo(before.center().toPoint() - QPoint(27, 54));
-        editor.Release(before.center().toPoint() - QPoint(27, 54));
-        QCOMPARE(remote.size(), 2);
-        QCOMPARE(remote[1][0].toInt(), 0);
-        QVERIFY((editor.Frame().topLeft() - before.translated(-27, -54).topLeft()).manhattanLength() < 1.5);
-        QVERIFY(qAbs(editor.Frame().width() - before.width()) < 0.01);
-    }
-
-    void TheLayoutChangesWithTheReleaseOnly() {
-        Trimmer editor;
-        editor.Press(kTopLeft);
-        editor.MoveTo(kTopLeft + QPoint(0, 60));
-        QVERIFY(!IsTrimmed(editor.Layout()));
-        const QImage during = editor.grab().toImage();
-        editor.Release(kTopLeft + QPoint(0, 60));
-        QVERIFY(IsTrimmed(editor.Layout()));
-        QVERIFY(DifferentRect(during, editor.grab().toImage()).isNull());
-    }
-
     void EscapeGivesADragUp() {
         Trimmer editor;
         editor.Press(kTopLeft);
@@ -151,22 +103,14 @@ private slots:
         QCOMPARE(remote[1][0].toInt(), 0);
     }
 
-    void APressOutsideTheFrameDoesNothing() {
+    void EscapeLeavesTrimMode() {
         Trimmer editor;
-        editor.Drag(QPoint(217, 20), QPoint(217, 100));
-        QVERIFY(!IsTrimmed(editor.Layout()));
-    }
-
-    void TheFrameStaysOnThePictureAndWithinItsSizes() {
-        Trimmer editor;
-        editor.Drag(kTopLeft, kTopLeft + QPoint(0, 900));
-        QCOMPARE(editor.Layout().xZoom, kLargestInset);
-        editor.Drag(editor.Frame().center().toPoint(), QPoint(-900, -900));
-        QVERIFY((editor.Frame().topLeft() - QPointF(kTopLeft)).manhattanLength() < 1);
-        editor.Drag(editor.Frame().center().toPoint(), QPoint(900, 900));
-        QVERIFY((editor.Frame().bottomRight() - QPointF(433, 270.5)).manhattanLength() < 1);
-        editor.Drag(editor.Frame().topLeft().toPoint(), QPoint(-900, -900));
-        QVERIFY(!IsTrimmed(editor.Layout()));
+        editor.Wheel(240, kMiddle);
+        const LayoutRecord trimmed = editor.Layout();
+        QTest::keyClick(&editor, Qt::Key_Escape);
+        QVERIFY(!editor.IsTrimMode());
+        QVERIFY(editor.IsEditing());
+        QCOMPARE(editor.Layout(), trimmed);
     }
 
     void TheWheelActsInTrimModeOnly() {
@@ -180,30 +124,6 @@ private slots:
         QVERIFY(!IsTrimmed(editor.Layout()));
         editor.Wheel(-120, kMiddle);
         QVERIFY(!IsTrimmed(editor.Layout()));
-    }
-
-    void PartsOfANotchAddUp() {
-        Trimmer editor;
-        for (int part = 0; part < 12; ++part) {
-            editor.Wheel(10, kMiddle);
-        }
-        QCOMPARE(editor.Layout().xZoom, 8);
-    }
-
-    void KeysMoveAndSizeTheFrame() {
-        Trimmer editor;
-        for (int k = 0; k < 10; ++k) {
-            QTest::keyClick(&editor, Qt::Key_Plus);
-        }
-        QCOMPARE(editor.Layout().xZoom, 40);
-        const int x = editor.Layout().xPt;
-        const int y = editor.Layout().yPt;
-        QTest::keyClick(&editor, Qt::Key_Left);
-        QTest::keyClick(&editor, Qt::Key_Down, Qt::ShiftModifier);
-        QCOMPARE(editor.Layout().xPt, x - 1);
-        QCOMPARE(editor.Layout().yPt, y + 10);
-        QTest::keyClick(&editor, Qt::Key_Minus);
-        QCOMPARE(editor.Layout().xZoom, 36);
     }
 
     void WithoutEditingTrimModeDoesNothing() {
@@ -220,43 +140,6 @@ private slots:
         editor.SetEditing(false);
         QVERIFY(!editor.IsTrimMode());
         QVERIFY(!editor.hasMouseTracking());
-    }
-
-    void ANewPictureClearsTheTrim() {
-        Trimmer editor;
-        editor.Wheel(480, kMiddle);
-        QVERIFY(IsTrimmed(editor.Layout()));
-        QVERIFY(editor.SetBackground(QStringLiteral("://background/4.jpg")));
-        QVERIFY(!IsTrimmed(editor.Layout()));
-    }
-
-    void TheSamePictureKeepsItsTrim() {
-        Trimmer editor;
-        editor.Wheel(480, kMiddle);
-        QVERIFY(editor.SetBackground(DefaultBackground()));
-        QVERIFY(IsTrimmed(editor.Layout()));
-    }
-
-    void TurningKeepsEachRecordsTrim() {
-        ThemeState themes = CustomThemes();
-        themes.mode = 0;
-        Trimmer editor(themes);
-        editor.Wheel(480, kMiddle);
-        const LayoutRecord lying = editor.Layout();
-        QVERIFY(IsTrimmed(lying));
-        editor.SetOrientation(1);
-        QVERIFY(!IsTrimmed(editor.Layout()));
-        editor.SetOrientation(0);
-        QCOMPARE(editor.Layout(), lying);
-    }
-
-    void ResettingShowsThePictureUntrimmed() {
-        Trimmer editor;
-        editor.Wheel(480, kMiddle);
-        editor.ResetTrim();
-        QVERIFY(!IsTrimmed(editor.Layout()));
-        editor.Undo();
-        QVERIFY(IsTrimmed(editor.Layout()));
     }
 
     // What the frame shows in trim mode is what the preview shows after it, and the panel.
@@ -313,7 +196,7 @@ private slots:
         Trimmer editor;
         editor.grab();
         const int composed = editor.Background().CompositionCount();
-        const int decoded = editor.Background().DecodeCount();
+        const int read = editor.Pictures().ReadCount();
         editor.Press(kTopLeft);
         for (int y = 1; y < 20; ++y) {
             editor.MoveTo(kTopLeft + QPoint(0, y));
@@ -322,7 +205,7 @@ private slots:
         editor.Release(kTopLeft + QPoint(0, 20));
         editor.grab();
         QCOMPARE(editor.Background().CompositionCount(), composed);
-        QCOMPARE(editor.Background().DecodeCount(), decoded);
+        QCOMPARE(editor.Pictures().ReadCount(), read);
     }
 
     void APictureThatCannotBeReadIsTrimmedWithoutHarm() {

@@ -3,10 +3,11 @@
 // A software panel with everything before it, down to the sender; and a clock that stands still.
 
 #include "../compose/compose_test_support.h"
-#include "compose/background_picture.h"
+#include "frame_pictures.h"
 #include "panel/frame_store.h"
 #include "panel/panel_memory.h"
 #include "panel/panel_sender.h"
+#include "pictures/picture_reader.h"
 #include "virtualscreen/virtual_hid_api.h"
 
 namespace kivo::test {
@@ -21,7 +22,8 @@ struct Run {
           memory(folder + QStringLiteral("/whole.state")),
           texts(values),
           sender({session, transfers, frames, kind == Memory::Kept ? &memory : nullptr,
-                  [this](int item) { return texts[size_t(item)]; }, [this] { return now.load(); },
+                  [this](int item) { return texts[size_t(item)]; },
+                  [this](const ScreenState& state) { return picture(state); }, [this] { return now.load(); },
                   [this] {
                       ++changes;
                       sender.Status();  // nobody holds a lock of the sender's
@@ -32,6 +34,7 @@ struct Run {
     // A clock that never begins at 0.
     std::atomic<std::chrono::milliseconds> now{std::chrono::hours(5)};
     std::atomic<int> changes{0};
+    std::function<std::optional<FramePicture>(const ScreenState& state)> picture = ReadFramePicture;
     ScreenSession session;
     Transfers transfers{session};
     FrameStore frames;

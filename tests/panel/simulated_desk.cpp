@@ -2,11 +2,12 @@
 
 #include <QFile>
 
-#include "compose/background_picture.h"
 #include "compose/live_renderer.h"
 #include "compose/rgb565.h"
 #include "device/interface_name.h"
 #include "device/screen_change.h"
+#include "frame_pictures.h"
+#include "pictures/picture_reader.h"
 
 namespace kivo::test {
 
@@ -62,6 +63,7 @@ struct SimulatedDesk::Program {
                   frames,
                   kind == PanelKind::Real ? &memory : nullptr,
                   [this](int item) { return snapshot.GetValueText(item); },
+                  ReadFramePicture,
                   [&desk] { return desk.m_clock.Now(); },
                   {}}) {}
 

@@ -33,6 +33,10 @@ private Q_SLOTS:
     void NewNodesOfTheSamePanelAreAnArrival();
     void ReplacedBackgroundIsPutBack();
 
+    void FrameHasThePictureThatIsHandedIn();
+    void StandInIsShownWhole();
+    void FrameThatIsOwedKeepsTheBackgroundOfItsApply();
+    void EndBeforeThePictureComposesNothing();
     void SecondRunSendsNoFrameAgain();
     void RunThatCannotTellSendsTheFrame_data();
     void RunThatCannotTellSendsTheFrame();
@@ -272,6 +276,77 @@ void TestPanelSender::ReplacedBackgroundIsPutBack() {
     QVERIFY(desk.run->Round());
     QVERIFY(desk.DifferenceTo(desk.run->sender.Applied()).isNull());
     QCOMPARE(desk.SavedBackground(), saved);
+}
+
+void TestPanelSender::FrameHasThePictureThatIsHandedIn() {
+    Desk desk;
+    QImage red(640, 340, QImage::Format_RGB32);
+    red.fill(Qt::red);
+    desk.run->picture = [&red](const ScreenState&) { return FramePicture{red}; };
+    QVERIFY(desk.run->Apply(Theme::Scene));
+    SkinCache skins;
+    const ScreenState state = ThemeScreen(Theme::Scene, Orientation::Landscape);
+    QCOMPARE(desk.Picture().convertToFormat(QImage::Format_RGB16),
+             ComposeFrame(state, ComposeBackground(state, red, skins), desk.texts));
+}
+
+void TestPanelSender::StandInIsShownWhole() {
+    Desk desk;
+    ScreenState state = ThemeScreen(Theme::Scene, Orientation::Landscape);
+    state.layout.xZoom = 160;
+    state.layout.yZoom = 85;
+    const QImage picture = LoadPicture(DefaultBackground());
+    SkinCache skins;
+    for (const bool isStandIn : {false, true}) {
+        desk.run->picture = [&](const ScreenState&) { return FramePicture{picture, isStandIn}; };
+        desk.run->sender.SetChosen(state);
+        QVERIFY(desk.run->sender.ComposeWholeFrame());
+        const ScreenState drawn = isStandIn ? Untrimmed(state) : state;
+        QCOMPARE(desk.Picture().convertToFormat(QImage::Format_RGB16),
+                 ComposeFrame(state, ComposeBackground(drawn, picture, skins), desk.texts));
+        // The frame is the state's all the same, with the trim it will have when its picture is back.
+        QVERIFY(desk.run->sender.Applied() == state);
+    }
+}
+
+void TestPanelSender::FrameThatIsOwedKeepsTheBackgroundOfItsApply() {
+    Desk desk;
+    int asked = 0;
+    desk.run->picture = [&asked](const ScreenState&) {
+        QImage image(320, 170, QImage::Format_RGB32);
+        image.fill(++asked == 1 ? Qt::red : Qt::blue);
+        return FramePicture{image};
+    };
+    desk.panel.Unplug();
+    QVERIFY(!desk.run->Apply(Theme::Scene));
+    desk.panel.Plug();
+    desk.run->session.EnumerateScreens();
+    QVERIFY(desk.run->Round());
+    QCOMPARE(desk.Counts().frames, quint64(1));
+    QCOMPARE(asked, 1);
+    QVERIFY(desk.Picture().pixelColor(160, 100).red() > desk.Picture().pixelColor(160, 100).blue());
+}
+
+void TestPanelSender::EndBeforeThePictureComposesNothing() {
+    Desk desk;
+    QVERIFY(desk.run->Apply(Theme::Scene));
+    const QByteArray saved = desk.SavedBackground();
+    const PanelCounts before = desk.Counts();
+    desk.run->picture = [](const ScreenState&) { return std::nullopt; };
+    QVERIFY(!desk.run->Apply(Theme::Time));
+    QCOMPARE(desk.SavedBackground(), saved);
+    QCOMPARE(desk.Counts().reports, before.reports);
+    QCOMPARE(desk.run->AppliedTheme(), Theme::Scene);
+    // Nor is anything restored at a start, and the next start does better.
+    desk.StartRun(Memory::Kept, Theme::Time);
+    desk.run->picture = [](const ScreenState&) { return std::nullopt; };
+    desk.run->sender.Prepare();
+    QCOMPARE(desk.SavedBackground(), saved);
+    desk.StartRun(Memory::Kept, Theme::Time);
+    desk.run->sender.Prepare();
+    QVERIFY(desk.SavedBackground() != saved);
+    QVERIFY(desk.run->Round());
+    QVERIFY(desk.DifferenceTo(ThemeScreen(Theme::Time, Orientation::Landscape)).isNull());
 }
 
 void TestPanelSender::SecondRunSendsNoFrameAgain() {

@@ -7,6 +7,7 @@
 #include <memory>
 
 #include "compose/theme_catalogue.h"
+#include "frame_pictures.h"
 #include "panel/frame_store.h"
 #include "panel/nimb_process_thread.h"
 #include "panel/panel_sender.h"
@@ -30,8 +31,8 @@ struct UploadBench {
     QTemporaryDir folder;
     FrameStore frames{folder.filePath(QStringLiteral("whole.png"))};
     QSemaphore begun;  // by an upload that goes on to its pause
-    PanelSender sender{
-        {session, transfers, frames, nullptr, [this](int item) { return snapshot.GetValueText(item); }}};
+    PanelSender sender{{session, transfers, frames, nullptr,
+                        [this](int item) { return snapshot.GetValueText(item); }, ReadFramePicture}};
 
     UploadBench() {
         sender.SetLoaded(StateOf(Orientation::Landscape));

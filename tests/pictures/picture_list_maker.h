@@ -10,8 +10,9 @@
 #include "config/folders.h"
 #include "picture_files.h"
 #include "pictures/picture_list.h"
+#include "pictures/picture_source.h"
+#include "pictures/picture_work.h"
 #include "pictures/stored_pictures.h"
-#include "pictures/thumbnail_work.h"
 #include "widgets/exit_item_delegate.h"
 #include "widgets/my_list_widget.h"
 
@@ -41,8 +42,8 @@ inline void StartWithoutSettings() {
 // The list as it stands in the window.
 class ListInWindow {
 public:
-    explicit ListInWindow(int userPictures, Thumbnails::Maker maker = RedMaker())
-        : m_list(&m_view, std::move(maker)) {
+    explicit ListInWindow(int userPictures, PictureSource::Readers readers = RedReaders())
+        : m_source(std::move(readers)), m_list(&m_view, m_source) {
         WriteStoredPictures(UserPaths(userPictures));
         m_window.resize(960, 588);
         m_view.setParent(&m_window);
@@ -50,13 +51,19 @@ public:
         m_list.LoadPictureList();
     }
 
-    static Thumbnails::Maker RedMaker() {
-        return [](const QString&, QSize pixels, const ThumbnailWork&) { return Filled(pixels, Qt::red); };
+    static PictureSource::Readers RedReaders() {
+        return {[](const QString&, const Picture*, const PictureWork&) {
+                    return Picture{Filled(QSize(320, 170), Qt::red)};
+                },
+                [](const QString&, QSize pixels, const PictureWork&) {
+                    return Picture{Filled(pixels, Qt::red)};
+                }};
     }
 
     QWidget& Window() { return m_window; }
     MyListWidget& View() { return m_view; }
     PictureList& List() { return m_list; }
+    PictureSource& Source() { return m_source; }
 
     QPoint CentreOf(int row) { return m_view.visualItemRect(m_view.item(row)).center(); }
     QPoint CrossOf(int row) {
@@ -67,6 +74,7 @@ private:
     QWidget m_window;
     // Goes before the window that is its parent.
     MyListWidget m_view;
+    PictureSource m_source;
     PictureList m_list;
 };
 

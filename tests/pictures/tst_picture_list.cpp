@@ -110,7 +110,7 @@ private slots:
     void APictureThatIsAddedGoesInBeforeTheBuiltInOnes() {
         ListInWindow made(2);
         const QString added = QStringLiteral("/pictures/new.png");
-        QCOMPARE(made.List().InsertUserPicture(added), 3);
+        QCOMPARE(made.List().InsertUserPictures({added}).lastRow, 3);
         QCOMPARE(made.List().PathAt(3), added);
         QCOMPARE(made.List().PathAt(4), FirstBuiltIn());
         QCOMPARE(made.View().count(), 15);
@@ -127,17 +127,18 @@ private slots:
 
     void APictureThatIsThereAlreadyStaysWhereItIs() {
         ListInWindow made(3);
-        QCOMPARE(made.List().InsertUserPicture(UserPaths(3).at(1)), 2);
-        QCOMPARE(made.List().InsertUserPicture(QStringLiteral("/pictures/../pictures/user 1.jpg")), 2);
-        QCOMPARE(made.List().InsertUserPicture(FirstBuiltIn()), 4);
+        QCOMPARE(made.List().InsertUserPictures({UserPaths(3).at(1)}).lastRow, 2);
+        QCOMPARE(made.List().InsertUserPictures({QStringLiteral("/pictures/../pictures/user 1.jpg")}).lastRow,
+                 2);
+        QCOMPARE(made.List().InsertUserPictures({FirstBuiltIn()}).lastRow, 4);
         QCOMPARE(made.View().count(), 15);
     }
 
     void WhatIsNoPictureOfTheUsersIsNotAdded() {
         ListInWindow made(1);
-        QCOMPARE(made.List().InsertUserPicture(QString()), -1);
-        QCOMPARE(made.List().InsertUserPicture(QStringLiteral("://skins/add.png")), -1);
-        QCOMPARE(made.List().InsertUserPicture(QStringLiteral(":/skins/add.png")), -1);
+        QCOMPARE(made.List().InsertUserPictures({QString()}).lastRow, -1);
+        QCOMPARE(made.List().InsertUserPictures({QStringLiteral("://skins/add.png")}).lastRow, -1);
+        QCOMPARE(made.List().InsertUserPictures({QStringLiteral(":/skins/add.png")}).lastRow, -1);
         QCOMPARE(made.View().count(), 13);
     }
 
@@ -170,7 +171,7 @@ private slots:
         made.List().LoadPictureList();
         QCOMPARE(made.List().UserPictureCount(), stored.size());
         const QString another = QLatin1Char('/') + QString(30000, QLatin1Char('y'));
-        QCOMPARE(made.List().InsertUserPicture(another), -1);
+        QCOMPARE(made.List().InsertUserPictures({another}).lastRow, -1);
         QCOMPARE(made.List().UserPictureCount(), stored.size());
     }
 
@@ -303,7 +304,7 @@ private slots:
         ListInWindow made(1000);
         QCOMPARE(made.View().count(), 1012);
         QCOMPARE(made.List().RowOf(UserPaths(1000).at(999)), 1000);
-        QCOMPARE(made.List().InsertUserPicture(QStringLiteral("/one more.jpg")), 1001);
+        QCOMPARE(made.List().InsertUserPictures({QStringLiteral("/one more.jpg")}).lastRow, 1001);
         QVERIFY(made.List().SavePictureList());
         QCOMPARE(StoredCount(), 1001);
         QCOMPARE(made.List().RemoveUserPicture(500), UserPaths(1000).at(499));

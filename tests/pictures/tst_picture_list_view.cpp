@@ -12,8 +12,6 @@
 
 #include "compose/theme_catalogue.h"
 #include "picture_list_maker.h"
-#include "pictures/thumbnail_cache.h"
-#include "pictures/thumbnail_picture.h"
 #include "resources/resources.h"
 #include "support/test_program.h"
 
@@ -25,8 +23,9 @@ namespace {
 // Remembers what was asked for, and answers when it is let.
 class Asked {
 public:
-    Thumbnails::Maker Maker() {
-        return [this](const QString& path, QSize pixels, const ThumbnailWork& work) {
+    PictureSource::Readers Readers() {
+        PictureSource::Readers readers = ListInWindow::RedReaders();
+        readers.thumbnail = [this](const QString& path, QSize pixels, const PictureWork& work) {
             {
                 const std::lock_guard lock(m_mutex);
                 m_paths.append(path);
@@ -34,8 +33,9 @@ public:
             while (m_isHeld && !work.IsStopped()) {
                 QThread::msleep(1);
             }
-            return Filled(pixels, Qt::red);
+            return Picture{Filled(pixels, Qt::red)};
         };
+        return readers;
     }
     void Hold() { m_isHeld = true; }
     void LetGo() { m_isHeld = false; }
@@ -101,7 +101,7 @@ private slots:
         Show(made);
         QVERIFY(!bar->isVisible());  // twelve rows
         QVERIFY(!made.View().verticalScrollBar()->isVisible());
-        made.List().InsertUserPicture(QStringLiteral("/a.png"));
+        made.List().InsertUserPictures({QStringLiteral("/a.png")});
         QTRY_VERIFY(bar->isVisible());
         QVERIFY(!made.View().verticalScrollBar()->isVisible());
         QCOMPARE(bar->maximum(), 80);
@@ -330,7 +330,7 @@ private slots:
 
     void NothingIsAskedForBeforeTheListIsSeen() {
         Asked asked;
-        ListInWindow made(20, asked.Maker());
+        ListInWindow made(20, asked.Readers());
         QCoreApplication::processEvents();
         QVERIFY(asked.Paths().isEmpty());
         Show(made);
@@ -339,7 +339,7 @@ private slots:
 
     void RowsInViewComeFirst() {
         Asked asked;
-        ListInWindow made(1000, asked.Maker());
+        ListInWindow made(1000, asked.Readers());
         made.View().setCurrentRow(500);  // the list opens there, between others
         asked.Hold();
         Show(made);
@@ -356,7 +356,7 @@ private slots:
 
     void APageAheadIsMadeReadyAndNoMore() {
         Asked asked;
-        ListInWindow made(1000, asked.Maker());
+        ListInWindow made(1000, asked.Readers());
         Show(made);
         for (int row = 0; row < 24; ++row) {
             QTRY_VERIFY(HasIcon(made.View(), row));
@@ -368,7 +368,7 @@ private slots:
 
     void ScrollingAsksForWhatComesIntoView() {
         Asked asked;
-        ListInWindow made(1000, asked.Maker());
+        ListInWindow made(1000, asked.Readers());
         Show(made);
         QTRY_COMPARE(asked.Paths().size(), 24);
         asked.Forget();
@@ -405,11 +405,11 @@ private slots:
         ListInWindow made(0);
         Show(made);
         QTRY_VERIFY(HasIcon(made.View(), 11));
-        const int row = made.List().InsertUserPicture(QStringLiteral("/new.png"));
+        const int row = made.List().InsertUserPictures({QStringLiteral("/new.png")}).lastRow;
         QTRY_VERIFY(HasIcon(made.View(), row));
         // Taken out and put back: a new row for a picture that is known.
         made.List().RemoveUserPicture(row);
-        QTRY_COMPARE(made.List().InsertUserPicture(QStringLiteral("/new.png")), row);
+        QTRY_COMPARE(made.List().InsertUserPictures({QStringLiteral("/new.png")}).lastRow, row);
         QTRY_VERIFY(HasIcon(made.View(), row));
         made.List().LoadPictureList();
         QTRY_VERIFY(HasIcon(made.View(), 0));
@@ -418,7 +418,7 @@ private slots:
 
     void EachTimeTheListIsShownFilesAreLookedAtAnew() {
         Asked asked;
-        ListInWindow made(1, asked.Maker());
+        ListInWindow made(1, asked.Readers());
         Show(made);
         for (int row = 0; row < 13; ++row) {
             QTRY_VERIFY(HasIcon(made.View(), row));
@@ -429,49 +429,11 @@ private slots:
         QTRY_COMPARE(asked.Paths(), UserPaths(1));  // what is built in does not change
     }
 
-    void BrokenHugeAndMissingPicturesGetARowWithAnEmptyIcon() {
-        const PictureFolder folder;
-        const QString cacheFolder = folder.Path(QStringLiteral("cache"));
-        const QStringList paths = {
-            folder.Write(QStringLiteral("broken.png"), "This is no picture.\n"),
-            folder.Write(QStringLiteral("huge.bmp"), BitmapThatClaims(30000, 30000)),
-            folder.Write(QStringLiteral("huge.jpg"), JpegThatClaims(65000, 65000)),
-            folder.Path(QStringLiteral("missing.png")),
-            folder.Write(QStringLiteral("good.png"), Encoded(Striped(QSize(300, 200)), "PNG")),
-        };
-        ListInWindow made(0, [cacheFolder](const QString& path, QSize pixels, const ThumbnailWork& work) {
-            ThumbnailCache cache(cacheFolder);
-            return CachedThumbnail(cache, path, pixels, work);
-        });
-        WriteStoredPictures(paths);
-        made.List().LoadPictureList();
-        Show(made);
-        const auto lastBuiltIn = made.View().count() - 1;
-        for (int row = 5; row <= lastBuiltIn; ++row) {
-            QTRY_VERIFY(HasIcon(made.View(), row));
-        }
-        for (int row = 1; row <= 4; ++row) {
-            QVERIFY(!HasIcon(made.View(), row));
-        }
-        QCOMPARE(made.View().count(), 17);
-        const QImage icon = made.View().item(5)->icon().pixmap(77, 54).toImage();
-        QCOMPARE(icon.size(), QSize(77, 54));
-        QVERIFY(IsNearly(icon.pixelColor(10, 27), Qt::red) && IsNearly(icon.pixelColor(66, 27), Qt::blue));
-    }
-
-    // Something stands there all the same: a hole could not be clicked.
-    void ARowWithoutAPictureIsStillSeen() {
-        ListInWindow made(1, [](const QString&, QSize, const ThumbnailWork&) { return QImage(); });
-        Show(made);
-        const QImage drawn = made.View().viewport()->grab().toImage();
-        const QRect item = made.View().visualItemRect(made.View().item(1));
-        QVERIFY(drawn.pixelColor(item.center()) != drawn.pixelColor(item.topLeft()));
-    }
-
     void TheViewMayGoFirstEvenWithTheFocus() {
         QWidget window;
         auto view = std::make_unique<MyListWidget>(&window);
-        PictureList list(view.get(), ListInWindow::RedMaker());
+        PictureSource source(ListInWindow::RedReaders());
+        PictureList list(view.get(), source);
         list.LoadPictureList();
         window.show();
         window.activateWindow();
@@ -486,7 +448,7 @@ private slots:
     void TheEndWithDecodesUnderWayIsClean() {
         Asked asked;
         for (int n = 0; n < 5; ++n) {
-            ListInWindow made(100, asked.Maker());
+            ListInWindow made(100, asked.Readers());
             Show(made);
             QCoreApplication::processEvents();
         }

@@ -4,9 +4,10 @@
 #include <QTest>
 
 #include "picture_files.h"
+#include "pictures/picture_reader.h"
+#include "pictures/picture_work.h"
 #include "pictures/thumbnail_cache.h"
 #include "pictures/thumbnail_picture.h"
-#include "pictures/thumbnail_work.h"
 #include "support/test_program.h"
 
 using namespace kivo;
@@ -29,7 +30,7 @@ private:
 
     QImage Thumbnail(ThumbnailCache& cache, QSize pixels = kPixels) const {
         const std::atomic<bool> stop{false};
-        return CachedThumbnail(cache, m_picture, pixels, ThumbnailWork(stop));
+        return CachedThumbnail(cache, m_picture, pixels, PictureWork(stop)).image;
     }
 
     QImage Thumbnail() const {
@@ -37,7 +38,10 @@ private:
         return Thumbnail(cache);
     }
 
-    QString Key() const { return ThumbnailCache::Key(QFileInfo(m_picture), kPixels); }
+    QString Key() const {
+        const std::atomic<bool> stop{false};
+        return ThumbnailCache::Key(m_picture, LookUpPicture(m_picture, PictureWork(stop)).version, kPixels);
+    }
 
     QStringList CachedFiles() const {
         QStringList paths;
@@ -178,21 +182,21 @@ private slots:
         ThumbnailCache cache(m_cacheFolder);
         const std::atomic<bool> stop{false};
         int accesses = 0;
-        const ThumbnailWork work(stop, [&accesses](bool inFile) { accesses += inFile ? 1 : 0; });
-        QVERIFY(CachedThumbnail(cache, m_picture, kPixels, work).isNull());
+        const PictureWork work(stop, [&accesses](bool inFile) { accesses += inFile ? 1 : 0; });
+        QVERIFY(CachedThumbnail(cache, m_picture, kPixels, work).image.isNull());
         QVERIFY(accesses > 1);
         accesses = 0;
-        QVERIFY(CachedThumbnail(cache, m_picture, kPixels, work).isNull());
+        QVERIFY(CachedThumbnail(cache, m_picture, kPixels, work).image.isNull());
         QCOMPARE(accesses, 1);  // whether it has changed
         m_folder->Write(QStringLiteral("broken.jpg"), Encoded(Filled(QSize(300, 200), Qt::red), "JPEG"));
-        QVERIFY(!CachedThumbnail(cache, m_picture, kPixels, work).isNull());
+        QVERIFY(!CachedThumbnail(cache, m_picture, kPixels, work).image.isNull());
     }
 
     void WhatCouldNotBeReadIsTriedAgain() {
         ThumbnailCache cache(m_cacheFolder);
         std::atomic<bool> stop{false};
-        const ThumbnailWork stopped(stop, [&stop](bool) { stop = true; });
-        QVERIFY(CachedThumbnail(cache, m_picture, kPixels, stopped).isNull());
+        const PictureWork stopped(stop, [&stop](bool) { stop = true; });
+        QVERIFY(CachedThumbnail(cache, m_picture, kPixels, stopped).image.isNull());
         QVERIFY(IsFromPicture(Thumbnail(cache)));
         const QString source = m_picture;
         m_picture = m_folder->Path(QStringLiteral("later.png"));
@@ -227,14 +231,14 @@ private slots:
     void AStoppedDecodeIsNotKept() {
         ThumbnailCache cache(m_cacheFolder);
         const std::atomic<bool> stop{true};
-        QVERIFY(CachedThumbnail(cache, m_picture, kPixels, ThumbnailWork(stop)).isNull());
+        QVERIFY(CachedThumbnail(cache, m_picture, kPixels, PictureWork(stop)).image.isNull());
         QVERIFY(CachedFiles().isEmpty());
     }
 
     void TheProgramsOwnPicturesAreNotKept() {
         ThumbnailCache cache(m_cacheFolder);
         const std::atomic<bool> stop{false};
-        CachedThumbnail(cache, QStringLiteral("://background/1.jpg"), kPixels, ThumbnailWork(stop));
+        CachedThumbnail(cache, QStringLiteral("://background/1.jpg"), kPixels, PictureWork(stop));
         QVERIFY(CachedFiles().isEmpty());
     }
 

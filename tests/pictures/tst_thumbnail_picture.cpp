@@ -4,8 +4,8 @@
 #include "../config/log_catcher.h"
 #include "compose/theme_catalogue.h"
 #include "picture_files.h"
+#include "pictures/picture_work.h"
 #include "pictures/thumbnail_picture.h"
-#include "pictures/thumbnail_work.h"
 #include "resources/resources.h"
 #include "support/test_program.h"
 
@@ -18,7 +18,7 @@ constexpr QSize kPixels = kThumbnailSize;
 
 QImage Thumbnail(const QString& path, QSize pixels = kPixels) {
     const std::atomic<bool> stop{false};
-    return MakeThumbnail(path, pixels, ThumbnailWork(stop));
+    return MakeThumbnail(path, pixels, PictureWork(stop)).image;
 }
 
 }  // namespace
@@ -170,8 +170,8 @@ private slots:
             m_folder.Write(QStringLiteral("stop.png"), Encoded(Striped(QSize(400, 300)), "PNG"));
         const std::atomic<bool> stop{true};
         int accesses = 0;
-        const ThumbnailWork work(stop, [&accesses](bool) { ++accesses; });
-        QVERIFY(MakeThumbnail(path, kPixels, work).isNull());
+        const PictureWork work(stop, [&accesses](bool) { ++accesses; });
+        QVERIFY(MakeThumbnail(path, kPixels, work).image.isNull());
         QCOMPARE(accesses, 0);
     }
 
@@ -194,9 +194,9 @@ private slots:
         std::atomic<bool> stop{false};
         int accesses = 0;
         // After the file's look-up and its first piece.
-        const ThumbnailWork work(stop, [&](bool inFile) { stop = inFile ? ++accesses > 2 : stop.load(); });
+        const PictureWork work(stop, [&](bool inFile) { stop = inFile ? ++accesses > 2 : stop.load(); });
         const LogCatcher log;
-        QVERIFY(MakeThumbnail(path, kPixels, work).isNull());
+        QVERIFY(MakeThumbnail(path, kPixels, work).image.isNull());
         QVERIFY(accesses > 3);
         QCOMPARE(log.lines(), QStringList());
     }
@@ -208,12 +208,12 @@ private slots:
         int depth = 0;
         int deepest = 0;
         int accesses = 0;
-        const ThumbnailWork work(stop, [&](bool inFile) {
+        const PictureWork work(stop, [&](bool inFile) {
             depth += inFile ? 1 : -1;
             deepest = qMax(deepest, depth);
             accesses += inFile ? 1 : 0;
         });
-        QVERIFY(!MakeThumbnail(path, kPixels, work).isNull());
+        QVERIFY(!MakeThumbnail(path, kPixels, work).image.isNull());
         QVERIFY(accesses >= 2);
         QCOMPARE(depth, 0);
         QCOMPARE(deepest, 1);

@@ -35,6 +35,29 @@ inline EnvironmentReader Environment(const QString& folder, const QString& versi
     };
 }
 
+// What the made-up libraries note while this lives (KIVO_TEST_LIBRARY_LOG).
+class LibraryNotes {
+public:
+    LibraryNotes() { qputenv("KIVO_TEST_LIBRARY_LOG", QFile::encodeName(Path())); }
+    ~LibraryNotes() { qunsetenv("KIVO_TEST_LIBRARY_LOG"); }
+    Q_DISABLE_COPY(LibraryNotes)
+
+    QByteArrayList Lines() const {
+        QFile file(Path());
+        if (!file.open(QIODevice::ReadOnly | QIODevice::Text)) {
+            return {};
+        }
+        QByteArrayList lines = file.readAll().split('\n');
+        lines.removeLast();  // what stands behind the last line's end
+        return lines;
+    }
+
+private:
+    QString Path() const { return m_folder.filePath(QStringLiteral("notes")); }
+
+    const QTemporaryDir m_folder;
+};
+
 // A folder into which a library can be put, once or one after the other.
 class LibraryPlace {
 public:

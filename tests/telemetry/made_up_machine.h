@@ -91,7 +91,9 @@ struct MadeUpMachine {
     // Power, temperature and fan as they are shown, after what the poller does each second.
     QStringList Texts() {
         snapshot.SetReadings(readings);
-        snapshot.SetCpuPowClock(qint32(sensors->Power()), sensors->Temperature());
+        if (const auto numbers = sensors->Numbers()) {
+            snapshot.SetCpuPowClock(qint32(numbers->watts), numbers->degreesCelsius);
+        }
         return {snapshot.GetValueText(CpuPower), snapshot.GetValueText(CpuTemperature),
                 snapshot.GetValueText(FanSpeed)};
     }

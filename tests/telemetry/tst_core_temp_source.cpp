@@ -114,17 +114,17 @@ private Q_SLOTS:
         QCOMPARE(Temperature(source, At(3)), QStringLiteral("57.5"));
     }
 
-    void WriterThatDoesNotEndIsSilent() {
+    void WhileItWritesTheLastValuesStand() {
         std::optional<CoreTempCopy> copy = CoreTempCopy{{}, true};
         CoreTempSource source([&copy] { return copy; });
         QCOMPARE(Temperature(source, At(0)), QStringLiteral("not read"));
         copy = CoreTempCopy{CoreTempBytes().bytes, false};
         QCOMPARE(Temperature(source, At(1)), QStringLiteral("57.5"));
         copy = CoreTempCopy{{}, true};
-        QCOMPARE(Temperature(source, At(10.9)), QStringLiteral("57.5"));
-        QCOMPARE(Temperature(source, At(11)), QStringLiteral("silent"));
+        QCOMPARE(Temperature(source, At(2)), QStringLiteral("57.5 still"));
+        QCOMPARE(Temperature(source, At(200)), QStringLiteral("57.5 still"));
         copy = CoreTempCopy{CoreTempBytes().bytes, false};
-        QCOMPARE(Temperature(source, At(12)), QStringLiteral("57.5"));
+        QCOMPARE(Temperature(source, At(201)), QStringLiteral("57.5"));
     }
 };
 

@@ -56,14 +56,13 @@ private Q_SLOTS:
         EnergyLibrary library(Found(LibraryFolder("complete")));
         QCOMPARE(library.errorString, QString());
         QVERIFY(library.Load());
-        QVERIFY(library.IsLoaded());
         QCOMPARE(library.errorString, QString());
         const Reading reading = TakeSamples(library);
         QCOMPARE(reading.power[0], 12.9);
         QCOMPARE(reading.count, 3);
         QCOMPARE(reading.degreesCelsius, 45);
         library.Release();
-        QVERIFY(!library.IsLoaded());
+        QVERIFY(!library.ReadSample());
     }
 
     void FailingCallsSayTheyFailed() {
@@ -217,15 +216,14 @@ private Q_SLOTS:
         QCOMPARE(TakeSamples(library).degreesCelsius, 45);
     }
 
-    void ThreadMayBeTerminatedInsideTheLibraryOnly() {
-        QVector<bool> gate;
-        EnergyLibrary::Parts parts = Found(LibraryFolder("complete"));
-        parts.allowTermination = [&gate](bool isOpen) { gate.append(isOpen); };
-        EnergyLibrary library(parts);
-        QVERIFY(library.Load());
-        QCOMPARE(gate, (QVector<bool>{true, false}));
-        library.ReadSample();
-        QCOMPARE(gate, (QVector<bool>{true, false, true, false}));
+    // The file alone is looked at.
+    void LookingForTheLibraryEntersNothingOfIt() {
+        const LibraryPlace place;
+        EnergyLibrary library(Found(place.Folder()));
+        QVERIFY(!library.IsInstalled());
+        QCOMPARE(library.errorString, kFileMissing);
+        QVERIFY(place.PutNoLibrary());
+        QVERIFY(library.IsInstalled());
     }
 };
 

@@ -7,6 +7,7 @@
 #include "support/test_program.h"
 #include "telemetry/hardware_monitor_json.h"
 #include "telemetry/hardware_monitor_source.h"
+#include "telemetry/package_sensors.h"
 
 using namespace kivo;
 using namespace kivo::test;
@@ -200,12 +201,12 @@ private Q_SLOTS:
         QCOMPARE(Said(source.Read(At(0))), QStringLiteral("not read, not read, not read"));
         server.WaitForRequests(1);
         server.Answer(MonitorPageOfAMachine());
-        QTRY_COMPARE(Said(source.Read(At(1))), QString::fromLatin1(kMachine));
         server.WaitForRequests(2);
-        QCOMPARE(Said(source.Read(At(10.9))), QString::fromLatin1(kMachine));
-        QCOMPARE(Said(source.Read(At(11))), QStringLiteral("silent, silent, silent"));
+        QCOMPARE(Said(source.Read(At(1))), QString::fromLatin1(kMachine));
+        QCOMPARE(Said(source.Read(At(2))), QStringLiteral("65.2 still, 46.9 still, 1234 still"));
+        QCOMPARE(Said(source.Read(At(200))), QStringLiteral("65.2 still, 46.9 still, 1234 still"));
         server.Answer(MonitorPage({MonitorLeaf("Power", "/amdcpu/0/power/0", "Package", "70,0 W")}));
-        QTRY_COMPARE(Said(source.Read(At(12))), QStringLiteral("70, no source, no source"));
+        QTRY_COMPARE(Values(source.Read(At(201))), QStringLiteral("70, no source, no source"));
     }
 
     void ServerThatEndsIsNotRunningAndMayComeBack() {
@@ -214,20 +215,56 @@ private Q_SLOTS:
         server.Refuse();
         QTRY_COMPARE(Said(source.Read(At(0))), QString::fromLatin1(kNothing));
         server.Answer(MonitorPageOfAMachine());
-        QTRY_COMPARE(Said(source.Read(At(1))), QString::fromLatin1(kMachine));
+        QTRY_COMPARE(Values(source.Read(At(1))), QString::fromLatin1(kMachine));
+        // A page that failed is not asked for again by itself.
         server.Refuse();
-        server.WaitForRequests(3);
-        // For a while the last values hold; a page that failed is not asked for again by itself.
-        QTRY_COMPARE(Said(source.Read(At(11))), QStringLiteral("not running, not running, not running"));
+        QTRY_COMPARE(Said(source.Read(At(2))), QStringLiteral("not running, not running, not running"));
         server.Answer(MonitorPageOfAMachine());
-        QTRY_COMPARE(Said(source.Read(At(12))), QString::fromLatin1(kMachine));
+        QTRY_COMPARE(Values(source.Read(At(12))), QString::fromLatin1(kMachine));
+    }
+
+    void SilentServerHandsOverAfterTenSeconds_data() {
+        QTest::addColumn<bool>("hasEnded");
+        QTest::newRow("it has ended") << true;
+        QTest::newRow("it does not answer") << false;
+    }
+    // Source and choice together.
+    void SilentServerHandsOverAfterTenSeconds() {
+        QFETCH(bool, hasEnded);
+        MadeUpServer server;
+        SensorParts parts;
+        parts.library.environment = [](const char*) { return QString(); };
+        parts.library.defaultFolder = QStringLiteral("/no/such/folder");
+        parts.orders = {{{SourceId::LibreHardwareMonitor}, {SourceId::LibreHardwareMonitor}, {}}};
+        parts.sources.push_back(std::make_unique<HardwareMonitorSource>(std::make_unique<MadeUpPage>(server),
+                                                                        std::chrono::milliseconds(0)));
+        SystemClocks clocks{std::chrono::seconds(1000), std::chrono::seconds(0)};
+        parts.clocks = [&clocks] { return clocks; };
+        parts.cpuLoad = [] { return 5; };
+        const auto sensors = MakeSensorsFrom(std::move(parts));
+        const auto temperature = [&] {
+            sensors->ReadSample();
+            return Said(sensors->Readings()[Quantity::Temperature]);
+        };
+        server.Answer(MonitorPageOfAMachine());
+        QTRY_COMPARE(temperature(), QStringLiteral("46.9"));
+        if (hasEnded) {
+            server.Refuse();
+            QTRY_VERIFY(temperature() == QLatin1String("46.9") && server.Requests() >= 3);
+        }
+        for (int second = 1; second < 10; ++second) {
+            clocks.awake += std::chrono::seconds(1);
+            QCOMPARE(temperature(), QStringLiteral("46.9"));
+        }
+        clocks.awake += std::chrono::seconds(1);
+        QCOMPARE(temperature(), hasEnded ? QStringLiteral("not running") : QStringLiteral("silent"));
     }
 
     void PageThatIsNoneTakesTheValuesAway() {
         MadeUpServer server;
         HardwareMonitorSource source(std::make_unique<MadeUpPage>(server), std::chrono::milliseconds(0));
         server.Answer(MonitorPageOfAMachine());
-        QTRY_COMPARE(Said(source.Read(At(0))), QString::fromLatin1(kMachine));
+        QTRY_COMPARE(Values(source.Read(At(0))), QString::fromLatin1(kMachine));
         server.Answer(QByteArray("{\"Children\":["));
         QTRY_COMPARE(Said(source.Read(At(1))), QString::fromLatin1(kNothing));
     }

@@ -124,8 +124,13 @@ private Q_SLOTS:
         std::vector<NamedText> values;
         AddHwInfo(values, 1, "Corsair PSU", "Fan", "700 RPM", "700");
         QCOMPARE(Said(ReadHwInfoValues(values)[Quantity::FanSpeed]), QStringLiteral("no source"));
-        AddHwInfo(values, 2, "Board", "Chassis1", "0 RPM", "0");
+        // A single one: a laptop's, which stands still.
+        AddHwInfo(values, 2, "Board", "Fan", "0 RPM", "0");
         QCOMPARE(Said(ReadHwInfoValues(values)[Quantity::FanSpeed]), QStringLiteral("0"));
+        // A header without a fan says 0, and a board has several.
+        AddHwInfo(values, 2, "Board", "Chassis1", "0 RPM", "0");
+        AddHwInfo(values, 5, "Board", "Chassis4", "0 RPM", "0");
+        QCOMPARE(Said(ReadHwInfoValues(values)[Quantity::FanSpeed]), QStringLiteral("no source"));
         AddHwInfo(values, 3, "Board", "Chassis2", "800 RPM", "800");
         AddHwInfo(values, 4, "Board", "Chassis3", "900 RPM", "900");
         QCOMPARE(Said(ReadHwInfoValues(values)[Quantity::FanSpeed]), QStringLiteral("800"));
@@ -170,7 +175,7 @@ private Q_SLOTS:
         MadeUpHwInfo hwInfo;
         hwInfo.values.clear();
         HwInfoSource running(hwInfo.System());
-        QCOMPARE(Said(running.Read(At(0))), QStringLiteral("not running, not running, not running"));
+        QCOMPARE(Said(running.Read(At(0))), QStringLiteral("not handed on, not handed on, not handed on"));
         hwInfo.isRunning = false;
         HwInfoSource nothing(hwInfo.System());
         const SensorReadings readings = nothing.Read(At(0));

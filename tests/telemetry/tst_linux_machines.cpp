@@ -140,6 +140,12 @@ void OldLaptop(const Machine& machine) {
     machine.Input(0, "fan", 1, nullptr, "0");
 }
 
+void ZoneAndBoard(const Machine& machine) {
+    machine.Driver(0, "asusec");
+    machine.Input(0, "temp", 1, "CPU", "38000");
+    machine.Zone(0, "x86_pkg_temp", "44000");
+}
+
 }  // namespace
 
 Q_DECLARE_METATYPE(Step)
@@ -198,7 +204,10 @@ private Q_SLOTS:
             texts("88w", "60℃", "2000"), {SourceId::EnergyDriver, kHwmon, kNobody},
             {kNone, kNone, kNoSource});
         row("old laptop with a fan that stands still", OldLaptop, nothing, texts("--w", "55℃", "   0"),
-            {kNobody, kHwmon, kHwmon}, {kNoSource, kNone, kNone});
+            {kNobody, SourceId::BoardMonitor, kHwmon}, {kNoSource, kNone, kNone});
+        row("the processor's zone before a board's sensor", ZoneAndBoard, nothing,
+            texts("--w", "44℃", "1000"), {kNobody, SourceId::ProcessorZone, kNobody},
+            {kNoSource, kNone, kNoSource});
     }
     void WhatIsShown() {
         QFETCH(Step, start);
@@ -321,6 +330,34 @@ private Q_SLOTS:
         QCOMPARE(
             log.lines()[0],
             QStringLiteral("The energy counter cannot be read. %1: %2").arg(file, qt_error_string(EACCES)));
+    }
+
+    void BetterSensorsThatComeLaterAreFound() {
+        Machine machine;
+        machine.Counter("intel-rapl-mmio:0", "package-0", "0");
+        machine.Driver(1, "coretemp");
+        machine.Input(1, "temp", 2, "Core 0", "41000");
+        machine.Driver(2, "it87");
+        machine.Input(2, "fan", 1, nullptr, "800");
+        machine.SampleAfter(0s);
+        QCOMPARE(machine.Texts(),
+                 QStringList({QStringLiteral("--w"), QStringLiteral("41℃"), QStringLiteral(" 800")}));
+        machine.Counter("intel-rapl:0", "package-0", "0");
+        machine.Driver(3, "k10temp");
+        machine.Input(3, "temp", 1, "Tdie", "52000");
+        machine.Driver(4, "asus");
+        machine.Input(4, "fan", 1, "cpu_fan", "1500");
+        for (int second = 1; second <= 61; ++second) {
+            machine.Energy("intel-rapl:0", QByteArray::number(30000000 * second));
+            machine.Energy("intel-rapl-mmio:0", QByteArray::number(10000000 * second));
+            machine.SampleAfter(1s);
+            if (second == 59) {
+                QCOMPARE(machine.Texts(),
+                         QStringList({QStringLiteral("10w"), QStringLiteral("41℃"), QStringLiteral(" 800")}));
+            }
+        }
+        QCOMPARE(machine.Texts(),
+                 QStringList({QStringLiteral("30w"), QStringLiteral("52℃"), QStringLiteral("1500")}));
     }
 
     // What was used meanwhile is no second's; nor is what a counter that began anew seems to have counted.

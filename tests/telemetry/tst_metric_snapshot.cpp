@@ -180,22 +180,25 @@ private slots:
         QCOMPARE(snapshot.GetValueText(CpuTemperature), texts[1]);
     }
 
-    void numbersReplaceReadings() {
+    // Whatever is told beside a reading.
+    void readingsStandBeforeNumbers() {
         MetricSnapshot snapshot(InterfaceLanguage::English, FixedSources());
         SensorReadings readings;
         readings[Quantity::Power] = Reading::Of(12.9, SourceId::EnergyLibrary);
         readings[Quantity::Temperature] = Reading::Of(45, SourceId::EnergyLibrary);
         readings[Quantity::Temperature].isStuck = true;
+        snapshot.SetCpuPowClock(7, 30);
+        snapshot.SetReadings(readings);
+        for (const int number : {0, 46, 300, 998, 2000}) {
+            snapshot.SetCpuPowClock(number, number);
+            QVERIFY(snapshot.Readings() == readings);
+        }
+        QCOMPARE(snapshot.GetValueText(CpuTemperature), QStringLiteral(u"45\u2103"));
+        QCOMPARE(snapshot.GetValueText(CpuPower), QStringLiteral("12w"));
+        readings = SensorReadings::AllWithout(ReadingGap::NoSource);
         snapshot.SetReadings(readings);
         snapshot.SetCpuPowClock(12, 46);
-        const SensorReadings now = snapshot.Readings();
-        QCOMPARE(*now[Quantity::Power].value, 12.0);
-        QCOMPARE(*now[Quantity::Temperature].value, 46.0);
-        QVERIFY(now[Quantity::Temperature].source == SourceId::EnergyLibrary);
-        QVERIFY(now[Quantity::Temperature].isStuck);
-        snapshot.SetCpuPowClock(12, 0);
-        QCOMPARE(snapshot.GetValueText(CpuTemperature), QStringLiteral(u"--\u2103"));
-        QCOMPARE(snapshot.GetValueText(FanSpeed), QStringLiteral("----"));
+        QVERIFY(snapshot.Readings() == readings);
     }
 
     // A library whose call hangs tells nothing any more.

@@ -2,6 +2,8 @@
 
 #include "energy_library_folders.h"
 #include "support/test_program.h"
+#include "telemetry/live_value.h"
+#include "telemetry/metric_snapshot.h"
 #include "telemetry/package_sensors.h"
 
 using namespace kivo;
@@ -34,11 +36,7 @@ private:
 };
 
 SensorReadings Nothing() {
-    SensorReadings readings;
-    for (const Quantity quantity : {Quantity::Power, Quantity::Temperature, Quantity::FanSpeed}) {
-        readings[quantity] = Reading::Without(ReadingGap::NoSource);
-    }
-    return readings;
+    return SensorReadings::AllWithout(ReadingGap::NoSource);
 }
 
 // Sensors with an energy library, if there is one in the folder, and two sources.
@@ -63,9 +61,13 @@ struct Bench {
 
     SensorReadings SampleAfter(std::chrono::milliseconds time) {
         clocks.awake += time;
+        sensors->Load();
         sensors->ReadSample();
         return sensors->Readings();
     }
+    // As the poller tells them.
+    double Watts() const { return sensors->Numbers().value_or(PackageNumbers{-1, -1}).watts; }
+    int Degrees() const { return sensors->Numbers().value_or(PackageNumbers{-1, -1}).degreesCelsius; }
     SensorReadings Seconds(int count) {
         SensorReadings readings;
         for (int second = 0; second < count; ++second) {
@@ -99,8 +101,8 @@ private Q_SLOTS:
         QVERIFY(readings[Quantity::Power].source == SourceId::EnergyLibrary);
         QVERIFY(readings[Quantity::Temperature] == Reading::Of(45, SourceId::EnergyLibrary));
         QVERIFY(readings[Quantity::FanSpeed] == Reading::Of(900, kGood));
-        QCOMPARE(int(bench.sensors->Power()), 12);
-        QCOMPARE(bench.sensors->Temperature(), 45);
+        QCOMPARE(int(bench.Watts()), 12);
+        QCOMPARE(bench.Degrees(), 45);
     }
 
     void LibraryIsNotAskedForNumbersAfterOneSample() {
@@ -109,19 +111,18 @@ private Q_SLOTS:
         bench.sensors->ReadSample();
         QVERIFY(bench.sensors->Readings()[Quantity::Power] ==
                 Reading::Without(ReadingGap::NotRead, SourceId::EnergyLibrary));
-        QCOMPARE(bench.sensors->Power(), 0.0);
-        QCOMPARE(bench.sensors->Temperature(), 0);
+        QVERIFY(!bench.sensors->Numbers());
     }
 
     // Told as it is; the reading has its own opinion.
     void LibrarysOddNumbersAreTold() {
         Bench bench(LibraryFolder("no_number"));
-        QVERIFY(bench.sensors->Load());
-        bench.sensors->ReadSample();
-        const SensorReadings readings = bench.SampleAfter(1s);
+        bench.Seconds(1);
+        const SensorReadings readings = bench.Seconds(1);
         QVERIFY(readings[Quantity::Power].gap == ReadingGap::Unbelievable);
         QVERIFY(readings[Quantity::Temperature].gap == ReadingGap::Unbelievable);
-        QCOMPARE(bench.sensors->Temperature(), -40);
+        QCOMPARE(bench.Degrees(), -40);
+        QCOMPARE(bench.Watts(), 1e300);
     }
 
     void AnotherSourceSpeaksForALibraryThatFails() {
@@ -131,54 +132,109 @@ private Q_SLOTS:
         bench.sensors->ReadSample();
         QVERIFY(bench.Seconds(1)[Quantity::Temperature] == Reading::Of(45, SourceId::EnergyLibrary));
         QVERIFY(bench.Seconds(9)[Quantity::Temperature] == Reading::Of(45, SourceId::EnergyLibrary));
-        QCOMPARE(bench.sensors->Temperature(), 0);
+        QCOMPARE(bench.Degrees(), 0);
         QVERIFY(bench.Seconds(1)[Quantity::Temperature] == Reading::Of(61.5, kOther));
-        QCOMPARE(bench.sensors->Temperature(), 61);
+        QCOMPARE(bench.Degrees(), 61);
+    }
+
+    // One call that fails takes nothing away: the number that is told beside the reading is no value.
+    void ShownValueOutlivesACallThatFails() {
+        Bench bench(LibraryFolder("fails_later"));
+        MetricSnapshot snapshot(InterfaceLanguage::English);
+        QVERIFY(bench.sensors->Load());
+        bench.sensors->ReadSample();
+        for (int second = 1; second <= 10; ++second) {
+            snapshot.SetReadings(bench.Seconds(1));
+            snapshot.SetCpuPowClock(qint32(bench.Watts()), bench.Degrees());
+            QCOMPARE(snapshot.GetValueText(CpuTemperature), QStringLiteral(u"45\u2103"));
+            QCOMPARE(snapshot.GetValueText(FanSpeed), QStringLiteral("1000"));
+        }
+        QCOMPARE(bench.Degrees(), 0);
+        snapshot.SetReadings(bench.Seconds(1));
+        snapshot.SetCpuPowClock(qint32(bench.Watts()), bench.Degrees());
+        QCOMPARE(snapshot.GetValueText(CpuTemperature), QStringLiteral(u"--\u2103"));
+        QVERIFY(snapshot.Readings()[Quantity::Temperature] ==
+                Reading::Without(ReadingGap::Unbelievable, SourceId::EnergyLibrary));
+    }
+
+    // Would hang here otherwise.
+    void LibraryThatHangsSilencesNobody() {
+        Bench bench(LibraryFolder("calls_hang"));
+        bench.other.says[Quantity::Temperature] = Reading::Of(61.5, kOther);
+        bench.Seconds(1);
+        const SensorReadings readings = bench.Seconds(1);
+        QVERIFY(readings[Quantity::Temperature] == Reading::Of(61.5, kOther));
+        QVERIFY(readings[Quantity::Power] == Reading::Without(ReadingGap::Silent, SourceId::EnergyLibrary));
+        QCOMPARE(bench.Degrees(), 61);
+        QCOMPARE(bench.other.slept.size(), 2);
     }
 
     void LibraryThatIsInstalledLaterTakesOver() {
         const LibraryPlace place;
         Bench bench(place.Folder());
         bench.good.says[Quantity::Temperature] = Reading::Of(50, kGood);
-        QVERIFY(bench.sensors->Load());
+        QVERIFY(!bench.sensors->Load());
         QVERIFY(!bench.sensors->ErrorString().isEmpty());
         QVERIFY(bench.Seconds(20)[Quantity::Temperature].source == kGood);
         QVERIFY(place.Put("complete"));
-        QVERIFY(bench.Seconds(15)[Quantity::Temperature] == Reading::Of(45, SourceId::EnergyLibrary));
-        QCOMPARE(bench.sensors->Temperature(), 45);
+        // Loaded and sampled, sampled again, and three seconds on it has answered for long enough.
+        QVERIFY(bench.Seconds(4)[Quantity::Temperature].source == kGood);
+        QVERIFY(bench.Seconds(1)[Quantity::Temperature] == Reading::Of(45, SourceId::EnergyLibrary));
+        QCOMPARE(bench.Degrees(), 45);
+    }
+
+    // What was used meanwhile is no second's. The numbers are told as they are.
+    void LibrarysPowerOfASleepIsNone() {
+        Bench bench(LibraryFolder("complete"));
+        const Reading power = Reading::Of(12.9, SourceId::EnergyLibrary);
+        bench.Seconds(2);
+        bench.good.says[Quantity::Power] = Reading::Of(40, kGood);
+        // As long as the value from before the sleep stands, nobody sees a difference.
+        QVERIFY(bench.SampleAfter(9s)[Quantity::Power] == power);
+        bench.clocks.asleep += 1h;
+        QVERIFY(bench.SampleAfter(10s)[Quantity::Power] == Reading::Of(40, kGood));
+        QCOMPARE(bench.Watts(), 40.0);
+        QVERIFY(bench.sensors->Readings()[Quantity::Temperature] == Reading::Of(45, SourceId::EnergyLibrary));
+        QVERIFY(bench.Seconds(4)[Quantity::Power] == power);
     }
 
     void SourcesAloneAreEnough_data() {
         QTest::addColumn<int>("gap");  // of the power
-        QTest::addColumn<bool>("isFound");
-        QTest::newRow("a value") << int(ReadingGap::None) << true;
-        QTest::newRow("one that needs a second sample") << int(ReadingGap::NotRead) << true;
-        QTest::newRow("no right") << int(ReadingGap::NoRight) << false;
-        QTest::newRow("nothing") << int(ReadingGap::NoSource) << false;
+        QTest::newRow("a value") << int(ReadingGap::None);
+        QTest::newRow("one that needs a second sample") << int(ReadingGap::NotRead);
+        QTest::newRow("no right") << int(ReadingGap::NoRight);
+        QTest::newRow("nothing") << int(ReadingGap::NoSource);
     }
     void SourcesAloneAreEnough() {
         QFETCH(int, gap);
-        QFETCH(bool, isFound);
         Bench bench;
+        const bool isMeasured = gap == int(ReadingGap::None);
         bench.good.says[Quantity::Power] =
-            gap == int(ReadingGap::None) ? Reading::Of(40, kGood) : Reading::Without(ReadingGap(gap), kGood);
-        QCOMPARE(bench.sensors->Load(), isFound);
-        const Reading power = bench.sensors->Readings()[Quantity::Power];
+            isMeasured ? Reading::Of(40, kGood) : Reading::Without(ReadingGap(gap), kGood);
+        const Reading power = bench.Seconds(1)[Quantity::Power];
+        QVERIFY(!bench.sensors->Load());
         QCOMPARE(int(power.gap), gap);
-        QCOMPARE(bench.sensors->Power(), gap == int(ReadingGap::None) ? 40.0 : 0.0);
+        QCOMPARE(bench.sensors->Numbers().has_value(), isMeasured);
+        QCOMPARE(bench.Watts(), isMeasured ? 40.0 : -1.0);
+        QCOMPARE(bench.Degrees(), isMeasured ? 0 : -1);
     }
 
-    // Two samples in a row would measure the power of a moment.
-    void SourcesAreReadTwiceASecondAtMost() {
+    void AFanAloneIsNoNumberThatIsTold() {
         Bench bench;
-        bench.good.says[Quantity::Power] = Reading::Of(40, kGood);
-        QVERIFY(bench.sensors->Load());
-        bench.sensors->ReadSample();
-        QCOMPARE(bench.good.slept.size(), 1);
-        bench.SampleAfter(499ms);
-        QCOMPARE(bench.good.slept.size(), 1);
-        bench.SampleAfter(1ms);
-        QCOMPARE(bench.good.slept.size(), 2);
+        bench.good.says[Quantity::FanSpeed] = Reading::Of(900, kGood);
+        QVERIFY(bench.Seconds(1)[Quantity::FanSpeed] == Reading::Of(900, kGood));
+        QVERIFY(!bench.sensors->Numbers());
+    }
+
+    // It says the same again and again, and that nothing newer has come.
+    void SourceWithoutNewsHandsOverAfterTenSeconds() {
+        Bench bench;
+        bench.good.says[Quantity::Temperature] = Reading::Of(50, kGood);
+        bench.other.says[Quantity::Temperature] = Reading::Of(61, kOther);
+        QVERIFY(bench.Seconds(5)[Quantity::Temperature].source == kGood);
+        bench.good.says.LetStand();
+        QVERIFY(bench.Seconds(9)[Quantity::Temperature] == Reading::Of(50, kGood));
+        QVERIFY(bench.Seconds(1)[Quantity::Temperature] == Reading::Of(61, kOther));
     }
 
     void SourceIsReadForAnyQuantityThatItSpeaksFor() {
@@ -221,8 +277,9 @@ private Q_SLOTS:
     }
 
     void ThisMachinesSensorsAnswer() {
-        const auto sensors = MakePackageSensors({});
+        const auto sensors = MakePackageSensors();
         sensors->Load();
+        sensors->ReadSample();
         const SensorReadings readings = sensors->Readings();
         for (const Quantity quantity : {Quantity::Power, Quantity::Temperature, Quantity::FanSpeed}) {
             const Reading& reading = readings[quantity];

@@ -91,9 +91,7 @@ private Q_SLOTS:
         row("another package's", "coretemp", {QStringLiteral("Package id 1")}, {1});
         row("a board's processor", "cpu_thermal", {none}, {1});
         row("with a number", "cpu_thermal0", {none, none}, {1, 2});
-        row("a chip of the board's", "asusec", {QStringLiteral("Chipset"), QStringLiteral("CPU")}, {2});
-        row("the package before the socket", "asusec", {QStringLiteral("CPU"), QStringLiteral("CPU Package")},
-            {2});
+        row("a chip of the board's", "asusec", {QStringLiteral("CPU"), QStringLiteral("CPU Package")}, {});
         row("another driver", "nvme", {QStringLiteral("Package id 0")}, {});
         row("no input", "coretemp", {}, {});
     }
@@ -114,14 +112,27 @@ private Q_SLOTS:
         QCOMPARE(FindTemperatureFiles(machine.Places().hwmon), files);
     }
 
-    void ProcessorsDriverComesBeforeTheBoards() {
+    void BoardsSensorIsFoundApart_data() {
+        QTest::addColumn<QStringList>("labels");
+        QTest::addColumn<int>("found");  // 0: none
+        QTest::newRow("of its socket") << QStringList{QStringLiteral("Chipset"), QStringLiteral("CPU")} << 2;
+        QTest::newRow("the package before the socket")
+            << QStringList{QStringLiteral("CPU"), QStringLiteral("CPU Package")} << 2;
+        QTest::newRow("another one's") << QStringList{QStringLiteral("Chipset")} << 0;
+    }
+    void BoardsSensorIsFoundApart() {
+        QFETCH(QStringList, labels);
+        QFETCH(int, found);
         const MadeUpMachine machine;
-        machine.Driver(0, "asusec");
-        machine.Input(0, "temp", 1, "CPU", "40000");
-        machine.Driver(1, "k10temp");
-        machine.Input(1, "temp", 1, nullptr, "50000");
-        QCOMPARE(FindTemperatureFiles(machine.Places().hwmon),
-                 QStringList(machine.sysfs.Path(QStringLiteral("hwmon/hwmon1/temp1_input"))));
+        machine.Driver(0, "k10temp");
+        machine.Input(0, "temp", 1, "Tctl", "50000");
+        machine.Driver(1, "asusec");
+        for (int i = 1; i <= labels.size(); ++i) {
+            machine.Input(1, "temp", i, qPrintable(labels[i - 1]), "40000");
+        }
+        const QString file = machine.sysfs.Path(QStringLiteral("hwmon/hwmon1/temp%1_input").arg(found));
+        QCOMPARE(FindBoardTemperatureFiles(machine.Places().hwmon),
+                 found == 0 ? QStringList() : QStringList(file));
     }
 
     void ProcessorsFanIsFound_data() {
@@ -138,6 +149,11 @@ private Q_SLOTS:
         row("the cooler's first fan", "asusec", "CPU_Opt=1000 CPU=900", 2);
         row("its second one alone", "asusec", "Chipset=3000 CPU_Opt=1000", 2);
         row("a pump", "nct6775", "CPU_Pump=2900 cpu_fan=700", 2);
+        row("a pump alone", "nct6775", "Pump=2900", 0);
+        row("a pump before a fan that turns", "nct6775", "Pump=2900 =0 =800", 3);
+        row("a further header that turns before the first one, which stands still", "nct6775",
+            "cpu_fan=0 CPU_Opt=1000", 2);
+        row("the first header before the second", "nct6775", "cpu_fan2=1200 cpu_fan1=1000", 2);
         row("the first that turns", "nct6775", "=0 =1184 =2500", 2);
         row("a single one that stands still", "thinkpad", "=0", 1);
         row("headers without a fan", "it8728", "=0 =0 =0", 0);
@@ -206,7 +222,8 @@ private Q_SLOTS:
     void FolderThatIsNotThere() {
         const QString nowhere = QStringLiteral("/no/such");
         QCOMPARE(FindPowerCapFiles(nowhere) + FindSocketEnergyFiles(nowhere) + FindTemperatureFiles(nowhere) +
-                     FindFanFiles(nowhere) + FindProcessorZoneFiles(nowhere),
+                     FindBoardTemperatureFiles(nowhere) + FindFanFiles(nowhere) +
+                     FindProcessorZoneFiles(nowhere),
                  QStringList());
     }
 
@@ -254,7 +271,7 @@ private Q_SLOTS:
         const LogCatcher log;
         const MadeUpSysfs sysfs;
         const QString file = sysfs.Path(QStringLiteral("energy_uj"));
-        EnergyMeter meter(kId, [file] { return QStringList(file); });
+        EnergyMeter meter(kId, {sysfs.Path({}), [file](const QString&) { return QStringList(file); }});
         sysfs.Write(QStringLiteral("energy_uj"), before);
         QVERIFY(!meter.Sample({5s, false}).value);
         sysfs.Write(QStringLiteral("energy_uj"), after);
@@ -270,9 +287,10 @@ private Q_SLOTS:
             sysfs.Write(QStringLiteral("a"), first);
             sysfs.Write(QStringLiteral("b"), second);
         };
-        EnergyMeter meter(kId, [&sysfs] {
-            return QStringList{sysfs.Path(QStringLiteral("a")), sysfs.Path(QStringLiteral("b"))};
-        });
+        EnergyMeter meter(kId,
+                          {sysfs.Path({}), [](const QString& folder) {
+                               return QStringList{folder + QLatin1String("/a"), folder + QLatin1String("/b")};
+                           }});
         write("10000000", "40000000");
         meter.Sample({1s, false});
         write("20000000", "50000000");
@@ -290,9 +308,10 @@ private Q_SLOTS:
     }
 
     void WhatIsMissingIsSearchedForEveryTenSeconds() {
+        const MadeUpSysfs sysfs;
         int searches = 0;
         QStringList there;
-        FileSearch search([&] {
+        FileSearch search(sysfs.Path({}), [&](const QString&) {
             ++searches;
             return there;
         });
@@ -308,6 +327,26 @@ private Q_SLOTS:
         QCOMPARE(searches, 3);
     }
 
+    // As often as folders came or went, and not otherwise.
+    void WhatIsThereIsSearchedAgainWhenFoldersCome() {
+        const MadeUpSysfs sysfs;
+        sysfs.Write(QStringLiteral("hwmon0/name"), "one");
+        int searches = 0;
+        FileSearch search(sysfs.Path({}), [&searches](const QString& folder) {
+            ++searches;
+            return QStringList(folder + QStringLiteral("/%1").arg(searches));
+        });
+        for (int second = 0; second < 600; ++second) {
+            search.Files(std::chrono::seconds(second));
+        }
+        QCOMPARE(searches, 1);
+        sysfs.Write(QStringLiteral("hwmon1/name"), "two");
+        QCOMPARE(search.Files(659s), QStringList(sysfs.Path(QStringLiteral("2"))));
+        sysfs.Remove(QStringLiteral("hwmon1"));
+        QCOMPARE(search.Files(718s), QStringList(sysfs.Path(QStringLiteral("2"))));
+        QCOMPARE(search.Files(719s), QStringList(sysfs.Path(QStringLiteral("3"))));
+    }
+
     void WhyAFileCannotBeRead() {
         QVERIFY(GapOfError(0) == ReadingGap::Unbelievable);
         QVERIFY(GapOfError(ENOENT) == ReadingGap::NoSource);
@@ -321,9 +360,10 @@ private Q_SLOTS:
     void HottestThatCanBeCounts() {
         const MadeUpSysfs sysfs;
         const auto file = [&sysfs](int number) { return sysfs.Path(QStringLiteral("temp%1").arg(number)); };
-        FileValue value(SourceId::HardwareMonitor, Quantity::Temperature, 1000.0, [file] {
-            return QStringList{file(1), file(2), file(3)};
-        });
+        FileValue value(SourceId::HardwareMonitor, Quantity::Temperature, 1000.0,
+                        {sysfs.Path({}), [file](const QString&) {
+                             return QStringList{file(1), file(2), file(3)};
+                         }});
         const auto read = [&] { return value.Read({1s, false}); };
         sysfs.Write(QStringLiteral("temp1"), "61000");
         sysfs.Write(QStringLiteral("temp2"), "72500");
@@ -351,7 +391,7 @@ private Q_SLOTS:
 
     // A hundred thousand texts that the kernel's might be mistaken for.
     void WhateverStandsInAFileIsAValueOrNone() {
-        const FileValue temperature(SourceId::HardwareMonitor, Quantity::Temperature, 1000.0, {});
+        const FileValue temperature(SourceId::HardwareMonitor, Quantity::Temperature, 1000.0, {{}, {}});
         const QRegularExpression packageName(QStringLiteral("^package-[0-9]+(-die-.*)?$"));
         Mutations mutations;
         int values = 0;
@@ -383,7 +423,9 @@ private Q_SLOTS:
         const MadeUpSysfs sysfs;
         sysfs.Write(QStringLiteral("energy_uj"), "0");
         Cell energy(sysfs.Path(QStringLiteral("energy_uj")));
-        EnergyMeter meter(kId, [&sysfs] { return QStringList(sysfs.Path(QStringLiteral("energy_uj"))); });
+        EnergyMeter meter(kId, {sysfs.Path({}), [](const QString& folder) {
+                                    return QStringList(folder + QLatin1String("/energy_uj"));
+                                }});
         Mutations mutations;
         std::chrono::nanoseconds now{0};
         for (int input = 0; input < 2000; ++input) {

@@ -59,6 +59,10 @@ private Q_SLOTS:
             "10.000000");
         row("frost", {{"acpitz", "-5500"}}, "-5.500000");
         row("no number", {{"acpitz", "warm"}}, nullptr);
+        row("0 kelvin in steps of a tenth", {{"acpitz", "-273100"}}, nullptr);
+        row("0 kelvin, as it was rounded", {{"x86_pkg_temp", "45000"}, {"cpu-thermal", "-273200"}},
+            "45.000000");
+        row("the coldest", {{"acpitz", "-199999"}}, "-199.999000");
         row("the firmware has no sensor", {{"x86_pkg_temp", "45000"}, {"acpitz", "-274000"}}, "45.000000");
         row("no number, then the processor's", {{"acpitz", ""}, {"x86_pkg_temp", "45000"}}, "45.000000");
     }

@@ -21,6 +21,8 @@ private Q_SLOTS:
     void ItIsTheSystemsOwn();
     void ItReceivesTheCommandLine();
     void WithoutOneTheCountersAreRead();
+    void WhereItRefusesTheCountersAreRead();
+    void WhereItTellsOfAbsoluteZeroTheCountersAreRead();
     void ClientsOfThatNameElsewhereAreNotRun();
 
 private:
@@ -98,6 +100,29 @@ void TestThermalClient::WithoutOneTheCountersAreRead() {
         test::MadeUpCounters none;
         QCOMPARE(ReadThermalZoneWith(command, none.Factory()), NoThermalText());
     }
+}
+
+// As an ordinary user is.
+void TestThermalClient::WhereItRefusesTheCountersAreRead() {
+    Command command = ThermalClient();
+    command.program = StandIn();
+    QCOMPARE(ReadThermalZoneWith(command, Counters(3012)), kDegrees28);
+    QCOMPARE(ReadThermalZoneWith(command, Counters(0)), NoThermalText());
+}
+
+// Firmware without a sensor says 0 kelvin, or nearly.
+void TestThermalClient::WhereItTellsOfAbsoluteZeroTheCountersAreRead() {
+    const Notes notes;
+    Command command = ThermalClient();
+    command.program = StandIn();
+    for (const char* tenths : {"0", "2"}) {
+        qputenv("KIVO_TEST_WMIC_TENTHS", tenths);
+        QCOMPARE(ReadThermalZoneWith(command, Counters(3012)), kDegrees28);
+        QCOMPARE(ReadThermalZoneWith(command, Counters(2)), NoThermalText());
+    }
+    qputenv("KIVO_TEST_WMIC_TENTHS", "2700");
+    QCOMPARE(ReadThermalZoneWith(command, Counters(3012)), ThermalText(-3.2));
+    qunsetenv("KIVO_TEST_WMIC_TENTHS");
 }
 
 // Beside the program and in the working folder, where the system looks first for a bare name.

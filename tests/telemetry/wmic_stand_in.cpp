@@ -1,6 +1,7 @@
 // Stands in for the WMI client: appends what it was started with, in UTF-8, to the file that
 // KIVO_TEST_WMIC_LOG names, a line each: its command line, its working folder. Then it writes a reading as
-// the client does.
+// the client does: KIVO_TEST_WMIC_TENTHS, in tenths of a kelvin, else 3012. Without the first variable it
+// refuses.
 
 #ifndef NOMINMAX
 #define NOMINMAX
@@ -32,7 +33,8 @@ int main() {
     Note(file, GetCommandLineW());
     Note(file, folder.data());
     std::fclose(file);
+    const char* tenths = std::getenv("KIVO_TEST_WMIC_TENTHS");
     // On standard output each LF becomes CR LF: the client's lines end with CR CR LF.
-    std::fputs("\r\n\r\nCurrentTemperature=3012\r\n\r\n", stdout);
+    std::printf("\r\n\r\nCurrentTemperature=%s\r\n\r\n", tenths != nullptr ? tenths : "3012");
     return 0;
 }

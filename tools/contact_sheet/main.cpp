@@ -11,10 +11,10 @@
 #include <QTextStream>
 #include <QTranslator>
 
-#include "compose/background_picture.h"
 #include "compose/frame_composer.h"
 #include "compose/panel_text.h"
 #include "compose/theme_state.h"
+#include "pictures/picture_reader.h"
 #include "resources/resources.h"
 
 namespace {
@@ -53,7 +53,7 @@ kivo::ScreenState SheetState(int layout, kivo::Orientation orientation, Interfac
         themes.theme = layout;
     } else {
         themes.mode = 1;
-        themes.style = layout == kivo::kThemeCount + 1 ? 1 : 0;
+        themes.customStyle = layout == kivo::kThemeCount + 1 ? 1 : 0;
     }
     if (layout == kivo::kThemeCount + 2) {
         kivo::LayoutRecord& record = themes.layouts[size_t(kivo::CustomLayoutIndex(0))];

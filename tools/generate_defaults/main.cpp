@@ -7,11 +7,11 @@
 #include <QSettings>
 #include <QTextStream>
 
-#include "compose/background_picture.h"
 #include "compose/frame_composer.h"
 #include "compose/panel_text.h"
 #include "compose/theme_state.h"
 #include "config/settings_file.h"
+#include "pictures/picture_reader.h"
 #include "resources/resources.h"
 
 namespace {

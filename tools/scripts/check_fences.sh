@@ -26,6 +26,9 @@ forbid "The editor's tools know nothing of the window and of the device:" \
     '#include "(app|device|panel|virtualscreen)/' src/editor
 forbid "The picture library knows settings, composition and the widget kit only:" \
     '#include "(app|device|editor|panel|telemetry|virtualscreen)/' src/pictures
+forbid "What reads pictures knows no widget:" '#include (<Q(Widget|Pixmap|Icon|Label|Application)>|"widgets/)' \
+    src/pictures/picture.h src/pictures/picture_decoder.* src/pictures/picture_reader.* src/pictures/picture_s* \
+    src/pictures/picture_work* src/pictures/layout_picture.*
 forbid "Platform macros belong into platform files:" '\b(Q_OS_[A-Z]+|_WIN32|__linux__)\b' \
     src ':!src/*_windows.cpp' ':!src/*_linux.cpp'
 forbid "Unfinished or switched off:" '\b(TODO|FIXME|XXX)\b|QSKIP\(' '*.cpp' '*.h'

@@ -9,11 +9,14 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QContextMenuEvent>
 #include <QDir>
 #include <QEnterEvent>
 #include <QFileInfo>
 #include <QListWidget>
+#include <QMouseEvent>
 #include <QPainter>
+#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QScrollBar>
 #include <QTemporaryDir>
@@ -110,6 +113,25 @@ void ShootThemes(const Photographer& photographer) {
     photographer.Click("btnLandscape");
 }
 
+void Mouse(QWidget& widget, QEvent::Type type, const QPoint& at) {
+    const bool isMove = type == QEvent::MouseMove;
+    QMouseEvent event(type, at, widget.mapToGlobal(at), isMove ? Qt::NoButton : Qt::LeftButton,
+                      Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(&widget, &event);
+}
+
+void ShootTextMenu(const Photographer& photographer, const QWidget& editor) {
+    QWidget* const page = editor.findChild<QPlainTextEdit*>()->viewport();
+    const QPoint at = page->rect().center();
+    QContextMenuEvent wanted(QContextMenuEvent::Mouse, at, page->mapToGlobal(at));
+    QApplication::sendEvent(page, &wanted);
+    QWidget* const menu = QApplication::activePopupWidget();
+    photographer.Shoot(QStringLiteral("custom_text_menu"), menu);
+    if (menu != nullptr) {
+        menu->close();
+    }
+}
+
 void ShootCustom(const Photographer& photographer, kivo::MainWindow& window) {
     photographer.Click("btnImage");
     photographer.Shoot(QStringLiteral("custom"));
@@ -117,8 +139,16 @@ void ShootCustom(const Photographer& photographer, kivo::MainWindow& window) {
     photographer.Shoot(QStringLiteral("custom_editing"));
     window.slotShowColorbar(1);
     photographer.Shoot(QStringLiteral("custom_text"));
+    auto* editor = photographer.Find<kivo::ZoomWidget>("zoomwidget");
+    editor->findChild<QPlainTextEdit*>()->setPlainText(QStringLiteral("Kivo 你好 Привет"));
+    ShootTextMenu(photographer, *editor);
+    photographer.Shoot(QStringLiteral("custom_typed"));
     window.slotShowColorbar(0);
-    photographer.Find<kivo::ZoomWidget>("zoomwidget")->solteditingFinished();
+    photographer.Shoot(QStringLiteral("custom_free_text"));
+    Mouse(*editor, QEvent::MouseButtonPress, {75, 75});
+    Mouse(*editor, QEvent::MouseMove, {200, 130});
+    photographer.Shoot(QStringLiteral("custom_dragged"));
+    Mouse(*editor, QEvent::MouseButtonRelease, {200, 30});
     auto* size = window.findChild<QComboBox*>();
     size->showPopup();
     photographer.Shoot(QStringLiteral("custom_sizes"), size->view()->window());
@@ -215,6 +245,18 @@ void ShootStates(const Photographer& photographer, kivo::MainWindow& window) {
     window.SlotDeletePix(1);
 }
 
+// The picture that is shown has been moved away.
+void ShootMissingPicture(const Photographer& photographer, const QString& ownPicture) {
+    const QString away = ownPicture + QStringLiteral(".away");
+    QFile::rename(ownPicture, away);
+    auto* editor = photographer.Find<kivo::ZoomWidget>("zoomwidget");
+    editor->CheckPicture();
+    photographer.WaitForStillness();
+    photographer.Shoot(QStringLiteral("picture_missing"));
+    QFile::rename(away, ownPicture);
+    editor->CheckPicture();
+}
+
 // One value of each kind: measured, not allowed, worked out.
 void ShootSensors(const Photographer& photographer, kivo::MainWindow& window) {
     kivo::SensorReadings readings;
@@ -256,8 +298,8 @@ QVector<QPair<QString, QImage>> ShootWindow(const QString& locale, const QString
     kivo::MainWindow::Parts parts{panel, nullptr, QCoreApplication::applicationDirPath()};
     parts.locale = QLocale(locale);
     parts.hasTray = [] { return true; };
-    parts.choosePicture = [ownPicture](QWidget*) { return ownPicture; };
-    parts.makeSensors = [](const kivo::TerminationGate& gate) { return kivo::MakeLibrarySensors(gate); };
+    parts.choosePictures = [ownPicture](QWidget*) { return QStringList(ownPicture); };
+    parts.makeSensors = [] { return kivo::MakeLibrarySensors(); };
     parts.readThermalZone = [](const kivo::StopAsked&) { return kivo::ThermalText(-10.5); };
     kivo::MainWindow window(parts);
     window.show();
@@ -267,6 +309,7 @@ QVector<QPair<QString, QImage>> ShootWindow(const QString& locale, const QString
     ShootThemes(photographer);
     ShootCustom(photographer, window);
     ShootStates(photographer, window);
+    ShootMissingPicture(photographer, ownPicture);
     ShootReadOut(photographer, window);
     ShootSensors(photographer, window);
     ShootDialogs(photographer, window);

@@ -59,6 +59,9 @@ ENERGY_LIBRARY_CALL bool IntelEnergyLibInitialize() {
 }
 
 ENERGY_LIBRARY_CALL bool ReadSample() {
+    if (!kBehaviour.samplesEnd) {
+        Note("hangs");
+    }
     while (!kBehaviour.samplesEnd) {
         std::this_thread::sleep_for(std::chrono::milliseconds(10));
     }

@@ -2,7 +2,8 @@
 
 // Made-up libraries with the interface of the vendor's, each wrong in one way. A library is
 // energy_library.cpp, a file that says how it behaves, and but for one of them stop_log.cpp.
-// KIVO_TEST_LIBRARY_LOG names a file that gets a line each time it is loaded, started and unloaded.
+// KIVO_TEST_LIBRARY_LOG names a file that gets a line each time it is loaded, started and unloaded, and when
+// a call of it begins to hang.
 
 #if defined(_WIN32)
 #define ENERGY_LIBRARY_CALL extern "C" __declspec(dllexport)

@@ -1,4 +1,4 @@
-#include "compose/picture_decoder.h"
+#include "pictures/picture_decoder.h"
 
 #include <QIODevice>
 #include <QImageReader>

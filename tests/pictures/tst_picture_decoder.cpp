@@ -3,7 +3,7 @@
 #include <QTest>
 #include <QtEndian>
 
-#include "compose/picture_decoder.h"
+#include "pictures/picture_decoder.h"
 #include "support/test_program.h"
 
 using namespace kivo;

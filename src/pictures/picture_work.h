@@ -1,6 +1,6 @@
 #pragma once
 
-// What the maker of one thumbnail and the owner of its thread tell each other. Used on the maker's thread.
+// What the reader of one picture and the owner of its thread tell each other. Used on the reader's thread.
 
 #include <QtGlobal>
 
@@ -10,29 +10,29 @@
 
 namespace kivo {
 
-class ThumbnailWork {
+class PictureWork {
 public:
-    // Called with true before the maker goes into a file and with false when it is back.
+    // Called with true before the reader goes into a file and with false when it is back.
     using FileWatch = std::function<void(bool inFile)>;
 
     // The flag outlives the work.
-    explicit ThumbnailWork(const std::atomic<bool>& stop, FileWatch watch = FileWatch())
+    explicit PictureWork(const std::atomic<bool>& stop, FileWatch watch = FileWatch())
         : m_stop(stop), m_watch(std::move(watch)) {}
 
-    // Nobody wants the thumbnail any more.
+    // Nobody wants the picture any more.
     bool IsStopped() const { return m_stop; }
 
-    // Lives while the maker reads a file or looks one up, which may hang for as long as a network likes.
+    // Lives while the reader reads a file or looks one up, which may hang for as long as a network likes.
     // Nothing else counts as hanging, however long it takes. Its end may wait until it is this thread's turn
     // again. Not nested.
     class FileAccess {
     public:
-        explicit FileAccess(const ThumbnailWork& work) : m_work(work) { m_work.Tell(true); }
+        explicit FileAccess(const PictureWork& work) : m_work(work) { m_work.Tell(true); }
         ~FileAccess() { m_work.Tell(false); }
         Q_DISABLE_COPY_MOVE(FileAccess)
 
     private:
-        const ThumbnailWork& m_work;
+        const PictureWork& m_work;
     };
 
 private:

@@ -8,8 +8,8 @@
 #include <mutex>
 
 #include "picture_files.h"
-#include "pictures/thumbnail_work.h"
-#include "pictures/thumbnails.h"
+#include "pictures/picture_source.h"
+#include "pictures/picture_work.h"
 #include "support/test_program.h"
 
 using namespace kivo;
@@ -19,15 +19,15 @@ namespace {
 
 constexpr QSize kPixels(77, 54);
 // For the end: no thread that only has to be given time may be left behind.
-constexpr std::chrono::minutes kAmple{1};
+constexpr PictureWorkers::Patience kPatience{std::chrono::seconds(2), std::chrono::minutes(1)};
 
 // A maker that answers when it is let, and remembers what it was asked for.
 class SlowMaker {
 public:
-    QImage operator()(const QString& path, const ThumbnailWork& work) {
+    QImage operator()(const QString& path, const PictureWork& work) {
         Begin(path);
         {
-            const ThumbnailWork::FileAccess access(work);
+            const PictureWork::FileAccess access(work);
             std::unique_lock lock(m_mutex);
             m_change.wait(lock, [this, &path] { return !m_hanging.contains(path); });
         }
@@ -85,8 +85,10 @@ private:
     bool m_open = false;
 };
 
-Thumbnails::Maker MakerOf(const std::shared_ptr<SlowMaker>& maker) {
-    return [maker](const QString& path, QSize, const ThumbnailWork& work) { return (*maker)(path, work); };
+PictureSource::Readers ReadersOf(const std::shared_ptr<SlowMaker>& maker) {
+    return {{}, [maker](const QString& path, QSize, const PictureWork& work) {
+                return Picture{(*maker)(path, work)};
+            }};
 }
 
 QStringList Paths(int count) {
@@ -107,21 +109,25 @@ QStringList ReadyPaths(const QSignalSpy& spy) {
 
 }  // namespace
 
-class TestThumbnails : public QObject {
+Q_DECLARE_METATYPE(kivo::Picture)
+
+class TestPictureThreads : public QObject {
     Q_OBJECT
 
 private slots:
+    void initTestCase() { qRegisterMetaType<Picture>("kivo::Picture"); }
+
     void EachWantedPathIsAnsweredOnceOnTheOwnersThread() {
         auto maker = std::make_shared<SlowMaker>();
         maker->Open();
-        Thumbnails thumbnails(MakerOf(maker), nullptr, kAmple);
-        QSignalSpy ready(&thumbnails, &Thumbnails::ready);
+        PictureSource source(ReadersOf(maker), nullptr, kPatience);
+        QSignalSpy ready(&source, &PictureSource::thumbnailReady);
         bool onOwnThread = true;
         connect(
-            &thumbnails, &Thumbnails::ready, this,
+            &source, &PictureSource::thumbnailReady, this,
             [this, &onOwnThread] { onOwnThread &= QThread::currentThread() == thread(); },
             Qt::DirectConnection);
-        thumbnails.Want(Paths(20), kPixels);
+        source.WantThumbnails(Paths(20), kPixels);
         QTRY_COMPARE(ready.count(), 20);
         QStringList answered = ReadyPaths(ready);
         answered.sort();
@@ -130,22 +136,22 @@ private slots:
         QCOMPARE(answered, wanted);
         QVERIFY(onOwnThread);
         QCOMPARE(ready.constFirst().at(1).toSize(), kPixels);
-        QCOMPARE(ready.constFirst().at(2).value<QImage>().size(), kPixels);
+        QCOMPARE(ready.constFirst().at(2).value<Picture>().image.size(), kPixels);
     }
 
     void AskingNeverWaits() {
         auto maker = std::make_shared<SlowMaker>();
-        Thumbnails thumbnails(MakerOf(maker), nullptr, kAmple);
-        QSignalSpy ready(&thumbnails, &Thumbnails::ready);
-        thumbnails.Want(Paths(1000), kPixels);  // would never return if it made one itself
+        PictureSource source(ReadersOf(maker), nullptr, kPatience);
+        QSignalSpy ready(&source, &PictureSource::thumbnailReady);
+        source.WantThumbnails(Paths(1000), kPixels);  // would never return if it made one itself
         QCOMPARE(ready.count(), 0);
         maker->Open();
     }
 
     void TheMostWantedComeFirst() {
         auto maker = std::make_shared<SlowMaker>();
-        Thumbnails thumbnails(MakerOf(maker), nullptr, kAmple);
-        thumbnails.Want(Paths(40), kPixels);
+        PictureSource source(ReadersOf(maker), nullptr, kPatience);
+        source.WantThumbnails(Paths(40), kPixels);
         maker->WaitForInside(2);
         QStringList begun = maker->Asked();
         begun.sort();
@@ -155,11 +161,11 @@ private slots:
 
     void WhatIsNoLongerWantedIsForgotten() {
         auto maker = std::make_shared<SlowMaker>();
-        Thumbnails thumbnails(MakerOf(maker), nullptr, kAmple);
-        QSignalSpy ready(&thumbnails, &Thumbnails::ready);
-        thumbnails.Want(Paths(1000), kPixels);
+        PictureSource source(ReadersOf(maker), nullptr, kPatience);
+        QSignalSpy ready(&source, &PictureSource::thumbnailReady);
+        source.WantThumbnails(Paths(1000), kPixels);
         maker->WaitForInside(2);
-        thumbnails.Want({QStringLiteral("the one")}, kPixels);
+        source.WantThumbnails({QStringLiteral("the one")}, kPixels);
         maker->Open();
         QTRY_COMPARE(ready.count(), 3);
         QVERIFY(maker->Asked().contains(QStringLiteral("the one")));
@@ -168,11 +174,11 @@ private slots:
 
     void WhatIsBeingMadeIsNotMadeTwice() {
         auto maker = std::make_shared<SlowMaker>();
-        Thumbnails thumbnails(MakerOf(maker), nullptr, kAmple);
-        QSignalSpy ready(&thumbnails, &Thumbnails::ready);
-        thumbnails.Want(Paths(2), kPixels);
+        PictureSource source(ReadersOf(maker), nullptr, kPatience);
+        QSignalSpy ready(&source, &PictureSource::thumbnailReady);
+        source.WantThumbnails(Paths(2), kPixels);
         maker->WaitForInside(2);
-        thumbnails.Want(Paths(3), kPixels);
+        source.WantThumbnails(Paths(3), kPixels);
         maker->Open();
         QTRY_COMPARE(ready.count(), 3);
         QCOMPARE(maker->Asked().size(), 3);
@@ -184,9 +190,9 @@ private slots:
                                    QStringLiteral("//gone/c.jpg")};
         maker->Hang(stuck);
         maker->Open();
-        Thumbnails thumbnails(MakerOf(maker), nullptr, kAmple);
-        QSignalSpy ready(&thumbnails, &Thumbnails::ready);
-        thumbnails.Want(stuck + Paths(5), kPixels);
+        PictureSource source(ReadersOf(maker), nullptr, kPatience);
+        QSignalSpy ready(&source, &PictureSource::thumbnailReady);
+        source.WantThumbnails(stuck + Paths(5), kPixels);
         QTRY_COMPARE_WITH_TIMEOUT(ready.count(), 5, 60000);
         QCOMPARE(maker->Asked().size(), 8);
         maker->Hang({});
@@ -198,9 +204,9 @@ private slots:
     void FilesThatAreLetGoAreDecodedTwoAtATime() {
         auto maker = std::make_shared<SlowMaker>();
         maker->Hang(Paths(4));
-        Thumbnails thumbnails(MakerOf(maker), nullptr, kAmple);
-        QSignalSpy ready(&thumbnails, &Thumbnails::ready);
-        thumbnails.Want(Paths(8), kPixels);
+        PictureSource source(ReadersOf(maker), nullptr, kPatience);
+        QSignalSpy ready(&source, &PictureSource::thumbnailReady);
+        source.WantThumbnails(Paths(8), kPixels);
         // Four hang, two decode in their place.
         QTRY_COMPARE_WITH_TIMEOUT(maker->Asked().size(), 6, 60000);
         maker->Hang({});
@@ -212,9 +218,9 @@ private slots:
     // Longer than a file may hang before its thread is replaced.
     void ASlowDecodeIsNotTakenForAFileThatHangs() {
         auto maker = std::make_shared<SlowMaker>();
-        Thumbnails thumbnails(MakerOf(maker), nullptr, kAmple);
-        QSignalSpy ready(&thumbnails, &Thumbnails::ready);
-        thumbnails.Want(Paths(5), kPixels);
+        PictureSource source(ReadersOf(maker), nullptr, kPatience);
+        QSignalSpy ready(&source, &PictureSource::thumbnailReady);
+        source.WantThumbnails(Paths(5), kPixels);
         QTest::qWait(3500);
         QCOMPARE(maker->Asked().size(), 2);
         maker->Open();
@@ -225,17 +231,17 @@ private slots:
         std::atomic<int> stopped{0};
         std::atomic<int> begun{0};
         {
-            Thumbnails thumbnails(
-                [&](const QString&, QSize, const ThumbnailWork& work) {
-                    ++begun;
-                    while (!work.IsStopped()) {
-                        QThread::msleep(1);
-                    }
-                    ++stopped;
-                    return QImage();
-                },
-                nullptr, kAmple);
-            thumbnails.Want(Paths(10), kPixels);
+            PictureSource source({{},
+                                  [&](const QString&, QSize, const PictureWork& work) {
+                                      ++begun;
+                                      while (!work.IsStopped()) {
+                                          QThread::msleep(1);
+                                      }
+                                      ++stopped;
+                                      return Picture();
+                                  }},
+                                 nullptr, kPatience);
+            source.WantThumbnails(Paths(10), kPixels);
             while (begun < 2) {
                 QThread::msleep(1);
             }
@@ -250,9 +256,9 @@ private slots:
         maker->Open();
         int delivered = 0;
         {
-            Thumbnails thumbnails(MakerOf(maker), nullptr, kAmple);
-            connect(&thumbnails, &Thumbnails::ready, this, [&delivered] { ++delivered; });
-            thumbnails.Want(Paths(50), kPixels);
+            PictureSource source(ReadersOf(maker), nullptr, kPatience);
+            connect(&source, &PictureSource::thumbnailReady, this, [&delivered] { ++delivered; });
+            source.WantThumbnails(Paths(50), kPixels);
         }
         QCoreApplication::processEvents();
         QCOMPARE(delivered, 0);
@@ -261,8 +267,8 @@ private slots:
     void NobodyAsksAndNothingStarts() {
         auto maker = std::make_shared<SlowMaker>();
         {
-            Thumbnails thumbnails(MakerOf(maker), nullptr, kAmple);
-            thumbnails.Want({}, kPixels);
+            PictureSource source(ReadersOf(maker), nullptr, kPatience);
+            source.WantThumbnails({}, kPixels);
         }
         QVERIFY(maker->Asked().isEmpty());
     }
@@ -270,19 +276,19 @@ private slots:
     // The last one: what has been left behind stays so.
     void TheEndDoesNotWaitForAFileThatHangs() {
         auto maker = std::make_shared<SlowMaker>();
-        QVERIFY(Thumbnails::EverythingEnded());
+        QVERIFY(PictureWorkers::EverythingEnded());
         {
-            Thumbnails thumbnails(MakerOf(maker));
-            thumbnails.Want(Paths(10), kPixels);
+            PictureSource source(ReadersOf(maker));
+            source.WantThumbnails(Paths(10), kPixels);
             maker->WaitForInside(2);
         }
         // Gone, though both threads are still inside. What they bring now is nobody's any more.
         QCOMPARE(maker->Asked().size(), 2);
-        QVERIFY(!Thumbnails::EverythingEnded());
+        QVERIFY(!PictureWorkers::EverythingEnded());
         maker->Open();
         maker->WaitForInside(0);
     }
 };
 
-KIVO_GUILESS_TEST(TestThumbnails)
-#include "tst_thumbnails.moc"
+KIVO_GUILESS_TEST(TestPictureThreads)
+#include "tst_picture_threads.moc"

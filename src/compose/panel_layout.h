@@ -1,0 +1,33 @@
+#pragma once
+
+// All that is written on a panel and where: values, captions, times and dates, the free text, and the room
+// that all of it takes. The whole frame, the live update and the editor's magnified preview all go by it, so
+// they cannot disagree. Needs a QGuiApplication. Any thread.
+
+#include <QVector>
+#include <memory>
+
+#include "compose/free_text.h"
+#include "compose/item_layout.h"
+#include "compose/panel_room.h"
+#include "compose/screen_state.h"
+
+namespace kivo {
+
+struct PanelTexts {
+    QVector<TextRun> runs;  // values and captions, in drawing order
+    FreeTextBlock freeText;
+    QVector<TakenRoom> taken;
+};
+
+// The panel with these texts. No place hangs on a text, so a new value moves nothing.
+PanelTexts LayOutPanelTexts(const ScreenState& state, const ItemTexts& texts);
+
+// The values and captions alone.
+QVector<TextRun> LayOutTexts(const ScreenState& state, const ItemTexts& texts);
+
+// The same without the values' texts. The layouts of the last few states are kept, so that a live update or
+// the next picture of a window need not lay out again.
+std::shared_ptr<const PanelTexts> LayOutPanel(const ScreenState& state);
+
+}  // namespace kivo

@@ -1,0 +1,26 @@
+#pragma once
+
+// When two paths name the same picture: settings written by hand may say the same in another way. Asks no
+// file system. Any thread.
+
+#include <QDir>
+#include <QString>
+
+namespace kivo {
+
+// Whether a path names a part of the program and no file.
+inline bool IsResource(const QString& path) {
+    return path.startsWith(QLatin1Char(':'));
+}
+
+// One form for all ways to write a path, for comparing. What is opened and stored is the path as it was
+// given.
+inline QString CleanPicturePath(const QString& path) {
+    return QDir::cleanPath(QDir::fromNativeSeparators(path));
+}
+
+inline bool IsSamePicture(const QString& a, const QString& b) {
+    return a == b || CleanPicturePath(a) == CleanPicturePath(b);
+}
+
+}  // namespace kivo
