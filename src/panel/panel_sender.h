@@ -36,8 +36,8 @@ public:
         std::function<std::optional<FramePicture>(const ScreenState& state)> picture = {};
         // A clock that never runs backwards; empty: the system's.
         std::function<std::chrono::milliseconds()> now = {};
-        // Called after each change of the record that may be told of, on the thread that made it, with no
-        // lock held.
+        // Called after each change of the record that may be told of, on the thread that made it. The turn
+        // may be held then, so it calls only what waits for no write.
         std::function<void()> changed = {};
     };
     explicit PanelSender(Parts parts);
