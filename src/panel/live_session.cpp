@@ -55,7 +55,6 @@ LiveSession::LiveSession(HidApi& hid, InterfaceLanguage language, Options option
     if (RemoveFormerMark()) {
         m_memory.Forget();
     }
-    // Told by a worker, so it arrives with this object's events.
     connect(this, &LiveSession::screensListed, this, &LiveSession::SendTimeSync);
     m_statusTimer.setSingleShot(true);
     connect(&m_statusTimer, &QTimer::timeout, this, &LiveSession::NoteRecordChanged);
@@ -72,7 +71,9 @@ void LiveSession::OpenScreen(const QByteArray& name) {
     m_devices.Do([this, name] {
         // Some systems open every device to list it, and any of them may hang.
         m_session.EnumerateScreens();
-        Q_EMIT screensListed(m_session.Entry(0).dataFound != 0);
+        // With this object's events, so that nobody who connects right after this call misses it.
+        QMetaObject::invokeMethod(this, "screensListed", Qt::QueuedConnection,
+                                  Q_ARG(bool, m_session.Entry(0).dataFound != 0));
         m_session.OpenScreenByName(name);
         m_session.WarnIfDenied();
     });
