@@ -233,7 +233,7 @@ int main(int argc, char** argv) {
     parts.makeHotplug = [&screen] { return screen.MakeHotplug(); };
     auto window = std::make_unique<kivo::MainWindow>(parts);
     screen.ShowWindow();
-    QObject::connect(&window->Session(), &kivo::LiveSession::screensListed, [](bool isThere) {
+    QObject::connect(&window->Session(), &kivo::LiveSession::screensListed, window.get(), [](bool isThere) {
         if (!isThere) {
             Say(stderr,
                 QStringLiteral("kivo-screen: no screen found. --virtual-screen shows a software panel "

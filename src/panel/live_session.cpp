@@ -56,6 +56,7 @@ LiveSession::LiveSession(HidApi& hid, InterfaceLanguage language, Options option
     if (RemoveFormerMark()) {
         m_memory.Forget();
     }
+    connect(this, &LiveSession::screensListed, this, &LiveSession::SendTimeSync);
     m_statusTimer.setSingleShot(true);
     connect(&m_statusTimer, &QTimer::timeout, this, &LiveSession::NoteRecordChanged);
 }
@@ -71,13 +72,9 @@ void LiveSession::OpenScreen(const QByteArray& name) {
     m_devices.Do([this, name] {
         // Some systems open every device to list it, and any of them may hang.
         m_session.EnumerateScreens();
-        QMetaObject::invokeMethod(
-            this,
-            [this, isThere = m_session.Entry(0).dataFound != 0] {
-                SendTimeSync();
-                Q_EMIT screensListed(isThere);
-            },
-            Qt::QueuedConnection);
+        // With this object's events, so that nobody who connects right after this call misses it.
+        QMetaObject::invokeMethod(this, "screensListed", Qt::QueuedConnection,
+                                  Q_ARG(bool, m_session.Entry(0).dataFound != 0));
         m_session.OpenScreenByName(name);
         m_session.WarnIfDenied();
     });

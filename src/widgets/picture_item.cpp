@@ -55,7 +55,7 @@ bool IsSelected(const QStyleOptionViewItem& option) {
 
 // What of a rectangle the screen's pixels can fill exactly.
 QRectF WholePixels(const QPainter& painter, const QRectF& rect) {
-    const QTransform toDevice = painter.deviceTransform();
+    const QTransform& toDevice = painter.deviceTransform();
     const QRectF device = toDevice.mapRect(rect);
     const QPointF from(std::ceil(device.left()), std::ceil(device.top()));
     const QPointF to(std::floor(device.right()), std::floor(device.bottom()));
