@@ -31,7 +31,10 @@ ZoomWidget::ZoomWidget(QWidget* parent)
     StyleTextBox();
 }
 
-ZoomWidget::~ZoomWidget() = default;
+// The box loses the focus when the view is taken down, and what it would tell then has no view to tell.
+ZoomWidget::~ZoomWidget() {
+    m_editText->disconnect(this);
+}
 
 QSize ZoomWidget::sizeHint() const {
     return QSize(435, 312);
