@@ -83,8 +83,8 @@ void StateLine::Refresh() {
         m_isAmber = isAmber;
         update(kDot);
     }
-    const QString phrase = m_unsaved ? WindowText(QT_TRANSLATE_NOOP("MainWindow", "设置未能保存"))
-                                     : PanelStatusText(m_status);
+    const QString phrase =
+        m_unsaved ? WindowText(QT_TRANSLATE_NOOP("MainWindow", "设置未能保存")) : PanelStatusText(m_status);
     if (phrase != m_phrase) {
         m_phrase = phrase;
         m_copied.stop();
