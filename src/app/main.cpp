@@ -2,9 +2,11 @@
 #include <QFont>
 #include <QTimer>
 #include <QTranslator>
+#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
+#include <optional>
 
 #include "app/autostart.h"
 #include "app/command_line.h"
@@ -22,7 +24,7 @@
 #include "device/hid_api_hidapi.h"
 #include "device/hotplug.h"
 #include "device/report_log.h"
-#include "device/screen_session.h"
+#include "panel/screen_lookup.h"
 #include "pictures/picture_workers.h"
 #include "resources/resources.h"
 #include "virtualscreen/panel_image_writer.h"
@@ -35,6 +37,8 @@ namespace {
 
 constexpr int kCannotBeDone = 1;
 constexpr int kBadArguments = 2;
+// A person has started the program and waits for its window.
+constexpr std::chrono::milliseconds kLongestLookup{1000};
 
 // The command line is read with an application object of its own: help and version need no display.
 kivo::CommandLine ReadCommandLine(int& argc, char** argv) {
@@ -126,12 +130,9 @@ kivo::InstanceRequest RequestFor(const kivo::Options& options) {
     if (options.virtualScreen) {
         return kivo::InstanceRequest::ComeToFront;
     }
-    kivo::HidapiHidApi hid;
-    kivo::ScreenSession session(hid);
-    session.InitDeviceTable();
-    session.EnumerateScreens();
-    return session.Entry(0).dataFound != 0 ? kivo::InstanceRequest::GiveWay
-                                           : kivo::InstanceRequest::ComeToFront;
+    const std::optional<bool> isPluggedIn = kivo::IsScreenPluggedIn(
+        [] { return std::make_unique<kivo::HidapiHidApi>(); }, kLongestLookup);
+    return isPluggedIn.value_or(false) ? kivo::InstanceRequest::GiveWay : kivo::InstanceRequest::ComeToFront;
 }
 
 QString AnswerLine(kivo::InstanceAnswer answer) {

@@ -170,7 +170,7 @@ void MainWindow::on_ReadEC_clicked() {}
 void MainWindow::on_pushButton_3_clicked() {
     SettingsWriter settings;
     settings.SetText(QString(keys::kTest.name), QStringLiteral("点击输入"));
-    m_stateLine->SetSettingsSaved(settings.Commit());
+    m_stateLine->NoteSaved(SettingsPart::Layout, settings.Commit());
 }
 
 void MainWindow::slotCreateThread() {
@@ -235,7 +235,7 @@ void MainWindow::slotApply() {
     // Whether it can be shown, the upload finds out.
     m_choice->Settle();
     StopRefresh();
-    m_stateLine->SetSettingsSaved(m_ui->zoomwidget->CommitLayout());
+    m_stateLine->NoteSaved(SettingsPart::Layout, m_ui->zoomwidget->CommitLayout());
     OpenEditing(false);
     UploadShown();
 }

@@ -141,7 +141,9 @@ void MainWindow::RestoreSettings() {
     FinishEditing();
     OpenEditing(false);
     const bool isRestored = RestoreKeptSettings(DefaultConfigFile(m_parts.applicationDir));
-    m_stateLine->SetSettingsSaved(isRestored);
+    // What is restored is read anew as a whole; nothing else is left to save.
+    m_stateLine->NoteSaved(isRestored ? SettingsPart::Layout | SettingsPart::Pictures : SettingsPart::Layout,
+                           isRestored);
     if (!isRestored) {
         return;
     }

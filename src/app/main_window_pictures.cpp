@@ -116,7 +116,7 @@ void MainWindow::AddPictures(const QStringList& paths) {
     }
     const PictureList::Inserted inserted = m_pictures->InsertUserPictures(paths);
     if (inserted.lastRow > 0) {
-        m_stateLine->SetSettingsSaved(m_pictures->SavePictureList());
+        m_stateLine->NoteSaved(SettingsPart::Pictures, m_pictures->SavePictureList());
         m_choice->Choose(m_pictures->PathAt(inserted.lastRow));
         ShowChosenPicture();
     }
@@ -148,7 +148,7 @@ void MainWindow::SlotDeletePix(int row) {
     if (m_pictures->IsUserPicture(row)) {
         if (ExitMessageBox::Ask(this, WindowText(QT_TRANSLATE_NOOP("MainWindow", "是否删除此图片？")))) {
             const QString removed = m_pictures->RemoveUserPicture(row);
-            m_stateLine->SetSettingsSaved(m_pictures->SavePictureList());
+            m_stateLine->NoteSaved(SettingsPart::Pictures, m_pictures->SavePictureList());
             TakePictureOut(removed, row);
         }
     } else if (m_pictures->IsBuiltIn(row)) {

@@ -66,24 +66,25 @@ void StateLine::Show(const PanelStatus& status) {
     }
 }
 
-void StateLine::SetSettingsSaved(bool areSaved) {
-    if (areSaved != m_areSettingsSaved) {
-        m_areSettingsSaved = areSaved;
+void StateLine::NoteSaved(SettingsParts parts, bool areSaved) {
+    const SettingsParts unsaved = areSaved ? m_unsaved & ~parts : m_unsaved | parts;
+    if (unsaved != m_unsaved) {
+        m_unsaved = unsaved;
         Refresh();
     }
 }
 
 void StateLine::Refresh() {
-    const bool isDenied = m_areSettingsSaved && m_status.condition == PanelCondition::Denied;
+    const bool isDenied = !m_unsaved && m_status.condition == PanelCondition::Denied;
     m_text->setToolTip(isDenied ? QFile::decodeName(m_status.node) : QString());
     m_copy->setVisible(isDenied);
-    const bool isAmber = !m_areSettingsSaved || IsPanelOwed(m_status);
+    const bool isAmber = m_unsaved || IsPanelOwed(m_status);
     if (isAmber != m_isAmber) {
         m_isAmber = isAmber;
         update(kDot);
     }
-    const QString phrase = m_areSettingsSaved ? PanelStatusText(m_status)
-                                              : WindowText(QT_TRANSLATE_NOOP("MainWindow", "设置未能保存"));
+    const QString phrase =
+        m_unsaved ? WindowText(QT_TRANSLATE_NOOP("MainWindow", "设置未能保存")) : PanelStatusText(m_status);
     if (phrase != m_phrase) {
         m_phrase = phrase;
         m_copied.stop();

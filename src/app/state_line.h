@@ -12,6 +12,11 @@ namespace kivo {
 
 class NimbPushButton;
 
+// What the program saves at one time, and tries again at the next occasion of its own.
+enum class SettingsPart { Layout = 1, Pictures = 2 };
+Q_DECLARE_FLAGS(SettingsParts, SettingsPart)
+Q_DECLARE_OPERATORS_FOR_FLAGS(SettingsParts)
+
 class StateLine : public QWidget {
     Q_OBJECT
 
@@ -23,8 +28,8 @@ public:
     explicit StateLine(QWidget* parent);
 
     void Show(const PanelStatus& status);
-    // That settings could not be saved stands before everything else, until they are saved.
-    void SetSettingsSaved(bool areSaved);
+    // That settings could not be saved stands before everything else, until those very parts are saved.
+    void NoteSaved(SettingsParts parts, bool areSaved);
 
     // The state in words.
     const QString& Phrase() const { return m_phrase; }
@@ -42,7 +47,7 @@ private:
     void CopyCommands();
 
     PanelStatus m_status;
-    bool m_areSettingsSaved = true;
+    SettingsParts m_unsaved;
     QString m_phrase;
     bool m_isAmber = false;
     QLabel* const m_text;

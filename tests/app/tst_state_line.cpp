@@ -140,7 +140,7 @@ void TestStateLine::NothingNewPaintsNothing() {
     const QSignalSpy told(line.line.get(), &StateLine::phraseChanged);
     for (int round = 0; round < 3; ++round) {
         line.Show("denied");
-        line.line->SetSettingsSaved(true);
+        line.line->NoteSaved(SettingsPart::Layout, true);
         QCoreApplication::processEvents();
     }
     QCOMPARE(window.count + whole.count + text.count + link.count, 0);
@@ -156,7 +156,7 @@ void TestStateLine::UnsavedSettingsStandBeforeEverything() {
     const ToldState& shown = ToldStates()[size_t(state)];
     const Line line(locale);
     line.line->Show(shown.status);
-    line.line->SetSettingsSaved(false);
+    line.line->NoteSaved(SettingsPart::Layout, false);
     const QString unsaved = line.line->Phrase();
     QVERIFY(!unsaved.isEmpty() && unsaved != PanelStatusText(shown.status));
     if (locale == QLatin1String("en_US")) {
@@ -169,9 +169,15 @@ void TestStateLine::UnsavedSettingsStandBeforeEverything() {
     line.Show("sent");
     QCOMPARE(line.line->Phrase(), unsaved);
     line.line->Show(shown.status);
-    line.line->SetSettingsSaved(false);
+    line.line->NoteSaved(SettingsPart::Layout, false);
     QCOMPARE(line.Text()->text(), unsaved);
-    line.line->SetSettingsSaved(true);
+    // Pictures that are saved save no layout.
+    line.line->NoteSaved(SettingsPart::Pictures, true);
+    QCOMPARE(line.line->Phrase(), unsaved);
+    line.line->NoteSaved(SettingsPart::Pictures, false);
+    line.line->NoteSaved(SettingsPart::Layout, true);
+    QCOMPARE(line.line->Phrase(), unsaved);
+    line.line->NoteSaved(SettingsPart::Pictures, true);
     QCOMPARE(line.Text()->text(), PanelStatusText(shown.status));
     QCOMPARE(line.Dot(), shown.isAmber ? window_colors::kWarning : window_colors::kAccentBright);
 }

@@ -17,6 +17,7 @@ kivo_add_tests(panel
         panel_sender_faults
         refresh_data_thread
         retry_schedule
+        screen_lookup
     LINK kivo_panel kivo_picture_source kivo_virtualscreen)
 kivo_platform_sources(process_use panel/process_use)
 target_sources(tests_panel PRIVATE panel/random_states.cpp panel/simulated_desk.cpp ${process_use})

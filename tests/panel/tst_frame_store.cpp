@@ -269,6 +269,18 @@ private slots:
         }
     }
 
+    // Its time alone tells of it.
+    void AChangedFileOfTheSameLengthIsWrittenAgain() {
+        FrameStore store(Path());
+        QVERIFY(store.Save(FrameOf(kLying)));
+        Put(QByteArray(Content().size(), 'x'));
+        // Two writes may fall into one tick of the file system's clock.
+        const auto file = std::filesystem::path(Path().toStdU16String());
+        std::filesystem::last_write_time(file, std::filesystem::last_write_time(file) + seconds(3));
+        store.KeepSaved(milliseconds(0));
+        QVERIFY(LoadAfresh(StateOf(kLying)));
+    }
+
     void AVanishedFolderIsMadeAgain() {
         const QString folder = m_folder->filePath(QStringLiteral("outer/inner"));
         const QString path = folder + QStringLiteral("/whole.png");
