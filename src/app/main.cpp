@@ -130,8 +130,8 @@ kivo::InstanceRequest RequestFor(const kivo::Options& options) {
     if (options.virtualScreen) {
         return kivo::InstanceRequest::ComeToFront;
     }
-    const std::optional<bool> isPluggedIn = kivo::IsScreenPluggedIn(
-        [] { return std::make_unique<kivo::HidapiHidApi>(); }, kLongestLookup);
+    const std::optional<bool> isPluggedIn =
+        kivo::IsScreenPluggedIn([] { return std::make_unique<kivo::HidapiHidApi>(); }, kLongestLookup);
     return isPluggedIn.value_or(false) ? kivo::InstanceRequest::GiveWay : kivo::InstanceRequest::ComeToFront;
 }
 

@@ -236,6 +236,9 @@ void MainWindow::slotApply() {
     m_choice->Settle();
     StopRefresh();
     m_stateLine->NoteSaved(SettingsPart::Layout, m_ui->zoomwidget->CommitLayout());
+    if (m_stateLine->Unsaved().testFlag(SettingsPart::Pictures)) {
+        m_stateLine->NoteSaved(SettingsPart::Pictures, m_pictures->SavePictureList());
+    }
     OpenEditing(false);
     UploadShown();
 }

@@ -30,6 +30,7 @@ public:
     void Show(const PanelStatus& status);
     // That settings could not be saved stands before everything else, until those very parts are saved.
     void NoteSaved(SettingsParts parts, bool areSaved);
+    SettingsParts Unsaved() const { return m_unsaved; }
 
     // The state in words.
     const QString& Phrase() const { return m_phrase; }

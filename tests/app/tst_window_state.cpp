@@ -240,7 +240,10 @@ void TestWindowState::SettingsThatCannotBeSavedAreTold() {
         desk.window->itemClickedImage(desk.Find<QListWidget>("pictureList")->model()->index(0, 0));
         QCOMPARE(LineOf(desk)->Phrase(), unsaved);
     }
+    // Another setting that can be saved is not the list; the next apply saves it too.
     desk.window->on_pushButton_3_clicked();
+    QCOMPARE(LineOf(desk)->Phrase(), unsaved);
+    desk.Apply();
     QVERIFY(LineOf(desk)->Phrase() != unsaved);
 }
 
