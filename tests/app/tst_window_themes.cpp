@@ -108,6 +108,8 @@ void TestWindowThemes::AppliedThemeIsOnThePanel() {
     QFETCH(Orientation, orientation);
     QFETCH(int, style);
     QFETCH(QString, locale);
+    // Else the texts of another language would be owed at the start.
+    RememberPanel(LanguageForLocale(QLocale(locale)));
     Desk desk{QLocale(locale)};
     desk.Show();
     Choose(desk, theme, orientation);
