@@ -25,7 +25,6 @@ constexpr int kLooksPerHang = 4;
 // Questions about one picture, numbered in the order in which they were asked.
 struct Questions {
     quint64 asked = 0;
-    quint64 begun = 0;     // all up to this one
     quint64 answered = 0;  // all up to this one
     bool isHopeless = false;
 };
@@ -76,10 +75,11 @@ struct PictureSource::Shared {
             const std::lock_guard lock(mutex);
             const Picture* known = shelf.Find(key);
             former = known != nullptr ? std::optional<Picture>(*known) : std::nullopt;
+            // Also where it has been answered meanwhile: it may have been asked for twice.
+            wantedPictures.removeOne(job);
             const auto open = questions.find(key);
             if (open != questions.end()) {
-                upTo = open->begun = open->asked;
-                wantedPictures.removeOne(job);
+                upTo = open->asked;
             }
         }
         const Picture picture = readers.picture(job.path, former ? &*former : nullptr, work);
