@@ -63,6 +63,7 @@ inline void DeleteRow(const Desk& desk, int row, DeleteBy by) {
             break;
         case DeleteBy::Key:
             ClickAt(list->viewport(), centre);
+            desk.WaitForPictures();  // only then is its picture taken
             PressKey(desk, Qt::Key_Delete);
             break;
         case DeleteBy::RightPress:

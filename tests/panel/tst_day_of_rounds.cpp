@@ -145,7 +145,8 @@ private Q_SLOTS:
         fprintf(stdout, "%d rounds, %s\n", rounds, told.constData());
         QVERIFY2(last.memoryBytes - first.memoryBytes <= kMostGrowth, told.constData());
         QVERIFY2(last.handles == first.handles, told.constData());
-        QVERIFY2(last.threads == first.threads, told.constData());
+        // A thread that Qt has done with may be on its way out of the system still.
+        QTRY_VERIFY2(Measure().threads <= first.threads, told.constData());
     }
 };
 
