@@ -403,7 +403,7 @@ void PictureList::WantIconsInView() {
     want(first, end);
     want(end, behind);
     want(before, first);
-    m_source.WantThumbnails(wanted, pixels);
+    m_source.WantThumbnails(wanted, pixels, m_round);
     if (m_known.size() > kMostIcons) {
         ForgetIconsOutside(before, behind);
     }

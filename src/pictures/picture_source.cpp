@@ -49,6 +49,7 @@ struct PictureSource::Shared {
     QHash<QString, Questions> questions;  // open ones only
     QVector<PictureJob> wantedPictures;   // not begun yet, the newest first
     QVector<PictureJob> wantedThumbnails;
+    int round = 0;                            // of looks at the thumbnails' files
     std::vector<ThumbnailAnswer> thumbnails;  // to be told
     QStringList answers;                      // to be told
     bool isTelling = false;
@@ -63,8 +64,10 @@ struct PictureSource::Shared {
         Picture thumbnail = readers.thumbnail(job.path, job.pixels, work);
         const std::lock_guard lock(mutex);
         wantedThumbnails.removeOne(job);
-        thumbnails.push_back({job, std::move(thumbnail)});
-        Tell();
+        if (job.round == round) {
+            thumbnails.push_back({job, std::move(thumbnail)});
+            Tell();
+        }
     }
 
     void DoPicture(const PictureJob& job, const PictureWork& work) {
@@ -191,12 +194,13 @@ void PictureSource::Check(const QString& path) {
     Watch();
 }
 
-void PictureSource::WantThumbnails(const QStringList& paths, QSize pixels) {
+void PictureSource::WantThumbnails(const QStringList& paths, QSize pixels, int round) {
     {
         const std::lock_guard lock(m_shared->mutex);
+        m_shared->round = round;
         m_shared->wantedThumbnails.clear();
         for (const QString& path : paths) {
-            m_shared->wantedThumbnails.append({path, pixels});
+            m_shared->wantedThumbnails.append({path, pixels, round});
         }
         m_shared->Enqueue(*m_workers);
     }

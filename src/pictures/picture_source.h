@@ -45,8 +45,9 @@ public:
     void Check(const QString& path);
 
     // The thumbnails that are wanted now, the most wanted first; what was wanted before and has not been
-    // begun is forgotten. thumbnailReady tells of each.
-    void WantThumbnails(const QStringList& paths, QSize pixels);
+    // begun is forgotten. thumbnailReady tells of each. Another round of looks at the files than the last
+    // one's: what was begun before it is not told any more.
+    void WantThumbnails(const QStringList& paths, QSize pixels, int round = 0);
 
     // --- Any thread. ---
 

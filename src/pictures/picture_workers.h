@@ -17,11 +17,12 @@ class PictureWork;
 
 struct PictureJob {
     QString path;
-    QSize pixels;  // of a thumbnail; empty: the picture itself
+    QSize pixels;   // of a thumbnail; empty: the picture itself
+    int round = 0;  // of looks at the files, of a thumbnail
 };
 
 inline bool operator==(const PictureJob& a, const PictureJob& b) {
-    return a.pixels == b.pixels && a.path == b.path;
+    return a.pixels == b.pixels && a.path == b.path && a.round == b.round;
 }
 
 class PictureWorkers {

@@ -184,6 +184,23 @@ private slots:
         QCOMPARE(maker->Asked().size(), 3);
     }
 
+    // What was seen before a new look at the files says nothing of it.
+    void WhatIsBeingMadeIsMadeAgainForANewRound() {
+        auto maker = std::make_shared<SlowMaker>();
+        PictureSource source(ReadersOf(maker), nullptr, kPatience);
+        QSignalSpy ready(&source, &PictureSource::thumbnailReady);
+        source.WantThumbnails(Paths(1), kPixels, 1);
+        maker->WaitForInside(1);
+        source.WantThumbnails(Paths(1), kPixels, 2);
+        maker->WaitForInside(2);
+        maker->Open();
+        QTRY_COMPARE(ready.count(), 1);
+        maker->WaitForInside(0);
+        QCoreApplication::processEvents();
+        QCOMPARE(ready.count(), 1);
+        QCOMPARE(maker->Asked(), Paths(1) + Paths(1));
+    }
+
     void AFileThatHangsHoldsNoOtherUp() {
         auto maker = std::make_shared<SlowMaker>();
         const QStringList stuck = {QStringLiteral("//gone/a.jpg"), QStringLiteral("//gone/b.jpg"),
