@@ -16,8 +16,6 @@ namespace colors = window_colors;
 namespace {
 
 constexpr qreal kRadius = 8;
-constexpr int kTextLeft = 10;
-constexpr int kTextRight = 22;  // room for the chevron, from the right edge
 constexpr QSizeF kChevron(8, 4);
 constexpr int kChevronRight = 9;
 constexpr int kTextPixels = 13;
@@ -31,6 +29,7 @@ QString ListStyle() {
                "QComboBoxPrivateContainer { background: transparent; border: none; }"
                "QComboBox QAbstractItemView { background: %1; border: 1px solid %2; border-radius: 8px;"
                " color: %3; padding: 3px; outline: none; selection-background-color: %4; }"
+               "QComboBox QAbstractItemView[square=\"true\"] { border-radius: 0; }"
                "QComboBox QAbstractItemView::item { height: %6px; padding-left: 10px; border-radius: 6px; }"
                "QComboBox QAbstractItemView::item:selected { background: %4; color: %5; }")
         .arg(colors::kRaised.name(), colors::kRaisedEdge.name(), colors::kTextMid.name(),
@@ -98,7 +97,7 @@ void PressCombobox::paintEvent(QPaintEvent* /*event*/) {
     painter.setBrush(colors::kWell);
     painter.drawRoundedRect(QRectF(rect()).adjusted(.5, .5, -.5, -.5), kRadius - .5, kRadius - .5);
 
-    const QRect textRect = rect().adjusted(kTextLeft, 0, -kTextRight, 0);
+    const QRect textRect = TextRect();
     painter.setPen(ink);
     painter.drawText(textRect, Qt::AlignVCenter | Qt::AlignLeft,
                      fontMetrics().elidedText(currentText(), Qt::ElideRight, textRect.width()));

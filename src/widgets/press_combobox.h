@@ -15,6 +15,9 @@ public:
 
     void showPopup() override;
 
+    // Where the text of what is chosen stands. A longer one ends in dots.
+    QRect TextRect() const { return rect().adjusted(kTextLeft, 0, -kTextRight, 0); }
+
 Q_SIGNALS:
     // A left press, or a key that opens the list; the list opens afterwards.
     void clicked();
@@ -27,6 +30,9 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
+    static constexpr int kTextLeft = 10;
+    static constexpr int kTextRight = 22;  // room for the chevron, from the right edge
+
     bool m_atKey = false;  // the base class is at work on a key
 };
 

@@ -1,8 +1,11 @@
 #include "widgets/window_style.h"
 
+#include <QAbstractItemView>
 #include <QApplication>
 #include <QEvent>
+#include <QStyle>
 #include <QToolTip>
+#include <utility>
 
 #include "widgets/window_colors.h"
 
@@ -11,6 +14,10 @@ namespace kivo {
 namespace colors = window_colors;
 
 namespace {
+
+// By it the style sheets know that a pop-up has square corners.
+constexpr char kSquare[] = "square";
+const QString kRounder = QStringLiteral("cornerRounder");
 
 QString ScrollBarStyle() {
     return QStringLiteral(
@@ -26,10 +33,13 @@ QString ScrollBarStyle() {
         .arg(colors::kTrack.name(), colors::kThumb.name(), colors::kThumbHover.name());
 }
 
+// A tool tip keeps its left padding and edge free a second time, and on all four sides
+// (PM_ToolTipLabelFrameWidth of the style sheets' style): one line of text is 28 pixels high with this.
 QString ToolTipStyle() {
     return QStringLiteral(
                "QToolTip { background: %1; color: %2; border: 1px solid %3; border-radius: 6px;"
-               " padding: 6px 12px; font-size: 12px; }"
+               " padding: 1px 2px 0 2px; font-size: 12px; }"
+               "QToolTip[square=\"true\"] { border-radius: 0; }"
                // A message of the tray icon is drawn on a light ground of Qt's own where the desktop has
                // none.
                "QBalloonTip QLabel { color: #0C1116; }")
@@ -40,6 +50,7 @@ QString MenuStyle() {
     return QStringLiteral(
                "QMenu { background: %1; color: %2; border: 1px solid %3; border-radius: 8px; padding: 4px;"
                " font-size: 13px; }"
+               "QMenu[square=\"true\"] { border-radius: 0; }"
                "QMenu::item { padding: 6px 20px 6px 14px; border-radius: 6px; }"
                "QMenu::item:selected { background: %4; color: %5; }"
                "QMenu::item:disabled { color: %6; }"
@@ -55,18 +66,31 @@ QString ListStyle() {
         "kivo--NimbPushButton, kivo--PressLabel { outline: none; }");
 }
 
-// Tool tips and menus are windows of their own: what lies outside of their round corners has to be let
-// through.
+// Pop-ups are windows of their own: what lies outside of their round corners has to be let through. Where
+// nothing can be, their corners are square.
 class CornerRounder : public QObject {
 public:
-    using QObject::QObject;
+    CornerRounder(QObject* parent, std::function<bool()> blends)
+        : QObject(parent), m_blends(std::move(blends)) {}
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override {
-        if (event->type() == QEvent::Polish && (watched->inherits("QTipLabel") || watched->inherits("QMenu")))
+        if (event->type() == QEvent::Polish &&
+            (watched->inherits("QTipLabel") || watched->inherits("QMenu"))) {
             static_cast<QWidget*>(watched)->setAttribute(Qt::WA_TranslucentBackground);
+            watched->setProperty(kSquare, !m_blends());
+        } else if (event->type() == QEvent::Show && watched->inherits("QComboBoxPrivateContainer")) {
+            // Its list was dressed before it came into this window.
+            auto* const list = watched->findChild<QAbstractItemView*>();
+            list->setProperty(kSquare, !m_blends());
+            list->style()->unpolish(list);
+            list->style()->polish(list);
+        }
         return false;
     }
+
+private:
+    const std::function<bool()> m_blends;
 };
 
 }  // namespace
@@ -103,11 +127,14 @@ QPalette WindowPalette() {
     return palette;
 }
 
-void ApplyWindowStyle(QApplication& application) {
+void ApplyWindowStyle(QApplication& application, std::function<bool()> blends) {
     QApplication::setPalette(WindowPalette());
     application.setStyleSheet(WindowStyleSheet());
     QToolTip::setPalette(WindowPalette());
-    application.installEventFilter(new CornerRounder(&application));
+    delete application.findChild<QObject*>(kRounder, Qt::FindDirectChildrenOnly);
+    auto* const rounder = new CornerRounder(&application, std::move(blends));
+    rounder->setObjectName(kRounder);
+    application.installEventFilter(rounder);
 }
 
 }  // namespace kivo

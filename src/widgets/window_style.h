@@ -6,6 +6,10 @@
 #include <QPalette>
 #include <QString>
 
+#include <functional>
+
+#include "widgets/compositor.h"
+
 class QApplication;
 
 namespace kivo {
@@ -17,7 +21,8 @@ QString WindowStyleSheet();
 // Dark, from the window's colours.
 QPalette WindowPalette();
 
-// Both of them, and what a style sheet cannot do: round corners of tool tips and menus. Once, at start.
-void ApplyWindowStyle(QApplication& application);
+// Both of them, and what a style sheet cannot do: the corners of pop-ups, which are round where blends says
+// that what lies outside of them can be seen through. At start; once more replaces it.
+void ApplyWindowStyle(QApplication& application, std::function<bool()> blends = &BlendsWindows);
 
 }  // namespace kivo

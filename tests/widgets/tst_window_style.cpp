@@ -3,11 +3,13 @@
 #include <QListWidget>
 #include <QMenu>
 #include <QScrollBar>
+#include <QToolTip>
 #include <QtTest>
 #include <cmath>
 
 #include "support/test_program.h"
 #include "widgets/my_list_widget.h"
+#include "widgets/press_combobox.h"
 #include "widgets/window_colors.h"
 #include "widgets/window_style.h"
 
@@ -107,6 +109,40 @@ private slots:
         QVERIFY(!WindowStyleSheet().contains(QLatin1String("QComboBox")));
         QVERIFY(Contrast(dialog.palette().color(QPalette::WindowText),
                          dialog.palette().color(QPalette::Window)) >= 4.5);
+    }
+
+    void aToolTipOfOneLineIsFlat() {
+        QWidget window;
+        window.resize(300, 200);
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        QToolTip::showText(window.mapToGlobal(QPoint(20, 20)), QStringLiteral("Send this to the screen"),
+                           &window);
+        const QWidget* tip = nullptr;
+        for (const QWidget* widget : QApplication::topLevelWidgets()) {
+            tip = widget->inherits("QTipLabel") ? widget : tip;
+        }
+        QVERIFY(tip != nullptr);
+        QVERIFY2(qAbs(tip->height() - 28) <= 2, qPrintable(QString::number(tip->height())));
+        QToolTip::hideText();
+    }
+
+    // A see-through corner is black where no desktop blends windows.
+    void cornersAreRoundWhereTheyCanBe() {
+        for (const bool blends : {true, false}) {
+            ApplyWindowStyle(*qApp, [blends] { return blends; });
+            QMenu menu;
+            menu.addAction(QStringLiteral("a"));
+            PressCombobox combo;
+            combo.addItem(QStringLiteral("a"));
+            menu.ensurePolished();
+            QCOMPARE(menu.grab().toImage().pixelColor(0, 0).alpha() == 255, !blends);
+            combo.show();
+            combo.showPopup();
+            QCOMPARE(combo.view()->window()->grab().toImage().pixelColor(0, 0).alpha() == 255, !blends);
+            combo.hidePopup();
+        }
+        ApplyWindowStyle(*qApp);
     }
 
     void cornersOfMenusAreLetThrough() {
