@@ -193,16 +193,15 @@
     <message>
         <source>退出软件PC端屏幕内容显示信息将不准，
 确定退出？</source>
-        <translation>After exit the values on the screen will no longer be current.
-Exit anyway?</translation>
+        <translation>The values on the screen will no longer be current.</translation>
     </message>
     <message>
         <source>五项</source>
-        <translation>Five</translation>
+        <translation>5 values</translation>
     </message>
     <message>
         <source>一项</source>
-        <translation>One</translation>
+        <translation>1 value</translation>
     </message>
     <message>
         <source>最多五项</source>
@@ -230,7 +229,7 @@ Exit anyway?</translation>
     </message>
     <message>
         <source>是否删除此图片？</source>
-        <translation>Delete this picture?</translation>
+        <translation>It leaves this list; the file stays where it is.</translation>
     </message>
     <message>
         <source>默认图片不能删除。</source>
@@ -496,6 +495,44 @@ Exit anyway?</translation>
         <source>无法打开图片“%1”，暂用默认图片</source>
         <translation>&quot;%1&quot; cannot be opened; the default picture stands in</translation>
     </message>
+    <message>
+        <source>温馨提示</source>
+        <comment>before the program ends</comment>
+        <translation>Exit Kivo Screen?</translation>
+    </message>
+    <message>
+        <source>确定</source>
+        <comment>ends the program</comment>
+        <translation>Exit</translation>
+    </message>
+    <message>
+        <source>显示设计</source>
+        <comment>over the values</comment>
+        <translation>Values</translation>
+    </message>
+    <message>
+        <source>显示设计</source>
+        <comment>over the themes</comment>
+        <translation>Theme</translation>
+    </message>
+    <message>
+        <source>温馨提示</source>
+        <comment>before a picture is deleted</comment>
+        <translation>Delete picture?</translation>
+    </message>
+    <message>
+        <source>确定</source>
+        <comment>deletes the picture</comment>
+        <translation>Delete</translation>
+    </message>
+    <message>
+        <source>%1 瓦</source>
+        <translation>%1 W</translation>
+    </message>
+    <message>
+        <source>%1 转/分</source>
+        <translation>%1 rpm</translation>
+    </message>
 </context>
 <context>
     <name>ZoomWidget</name>
@@ -583,11 +620,11 @@ Exit anyway?</translation>
     <name>kivo::EditBar</name>
     <message>
         <source>大</source>
-        <translation>Big</translation>
+        <translation>Large</translation>
     </message>
     <message>
         <source>中</source>
-        <translation>Mid</translation>
+        <translation>Medium</translation>
     </message>
     <message>
         <source>小</source>

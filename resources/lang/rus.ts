@@ -193,16 +193,15 @@
     <message>
         <source>退出软件PC端屏幕内容显示信息将不准，
 确定退出？</source>
-        <translation>После выхода данные на экране перестанут обновляться.
-Всё равно выйти?</translation>
+        <translation>Данные на экране перестанут обновляться.</translation>
     </message>
     <message>
         <source>五项</source>
-        <translation>Пять</translation>
+        <translation>5 полей</translation>
     </message>
     <message>
         <source>一项</source>
-        <translation>Один</translation>
+        <translation>1 поле</translation>
     </message>
     <message>
         <source>最多五项</source>
@@ -230,7 +229,7 @@
     </message>
     <message>
         <source>是否删除此图片？</source>
-        <translation>Удалить это изображение?</translation>
+        <translation>Оно исчезнет из списка; сам файл останется.</translation>
     </message>
     <message>
         <source>默认图片不能删除。</source>
@@ -495,6 +494,44 @@
     <message>
         <source>无法打开图片“%1”，暂用默认图片</source>
         <translation>Файл «%1» не открывается, показана стандартная картинка</translation>
+    </message>
+    <message>
+        <source>温馨提示</source>
+        <comment>before the program ends</comment>
+        <translation>Выйти из Kivo Screen?</translation>
+    </message>
+    <message>
+        <source>确定</source>
+        <comment>ends the program</comment>
+        <translation>Выйти</translation>
+    </message>
+    <message>
+        <source>显示设计</source>
+        <comment>over the values</comment>
+        <translation>Показатели</translation>
+    </message>
+    <message>
+        <source>显示设计</source>
+        <comment>over the themes</comment>
+        <translation>Тема</translation>
+    </message>
+    <message>
+        <source>温馨提示</source>
+        <comment>before a picture is deleted</comment>
+        <translation>Удалить изображение?</translation>
+    </message>
+    <message>
+        <source>确定</source>
+        <comment>deletes the picture</comment>
+        <translation>Удалить</translation>
+    </message>
+    <message>
+        <source>%1 瓦</source>
+        <translation>%1 Вт</translation>
+    </message>
+    <message>
+        <source>%1 转/分</source>
+        <translation>%1 об/мин</translation>
     </message>
 </context>
 <context>

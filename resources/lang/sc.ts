@@ -496,6 +496,44 @@
         <source>无法打开图片“%1”，暂用默认图片</source>
         <translation>无法打开图片“%1”，暂用默认图片</translation>
     </message>
+    <message>
+        <source>温馨提示</source>
+        <comment>before the program ends</comment>
+        <translation>温馨提示</translation>
+    </message>
+    <message>
+        <source>确定</source>
+        <comment>ends the program</comment>
+        <translation>确定</translation>
+    </message>
+    <message>
+        <source>显示设计</source>
+        <comment>over the values</comment>
+        <translation>显示设计</translation>
+    </message>
+    <message>
+        <source>显示设计</source>
+        <comment>over the themes</comment>
+        <translation>显示设计</translation>
+    </message>
+    <message>
+        <source>温馨提示</source>
+        <comment>before a picture is deleted</comment>
+        <translation>温馨提示</translation>
+    </message>
+    <message>
+        <source>确定</source>
+        <comment>deletes the picture</comment>
+        <translation>确定</translation>
+    </message>
+    <message>
+        <source>%1 瓦</source>
+        <translation>%1 W</translation>
+    </message>
+    <message>
+        <source>%1 转/分</source>
+        <translation>%1 转/分</translation>
+    </message>
 </context>
 <context>
     <name>ZoomWidget</name>

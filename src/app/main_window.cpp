@@ -20,6 +20,7 @@
 #include "app/state_line.h"
 #include "app/window_looks.h"
 #include "app/window_place.h"
+#include "app/window_text.h"
 #include "config/first_run_marker.h"
 #include "config/settings_file.h"
 #include "editor/color_bar.h"
@@ -31,6 +32,7 @@
 #include "ui_main_window.h"
 #include "widgets/exit_message_box.h"
 #include "widgets/focus_ring.h"
+#include "widgets/scrim.h"
 
 namespace kivo {
 
@@ -209,6 +211,7 @@ void MainWindow::FirstRunUpload() {
 
 bool MainWindow::UploadWithProgress() {
     m_uploading = true;
+    Scrim scrim(*this);
     NimbProcessDialog dialog(this, this);
     const auto connectDialog = [&dialog](NimbProcessThread& thread) {
         connect(&thread, &NimbProcessThread::DoProcessDlg, &dialog, &NimbProcessDialog::slotProcessDlg);
@@ -380,8 +383,10 @@ void MainWindow::slotExit() {
         return;
     }
     BringToFront();
-    const QString question =
-        QCoreApplication::translate("MainWindow", "退出软件PC端屏幕内容显示信息将不准，\n确定退出？");
+    const ExitMessageBox::Question question{
+        WindowText(QT_TRANSLATE_NOOP3("MainWindow", "温馨提示", "before the program ends")),
+        WindowText(QT_TRANSLATE_NOOP("MainWindow", "退出软件PC端屏幕内容显示信息将不准，\n确定退出？")),
+        WindowText(QT_TRANSLATE_NOOP3("MainWindow", "确定", "ends the program"))};
     if (!ExitMessageBox::Ask(this, question)) {
         return;
     }

@@ -211,11 +211,16 @@ void MainWindow::ShowPageChoice(bool custom, const ThemeState& themes) {
     }
     first->SetTextPixelSize(custom ? kChoicePixels : kLargeDatePixels);
     second->SetTextPixelSize(custom ? kChoicePixels : kSmallDatePixels);
-    const bool possible = custom || themes.theme == int(Theme::Scene);
+    // The other themes have one size of the date.
+    const bool hasDateSizes = !custom && themes.theme == int(Theme::Scene);
     for (NimbPushButton* button : {first, second}) {
         button->setAccessibleName(button->toolTip());
-        button->SetButtonEnabled(possible);
+        button->setVisible(custom || hasDateSizes);
     }
+    m_ui->dateSizeLabel->setVisible(hasDateSizes);
+    m_ui->label_5->setText(
+        WindowText(custom ? PlacedText QT_TRANSLATE_NOOP3("MainWindow", "显示设计", "over the values")
+                          : PlacedText QT_TRANSLATE_NOOP3("MainWindow", "显示设计", "over the themes")));
     m_pageChoice->SetChosen(StyleInForce(themes));
 }
 

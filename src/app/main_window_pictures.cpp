@@ -146,7 +146,11 @@ void MainWindow::slotRightClick() {
 
 void MainWindow::SlotDeletePix(int row) {
     if (m_pictures->IsUserPicture(row)) {
-        if (ExitMessageBox::Ask(this, WindowText(QT_TRANSLATE_NOOP("MainWindow", "是否删除此图片？")))) {
+        const ExitMessageBox::Question question{
+            WindowText(QT_TRANSLATE_NOOP3("MainWindow", "温馨提示", "before a picture is deleted")),
+            WindowText(QT_TRANSLATE_NOOP("MainWindow", "是否删除此图片？")),
+            WindowText(QT_TRANSLATE_NOOP3("MainWindow", "确定", "deletes the picture")), true};
+        if (ExitMessageBox::Ask(this, question)) {
             const QString removed = m_pictures->RemoveUserPicture(row);
             m_stateLine->NoteSaved(SettingsPart::Pictures, m_pictures->SavePictureList());
             TakePictureOut(removed, row);

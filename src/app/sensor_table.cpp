@@ -65,6 +65,23 @@ SensorRow SystemRow(const QString& text) {
     return {{}, {}, text == NoPercentText() ? GapPhrase(system, ReadingGap::Silent) : system, {}};
 }
 
+// The panel's text, with a unit as people write it. The panel has no room for a fan's.
+QString NowText(int item, const QString& text) {
+    if (item != CpuPower && item != FanSpeed) {
+        return text;
+    }
+    QString number = text;
+    while (!number.isEmpty() && !number.at(number.size() - 1).isDigit()) {
+        number.chop(1);
+    }
+    if (number.isEmpty()) {
+        return QStringLiteral("--");
+    }
+    return (item == CpuPower ? WindowText(QT_TRANSLATE_NOOP("MainWindow", "%1 瓦"))
+                             : WindowText(QT_TRANSLATE_NOOP("MainWindow", "%1 转/分")))
+        .arg(number);
+}
+
 SensorRow Row(int item, const QString& text, const SensorReadings& readings) {
     switch (item) {
         case CpuTemperature:
@@ -86,7 +103,7 @@ std::vector<SensorRow> SensorTable(const ItemTexts& texts, const SensorReadings&
     for (int item = CpuTemperature; item <= FanSpeed; ++item) {
         SensorRow row = Row(item, texts[size_t(item)], readings);
         row.name = names[size_t(item)];
-        row.now = texts[size_t(item)].trimmed();
+        row.now = NowText(item, texts[size_t(item)].trimmed());
         rows.push_back(row);
     }
     return rows;

@@ -34,6 +34,7 @@ void DressPlainParts(::Ui::MainWindow& ui) {
         QStringLiteral("color:%1;font-size:15px;padding-left:16px").arg(colors::kTextHigh.name());
     ui.label_5->setStyleSheet(heading);
     ui.label_6->setStyleSheet(heading);
+    ui.dateSizeLabel->setStyleSheet(QStringLiteral("color:%1;font-size:13px").arg(colors::kTextMid.name()));
     const QString bar = QStringLiteral("background:%1").arg(colors::kAccentBright.name());
     ui.headingBar1->setStyleSheet(bar);
     ui.headingBar2->setStyleSheet(bar);

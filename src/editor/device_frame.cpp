@@ -11,7 +11,9 @@ namespace kivo {
 
 namespace {
 
-constexpr int kBezel = 8;  // of the case round the screen, window pixels
+// Of the case round the screen, window pixels. Standing, the screen leaves less room above and below.
+constexpr int kBezel = 8;
+constexpr int kStandingBezel = 4;
 constexpr double kRadius = 14;
 constexpr QColor kCaseTop(0x11, 0x17, 0x1E);
 constexpr QColor kCaseFoot(0x0A, 0x0E, 0x13);
@@ -47,7 +49,8 @@ void DeviceFrame::Follow() {
     const Orientation orientation = m_editor.Edited().themes.orientation;
     const QRect screen =
         MappingFor(orientation, m_editor.size()).Mapped(QRect(QPoint(0, 0), CanvasSize(orientation)));
-    setGeometry(screen.translated(m_editor.pos()).adjusted(-kBezel, -kBezel, kBezel, kBezel));
+    const int bezel = orientation == Orientation::Portrait ? kStandingBezel : kBezel;
+    setGeometry(screen.translated(m_editor.pos()).adjusted(-bezel, -bezel, bezel, bezel));
     setVisible(!m_editor.isHidden() && !m_editor.IsTrimming());
 }
 

@@ -19,9 +19,9 @@ namespace {
 
 constexpr QSize kSize(433, 40);
 constexpr QRect kTypeIcon(12, 10, 20, 20);
-constexpr QRect kSizeBox(40, 7, 74, 26);
-constexpr QRect kColorLabel(120, 10, 20, 20);
-constexpr int kHairX = 156;
+constexpr QRect kSizeBox(38, 7, 84, 26);
+constexpr QRect kColorLabel(129, 10, 20, 20);
+constexpr int kHairX = 155;
 constexpr int kHairTop = 10;
 constexpr int kHairHeight = 20;
 constexpr QRect kTrimButton(161, 6, 84, 28);

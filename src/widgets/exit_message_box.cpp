@@ -97,10 +97,9 @@ void DrawPlainWarning(QPainter& painter, const QRectF& square) {
     painter.drawPoint(QPointF(x, square.top() + 30));
 }
 
-bool Run(const QString& text, QWidget* window, bool onlyOk) {
+bool Run(ExitMessageBox* shown) {
     // On the heap and watched: the window may go while the box waits, and takes its children along.
-    QPointer<ExitMessageBox> box = new ExitMessageBox(text, window);
-    box->SetOnlyOk(onlyOk);
+    const QPointer<ExitMessageBox> box = shown;
     const bool accepted = box->exec() == QDialog::Accepted;
     const bool isThere = !box.isNull();
     delete box;
@@ -146,17 +145,29 @@ ExitMessageBox::ExitMessageBox(const QString& text, QWidget* window)
     Place();
 }
 
+ExitMessageBox::ExitMessageBox(const Question& question, QWidget* window)
+    : ExitMessageBox(question.text, window) {
+    setWindowTitle(question.title);
+    setAccessibleName(question.title);
+    m_okButton->setText(question.yes);
+    if (question.isDeletion)
+        m_okButton->SetLook(NimbPushButton::Look::Delete);
+    PlaceButtons();
+}
+
 void ExitMessageBox::SetOnlyOk(bool onlyOk) {
     m_cancelButton->setVisible(!onlyOk);
     PlaceButtons();
 }
 
-bool ExitMessageBox::Ask(QWidget* window, const QString& text) {
-    return Run(text, window, false);
+bool ExitMessageBox::Ask(QWidget* window, const Question& question) {
+    return Run(new ExitMessageBox(question, window));
 }
 
 void ExitMessageBox::Tell(QWidget* window, const QString& text) {
-    Run(text, window, true);
+    auto* const box = new ExitMessageBox(text, window);
+    box->SetOnlyOk(true);
+    Run(box);
 }
 
 bool ExitMessageBox::IsWindowSeen() const {

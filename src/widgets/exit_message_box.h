@@ -25,13 +25,22 @@ public:
     // A notice: nothing to cancel.
     void SetOnlyOk(bool onlyOk);
 
+    // A question in words of its own: what the panel is headed by, and what its first button says.
+    struct Question {
+        QString title;
+        QString text;
+        QString yes;
+        bool isDeletion = false;  // what is lost then is gone for good
+    };
+    ExitMessageBox(const Question& question, QWidget* window);
+
     QString Text() const { return m_text; }
 
     // Where the panel stands in the box.
     QRect PanelRect() const;
 
-    // Shows a question until it is answered; true for OK.
-    static bool Ask(QWidget* window, const QString& text);
+    // Shows a question until it is answered; true for yes.
+    static bool Ask(QWidget* window, const Question& question);
     // Shows a notice until it is read.
     static void Tell(QWidget* window, const QString& text);
 

@@ -4,6 +4,7 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPointer>
+#include <optional>
 #include <utility>
 
 #include "widgets/window_colors.h"
@@ -53,6 +54,37 @@ PlateColors PrimaryColors(NimbPushButton::State state) {
             break;
     }
     return {colors::kAccentDeep, colors::kAccentDeepEdge, Qt::white};
+}
+
+PlateColors DeleteColors(NimbPushButton::State state) {
+    switch (state) {
+        case NimbPushButton::Hover:
+            return {colors::kDeleteFillHover, colors::kDelete, colors::kDelete};
+        case NimbPushButton::Pressed:
+            return {colors::kDeleteFillPress, colors::kDelete, colors::kDelete};
+        case NimbPushButton::Disabled:
+            return QuietColors(state);
+        case NimbPushButton::Normal:
+            break;
+    }
+    return {colors::kDeleteFill, colors::kDeleteEdge, colors::kDelete};
+}
+
+// Of the looks that have a plate in every state.
+std::optional<PlateColors> ColorsOf(NimbPushButton::Look look, NimbPushButton::State state) {
+    switch (look) {
+        case NimbPushButton::Look::Quiet:
+            return QuietColors(state);
+        case NimbPushButton::Look::Primary:
+            return PrimaryColors(state);
+        case NimbPushButton::Look::Delete:
+            return DeleteColors(state);
+        case NimbPushButton::Look::Tab:
+        case NimbPushButton::Look::Choice:
+        case NimbPushButton::Look::Bare:
+            break;
+    }
+    return std::nullopt;
 }
 
 QColor ChoiceColor(NimbPushButton::State state, const QColor& off, const QColor& hover, const QColor& on) {
@@ -324,19 +356,12 @@ NimbPushButton::State NimbPushButton::DrawnState() const {
 }
 
 QColor NimbPushButton::TextColor(State state) const {
-    switch (m_look) {
-        case Look::Quiet:
-            return QuietColors(state).text;
-        case Look::Primary:
-            return PrimaryColors(state).text;
-        case Look::Choice:
-            // The accent marks what is chosen: the icon, or the text where there is none.
-            return ChoiceColor(state, colors::kTextMid, colors::kTextHigh,
-                               m_iconSize.isEmpty() ? colors::kAccentBright : colors::kTextHigh);
-        case Look::Tab:
-        case Look::Bare:
-            break;
-    }
+    if (const std::optional<PlateColors> plate = ColorsOf(m_look, state))
+        return plate->text;
+    // The accent marks what is chosen: the icon, or the text where there is none.
+    if (m_look == Look::Choice)
+        return ChoiceColor(state, colors::kTextMid, colors::kTextHigh,
+                           m_iconSize.isEmpty() ? colors::kAccentBright : colors::kTextHigh);
     return m_textColors.value(state);
 }
 
@@ -387,11 +412,10 @@ void NimbPushButton::paintEvent(QPaintEvent* /*event*/) {
 void NimbPushButton::DrawPlate(QPainter& painter, State state) const {
     const qreal radius = CornerRadius();
     painter.save();
-    if (m_look == Look::Quiet || m_look == Look::Primary) {
-        const PlateColors plate = m_look == Look::Quiet ? QuietColors(state) : PrimaryColors(state);
+    if (const std::optional<PlateColors> plate = ColorsOf(m_look, state)) {
         // On the half pixel, so that the edge covers whole ones.
-        painter.setPen(QPen(plate.edge, 1));
-        painter.setBrush(plate.fill);
+        painter.setPen(QPen(plate->edge, 1));
+        painter.setBrush(plate->fill);
         painter.drawRoundedRect(QRectF(rect()).adjusted(.5, .5, -.5, -.5), radius - .5, radius - .5);
     } else if (state == Pressed) {
         painter.setPen(Qt::NoPen);

@@ -23,6 +23,7 @@ public:
     enum class Look {
         Quiet,    // plate with an edge
         Primary,  // plate in the accent; one a view
+        Delete,   // plate in the colour of what cannot be undone
         Tab,      // text, when on a fill and an accent bar
         Choice,   // half of a two-way switch
         Bare,     // picture or colour of the state, and the text in the colours of the button

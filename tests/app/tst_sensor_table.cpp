@@ -60,7 +60,8 @@ private Q_SLOTS:
         QCOMPARE(int(rows.size()), 7);
         QCOMPARE(rows[CpuUsage].now, QStringLiteral("7%"));
         QCOMPARE(rows[CpuUsage].source, QStringLiteral("The system"));
-        QCOMPARE(rows[FanSpeed].now, QStringLiteral("900"));
+        QCOMPARE(rows[FanSpeed].now, QStringLiteral("900 rpm"));
+        QCOMPARE(rows[CpuPower].now, QStringLiteral("--"));
         for (const SensorRow& row : rows) {
             QVERIFY(!row.name.isEmpty() && !row.now.isEmpty() && !row.source.isEmpty());
         }

@@ -77,10 +77,9 @@ bool TextFits(const QWidget& widget) {
         return ButtonFits(*button);
     }
     if (const auto* combo = qobject_cast<const PressCombobox*>(&widget)) {
-        constexpr int kTextRoom = 42;
         bool fits = true;
         for (int row = 0; row < combo->count(); ++row) {
-            fits = fits && metrics.horizontalAdvance(combo->itemText(row)) <= kTextRoom;
+            fits = fits && metrics.horizontalAdvance(combo->itemText(row)) <= combo->TextRect().width();
         }
         return fits;
     }

@@ -158,8 +158,9 @@ void TestWindowThemes::ListFollowsTheChoice() {
     // Only the scene theme has two sizes of the date.
     for (int theme = 0; theme < kThemeCount; ++theme) {
         ClickListRow(desk, "themeList", theme);
-        QCOMPARE(desk.Find("choiceFirst")->isEnabled(), theme == int(Theme::Scene));
-        QCOMPARE(desk.Find("choiceSecond")->isEnabled(), theme == int(Theme::Scene));
+        QCOMPARE(desk.Find("choiceFirst")->isVisible(), theme == int(Theme::Scene));
+        QCOMPARE(desk.Find("dateSizeLabel")->isVisible(), theme == int(Theme::Scene));
+        QCOMPARE(desk.Find("choiceSecond")->isVisible(), theme == int(Theme::Scene));
     }
 }
 

@@ -7,12 +7,14 @@
 #include "support/test_program.h"
 #include "widgets/exit_message_box.h"
 #include "widgets/nimb_push_button.h"
+#include "widgets/window_colors.h"
 
 using namespace kivo;
 
 namespace {
 
 const QString kQuestion = QStringLiteral("退出软件PC端屏幕内容显示信息将不准，\n确定退出？");
+const ExitMessageBox::Question kAsked{QStringLiteral("Exit?"), kQuestion, QStringLiteral("Exit")};
 
 NimbPushButton* OkOf(const ExitMessageBox& box) {
     return box.findChild<NimbPushButton*>(QStringLiteral("btnOk"));
@@ -71,7 +73,7 @@ private slots:
             else
                 box.close();
         });
-        QCOMPARE(ExitMessageBox::Ask(m_window.get(), kQuestion), accepted);
+        QCOMPARE(ExitMessageBox::Ask(m_window.get(), kAsked), accepted);
     }
 
     void tellsWithOneButton() {
@@ -92,6 +94,25 @@ private slots:
         QCOMPARE(box.Text(), kQuestion);
         QCOMPARE(box.accessibleDescription(), kQuestion);
         QVERIFY(box.windowFlags().testFlag(Qt::FramelessWindowHint));
+    }
+
+    void aQuestionHasWordsOfItsOwn() {
+        const ExitMessageBox box(kAsked, m_window.get());
+        QCOMPARE(box.windowTitle(), kAsked.title);
+        QCOMPARE(box.accessibleName(), kAsked.title);
+        QCOMPARE(OkOf(box)->text(), kAsked.yes);
+        QCOMPARE(CancelOf(box)->text(), QStringLiteral("取消"));
+        QCOMPARE(box.Text(), kQuestion);
+    }
+
+    void aDeletionIsAskedInItsColour() {
+        for (const bool isDeletion : {false, true}) {
+            ExitMessageBox box({kAsked.title, kAsked.text, QString(), isDeletion}, m_window.get());
+            box.show();
+            const QImage button = OkOf(box)->grab().toImage();
+            const QColor middle = button.pixelColor(button.rect().center());
+            QCOMPARE(middle == window_colors::kDeleteFill, isDeletion);
+        }
     }
 
     void coversTheWindowAndStandsInItsMiddle() {
@@ -254,7 +275,7 @@ private slots:
     void theWindowMayGoWhileItAsks() {
         QWidget* const window = m_window.release();
         Answer([window](ExitMessageBox&) { delete window; });
-        QVERIFY(!ExitMessageBox::Ask(window, kQuestion));
+        QVERIFY(!ExitMessageBox::Ask(window, kAsked));
     }
 
 private:

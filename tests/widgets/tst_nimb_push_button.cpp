@@ -329,6 +329,7 @@ private slots:
         QTest::addColumn<int>("look");
         QTest::newRow("quiet") << int(Look::Quiet);
         QTest::newRow("primary") << int(Look::Primary);
+        QTest::newRow("delete") << int(Look::Delete);
         QTest::newRow("tab") << int(Look::Tab);
         QTest::newRow("choice") << int(Look::Choice);
         QTest::newRow("bare") << int(Look::Bare);
