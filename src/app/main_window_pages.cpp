@@ -100,6 +100,7 @@ void MainWindow::WireTools() {
     connect(m_colorBar, &ColorBar::SendFontColor, m_editBar, &EditBar::ControlLabelColor);
     connect(m_colorBar, &ColorBar::SendFontColor, this, &MainWindow::slotFontColor);
     connect(m_colorBar, &ColorBar::dismissed, this, &MainWindow::GoOnTyping);
+    connect(m_colorBar, &ColorBar::shownChanged, m_editBar, &EditBar::TellColorsShown);
     connect(m_editBar, &EditBar::ShowColorbarSignal, this, &MainWindow::slotShowColorbar);
     connect(m_editBar, &EditBar::SizeClicked, this, &MainWindow::slotSizeClick);
     connect(editor, &ZoomWidget::HideColorWin, this, [this](int show) { slotShowColorbar(quint8(show)); });
@@ -209,6 +210,8 @@ void MainWindow::ShowPageChoice(bool custom, const ThemeState& themes) {
     }
     first->SetTextPixelSize(custom ? kChoicePixels : kLargeDatePixels);
     second->SetTextPixelSize(custom ? kChoicePixels : kSmallDatePixels);
+    m_ui->pageChoice->setAccessibleName(custom ? WindowText(QT_TRANSLATE_NOOP("MainWindow", "项目数量"))
+                                               : WindowText(QT_TRANSLATE_NOOP("MainWindow", "日期大小")));
     const bool possible = custom || themes.theme == int(Theme::Scene);
     for (NimbPushButton* button : {first, second}) {
         button->setAccessibleName(button->toolTip());

@@ -96,6 +96,7 @@ EditBar::EditBar(QWidget* parent)
     m_colorLabel->setFocusPolicy(Qt::TabFocus);
     m_colorLabel->setCursor(Qt::PointingHandCursor);
     m_colorLabel->setProperty("focusRadius", kColorLabel.width() / 2.0);
+    m_colorLabel->SetOpens(PressLabel::Opens::Closed);
     m_trimButton->setObjectName(QStringLiteral("trimButton"));
     SetUpToolButton(m_trimButton, kTrimButton, QStringLiteral("cut"), QStringLiteral("trim"));
     m_trimButton->SetToggleMode(true);
@@ -172,6 +173,10 @@ void EditBar::SetSizeEnabled(bool on) {
 void EditBar::SetFontSizeIndex(int index) {
     if (index >= 0 && index < m_sizeBox->count())
         m_sizeBox->setCurrentIndex(index);
+}
+
+void EditBar::TellColorsShown(bool shown) {
+    m_colorLabel->SetOpens(shown ? PressLabel::Opens::Open : PressLabel::Opens::Closed);
 }
 
 void EditBar::btn_clicked() {

@@ -4,6 +4,7 @@
 #include <QEvent>
 #include <QToolTip>
 
+#include "widgets/kit_accessibility.h"
 #include "widgets/window_colors.h"
 
 namespace kivo {
@@ -104,6 +105,7 @@ QPalette WindowPalette() {
 }
 
 void ApplyWindowStyle(QApplication& application) {
+    InstallKitAccessibility();
     QApplication::setPalette(WindowPalette());
     application.setStyleSheet(WindowStyleSheet());
     QToolTip::setPalette(WindowPalette());

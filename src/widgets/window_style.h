@@ -17,7 +17,8 @@ QString WindowStyleSheet();
 // Dark, from the window's colours.
 QPalette WindowPalette();
 
-// Both of them, and what a style sheet cannot do: round corners of tool tips and menus. Once, at start.
+// Both of them, what a style sheet cannot do (round corners of tool tips and menus), and what assistive
+// programs are told of the kit. Once, at start, before the first widget.
 void ApplyWindowStyle(QApplication& application);
 
 }  // namespace kivo
