@@ -34,6 +34,13 @@ constexpr int kChoicePixels = 13;
 constexpr int kLargeDatePixels = 15;
 constexpr int kSmallDatePixels = 12;
 
+// A name that is set is told as a new one, the same or not.
+void Rename(QWidget& widget, const QString& name) {
+    if (widget.accessibleName() != name) {
+        widget.setAccessibleName(name);
+    }
+}
+
 }  // namespace
 
 void MainWindow::WirePages() {
@@ -210,11 +217,11 @@ void MainWindow::ShowPageChoice(bool custom, const ThemeState& themes) {
     }
     first->SetTextPixelSize(custom ? kChoicePixels : kLargeDatePixels);
     second->SetTextPixelSize(custom ? kChoicePixels : kSmallDatePixels);
-    m_ui->pageChoice->setAccessibleName(custom ? WindowText(QT_TRANSLATE_NOOP("MainWindow", "项目数量"))
-                                               : WindowText(QT_TRANSLATE_NOOP("MainWindow", "日期大小")));
+    Rename(*m_ui->pageChoice, custom ? WindowText(QT_TRANSLATE_NOOP("MainWindow", "项目数量"))
+                                     : WindowText(QT_TRANSLATE_NOOP("MainWindow", "日期大小")));
     const bool possible = custom || themes.theme == int(Theme::Scene);
     for (NimbPushButton* button : {first, second}) {
-        button->setAccessibleName(button->toolTip());
+        Rename(*button, button->toolTip());
         button->SetButtonEnabled(possible);
     }
     m_pageChoice->SetChosen(StyleInForce(themes));
@@ -251,10 +258,11 @@ void MainWindow::keyPressEvent(QKeyEvent* event) {
 
 void MainWindow::OpenEditing(bool open) {
     m_ui->zoomwidget->SetEditing(open);
-    ShowState();
     if (open) {
+        // Before the button that was pressed goes, or the focus would pass through the next one.
         m_ui->zoomwidget->setFocus(Qt::OtherFocusReason);
     }
+    ShowState();
 }
 
 void MainWindow::FinishEditing() {

@@ -1,5 +1,6 @@
 #include "editor/edit_bar.h"
 
+#include <QAbstractItemView>
 #include <QEvent>
 #include <QPainter>
 #include <algorithm>
@@ -268,6 +269,7 @@ void EditBar::Translate() {
     m_sizeBox->setItemText(1, tr("中"));
     m_sizeBox->setItemText(2, tr("小"));
     m_sizeBox->setAccessibleName(tr("文字大小"));
+    m_sizeBox->view()->setAccessibleName(tr("文字大小"));
     m_sizeBox->setToolTip(tr("文字大小"));
     m_colorLabel->setAccessibleName(tr("文字颜色"));
     m_colorLabel->setToolTip(tr("文字颜色"));
