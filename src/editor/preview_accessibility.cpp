@@ -22,12 +22,8 @@ public:
 
     bool isValid() const override { return Item().has_value(); }
     QObject* object() const override { return nullptr; }
-    QWindow* window() const override {
-        return m_preview ? m_preview->window()->windowHandle() : nullptr;
-    }
-    QAccessibleInterface* parent() const override {
-        return QAccessible::queryAccessibleInterface(m_preview);
-    }
+    QWindow* window() const override { return m_preview ? m_preview->window()->windowHandle() : nullptr; }
+    QAccessibleInterface* parent() const override { return QAccessible::queryAccessibleInterface(m_preview); }
     QAccessibleInterface* child(int /*index*/) const override { return nullptr; }
     QAccessibleInterface* childAt(int /*x*/, int /*y*/) const override { return nullptr; }
     int childCount() const override { return 0; }
@@ -84,7 +80,8 @@ public:
     }
 
     void* interface_cast(QAccessible::InterfaceType type) override {
-        return type == QAccessible::ActionInterface ? static_cast<QAccessibleActionInterface*>(this) : nullptr;
+        return type == QAccessible::ActionInterface ? static_cast<QAccessibleActionInterface*>(this)
+                                                    : nullptr;
     }
 
     QStringList actionNames() const override {
@@ -161,8 +158,8 @@ public:
     }
     QAccessibleInterface* focusChild() const override {
         const QVector<PreviewItem> items = Preview().Items();
-        const auto found = std::find_if(items.begin(), items.end(),
-                                        [](const PreviewItem& item) { return item.hasKeys; });
+        const auto found =
+            std::find_if(items.begin(), items.end(), [](const PreviewItem& item) { return item.hasKeys; });
         return found == items.end() ? QAccessibleWidget::focusChild() : ChildFor(found->Key());
     }
 
@@ -209,8 +206,7 @@ void InstallPreviewAccessibility() {
 }
 
 void TellPreviewChange(ZoomWidget& preview, const PreviewChange& change) {
-    const auto* const told =
-        dynamic_cast<PreviewInterface*>(QAccessible::queryAccessibleInterface(&preview));
+    const auto* const told = dynamic_cast<PreviewInterface*>(QAccessible::queryAccessibleInterface(&preview));
     if (told == nullptr) {
         return;
     }

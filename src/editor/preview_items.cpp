@@ -83,8 +83,8 @@ PreviewItem FreeTextItem(const ScreenState& state, const FreeTextBlock& block, c
     item.name = NameOf(QCoreApplication::translate("ZoomWidget", "自由文字"),
                        text.isEmpty() ? QCoreApplication::translate("ZoomWidget", "双击进行输入") : text);
     item.place = Words(kRowPlaces[size_t(state.textRow)]);
-    item.rect = map.Mapped(block.lines.isEmpty() ? TextRowRect(state.textRow, state.orientation)
-                                                 : block.bounds);
+    item.rect =
+        map.Mapped(block.lines.isEmpty() ? TextRowRect(state.textRow, state.orientation) : block.bounds);
     return item;
 }
 

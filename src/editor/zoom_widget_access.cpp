@@ -13,8 +13,8 @@ QVector<PreviewItem> ZoomWidget::Items() const {
     if (IsTrimming()) {
         return {};
     }
-    QVector<PreviewItem> items = MakePreviewItems(Shown(), PreviewTexts(), size(),
-                                                  m_editing ? WithEmpty::Yes : WithEmpty::No);
+    QVector<PreviewItem> items =
+        MakePreviewItems(Shown(), PreviewTexts(), size(), m_editing ? WithEmpty::Yes : WithEmpty::No);
     if (m_textEntryOpen && !items.isEmpty()) {
         items.removeLast();  // the box stands for it
     }

@@ -120,7 +120,8 @@ void TestWindowAccessibility::WhatNobodySeesCannotBePressed() {
 
 void TestWindowAccessibility::ChoicesAreRadioButtons() {
     const CustomDesk desk;
-    const char* const pairs[][2]{{"btnTheme", "btnImage"}, {"choiceFirst", "choiceSecond"}, {"btnLandscape", "btnPortrait"}};
+    const char* const pairs[][2]{
+        {"btnTheme", "btnImage"}, {"choiceFirst", "choiceSecond"}, {"btnLandscape", "btnPortrait"}};
     for (const auto& pair : pairs) {
         QAccessibleInterface* const first = ToldOf(desk.Find(pair[0]));
         QAccessibleInterface* const second = ToldOf(desk.Find(pair[1]));
@@ -187,10 +188,11 @@ void TestWindowAccessibility::BuiltInPicturesHaveNamesOfTheirOwn_data() {
     QTest::newRow("Chinese") << QStringLiteral("zh_CN")
                              << QStringLiteral("黎明 极光 沙丘 海岸 港湾 剪纸 星云 晨雾 丝绸 等高线 轨道");
     QTest::newRow("English") << QStringLiteral("en_US")
-                             << QStringLiteral("Dawn Aurora Dunes Shore Harbour Paper Nebula Mist Silk Contours Orbit");
-    QTest::newRow("Russian") << QStringLiteral("ru_RU")
                              << QStringLiteral(
-                                    "Рассвет Сияние Дюны Берег Гавань Бумага Туманность Туман Шёлк Изолинии Орбита");
+                                    "Dawn Aurora Dunes Shore Harbour Paper Nebula Mist Silk Contours Orbit");
+    QTest::newRow("Russian")
+        << QStringLiteral("ru_RU")
+        << QStringLiteral("Рассвет Сияние Дюны Берег Гавань Бумага Туманность Туман Шёлк Изолинии Орбита");
 }
 
 void TestWindowAccessibility::BuiltInPicturesHaveNamesOfTheirOwn() {
@@ -210,8 +212,10 @@ void TestWindowAccessibility::BuiltInPicturesHaveNamesOfTheirOwn() {
 void TestWindowAccessibility::ARowThatIsSelectedIsChosen() {
     const CustomDesk desk;
     const auto select = [&desk](const char* list, int row) {
-        ToldOf(desk.Find(list))->child(row)->actionInterface()->doAction(
-            QAccessibleActionInterface::toggleAction());
+        ToldOf(desk.Find(list))
+            ->child(row)
+            ->actionInterface()
+            ->doAction(QAccessibleActionInterface::toggleAction());
     };
     select("pictureList", 4);
     QTRY_COMPARE(desk.Layout().picture, QStringLiteral("://background/4.jpg"));

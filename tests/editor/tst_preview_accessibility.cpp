@@ -6,7 +6,6 @@
 #include "support/pressed_by_program.h"
 #include "support/test_program.h"
 
-
 using namespace kivo;
 using namespace kivo::test;
 
@@ -135,8 +134,7 @@ private slots:
         QVERIFY(!OffersPress(Children(editor)[0]) && OffersPress(Children(editor)[1]));
         editor.SetEditing(false);
         QCOMPARE(Children(editor).size(), 1);
-        QCOMPARE(NamesIn(editor).constFirst().section(QLatin1Char(' '), 0, 0),
-                 ItemCaptions()[CpuUsage]);
+        QCOMPARE(NamesIn(editor).constFirst().section(QLatin1Char(' '), 0, 0), ItemCaptions()[CpuUsage]);
     }
 
     void NothingCanBePressedUnlessItIsEdited() {
@@ -270,7 +268,8 @@ private slots:
         QVERIFY(!NameOf(box).isEmpty() && box->state().editable);
         QCOMPARE(ToldOf(editor)->indexOfChild(box), kFreeText);
         QTest::keyClicks(&editor.TextBox(), QStringLiteral(" 2"));
-        QCOMPARE(box->textInterface()->text(0, box->textInterface()->characterCount()), QStringLiteral("Kivo\ndesk 2"));
+        QCOMPARE(box->textInterface()->text(0, box->textInterface()->characterCount()),
+                 QStringLiteral("Kivo\ndesk 2"));
         QTest::keyClick(&editor.TextBox(), Qt::Key_Return);
         QVERIFY(text->isValid());
         QVERIFY(NameOf(text).endsWith(QStringLiteral("Kivo desk 2")));

@@ -2,8 +2,8 @@
 #include <QSignalSpy>
 #include <QtTest>
 
-#include "support/test_program.h"
 #include "support/pressed_by_program.h"
+#include "support/test_program.h"
 #include "widgets/choice_group.h"
 #include "widgets/kit_accessibility.h"
 #include "widgets/nimb_push_button.h"
