@@ -2,6 +2,53 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="en_US" sourcelanguage="zh_CN">
 <context>
+    <name>BuiltInPicture</name>
+    <message>
+        <source>黎明</source>
+        <translation>Dawn</translation>
+    </message>
+    <message>
+        <source>极光</source>
+        <translation>Aurora</translation>
+    </message>
+    <message>
+        <source>沙丘</source>
+        <translation>Dunes</translation>
+    </message>
+    <message>
+        <source>海岸</source>
+        <translation>Shore</translation>
+    </message>
+    <message>
+        <source>港湾</source>
+        <translation>Harbour</translation>
+    </message>
+    <message>
+        <source>剪纸</source>
+        <translation>Paper</translation>
+    </message>
+    <message>
+        <source>星云</source>
+        <translation>Nebula</translation>
+    </message>
+    <message>
+        <source>晨雾</source>
+        <translation>Mist</translation>
+    </message>
+    <message>
+        <source>丝绸</source>
+        <translation>Silk</translation>
+    </message>
+    <message>
+        <source>等高线</source>
+        <translation>Contours</translation>
+    </message>
+    <message>
+        <source>轨道</source>
+        <translation>Orbit</translation>
+    </message>
+</context>
+<context>
     <name>ColorBar</name>
     <message>
         <source>白色</source>
@@ -533,6 +580,57 @@
         <source>%1 转/分</source>
         <translation>%1 rpm</translation>
     </message>
+    <message>
+        <source>屏幕方向</source>
+        <translation>Screen orientation</translation>
+    </message>
+    <message>
+        <source>项目数量</source>
+        <translation>Number of items</translation>
+    </message>
+    <message>
+        <source>日期大小</source>
+        <translation>Size of the date</translation>
+    </message>
+</context>
+<context>
+    <name>PreviewItem</name>
+    <message>
+        <source>左上</source>
+        <translation>Top left</translation>
+    </message>
+    <message>
+        <source>左下</source>
+        <translation>Bottom left</translation>
+    </message>
+    <message>
+        <source>中央</source>
+        <translation>Centre</translation>
+    </message>
+    <message>
+        <source>右下</source>
+        <translation>Bottom right</translation>
+    </message>
+    <message>
+        <source>右上</source>
+        <translation>Top right</translation>
+    </message>
+    <message>
+        <source>上行</source>
+        <translation>Upper row</translation>
+    </message>
+    <message>
+        <source>中行</source>
+        <translation>Middle row</translation>
+    </message>
+    <message>
+        <source>下行</source>
+        <translation>Lower row</translation>
+    </message>
+    <message>
+        <source>空位</source>
+        <translation>Empty place</translation>
+    </message>
 </context>
 <context>
     <name>ZoomWidget</name>
@@ -573,12 +671,16 @@
         <translation>Screen preview</translation>
     </message>
     <message>
-        <source>拖动边框修剪图片，滚轮缩放</source>
-        <translation>Drag the frame to trim, turn the wheel to zoom</translation>
+        <source>拖动边框修剪图片，滚轮缩放
+方向键移动，加减键缩放，Esc 退出</source>
+        <translation>Drag the frame to trim, turn the wheel to zoom
+Arrow keys move it, plus and minus zoom, Esc leaves</translation>
     </message>
     <message>
-        <source>拖动可交换位置，双击可输入文字</source>
-        <translation>Drag to swap places, double-click to type</translation>
+        <source>拖动可交换位置，双击可输入文字
+方向键选择，空格键拿起和放下，回车键输入</source>
+        <translation>Drag to swap places, double-click to type
+Arrow keys choose, Space picks up and puts down, Enter types</translation>
     </message>
     <message>
         <source>双击进行输入</source>
@@ -589,8 +691,10 @@
         <translation>Free text</translation>
     </message>
     <message>
-        <source>双击可输入文字，文字可拖动</source>
-        <translation>Double-click to type text, drag to move it</translation>
+        <source>双击可输入文字，文字可拖动
+回车键输入，翻页键移动文字</source>
+        <translation>Double-click to type text, drag to move it
+Enter types, Page Up and Page Down move the text</translation>
     </message>
     <message>
         <source>剪切</source>

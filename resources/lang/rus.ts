@@ -2,6 +2,53 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="ru_RU" sourcelanguage="zh_CN">
 <context>
+    <name>BuiltInPicture</name>
+    <message>
+        <source>黎明</source>
+        <translation>Рассвет</translation>
+    </message>
+    <message>
+        <source>极光</source>
+        <translation>Сияние</translation>
+    </message>
+    <message>
+        <source>沙丘</source>
+        <translation>Дюны</translation>
+    </message>
+    <message>
+        <source>海岸</source>
+        <translation>Берег</translation>
+    </message>
+    <message>
+        <source>港湾</source>
+        <translation>Гавань</translation>
+    </message>
+    <message>
+        <source>剪纸</source>
+        <translation>Бумага</translation>
+    </message>
+    <message>
+        <source>星云</source>
+        <translation>Туманность</translation>
+    </message>
+    <message>
+        <source>晨雾</source>
+        <translation>Туман</translation>
+    </message>
+    <message>
+        <source>丝绸</source>
+        <translation>Шёлк</translation>
+    </message>
+    <message>
+        <source>等高线</source>
+        <translation>Изолинии</translation>
+    </message>
+    <message>
+        <source>轨道</source>
+        <translation>Орбита</translation>
+    </message>
+</context>
+<context>
     <name>ColorBar</name>
     <message>
         <source>白色</source>
@@ -533,6 +580,57 @@
         <source>%1 转/分</source>
         <translation>%1 об/мин</translation>
     </message>
+    <message>
+        <source>屏幕方向</source>
+        <translation>Ориентация экрана</translation>
+    </message>
+    <message>
+        <source>项目数量</source>
+        <translation>Число элементов</translation>
+    </message>
+    <message>
+        <source>日期大小</source>
+        <translation>Размер даты</translation>
+    </message>
+</context>
+<context>
+    <name>PreviewItem</name>
+    <message>
+        <source>左上</source>
+        <translation>Слева вверху</translation>
+    </message>
+    <message>
+        <source>左下</source>
+        <translation>Слева внизу</translation>
+    </message>
+    <message>
+        <source>中央</source>
+        <translation>В центре</translation>
+    </message>
+    <message>
+        <source>右下</source>
+        <translation>Справа внизу</translation>
+    </message>
+    <message>
+        <source>右上</source>
+        <translation>Справа вверху</translation>
+    </message>
+    <message>
+        <source>上行</source>
+        <translation>Верхняя строка</translation>
+    </message>
+    <message>
+        <source>中行</source>
+        <translation>Средняя строка</translation>
+    </message>
+    <message>
+        <source>下行</source>
+        <translation>Нижняя строка</translation>
+    </message>
+    <message>
+        <source>空位</source>
+        <translation>Пустое место</translation>
+    </message>
 </context>
 <context>
     <name>ZoomWidget</name>
@@ -573,12 +671,16 @@
         <translation>Предпросмотр экрана</translation>
     </message>
     <message>
-        <source>拖动边框修剪图片，滚轮缩放</source>
-        <translation>Тяните рамку, чтобы кадрировать; колесо — масштаб</translation>
+        <source>拖动边框修剪图片，滚轮缩放
+方向键移动，加减键缩放，Esc 退出</source>
+        <translation>Тяните рамку, чтобы кадрировать; колесо — масштаб
+Стрелки двигают, плюс и минус меняют масштаб, Esc — выход</translation>
     </message>
     <message>
-        <source>拖动可交换位置，双击可输入文字</source>
-        <translation>Перетащите, чтобы поменять местами; двойной щелчок — ввод текста</translation>
+        <source>拖动可交换位置，双击可输入文字
+方向键选择，空格键拿起和放下，回车键输入</source>
+        <translation>Перетащите, чтобы поменять местами; двойной щелчок — ввод текста
+Стрелки выбирают, пробел берёт и кладёт, Enter — ввод</translation>
     </message>
     <message>
         <source>双击进行输入</source>
@@ -589,8 +691,10 @@
         <translation>Свободный текст</translation>
     </message>
     <message>
-        <source>双击可输入文字，文字可拖动</source>
-        <translation>Двойной щелчок — ввод текста, перетаскивание — перемещение</translation>
+        <source>双击可输入文字，文字可拖动
+回车键输入，翻页键移动文字</source>
+        <translation>Двойной щелчок — ввод текста, перетаскивание — перемещение
+Enter — ввод, Page Up и Page Down двигают текст</translation>
     </message>
     <message>
         <source>剪切</source>

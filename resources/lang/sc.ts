@@ -2,6 +2,53 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="zh_CN" sourcelanguage="zh_CN">
 <context>
+    <name>BuiltInPicture</name>
+    <message>
+        <source>黎明</source>
+        <translation>黎明</translation>
+    </message>
+    <message>
+        <source>极光</source>
+        <translation>极光</translation>
+    </message>
+    <message>
+        <source>沙丘</source>
+        <translation>沙丘</translation>
+    </message>
+    <message>
+        <source>海岸</source>
+        <translation>海岸</translation>
+    </message>
+    <message>
+        <source>港湾</source>
+        <translation>港湾</translation>
+    </message>
+    <message>
+        <source>剪纸</source>
+        <translation>剪纸</translation>
+    </message>
+    <message>
+        <source>星云</source>
+        <translation>星云</translation>
+    </message>
+    <message>
+        <source>晨雾</source>
+        <translation>晨雾</translation>
+    </message>
+    <message>
+        <source>丝绸</source>
+        <translation>丝绸</translation>
+    </message>
+    <message>
+        <source>等高线</source>
+        <translation>等高线</translation>
+    </message>
+    <message>
+        <source>轨道</source>
+        <translation>轨道</translation>
+    </message>
+</context>
+<context>
     <name>ColorBar</name>
     <message>
         <source>白色</source>
@@ -534,6 +581,57 @@
         <source>%1 转/分</source>
         <translation>%1 转/分</translation>
     </message>
+    <message>
+        <source>屏幕方向</source>
+        <translation>屏幕方向</translation>
+    </message>
+    <message>
+        <source>项目数量</source>
+        <translation>项目数量</translation>
+    </message>
+    <message>
+        <source>日期大小</source>
+        <translation>日期大小</translation>
+    </message>
+</context>
+<context>
+    <name>PreviewItem</name>
+    <message>
+        <source>左上</source>
+        <translation>左上</translation>
+    </message>
+    <message>
+        <source>左下</source>
+        <translation>左下</translation>
+    </message>
+    <message>
+        <source>中央</source>
+        <translation>中央</translation>
+    </message>
+    <message>
+        <source>右下</source>
+        <translation>右下</translation>
+    </message>
+    <message>
+        <source>右上</source>
+        <translation>右上</translation>
+    </message>
+    <message>
+        <source>上行</source>
+        <translation>上行</translation>
+    </message>
+    <message>
+        <source>中行</source>
+        <translation>中行</translation>
+    </message>
+    <message>
+        <source>下行</source>
+        <translation>下行</translation>
+    </message>
+    <message>
+        <source>空位</source>
+        <translation>空位</translation>
+    </message>
 </context>
 <context>
     <name>ZoomWidget</name>
@@ -574,12 +672,16 @@
         <translation>屏幕预览</translation>
     </message>
     <message>
-        <source>拖动边框修剪图片，滚轮缩放</source>
-        <translation>拖动边框修剪图片，滚轮缩放</translation>
+        <source>拖动边框修剪图片，滚轮缩放
+方向键移动，加减键缩放，Esc 退出</source>
+        <translation>拖动边框修剪图片，滚轮缩放
+方向键移动，加减键缩放，Esc 退出</translation>
     </message>
     <message>
-        <source>拖动可交换位置，双击可输入文字</source>
-        <translation>拖动可交换位置，双击可输入文字</translation>
+        <source>拖动可交换位置，双击可输入文字
+方向键选择，空格键拿起和放下，回车键输入</source>
+        <translation>拖动可交换位置，双击可输入文字
+方向键选择，空格键拿起和放下，回车键输入</translation>
     </message>
     <message>
         <source>双击进行输入</source>
@@ -590,8 +692,10 @@
         <translation>自由文字</translation>
     </message>
     <message>
-        <source>双击可输入文字，文字可拖动</source>
-        <translation>双击可输入文字，文字可拖动</translation>
+        <source>双击可输入文字，文字可拖动
+回车键输入，翻页键移动文字</source>
+        <translation>双击可输入文字，文字可拖动
+回车键输入，翻页键移动文字</translation>
     </message>
     <message>
         <source>剪切</source>

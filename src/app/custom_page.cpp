@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "app/edit_hint.h"
 #include "compose/theme_state.h"
 #include "editor/edit_bar.h"
 #include "editor/zoom_widget.h"
@@ -17,12 +18,14 @@ CustomPage::CustomPage(::Ui::MainWindow& ui, EditBar& editBar, QObject* parent)
                ui.check9}} {
     for (QCheckBox* box : m_boxes) {
         connect(box, &QCheckBox::clicked, this, &CustomPage::checkbox_clicked);
+        m_usualTips.append(box->toolTip());
     }
 }
 
 void CustomPage::SetVisible(bool visible) {
     for (QCheckBox* box : m_boxes) {
-        box->setVisible(visible);
+        // Deliberate, fixed: those of the free texts have no size.
+        box->setVisible(visible && !box->size().isEmpty());
     }
 }
 
@@ -33,7 +36,17 @@ void CustomPage::Show() {
         const bool ticked = state.variant == 1 && kind < int(OtherText) ? state.slotItems[kCentreSlot] == kind
                                                                         : IsShown(state, kind);
         m_boxes[size_t(kind)]->setChecked(ticked);
+        TellWhyNot(kind, ticked);
     }
+}
+
+// Before somebody tries, and for whoever cannot see the line that says it then.
+void CustomPage::TellWhyNot(int kind, bool ticked) {
+    const LayoutEditor& editor = m_ui.zoomwidget->Layouts();
+    const bool hasNoSlot =
+        editor.HasSlots() && (ticked ? editor.IsLeftOut(kind) : !editor.WouldBeShown(kind));
+    const QString usual = m_usualTips[kind];
+    m_boxes[size_t(kind)]->setToolTip(hasNoSlot ? usual + QLatin1Char('\n') + NothingIsFreeText() : usual);
 }
 
 void CustomPage::checkbox_clicked() {

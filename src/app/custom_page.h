@@ -5,6 +5,7 @@
 
 #include <QCheckBox>
 #include <QObject>
+#include <QStringList>
 #include <array>
 
 #include "telemetry/live_value.h"
@@ -39,12 +40,14 @@ public Q_SLOTS:
     void checkbox_clicked();
 
 private:
+    void TellWhyNot(int kind, bool ticked);
     void HandleOneItem(int kind, bool on);
     void HandleFiveItems(int kind, bool on);
 
     ::Ui::MainWindow& m_ui;
     EditBar& m_editBar;
     std::array<QCheckBox*, kLiveValueCount> m_boxes;
+    QStringList m_usualTips;  // of the boxes
 };
 
 }  // namespace kivo

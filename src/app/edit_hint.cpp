@@ -27,6 +27,10 @@ QString HintOf(const ZoomWidget& editor) {
 
 }  // namespace
 
+QString NothingIsFreeText() {
+    return WindowText(QT_TRANSLATE_NOOP("MainWindow", "五个位置已满：先取消一项，再勾选此项"));
+}
+
 EditHint::EditHint(ZoomWidget& editor, QWidget* parent) : QLabel(parent), m_editor(editor) {
     setObjectName(QStringLiteral("editHint"));
     setGeometry(kPlace);
@@ -52,7 +56,7 @@ void EditHint::Follow() {
 }
 
 void EditHint::TellNothingIsFree() {
-    Tell(WindowText(QT_TRANSLATE_NOOP("MainWindow", "五个位置已满：先取消一项，再勾选此项")), Tone::Warning);
+    Tell(NothingIsFreeText(), Tone::Warning);
 }
 
 void EditHint::Tell(const QString& text, Tone tone) {

@@ -9,6 +9,9 @@ namespace kivo {
 
 class ZoomWidget;
 
+// Why an item cannot be shown besides the others.
+QString NothingIsFreeText();
+
 class EditHint : public QLabel {
     Q_OBJECT
 

@@ -34,6 +34,13 @@ constexpr int kChoicePixels = 13;
 constexpr int kLargeDatePixels = 15;
 constexpr int kSmallDatePixels = 12;
 
+// A name that is set is told as a new one, the same or not.
+void Rename(QWidget& widget, const QString& name) {
+    if (widget.accessibleName() != name) {
+        widget.setAccessibleName(name);
+    }
+}
+
 }  // namespace
 
 void MainWindow::WirePages() {
@@ -100,6 +107,7 @@ void MainWindow::WireTools() {
     connect(m_colorBar, &ColorBar::SendFontColor, m_editBar, &EditBar::ControlLabelColor);
     connect(m_colorBar, &ColorBar::SendFontColor, this, &MainWindow::slotFontColor);
     connect(m_colorBar, &ColorBar::dismissed, this, &MainWindow::GoOnTyping);
+    connect(m_colorBar, &ColorBar::shownChanged, m_editBar, &EditBar::TellColorsShown);
     connect(m_editBar, &EditBar::ShowColorbarSignal, this, &MainWindow::slotShowColorbar);
     connect(m_editBar, &EditBar::SizeClicked, this, &MainWindow::slotSizeClick);
     connect(editor, &ZoomWidget::HideColorWin, this, [this](int show) { slotShowColorbar(quint8(show)); });
@@ -211,12 +219,14 @@ void MainWindow::ShowPageChoice(bool custom, const ThemeState& themes) {
     }
     first->SetTextPixelSize(custom ? kChoicePixels : kLargeDatePixels);
     second->SetTextPixelSize(custom ? kChoicePixels : kSmallDatePixels);
+    Rename(*m_ui->pageChoice, custom ? WindowText(QT_TRANSLATE_NOOP("MainWindow", "项目数量"))
+                                     : WindowText(QT_TRANSLATE_NOOP("MainWindow", "日期大小")));
+    for (NimbPushButton* button : {first, second}) {
+        Rename(*button, button->toolTip());
+    }
     // The other themes have one size of the date.
     const bool hasDateSizes = !custom && themes.theme == int(Theme::Scene);
-    for (NimbPushButton* button : {first, second}) {
-        button->setAccessibleName(button->toolTip());
-        button->setVisible(custom || hasDateSizes);
-    }
+    m_ui->pageChoice->setVisible(custom || hasDateSizes);
     m_ui->dateSizeLabel->setVisible(hasDateSizes);
     m_ui->label_5->setText(
         WindowText(custom ? PlacedText QT_TRANSLATE_NOOP3("MainWindow", "显示设计", "over the values")
@@ -255,10 +265,11 @@ void MainWindow::keyPressEvent(QKeyEvent* event) {
 
 void MainWindow::OpenEditing(bool open) {
     m_ui->zoomwidget->SetEditing(open);
-    ShowState();
     if (open) {
+        // Before the button that was pressed goes, or the focus would pass through the next one.
         m_ui->zoomwidget->setFocus(Qt::OtherFocusReason);
     }
+    ShowState();
 }
 
 void MainWindow::FinishEditing() {

@@ -9,6 +9,7 @@ TwoWayChoice::TwoWayChoice(NimbPushButton& first, NimbPushButton& second, QObjec
     for (int which : {0, 1}) {
         NimbPushButton* button = m_buttons[which];
         button->SetToggleMode(true);
+        button->SetExclusive(true);
         connect(button, &QAbstractButton::clicked, this, [this, which] { Choose(which); });
         // A press that is let go elsewhere has turned its button all the same.
         connect(button, &QAbstractButton::released, this, &TwoWayChoice::ShowChosen);

@@ -1,6 +1,7 @@
 #pragma once
 
-// Two buttons of which exactly one is pressed: the tabs, the orientation, a page's own choice. GUI thread.
+// Two buttons of which exactly one is pressed: the tabs, the orientation, a page's own choice. Assistive
+// programs know them as radio buttons. GUI thread.
 
 #include <QObject>
 

@@ -130,6 +130,16 @@ void ColorBar::keyPressEvent(QKeyEvent* event) {
     hide();
 }
 
+void ColorBar::showEvent(QShowEvent* event) {
+    QWidget::showEvent(event);
+    Q_EMIT shownChanged(true);
+}
+
+void ColorBar::hideEvent(QHideEvent* event) {
+    QWidget::hideEvent(event);
+    Q_EMIT shownChanged(false);
+}
+
 void ColorBar::changeEvent(QEvent* event) {
     if (event->type() == QEvent::LanguageChange)
         Translate();

@@ -35,6 +35,8 @@ Q_SIGNALS:
     void SendFontColor(quint8 color);
     // Left by keyboard; it hides next, and gives the focus to anybody unless somebody takes it now.
     void dismissed();
+    // It came up or went.
+    void shownChanged(bool shown);
 
 public Q_SLOTS:
     // Of a colour button, its sender.
@@ -42,6 +44,8 @@ public Q_SLOTS:
 
 protected:
     void keyPressEvent(QKeyEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
     void changeEvent(QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     // Empty, so that a press beside the buttons ends here: the window below would be dragged by it.

@@ -56,6 +56,7 @@ public:
     enum class KeyResult { Nothing, Shown, Changed };
     KeyResult Key(int key);
     int KeySlot() const { return m_keySlot; }
+    void StandOn(int slot) { m_keySlot = slot; }
     int PickedSlot() const { return m_pickedSlot; }
     void DropPicked() { m_pickedSlot = kEmptySlot; }
 

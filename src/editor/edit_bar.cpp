@@ -1,5 +1,6 @@
 #include "editor/edit_bar.h"
 
+#include <QAbstractItemView>
 #include <QEvent>
 #include <QPainter>
 #include <algorithm>
@@ -96,6 +97,7 @@ EditBar::EditBar(QWidget* parent)
     m_colorLabel->setFocusPolicy(Qt::TabFocus);
     m_colorLabel->setCursor(Qt::PointingHandCursor);
     m_colorLabel->setProperty("focusRadius", kColorLabel.width() / 2.0);
+    m_colorLabel->SetOpens(PressLabel::Opens::Closed);
     m_trimButton->setObjectName(QStringLiteral("trimButton"));
     SetUpToolButton(m_trimButton, kTrimButton, QStringLiteral("cut"), QStringLiteral("trim"));
     m_trimButton->SetToggleMode(true);
@@ -172,6 +174,10 @@ void EditBar::SetSizeEnabled(bool on) {
 void EditBar::SetFontSizeIndex(int index) {
     if (index >= 0 && index < m_sizeBox->count())
         m_sizeBox->setCurrentIndex(index);
+}
+
+void EditBar::TellColorsShown(bool shown) {
+    m_colorLabel->SetOpens(shown ? PressLabel::Opens::Open : PressLabel::Opens::Closed);
 }
 
 void EditBar::btn_clicked() {
@@ -263,6 +269,7 @@ void EditBar::Translate() {
     m_sizeBox->setItemText(1, tr("中"));
     m_sizeBox->setItemText(2, tr("小"));
     m_sizeBox->setAccessibleName(tr("文字大小"));
+    m_sizeBox->view()->setAccessibleName(tr("文字大小"));
     m_sizeBox->setToolTip(tr("文字大小"));
     m_colorLabel->setAccessibleName(tr("文字颜色"));
     m_colorLabel->setToolTip(tr("文字颜色"));

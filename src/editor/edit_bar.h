@@ -36,6 +36,9 @@ public:
     // The step 0..2. Tells SendFontSize when that is a change.
     void SetFontSizeIndex(int index);
 
+    // Whether the strip of the colours is open, which the indicator opens: for assistive programs.
+    void TellColorsShown(bool shown);
+
     // The indicator's colour index.
     int IndicatorColor() const { return m_color; }
 

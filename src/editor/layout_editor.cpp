@@ -82,6 +82,17 @@ bool LayoutEditor::MayTick(int kind) const {
     return Variant() != 0 || kivo::MayTick(kind, m_edited.themes.layouts[size_t(CustomLayoutIndex(0))].shown);
 }
 
+bool LayoutEditor::WouldBeShown(int kind) const {
+    if (Variant() != 0) {
+        return true;
+    }
+    const auto& ticked = m_edited.themes.layouts[size_t(CustomLayoutIndex(0))].shown;
+    // Time and date share a slot.
+    const bool joins = (kind == Date && ticked[Time]) || (kind == Time && ticked[Date]);
+    const SlotRow& row = Slots();
+    return MayTick(kind) && (joins || std::find(row.begin(), row.end(), kEmptySlot) != row.end());
+}
+
 void LayoutEditor::SetItem(int kind, bool on) {
     LayoutRecord& layout = Custom();
     ItemFlags& flags = CustomFlags(layout, Variant());

@@ -51,8 +51,10 @@ public:
     void Turn(Orientation orientation);  // each layout keeps its trim
 
     // Items of the custom layout in force, kind 0..8. MayTick is the limit of the five-slot layout; SetItem
-    // does not ask it. IsLeftOut: the kind is ticked and found no slot.
+    // does not ask it. IsLeftOut: the kind is ticked and found no slot. WouldBeShown: one that is not ticked
+    // may be, and would find one.
     bool MayTick(int kind) const;
+    bool WouldBeShown(int kind) const;
     void SetItem(int kind, bool on);
     bool IsLeftOut(int kind) const;
     // Exchanges what two slots hold. False where nothing changes.

@@ -4,6 +4,7 @@
 #include <QEvent>
 #include <algorithm>
 
+#include "editor/preview_accessibility.h"
 #include "editor/text_box.h"
 #include "pictures/picture_path.h"
 #include "pictures/picture_source.h"
@@ -16,6 +17,7 @@ ZoomWidget::ZoomWidget(QWidget* parent)
       m_editText(new TextBox(
           [this] { return Typed(); },
           [this](QPointF point) { return Mapping().OnCanvas(point + QPointF(m_editText->pos())); }, this)) {
+    InstallPreviewAccessibility();
     // Not mouse tracking: that belongs to the trim mode.
     setAttribute(Qt::WA_Hover);
     setProperty("focusRadius", 10);  // of its well
@@ -252,6 +254,7 @@ void ZoomWidget::RevertLayout() {
 
 void ZoomWidget::NoteEdit(By by) {
     update();
+    TellItems();
     Q_EMIT editStateChanged();
     if (by == By::Person) {
         Q_EMIT layoutChanged();
@@ -262,11 +265,14 @@ void ZoomWidget::RetranslateTexts() {
     const auto text = [](const char* source) { return QCoreApplication::translate("ZoomWidget", source); };
     setAccessibleName(text(QT_TRANSLATE_NOOP("ZoomWidget", "屏幕预览")));
     if (IsTrimming()) {
-        setToolTip(text(QT_TRANSLATE_NOOP("ZoomWidget", "拖动边框修剪图片，滚轮缩放")));
+        setToolTip(text(
+            QT_TRANSLATE_NOOP("ZoomWidget", "拖动边框修剪图片，滚轮缩放\n方向键移动，加减键缩放，Esc 退出")));
     } else if (m_editing && m_editor.Variant() != 0) {
-        setToolTip(text(QT_TRANSLATE_NOOP("ZoomWidget", "双击可输入文字，文字可拖动")));
+        setToolTip(
+            text(QT_TRANSLATE_NOOP("ZoomWidget", "双击可输入文字，文字可拖动\n回车键输入，翻页键移动文字")));
     } else if (m_editing) {
-        setToolTip(text(QT_TRANSLATE_NOOP("ZoomWidget", "拖动可交换位置，双击可输入文字")));
+        setToolTip(text(QT_TRANSLATE_NOOP(
+            "ZoomWidget", "拖动可交换位置，双击可输入文字\n方向键选择，空格键拿起和放下，回车键输入")));
     } else {
         setToolTip(accessibleName());
     }

@@ -13,6 +13,7 @@
 #include "editor/drag_tool.h"
 #include "editor/layout_editor.h"
 #include "editor/preview_background.h"
+#include "editor/preview_items.h"
 #include "editor/screen_mapping.h"
 #include "editor/trim_tool.h"
 #include "editor/typed_text.h"
@@ -100,6 +101,15 @@ public:
     // Whether the free text, as it is or as it is typed, does not stand on the screen as a whole.
     bool IsTextCut() const;
 
+    // For assistive programs: what stands on the screen, none while trimming; the text box where it is open,
+    // else null, which then stands for the free text.
+    QVector<PreviewItem> Items() const;
+    QWidget* OpenTextBox() const;
+    // Gives the keys to a slot. A press picks a slot up or puts down what is picked up, as the space bar
+    // does, or opens text entry.
+    void StandOn(const PreviewItem& item);
+    void PressItem(const PreviewItem& item);
+
     // For tests: what has been decoded and composed so far.
     const PreviewBackground& Background() const { return m_background; }
 
@@ -130,6 +140,8 @@ Q_SIGNALS:
     // Something was edited, typed, undone or brought into force: CanUndo, CanRedo and IsTextCut may tell
     // something else.
     void editStateChanged();
+    // What assistive programs are told of an item.
+    void itemTold(const kivo::PreviewChange& change);
     // An item or the text is dragged before editing is open.
     void editingWanted();
 
@@ -155,6 +167,7 @@ private:
     // After an edit: repaints and, unless the caller itself asked for it, tells.
     enum class By { Caller, Person };
     void NoteEdit(By by);
+    void TellItems();  // what has changed of them since they were told last, where somebody listens
     void StepThrough(bool (LayoutEditor::*step)());
     void RetranslateTexts();
 
@@ -188,6 +201,8 @@ private:
     TrimTool m_trim{m_editor};
     ItemTexts m_liveTexts;
     PreviewBackground m_background;
+
+    QVector<PreviewItem> m_toldItems;
 
     TextBox* m_editText = nullptr;  // a child
     bool m_textEntryOpen = false;

@@ -214,6 +214,7 @@ bool ZoomWidget::HandleLayoutKey(int key) {
         m_focusByKeyboard = true;
     }
     update();
+    TellItems();
     if (result == DragTool::KeyResult::Changed) {
         StyleTextBox();  // its row may be another
         NoteEdit(By::Person);
@@ -245,6 +246,9 @@ void ZoomWidget::focusInEvent(QFocusEvent* event) {
                         event->reason() == Qt::ShortcutFocusReason;
     QWidget::focusInEvent(event);
     update();
+    // Qt tells of the preview's own focus once this is over; the item's comes after that.
+    QMetaObject::invokeMethod(
+        this, [this] { TellItems(); }, Qt::QueuedConnection);
 }
 
 void ZoomWidget::focusOutEvent(QFocusEvent* event) {
@@ -252,6 +256,7 @@ void ZoomWidget::focusOutEvent(QFocusEvent* event) {
     m_drag.DropPicked();
     QWidget::focusOutEvent(event);
     update();
+    TellItems();
 }
 
 }  // namespace kivo

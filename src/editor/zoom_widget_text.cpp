@@ -104,11 +104,12 @@ void ZoomWidget::solteditingFinished() {
     // Before anybody is told: who hears of it may ask for the end of an entry again.
     m_textEntryOpen = false;
     const bool hadFocus = m_editText->hasFocus();
-    m_editText->hide();
     if (hadFocus && m_editing) {
-        // With the ring, if it had it when the typing began.
+        // With the ring, if it had it when the typing began. Before the box goes, or the focus would pass
+        // through the next widget.
         setFocus(m_typingByKeyboard ? Qt::TabFocusReason : Qt::OtherFocusReason);
     }
+    m_editText->hide();
     m_editor.EndText(m_editText->toPlainText());
     NoteEdit(By::Person);
     Q_EMIT HideColorWin(0);

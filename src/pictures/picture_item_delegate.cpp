@@ -7,6 +7,7 @@
 #include <QPainter>
 #include <QToolTip>
 
+#include "pictures/built_in_names.h"
 #include "pictures/picture_list.h"
 #include "pictures/picture_path.h"
 #include "widgets/picture_item.h"
@@ -84,6 +85,11 @@ void PictureItemDelegate::paint(QPainter* painter, const QStyleOptionViewItem& o
         DrawFileName(painter, option, index.data(PictureList::kPathRole).toString());
     }
     ExitItemDelegate::paint(painter, option, index);
+}
+
+QString PictureItemDelegate::PaintedName(const QModelIndex& index) const {
+    const QString name = BuiltInPictureName(index.data(PictureList::kPathRole).toString());
+    return name.isEmpty() ? ExitItemDelegate::PaintedName(index) : name;
 }
 
 bool PictureItemDelegate::helpEvent(QHelpEvent* event, QAbstractItemView* view,

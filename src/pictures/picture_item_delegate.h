@@ -20,6 +20,10 @@ public:
     // Of the user's own pictures: where they lie.
     bool helpEvent(QHelpEvent* event, QAbstractItemView* view, const QStyleOptionViewItem& option,
                    const QModelIndex& index) override;
+
+protected:
+    // Of the built-in pictures: names of their own.
+    QString PaintedName(const QModelIndex& index) const override;
 };
 
 }  // namespace kivo

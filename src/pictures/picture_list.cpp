@@ -1,5 +1,6 @@
 #include "pictures/picture_list.h"
 
+#include <QContextMenuEvent>
 #include <QCoreApplication>
 #include <QDropEvent>
 #include <QIcon>
@@ -10,6 +11,7 @@
 #include <QTimer>
 
 #include "compose/theme_catalogue.h"
+#include "pictures/built_in_names.h"
 #include "pictures/picture_files.h"
 #include "pictures/picture_item_delegate.h"
 #include "pictures/picture_path.h"
@@ -43,6 +45,7 @@ bool IsBuiltInPath(const QString& path) {
     return IsResource(path) && builtIn.contains(path);
 }
 
+// Deliberate, fixed: the built-in pictures share one text. Their own names are painted and read aloud.
 QString RowText(const QString& path) {
     if (path == AddEntryPath()) {
         return PictureList::tr("选择图片文件夹");
@@ -108,6 +111,7 @@ QScrollBar* PictureList::CreateScrollBar(QWidget* parent) const {
     const QScrollBar* own = m_view->verticalScrollBar();
     auto* bar = new QScrollBar(Qt::Vertical, parent);
     bar->setFocusPolicy(Qt::NoFocus);
+    bar->setAccessibleName(m_view->accessibleName());
     const auto follow = [own, bar] {
         bar->setPageStep(own->pageStep());
         bar->setSingleStep(own->singleStep());
@@ -154,8 +158,9 @@ bool PictureList::SavePictureList() {
 QListWidgetItem* PictureList::NewItem(const QString& path) {
     auto* item = new QListWidgetItem(RowText(path));
     item->setData(kPathRole, path);
-    if (!IsResource(path)) {
-        item->setData(Qt::AccessibleTextRole, FileName(path));
+    const QString name = IsResource(path) ? BuiltInPictureName(path) : FileName(path);
+    if (!name.isEmpty()) {
+        item->setData(Qt::AccessibleTextRole, name);
     }
     // A row that is new has no icon yet, whatever another one of this picture had.
     m_known.remove(path);
@@ -342,6 +347,11 @@ bool PictureList::eventFilter(QObject* watched, QEvent* event) {
         case QEvent::DragMove:
         case QEvent::Drop:
             return watched == m_view->viewport() && HandleDrag(event);
+        case QEvent::ContextMenu:
+            // A right press of the mouse tells by itself.
+            return watched == m_view &&
+                   static_cast<QContextMenuEvent*>(event)->reason() == QContextMenuEvent::Keyboard &&
+                   HandleKey(Qt::Key_Delete);
         case QEvent::KeyPress:
             if (watched == m_view) {
                 return HandleKey(static_cast<QKeyEvent*>(event)->key());

@@ -44,7 +44,7 @@ QRect ExitItemDelegate::CrossRect(const QRect& itemRect) {
 
 void ExitItemDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
                              const QModelIndex& index) const {
-    DrawPictureItem(*painter, option, index, index.row() == 0);
+    DrawPictureItem(*painter, option, index, PaintedName(index), index.row() == 0);
     DrawItemFrame(*painter, option);
     if (!CanDelete(index.row(), index.model()->rowCount()))
         return;
@@ -53,6 +53,10 @@ void ExitItemDelegate::paint(QPainter* painter, const QStyleOptionViewItem& opti
         DrawPlainCross(*painter, square);
     else
         m_cross.Draw(*painter, QRectF(square.topLeft(), m_cross.FittedSize(square.size())));
+}
+
+QString ExitItemDelegate::PaintedName(const QModelIndex& index) const {
+    return index.data(Qt::DisplayRole).toString();
 }
 
 QSize ExitItemDelegate::sizeHint(const QStyleOptionViewItem& option, const QModelIndex& /*index*/) const {

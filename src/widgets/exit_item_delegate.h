@@ -38,6 +38,8 @@ Q_SIGNALS:
     void handleDeleteClick(int iRow);
 
 protected:
+    // What stands below the picture: the item's text, unless a list has other names.
+    virtual QString PaintedName(const QModelIndex& index) const;
     bool editorEvent(QEvent* event, QAbstractItemModel* model, const QStyleOptionViewItem& option,
                      const QModelIndex& index) override;
 

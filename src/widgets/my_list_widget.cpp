@@ -40,4 +40,30 @@ void MyListWidget::mousePressEvent(QMouseEvent* event) {
         Q_EMIT rightClick();
 }
 
+// QListView tells assistive programs that its row has the focus, whoever has it.
+void MyListWidget::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
+    if (hasFocus()) {
+        QListWidget::currentChanged(current, previous);
+    } else {
+        QAbstractItemView::currentChanged(current, previous);
+    }
+}
+
+// Mouse, keys and the program select the current row. Others have left the current row where it was.
+void MyListWidget::selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) {
+    QListWidget::selectionChanged(selected, deselected);
+    // The current row comes after the selection.
+    QMetaObject::invokeMethod(this, &MyListWidget::FollowSelection, Qt::QueuedConnection);
+}
+
+void MyListWidget::FollowSelection() {
+    QModelIndexList rows = selectedIndexes();
+    rows.removeAll(currentIndex());  // whoever watches the list may have selected it again
+    if (rows.size() == 1) {
+        const QPersistentModelIndex row = rows.first();
+        setCurrentIndex(row);
+        Q_EMIT clicked(row);
+    }
+}
+
 }  // namespace kivo

@@ -1,6 +1,7 @@
 #pragma once
 
-// A list of pictures that tells of right presses. GUI thread.
+// A list of pictures that tells of right presses. A row that assistive programs select is clicked by that.
+// GUI thread.
 
 #include <QListWidget>
 #include <QPersistentModelIndex>
@@ -27,8 +28,12 @@ Q_SIGNALS:
 
 protected:
     void mousePressEvent(QMouseEvent* event) override;
+    void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
+    void selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) override;
 
 private:
+    void FollowSelection();
+
     QPersistentModelIndex m_pressed;
 };
 

@@ -6,7 +6,7 @@ namespace kivo {
 
 void NimbItemDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
                              const QModelIndex& index) const {
-    DrawPictureItem(*painter, option, index, false);
+    DrawPictureItem(*painter, option, index, index.data(Qt::DisplayRole).toString(), false);
     DrawItemFrame(*painter, option);
 }
 

@@ -47,6 +47,11 @@ public:
     // box.
     void SetToggleMode(bool on);
 
+    // One of several choices, of which its owner keeps exactly one on: assistive programs know it as a radio
+    // button. In toggle mode.
+    void SetExclusive(bool on) { m_exclusive = on; }
+    bool IsExclusive() const { return m_exclusive; }
+
     // Puts the button on or off without any signal.
     void SetPressed(bool pressed);
     bool IsPressed() const { return m_checked; }
@@ -133,6 +138,7 @@ private:
 
     Look m_look = Look::Bare;
     bool m_toggleMode = false;
+    bool m_exclusive = false;
     bool m_checked = false;
     bool m_enabledFlag = true;
     // Set at first: until there is a press, each coming of the mouse has its going.

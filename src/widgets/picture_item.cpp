@@ -97,7 +97,7 @@ QRect PicturePlace(const QRect& itemRect, const QSize& pictureSize) {
 }
 
 void DrawPictureItem(QPainter& painter, const QStyleOptionViewItem& option, const QModelIndex& index,
-                     bool isAction) {
+                     const QString& name, bool isAction) {
     painter.save();
     const QRectF picture = PicturePlace(option.rect, option.decorationSize);
     const QVariant decoration = index.data(Qt::DecorationRole);
@@ -106,7 +106,6 @@ void DrawPictureItem(QPainter& painter, const QStyleOptionViewItem& option, cons
     if (IsSelected(option))
         DrawCheck(painter, picture);
 
-    const QString name = index.data(Qt::DisplayRole).toString();
     if (!name.isEmpty()) {
         QFont font = option.font;
         font.setPixelSize(kNamePixels);

@@ -20,9 +20,9 @@ QRect PicturePlace(const QRect& itemRect, const QSize& pictureSize);
 inline constexpr qreal kPictureRadius = 6;
 
 // The picture in its place of the item, as large as option.decorationSize, with round corners; below it the
-// name. A selected item's picture has a disc with a check in its corner.
+// name, elided where it is too long. A selected item's picture has a disc with a check in its corner.
 void DrawPictureItem(QPainter& painter, const QStyleOptionViewItem& option, const QModelIndex& index,
-                     bool isAction);
+                     const QString& name, bool isAction);
 
 // The frame of an item that is selected, and the quieter one of an item under the mouse. It keeps to the
 // screen's pixels that lie wholly inside the item: only those are sure to be painted again when the item

@@ -68,6 +68,9 @@ void PressCombobox::keyPressEvent(QKeyEvent* event) {
 
 // Which keys open the list is the base class's business: here it has decided.
 void PressCombobox::showPopup() {
+    // Assistive programs are offered it also while nobody sees the chooser.
+    if (!isVisible())
+        return;
     if (m_atKey && count() > 0)
         Q_EMIT clicked();
     QComboBox::showPopup();

@@ -1,13 +1,25 @@
 #include "widgets/press_label.h"
 
+#include <QAccessible>
 #include <QKeyEvent>
 #include <QMouseEvent>
 
 namespace kivo {
 
+void PressLabel::SetOpens(Opens opens) {
+    if (opens == m_opens)
+        return;
+    m_opens = opens;
+    QAccessible::State changed;
+    changed.expanded = true;
+    changed.collapsed = true;
+    QAccessibleStateChangeEvent event(this, changed);
+    QAccessible::updateAccessibility(&event);
+}
+
 void PressLabel::mousePressEvent(QMouseEvent* event) {
     if (event->button() == Qt::LeftButton)
-        Q_EMIT clicked();
+        Press();
     QLabel::mousePressEvent(event);
 }
 
@@ -18,7 +30,7 @@ void PressLabel::keyPressEvent(QKeyEvent* event) {
         return;
     }
     if (!event->isAutoRepeat())
-        Q_EMIT clicked();
+        Press();
 }
 
 }  // namespace kivo

@@ -7,6 +7,7 @@
 #include <QToolTip>
 #include <utility>
 
+#include "widgets/kit_accessibility.h"
 #include "widgets/window_colors.h"
 
 namespace kivo {
@@ -128,6 +129,7 @@ QPalette WindowPalette() {
 }
 
 void ApplyWindowStyle(QApplication& application, std::function<bool()> blends) {
+    InstallKitAccessibility();
     QApplication::setPalette(WindowPalette());
     application.setStyleSheet(WindowStyleSheet());
     QToolTip::setPalette(WindowPalette());

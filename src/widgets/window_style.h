@@ -21,8 +21,9 @@ QString WindowStyleSheet();
 // Dark, from the window's colours.
 QPalette WindowPalette();
 
-// Both of them, and what a style sheet cannot do: the corners of pop-ups, which are round where blends says
-// that what lies outside of them can be seen through. At start; once more replaces it.
+// Both of them, what a style sheet cannot do (the corners of pop-ups, which are round where blends says that
+// what lies outside of them can be seen through), and what assistive programs are told of the kit. At start,
+// before the first widget; once more replaces it.
 void ApplyWindowStyle(QApplication& application, std::function<bool()> blends = &BlendsWindows);
 
 }  // namespace kivo

@@ -1,5 +1,6 @@
 set(window_units
     main_window
+    window_accessibility
     window_custom
     window_editing
     window_hotplug

@@ -464,8 +464,7 @@ void TestMainWindow::EverythingIsReachedByKeyboard() {
             }
             QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
         }
-        const auto controls =
-            desk.Find("centralwidget")->findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly);
+        const auto controls = desk.Find("centralwidget")->findChildren<QWidget*>();
         for (const QWidget* control : controls) {
             const bool needed = control->isVisible() && control->isEnabled() && !control->size().isEmpty() &&
                                 (qobject_cast<const QAbstractButton*>(control) != nullptr ||

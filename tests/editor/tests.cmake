@@ -10,6 +10,7 @@ kivo_add_tests(editor
         editor_tools
         layout_editor
         layout_editor_steps
+        preview_accessibility
         screen_mapping
         trim_frame
         trim_tool

@@ -3,6 +3,7 @@ kivo_add_tests(widgets
         exit_item_delegate
         exit_message_box
         focus_ring
+        kit_accessibility
         my_list_widget
         nimb_item_delegate
         nimb_push_button
