@@ -40,7 +40,8 @@ private Q_SLOTS:
         Desk desk;
         QVERIFY(desk.Show());
         QVERIFY(desk.frame.isVisible());
-        // Eight pixels on all sides, four where it stands; the screen is 432 x 230 and stands in the middle of its widget.
+        // Eight pixels on all sides, four where it stands; the screen is 432 x 230 and stands in the middle
+        // of its widget.
         const QPoint away = desk.frame.geometry().center() - desk.editor.geometry().center();
         QVERIFY(qAbs(away.x()) <= 1 && qAbs(away.y()) <= 1);
         QVERIFY(qAbs(desk.frame.width() - (432 + 16)) <= 1);
