@@ -96,7 +96,7 @@ std::shared_ptr<const PanelTexts> LayOutPanel(const ScreenState& state) {
             return found;
         }
     }
-    const SharedLayout layout = LaidOut(state);
+    SharedLayout layout = LaidOut(state);
     const std::lock_guard<std::mutex> lock(cache->mutex);
     if (SharedLayout found = Take(cache->kept, state)) {
         return found;  // another thread was faster
