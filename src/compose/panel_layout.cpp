@@ -62,7 +62,7 @@ QVector<TakenRoom> RoomOfChips(const ScreenState& state, const QVector<TakenRoom
 }
 
 SharedLayout LaidOut(const ScreenState& state) {
-    const auto layout = std::make_shared<PanelTexts>();
+    auto layout = std::make_shared<PanelTexts>();
     layout->runs = LayOutItems(state);
     layout->taken = RoomOfItems(layout->runs);
     layout->taken += RoomOfChips(state, layout->taken);
