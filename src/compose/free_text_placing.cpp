@@ -133,7 +133,7 @@ public:
             if (signs < mostSigns) {
                 continue;
             }
-            const Placed placed = Place(text, wrapped, area);
+            Placed placed = Place(text, wrapped, area);
             if (signs > mostSigns || placed.cost < best.cost) {
                 mostSigns = signs;
                 best = placed;

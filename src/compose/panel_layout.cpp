@@ -62,7 +62,7 @@ QVector<TakenRoom> RoomOfChips(const ScreenState& state, const QVector<TakenRoom
 }
 
 SharedLayout LaidOut(const ScreenState& state) {
-    const auto layout = std::make_shared<PanelTexts>();
+    auto layout = std::make_shared<PanelTexts>();
     layout->runs = LayOutItems(state);
     layout->taken = RoomOfItems(layout->runs);
     layout->taken += RoomOfChips(state, layout->taken);
@@ -96,7 +96,7 @@ std::shared_ptr<const PanelTexts> LayOutPanel(const ScreenState& state) {
             return found;
         }
     }
-    const SharedLayout layout = LaidOut(state);
+    SharedLayout layout = LaidOut(state);
     const std::lock_guard<std::mutex> lock(cache->mutex);
     if (SharedLayout found = Take(cache->kept, state)) {
         return found;  // another thread was faster

@@ -31,7 +31,7 @@ std::optional<LayoutPicture> FirstShown(const ScreenState& state, Ask ask) {
 
 std::optional<LayoutPicture> KnownLayoutPicture(PictureSource& source, const ScreenState& state) {
     return FirstShown(state, [&source](const QString& path) {
-        const std::optional<Picture> picture = source.Known(path);
+        std::optional<Picture> picture = source.Known(path);
         if (!picture) {
             source.Want(path);
         }

@@ -49,7 +49,7 @@ Picture CachedThumbnail(ThumbnailCache& cache, const QString& path, QSize pixels
     if (IsResource(path)) {
         return MakeThumbnail(path, pixels, work);
     }
-    const Picture looked = LookUpPicture(path, work);
+    Picture looked = LookUpPicture(path, work);
     if (looked.failure != PictureFailure::None) {
         return looked;
     }

@@ -40,9 +40,9 @@ int DistanceToTheRest(const ScreenState& state, int limit) {
 }
 
 // The ink above which no line is, in the row alone.
-int TopAlone(ScreenState state) {
+QRect BoundsAlone(ScreenState state) {
     state.slotItems = kNoItems;
-    return LayOutFreeText(state).bounds.top();
+    return LayOutFreeText(state).bounds;
 }
 
 }  // namespace
@@ -127,28 +127,24 @@ private slots:
 
     void ARowThatIsTakenIsLeftForTheNearestBand_data() {
         QTest::addColumn<ScreenState>("state");
-        QTest::addColumn<bool>("below");  // the centre's chip
-        QTest::newRow("one value, landscape")
-            << Factory(1, kLying, QStringLiteral("Hello desk"), 1, 2) << true;
-        QTest::newRow("one value, portrait")
-            << Factory(1, kStanding, QStringLiteral("Hello desk"), 1, 0) << true;
-        QTest::newRow("five values, portrait")
-            << Factory(0, kStanding, QStringLiteral("Hello desk"), 1, 2) << true;
-        QTest::newRow("first row, two lines")
-            << Factory(1, kLying, QStringLiteral("Hello\ndesk"), 0, 2) << false;
+        QTest::newRow("one value, landscape") << Factory(1, kLying, QStringLiteral("Hello desk"), 1, 2);
+        QTest::newRow("one value, portrait") << Factory(1, kStanding, QStringLiteral("Hello desk"), 1, 0);
+        QTest::newRow("five values, portrait") << Factory(0, kStanding, QStringLiteral("Hello desk"), 1, 2);
+        QTest::newRow("first row, two lines") << Factory(1, kLying, QStringLiteral("Hello\ndesk"), 0, 2);
     }
     void ARowThatIsTakenIsLeftForTheNearestBand() {
         QFETCH(ScreenState, state);
-        QFETCH(bool, below);
         const FreeTextBlock block = LayOutFreeText(state);
         const bool hasCaption = state.slotItems[kCentreSlot] != Time;
         const QRect chip = SlotChipRect(kCentreSlot, state.orientation, hasCaption);
-        // As near to the chip as its pill may come, and not smaller.
-        if (below) {
-            QCOMPARE(block.bounds.top(), chip.bottom() + 1 + 7);
-            QVERIFY(block.bounds.top() > TopAlone(state));
+        // As near to the chip as its pill may come, on the side that is nearer to its row in this font.
+        const QRect alone = BoundsAlone(state);
+        const int belowTheChip = chip.bottom() + 1 + 7;
+        const int aboveTheChip = chip.top() - 1 - 7;
+        if (belowTheChip - alone.top() < alone.bottom() - aboveTheChip) {
+            QCOMPARE(block.bounds.top(), belowTheChip);
         } else {
-            QVERIFY(block.bounds.bottom() <= chip.top() - 1 - 7);
+            QVERIFY(block.bounds.bottom() <= aboveTheChip);
         }
         QCOMPARE(block.pixelSize, FreeTextPixelSize(state.layout.sizeIndex));
         const int centre = CanvasSize(state.orientation).width() / 2;
@@ -197,7 +193,7 @@ private slots:
         QCOMPARE(block.lines.size(), 1);
         QCOMPARE(block.pixelSize, 17);
         QVERIFY(block.bounds.left() > SlotChipRect(0, kLying, true).right() + 10);
-        QCOMPARE(block.bounds.top(), TopAlone(state));
+        QCOMPARE(block.bounds.top(), BoundsAlone(state).top());
     }
 };
 
