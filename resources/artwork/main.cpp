@@ -101,7 +101,7 @@ bool SaveSkins(const QDir& folder) {
             }
         }
     }
-    return Save(folder, QStringLiteral("default_background_black.png"), DrawBlackVeil());
+    return true;
 }
 
 bool SaveBytes(const QDir& folder, const QString& name, const QByteArray& bytes) {

@@ -135,12 +135,12 @@ Shape MirroredY(const Shape& shape, double axis) {
     return [=](double inset) { return QTransform(1, 0, 0, -1, 0, 2 * axis).map(shape(inset)); };
 }
 
-void DrawGlass(QPainter& painter, const Shape& shape) {
+void DrawGlass(QPainter& painter, const Shape& shape, double top) {
     const QPainterPath outline = shape(0);
     const QRectF bounds = outline.boundingRect();
     QLinearGradient glass(bounds.topLeft(), bounds.bottomLeft());
-    glass.setColorAt(0, WithAlpha(kInk, 0.66));
-    glass.setColorAt(1, WithAlpha(kInk, 0.76));
+    glass.setColorAt(0, WithAlpha(kInk, top));
+    glass.setColorAt(1, WithAlpha(kInk, 0.67));
     painter.fillPath(outline, glass);
 
     QLinearGradient edge(bounds.topLeft(), bounds.bottomLeft());

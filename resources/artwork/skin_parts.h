@@ -55,7 +55,10 @@ Shape HeadWing(const QRectF& rect, double radius, QPointF centre, double cutRadi
 Shape MirroredX(const Shape& shape, double axis);
 Shape MirroredY(const Shape& shape, double axis);
 
-void DrawGlass(QPainter& painter, const Shape& shape);
+// Opacity of the glass at a shape's top. Amber and ice need a little more of it for three to one over white.
+constexpr double kGlass = 0.58;
+constexpr double kGlassUnderPaleAccents = 0.645;
+void DrawGlass(QPainter& painter, const Shape& shape, double top = kGlass);
 // Vertical ink with the given alpha at fractions of the height.
 void DrawScrim(QPainter& painter, const QRectF& rect, const std::vector<std::pair<double, double>>& stops);
 void DrawUnderLight(QPainter& painter, QPointF centre, double radius, QRgb accent, double strength);

@@ -30,6 +30,7 @@ struct Canvas {
 struct CardRow {
     QPointF corner;
     Icon icon;
+    double iconY = 13;  // below the corner
 };
 
 // Small cards of the default theme: icon at the head, foot scale under the value.
@@ -37,7 +38,7 @@ void DrawValueCards(Canvas& canvas, QSizeF size, const std::array<CardRow, 4>& c
     for (const CardRow& card : cards) {
         DrawGlass(canvas.glass.Painter(), RoundedCard(QRectF(card.corner, size), 10));
         DrawFootScale(canvas.ornaments.Painter(), card.corner + scaleAt, kMint);
-        DrawIcon(canvas.icons.Painter(), card.icon, card.corner + QPointF(11, 13), 14, kMint);
+        DrawIcon(canvas.icons.Painter(), card.icon, card.corner + QPointF(11, card.iconY), 14, kMint);
     }
 }
 
@@ -58,14 +59,16 @@ void DrawDefault(Canvas& canvas, Orientation orientation) {
     }
     DrawGlass(glass, RoundedCard(QRectF(5, 5, 131, 160), 12));
     DrawUnderLight(glass, QPointF(70, 110), 46, kMint, 0.13);
-    DrawHair(ornaments, QPointF(38, 64), QPointF(98, 64));
+    DrawHair(ornaments, QPointF(40, 64), QPointF(100, 64));
     DrawRing(ornaments, Ring{QPointF(70, 118), 43.5, 36.5, 40.5, 37}, kMint);
+    // The lower captions stand a pixel higher in their cards than the upper ones.
     DrawValueCards(canvas, QSizeF(82, 78),
                    {{{QPointF(141, 5), Icon::Thermometer},
                      {QPointF(227, 5), Icon::Memory},
-                     {QPointF(141, 87), Icon::Fan},
-                     {QPointF(227, 87), Icon::Chip}}},
+                     {QPointF(141, 87), Icon::Fan, 12},
+                     {QPointF(227, 87), Icon::Chip, 12}}},
                    QPointF(41, 66));
+    DrawGlass(glass, RoundedCard(QRectF(QPointF(310.5, 5), QPointF(317.5, 165)), 3));
     for (int i = -10; i <= 10; ++i) {
         const int away = std::abs(i);
         const double y = 85 + 6 * i;
@@ -83,7 +86,7 @@ void DrawScene(Canvas& canvas, Orientation orientation) {
     if (portrait) {
         DrawScrim(glass, panel, {{.48, 0}, {.56, .12}, {.63, .34}, {.70, .58}, {.78, .64}, {1, .70}});
     } else {
-        DrawScrim(glass, panel, {{.22, 0}, {.34, .12}, {.44, .34}, {.54, .58}, {.64, .64}, {1, .70}});
+        DrawScrim(glass, panel, {{.42, 0}, {.49, .14}, {.54, .42}, {.57, .58}, {.66, .64}, {1, .70}});
     }
     // Standing, they lie half way between the feet of the hour's digits and the head of the date's.
     const QPointF middle = portrait ? QPointF(84.5, 272.5) : QPointF(161.5, 110.5);
@@ -109,12 +112,14 @@ void DrawTdp(Canvas& canvas, Orientation orientation) {
     QPainter& icons = canvas.icons.Painter();
     if (orientation == Orientation::Portrait) {
         const QPointF centre(86, 159);
-        DrawGlass(glass, HeadWing(QRectF(QPointF(4.5, 4.5), QPointF(167.5, 97)), 12, centre, 85, 10));
+        DrawGlass(glass, HeadWing(QRectF(QPointF(4.5, 4.5), QPointF(167.5, 97)), 12, centre, 85, 10),
+                  kGlassUnderPaleAccents);
         // The lower wing is two pixels taller: mirrored about the dial's centre, then told its own foot.
         DrawGlass(glass,
                   MirroredY(HeadWing(QRectF(QPointF(4.5, 2.5), QPointF(167.5, 97)), 12, centre, 85, 10),
-                            centre.y()));
-        DrawGlass(glass, Disc(centre, 81));
+                            centre.y()),
+                  kGlassUnderPaleAccents);
+        DrawGlass(glass, Disc(centre, 81), kGlassUnderPaleAccents);
         DrawUnderLight(glass, QPointF(86, 153), 70, kAmber, 0.13);
         DrawRing(ornaments, Ring{centre, 77.5, 70, 74.5, 61}, kAmber);
         DrawHair(ornaments, QPointF(60, 182.5), QPointF(113, 182.5));
@@ -129,9 +134,9 @@ void DrawTdp(Canvas& canvas, Orientation orientation) {
     }
     const QPointF centre(162, 85.5);
     const Shape left = SideWing(QRectF(QPointF(5.5, 5.5), QPointF(162, 165.5)), 12, centre, 85, 8);
-    DrawGlass(glass, left);
-    DrawGlass(glass, MirroredX(left, centre.x()));
-    DrawGlass(glass, Disc(centre, 81));
+    DrawGlass(glass, left, kGlassUnderPaleAccents);
+    DrawGlass(glass, MirroredX(left, centre.x()), kGlassUnderPaleAccents);
+    DrawGlass(glass, Disc(centre, 81), kGlassUnderPaleAccents);
     DrawUnderLight(glass, QPointF(162, 79.5), 70, kAmber, 0.13);
     DrawRing(ornaments, Ring{centre, 75.5, 67.5, 72, 61}, kAmber);
     DrawHair(ornaments, QPointF(136, 107.5), QPointF(189, 107.5));
@@ -149,11 +154,11 @@ void DrawTime(Canvas& canvas, Orientation orientation) {
     QPainter& ornaments = canvas.ornaments.Painter();
     QPainter& icons = canvas.icons.Painter();
     if (orientation == Orientation::Portrait) {
-        DrawGlass(glass, RoundedCard(QRectF(4, 4, 162, 82), 12));
-        DrawGlass(glass, RoundedCard(QRectF(4, 90, 162, 144), 16));
-        DrawGlass(glass, RoundedCard(QRectF(4, 238, 162, 78), 12));
+        DrawGlass(glass, RoundedCard(QRectF(4, 4, 162, 86), 12), kGlassUnderPaleAccents);
+        DrawGlass(glass, RoundedCard(QRectF(4, 94, 162, 140), 16), kGlassUnderPaleAccents);
+        DrawGlass(glass, RoundedCard(QRectF(4, 238, 162, 78), 12), kGlassUnderPaleAccents);
         DrawUnderLight(glass, QPointF(84.5, 158), 66, kIce, 0.10);
-        DrawTickFrame(canvas.frame.Painter(), QRectF(11, 97, 148, 130), 20, kIce);
+        DrawTickFrame(canvas.frame.Painter(), QRectF(11, 99, 148, 128), 20, kIce);
         DrawFootScale(ornaments, QPointF(84.5, 208), kIce, 6);
         DrawHair(ornaments, QPointF(85, 26), QPointF(85, 64));
         DrawHair(ornaments, QPointF(85, 258), QPointF(85, 296));
@@ -163,9 +168,9 @@ void DrawTime(Canvas& canvas, Orientation orientation) {
         DrawIcon(icons, Icon::Memory, QPointF(134.5, 300.5), 18, kIce);
         return;
     }
-    DrawGlass(glass, RoundedCard(QRectF(4, 4, 65, 162), 12));
-    DrawGlass(glass, RoundedCard(QRectF(73, 4, 174, 162), 16));
-    DrawGlass(glass, RoundedCard(QRectF(251, 4, 65, 162), 12));
+    DrawGlass(glass, RoundedCard(QRectF(4, 4, 65, 162), 12), kGlassUnderPaleAccents);
+    DrawGlass(glass, RoundedCard(QRectF(73, 4, 174, 162), 16), kGlassUnderPaleAccents);
+    DrawGlass(glass, RoundedCard(QRectF(251, 4, 65, 162), 12), kGlassUnderPaleAccents);
     DrawUnderLight(glass, QPointF(159.5, 80), 66, kIce, 0.10);
     DrawTickFrame(canvas.frame.Painter(), QRectF(80, 11, 160, 148), 22, kIce);
     DrawFootScale(ornaments, QPointF(159.5, 137), kIce, 6);
@@ -252,12 +257,6 @@ QImage DrawThemeIcon(Theme theme, int scale) {
         default:
             return {};
     }
-}
-
-QImage DrawBlackVeil() {
-    QImage veil(433, 320, QImage::Format_ARGB32);
-    veil.fill(WithAlpha(kInk, 0.59));
-    return WithAlphaGrain(veil, 99);
 }
 
 }  // namespace kivo::artwork

@@ -32,8 +32,4 @@ SkinLayers DrawSkin(Theme theme, Orientation orientation, int scale);
 QRectF IconRect(Theme theme, Orientation orientation);
 QImage DrawThemeIcon(Theme theme, int scale);  // null where the theme has none
 
-// The veil of the custom layouts, 433 x 320: landscape takes its upper 433 x 230, portrait its left 170 x
-// 320.
-QImage DrawBlackVeil();
-
 }  // namespace kivo::artwork

@@ -3,73 +3,77 @@
 #include <QPainter>
 
 #include "compose/background_picture.h"
+#include "compose/frost.h"
+#include "compose/glass.h"
 #include "compose/item_drawing.h"
 #include "compose/theme_catalogue.h"
-#include "compose/veil.h"
 
 namespace kivo {
 
 namespace {
 
 // A skin in twice the pixels where the picture under it is larger than the panel's: enlarged, the plain one
-// would be soft beside the texts. The veil has no shapes that could be.
+// would be soft beside the texts.
 int SkinScale(const ScreenState& state, QSize pictureSize) {
-    return !state.custom && pictureSize.width() > AreaFrameSize(state.orientation).width() ? 2 : 1;
+    return pictureSize.width() > AreaFrameSize(state.orientation).width() ? 2 : 1;
 }
 
 QString LayerPath(QString path, int scale) {
     return scale == 1 ? path : path.replace(QLatin1String(".png"), QLatin1String("@2x.png"));
 }
 
-QImage DecodeSkin(const ScreenState& state, int scale) {
-    const QSize size = AreaFrameSize(state.orientation) * scale;
-    QImage skin(size, QImage::Format_ARGB32_Premultiplied);
-    skin.fill(Qt::transparent);
-    QPainter painter(&skin);
+QImage Transparent(QSize size) {
+    QImage image(size, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    return image;
+}
+
+// Lets painter take the coordinates of the canvas, whatever the size of what it paints on.
+void UseCanvasCoordinates(QPainter& painter, Orientation orientation) {
+    const QSizeF canvas = CanvasSize(orientation);
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
-    if (state.custom) {
-        // Serves both orientations; only its upper left part is used in either.
-        painter.drawImage(QPoint(0, 0), QImage(CustomVeilPicture()));
-        return skin;
+    painter.scale(painter.device()->width() / canvas.width(), painter.device()->height() / canvas.height());
+}
+
+QImage ScaledTo(const QImage& image, QSize size) {
+    return image.size() == size ? image : image.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+}
+
+// Glass is more than half opaque everywhere, so twice the opacity is the whole of it inside, and its part of
+// a pixel along its edge.
+QImage ShapesOf(const QImage& glassLayer) {
+    QImage shapes = glassLayer.convertToFormat(QImage::Format_ARGB32_Premultiplied);
+    for (int y = 0; y < shapes.height(); ++y) {
+        auto* row = reinterpret_cast<QRgb*>(shapes.scanLine(y));
+        for (int x = 0; x < shapes.width(); ++x) {
+            row[x] = qRgba(0, 0, 0, qMin(255, 2 * qAlpha(row[x])));
+        }
     }
-    const QSize canvas = CanvasSize(state.orientation);
-    painter.scale(double(size.width()) / canvas.width(), double(size.height()) / canvas.height());
+    return shapes;
+}
+
+Skin DecodeSkin(const ScreenState& state, int scale) {
     const QVector<SkinLayer> layers = SkinLayers(state.theme, state.orientation);
-    for (const SkinLayer& layer : layers) {
-        painter.drawImage(layer.rect, QImage(LayerPath(layer.path, scale)));
+    Skin skin;
+    skin.drawing = Transparent(AreaFrameSize(state.orientation) * scale);
+    {
+        QPainter painter(&skin.drawing);
+        UseCanvasCoordinates(painter, state.orientation);
+        for (const SkinLayer& layer : layers) {
+            painter.drawImage(layer.rect, QImage(LayerPath(layer.path, scale)));
+        }
+    }
+    if (HasGlass(state.theme)) {
+        QImage glass = Transparent(skin.drawing.size());
+        {
+            QPainter painter(&glass);
+            UseCanvasCoordinates(painter, state.orientation);
+            painter.drawImage(layers.first().rect, QImage(LayerPath(layers.first().path, scale)));
+        }
+        skin.glass = ShapesOf(glass);
+        skin.glassOnPanel = ScaledTo(skin.glass, CanvasSize(state.orientation));
     }
     return skin;
-}
-
-QString SkinKey(const ScreenState& state, int scale) {
-    return state.custom ? QStringLiteral("custom %1").arg(int(state.orientation))
-                        : LayerPath(SkinPicture(state.theme, state.orientation), scale);
-}
-
-// Where white text will stand: each shown value's rectangle, the captions as long as they are, and the free
-// text.
-QVector<QRect> WhiteTextRects(const ScreenState& state) {
-    const PanelTexts texts = LayOutPanelTexts(state, state.layout.sample);
-    QVector<QRect> rects;
-    for (const TextRun& run : texts.runs) {
-        if (run.role == TextRole::Value) {
-            rects.append(run.rect);
-            continue;
-        }
-        const FittedLine line = FitLine(run.text, run.pixelSize, run.rect, run.align);
-        const LineMetrics metrics = MetricsOf(line.pixelSize);
-        const QRect ink(line.baseLine.x(), line.baseLine.y() - metrics.inkAbove, line.width,
-                        metrics.inkAbove + metrics.inkBelow);
-        rects.append(ink.adjusted(-1, -1, 1, 1));
-    }
-    if (!texts.freeText.lines.isEmpty() && texts.freeText.color == Qt::white) {
-        rects.append(texts.freeText.bounds);
-    }
-    return rects;
-}
-
-QImage ScaledTo(const QImage& image, const QSize& size) {
-    return image.size() == size ? image : image.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
 }
 
 // The picture on the frame that a skin is made for.
@@ -77,33 +81,68 @@ QImage PlacedArea(const ScreenState& state, const QImage& picture) {
     return PlacedPicture(picture, AreaFrameSize(state.orientation), state.orientation, state.layout);
 }
 
-// The veil picture is kStrongestVeil opaque; drawn thinner, it is as strong as this picture needs.
-double SkinOpacity(const ScreenState& state, const QImage& area) {
-    return state.custom
-               ? CustomVeilStrength(state, ScaledTo(area, CanvasSize(state.orientation))) / kStrongestVeil
-               : 1;
-}
+// What glass lies over a picture, found on the panel's frame, whatever the size it is drawn in.
+class Glazing {
+public:
+    Glazing(const ScreenState& state, const QImage& area, SkinCache& skins) : m_state(state), m_skins(skins) {
+        if (state.custom || HasGlass(state.theme)) {
+            m_blurred = BlurredPicture(area, CanvasSize(state.orientation));
+        }
+        if (state.custom) {
+            m_plates = GlassPlates(state, area, m_blurred);
+        }
+    }
 
-void DrawSkin(QImage& image, const ScreenState& state, SkinCache& skins, double opacity) {
-    if (opacity <= 0) {
-        return;
+    // Frost, glass and all that a skin has.
+    void DrawOver(QImage& image) {
+        if (const QImage glass = Shapes(image.size()); !glass.isNull()) {
+            Frost(image, glass, m_blurred);
+        }
+        QPainter painter(&image);
+        UseCanvasCoordinates(painter, m_state.orientation);
+        if (m_state.custom) {
+            DrawPlates(painter, m_plates);
+            return;
+        }
+        const QImage& drawing = m_skins.SkinOf(m_state, image.size()).drawing;
+        painter.resetTransform();
+        if (drawing.size() == image.size()) {
+            painter.drawImage(QPoint(0, 0), drawing);
+        } else {
+            painter.drawImage(image.rect(), drawing);
+        }
     }
-    QPainter painter(&image);
-    painter.setOpacity(opacity);
-    painter.setRenderHint(QPainter::SmoothPixmapTransform);
-    const QImage& skin = skins.Skin(state, image.size());
-    if (skin.size() == image.size()) {
-        painter.drawImage(QPoint(0, 0), skin);
-    } else {
-        painter.drawImage(image.rect(), skin);
+
+    // A mask of the glass in that size, null for none.
+    QImage Shapes(QSize size) const {
+        if (!m_state.custom) {
+            const Skin& skin = m_skins.SkinOf(m_state, size);
+            return size == skin.glassOnPanel.size() ? skin.glassOnPanel
+                   : skin.glass.isNull()            ? QImage()
+                                                    : ScaledTo(skin.glass, size);
+        }
+        if (m_plates.isEmpty()) {
+            return QImage();
+        }
+        QImage shapes = Transparent(size);
+        QPainter painter(&shapes);
+        UseCanvasCoordinates(painter, m_state.orientation);
+        FillPlates(painter, m_plates);
+        return shapes;
     }
-}
+
+private:
+    const ScreenState& m_state;
+    SkinCache& m_skins;
+    QImage m_blurred;
+    QVector<GlassPlate> m_plates;
+};
 
 }  // namespace
 
-const QImage& SkinCache::Skin(const ScreenState& state, QSize pictureSize) {
+const Skin& SkinCache::SkinOf(const ScreenState& state, QSize pictureSize) {
     const int scale = SkinScale(state, pictureSize);
-    const QString key = SkinKey(state, scale);
+    const QString key = LayerPath(SkinPicture(state.theme, state.orientation), scale);
     if (key != m_key) {
         m_skin = DecodeSkin(state, scale);
         m_key = key;
@@ -111,21 +150,19 @@ const QImage& SkinCache::Skin(const ScreenState& state, QSize pictureSize) {
     return m_skin;
 }
 
-double CustomVeilStrength(const ScreenState& state, const QImage& placed) {
-    return VeilStrength(placed, WhiteTextRects(state));
-}
-
 QImage ComposeBackground(const ScreenState& state, const QImage& picture, SkinCache& skins) {
     QImage area = PlacedArea(state, picture);
-    DrawSkin(area, state, skins, SkinOpacity(state, area));
-    return ScaledTo(area, CanvasSize(state.orientation)).convertToFormat(QImage::Format_RGB16);
+    Glazing glazing(state, area, skins);
+    glazing.DrawOver(area);
+    const QSize canvas = CanvasSize(state.orientation);
+    return PanelPixels(ScaledTo(area, canvas), glazing.Shapes(canvas));
 }
 
 QImage ComposeMagnifiedBackground(const ScreenState& state, const QImage& picture, SkinCache& skins,
                                   QSize size) {
-    const double opacity = SkinOpacity(state, PlacedArea(state, picture));
+    Glazing glazing(state, PlacedArea(state, picture), skins);
     QImage magnified = PlacedPicture(picture, size, state.orientation, state.layout);
-    DrawSkin(magnified, state, skins, opacity);
+    glazing.DrawOver(magnified);
     return magnified;
 }
 

@@ -10,7 +10,7 @@ void DrawTexts(QPainter& painter, const QVector<TextRun>& runs, const QRect& reg
         if (run.text.isEmpty() || !run.rect.intersects(region)) {
             continue;
         }
-        const FittedLine line = FitLine(run.text, run.pixelSize, run.rect, run.align);
+        const FittedLine line = FitRun(run);
         // Fitting goes by advances and line measures; a sign of an odd fallback font may still lean over the
         // edge. What leaves the rectangle would stay on the panel for ever, as no live update reaches it.
         painter.save();

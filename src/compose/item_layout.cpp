@@ -7,7 +7,7 @@ namespace {
 constexpr int kSmallPixelSize = kBasePixelSize * 3 / 5;  // dates and captions
 constexpr int kTdpMainValue = 26;
 constexpr int kSmallestPlainSize = 14;  // rectangles of somebody's own are not obeyed below that
-constexpr int kTimeDateGap = 2;         // kept free between a time and the date in the same slot
+constexpr int kTimeDateGap = 4;         // kept free between a time and the date in the same slot
 constexpr int kTileCaptionMargin = 2;   // kept free between a tile's caption and the tile's right edge
 
 constexpr int Scaled(int pixelSize, double factor) {
@@ -112,6 +112,7 @@ TextRun ThemeCaption(const ScreenState& state, int item) {
         top = item == CpuTemperature || item == CpuPower ? tile.bottom() + 5 : tile.top() - 14;
     }
     run.rect = QRect(tile.left(), top, tile.width(), height);
+    run.axis = ThemeAxis(state.theme, state.orientation, item);
     return run;
 }
 
@@ -132,7 +133,8 @@ void LayOutTheme(const ScreenState& state, QVector<TextRun>& runs) {
         }
         if (!rect.isEmpty()) {
             runs.append({item, TextRole::Value, QString(), rect, ThemeValueSize(state, item, plainSize),
-                         item == Date ? TextAlign::Top : TextAlign::Centre});
+                         item == Date ? TextAlign::Top : TextAlign::Centre,
+                         ThemeAxis(state.theme, state.orientation, item)});
         }
         // Time and date speak for themselves, and the scene theme shows nothing else.
         if (HasCaption(item) && item != Date && state.theme != Theme::Scene) {
@@ -191,6 +193,10 @@ bool IsSentInHalves(const ScreenState& state, int item) {
             return item == Time || item == Date;
     }
     return false;
+}
+
+FittedLine FitRun(const TextRun& run) {
+    return FitLine(run.text, run.pixelSize, run.rect, run.align, run.axis);
 }
 
 QString EnglishDate(const QString& date) {

@@ -5,6 +5,7 @@
 #include <QRect>
 #include <QString>
 #include <QVector>
+#include <optional>
 
 #include "compose/panel_text.h"
 #include "compose/screen_state.h"
@@ -22,7 +23,11 @@ struct TextRun {
     QRect rect;
     int pixelSize = 0;
     TextAlign align = TextAlign::Centre;
+    std::optional<int> axis{};  // what it is centred on where that is not the middle of rect
 };
+
+// The run as it is drawn.
+FittedLine FitRun(const TextRun& run);
 
 // The values and captions of everything the state shows, in drawing order, the values without their texts. A
 // custom layout's free text is not among them (compose/free_text.h).

@@ -29,7 +29,7 @@ bool IsClockText(const QString& text) {
 
 // The hours' and the minutes' digits. The colon between them never changes.
 QVector<QRect> ClockRects(const TextRun& run) {
-    const FittedLine line = FitLine(run.text, run.pixelSize, run.rect, run.align);
+    const FittedLine line = FitRun(run);
     const LineMetrics metrics = MetricsOf(line.pixelSize);
     if (!metrics.separateDigits || !IsClockText(line.text)) {
         return Halves(run.rect);

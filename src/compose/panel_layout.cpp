@@ -1,6 +1,7 @@
 #include "compose/panel_layout.h"
 
 #include <QFontMetrics>
+#include <algorithm>
 #include <mutex>
 
 #include "compose/free_text_placing.h"
@@ -27,7 +28,7 @@ Q_GLOBAL_STATIC(LayoutCache, layoutCache)
 
 // The ink of a caption, with the blur of its edges.
 QRect CaptionInk(const TextRun& run) {
-    const FittedLine line = FitLine(run.text, run.pixelSize, run.rect, run.align);
+    const FittedLine line = FitRun(run);
     const QRect ink = QFontMetrics(PanelFont(line.pixelSize)).tightBoundingRect(line.text);
     return ink.isEmpty() ? QRect() : ink.translated(line.baseLine).adjusted(-1, -1, 1, 1) & run.rect;
 }
@@ -44,9 +45,11 @@ QVector<TakenRoom> RoomOfItems(const QVector<TextRun>& runs) {
     return taken;
 }
 
-bool HasRoom(const QVector<TakenRoom>& taken, RoomOf of, int item) {
-    return std::any_of(taken.begin(), taken.end(),
-                       [of, item](const TakenRoom& room) { return room.of == of && room.item == item; });
+const TakenRoom* RoomOfItem(const QVector<TakenRoom>& taken, RoomOf of, int item) {
+    const auto found = std::find_if(taken.begin(), taken.end(), [of, item](const TakenRoom& room) {
+        return room.of == of && room.item == item;
+    });
+    return found == taken.end() ? nullptr : &*found;
 }
 
 QVector<TakenRoom> RoomOfChips(const ScreenState& state, const QVector<TakenRoom>& items) {
@@ -54,7 +57,7 @@ QVector<TakenRoom> RoomOfChips(const ScreenState& state, const QVector<TakenRoom
     for (int slot = 0; state.custom && slot < kSlotCount; ++slot) {
         const int item = ItemDrawnIn(state, slot);
         if (item != kEmptySlot) {
-            const bool hasCaption = HasRoom(items, RoomOf::Caption, item);
+            const bool hasCaption = RoomOfItem(items, RoomOf::Caption, item) != nullptr;
             chips.append({RoomOf::Chip, item, SlotChipRect(slot, state.orientation, hasCaption)});
         }
     }
@@ -106,6 +109,11 @@ std::shared_ptr<const PanelTexts> LayOutPanel(const ScreenState& state) {
         cache->kept.removeLast();
     }
     return layout;
+}
+
+QRect ChipOf(const PanelTexts& texts, int item) {
+    const TakenRoom* room = RoomOfItem(texts.taken, RoomOf::Chip, item);
+    return room != nullptr ? room->rect : QRect();
 }
 
 PanelTexts LayOutPanelTexts(const ScreenState& state, const ItemTexts& texts) {

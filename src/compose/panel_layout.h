@@ -20,6 +20,9 @@ struct PanelTexts {
     QVector<TakenRoom> taken;
 };
 
+// The chip of an item, which has one in the custom layouts; else null.
+QRect ChipOf(const PanelTexts& texts, int item);
+
 // The panel with these texts. No place hangs on a text, so a new value moves nothing.
 PanelTexts LayOutPanelTexts(const ScreenState& state, const ItemTexts& texts);
 

@@ -34,6 +34,9 @@ inline bool IsText(const TakenRoom& room) {
     return room.of == RoomOf::Value || room.of == RoomOf::Caption || room.of == RoomOf::FreeText;
 }
 
+constexpr double kChipRadius = 10;  // of a chip's corners, canvas pixels
+constexpr double kPillRadius = 8;
+
 // How far a pill reaches beyond its text.
 constexpr QMargins kPillPadding{8, 4, 8, 4};
 

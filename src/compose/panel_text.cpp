@@ -95,6 +95,15 @@ int BaseLine(const QRect& rect, const LineMetrics& line, TextAlign align) {
     return rect.top() + (rect.height() + line.digitHeight) / 2;
 }
 
+int LeftOf(const QRect& rect, int width, TextAlign align, std::optional<int> axis) {
+    if (align == TextAlign::TopLeft) {
+        return rect.left();
+    }
+    const int spare = qMax(0, rect.width() - width);
+    return axis ? qBound(rect.left(), *axis - (width + 1) / 2, rect.left() + spare)
+                : rect.left() + (rect.width() - width) / 2;
+}
+
 bool StaysInside(const QRect& rect, int baseLine, int above, int below) {
     return baseLine - above >= rect.top() && baseLine + below - 1 <= rect.bottom();
 }
@@ -154,7 +163,8 @@ bool UsualValueFits(int item, InterfaceLanguage language, int pixelSize, const Q
            StaysInside(rect, BaseLine(rect, line, TextAlign::Centre), line.valueAbove, line.valueBelow);
 }
 
-FittedLine FitLine(const QString& text, int pixelSize, const QRect& rect, TextAlign align) {
+FittedLine FitLine(const QString& text, int pixelSize, const QRect& rect, TextAlign align,
+                   std::optional<int> axis) {
     const int smallest = qMin(pixelSize, qMax(kSmallestPixelSize, int(pixelSize * kSmallestShare)));
     FittedLine fitted;
     for (int size = pixelSize;; --size) {
@@ -173,8 +183,7 @@ FittedLine FitLine(const QString& text, int pixelSize, const QRect& rect, TextAl
         }
         fitted.pixelSize = size;
         fitted.width = width;
-        const int left = align == TextAlign::TopLeft ? rect.left() : rect.left() + (rect.width() - width) / 2;
-        fitted.baseLine = QPoint(left, baseLine);
+        fitted.baseLine = QPoint(LeftOf(rect, width, align, axis), baseLine);
         return fitted;
     }
 }

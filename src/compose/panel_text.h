@@ -9,6 +9,7 @@
 #include <QRect>
 #include <QString>
 #include <array>
+#include <optional>
 
 #include "telemetry/interface_language.h"
 #include "telemetry/live_value.h"
@@ -59,13 +60,15 @@ enum class TextAlign {
 bool UsualValueFits(int item, InterfaceLanguage language, int pixelSize, const QRect& rect);
 
 // A text as it can be drawn inside its rectangle: smaller where it is too large, elided where that is not
-// enough.
+// enough. axis: the line it is centred on, in pixels from the canvas's left edge, as far as that keeps it in
+// the rectangle; by default the rectangle's middle.
 struct FittedLine {
     QString text;
     int pixelSize = 0;
     int width = 0;    // advance of text in pixels
     QPoint baseLine;  // where the text starts
 };
-FittedLine FitLine(const QString& text, int pixelSize, const QRect& rect, TextAlign align);
+FittedLine FitLine(const QString& text, int pixelSize, const QRect& rect, TextAlign align,
+                   std::optional<int> axis = std::nullopt);
 
 }  // namespace kivo

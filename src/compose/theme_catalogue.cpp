@@ -159,8 +159,19 @@ QVector<SkinLayer> SkinLayers(Theme theme, Orientation orientation) {
     return layers;
 }
 
-QString CustomVeilPicture() {
-    return QStringLiteral("://background/default_background_black.png");
+bool HasGlass(Theme theme) {
+    return theme != Theme::Scene;
+}
+
+std::optional<int> ThemeAxis(Theme theme, Orientation orientation, int item) {
+    const bool landscape = orientation == Orientation::Landscape;
+    if (theme == Theme::Default && (item == Time || item == Date || item == CpuPower)) {
+        return landscape ? 70 : 86;  // of the ring, and of the card around it
+    }
+    if (theme == Theme::Time && !landscape && item == Date) {
+        return 85;  // of the clock
+    }
+    return std::nullopt;
 }
 
 QStringList OverviewPictures(Orientation orientation, InterfaceLanguage language) {

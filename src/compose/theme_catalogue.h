@@ -8,6 +8,7 @@
 #include <QStringList>
 #include <QVector>
 #include <array>
+#include <optional>
 
 #include "compose/geometry.h"
 #include "compose/layout_record.h"
@@ -33,8 +34,13 @@ QVector<SkinLayer> SkinLayers(Theme theme, Orientation orientation);
 QString SkinPicture(Theme theme, Orientation orientation);
 QString IconPicture(Theme theme);
 
-// The flat veil of the custom layouts, in either orientation.
-QString CustomVeilPicture();
+// Whether the theme's skin has glass, which its lowest layer holds then. The scene theme has a scrim instead:
+// the picture itself is seen through it.
+bool HasGlass(Theme theme);
+
+// The line on which a theme centres an item's value and caption, in pixels from the canvas's left edge; none
+// where that is the middle of their rectangles. Theirs are not always those of the drawing they stand in.
+std::optional<int> ThemeAxis(Theme theme, Orientation orientation, int item);
 
 // The overview pictures of the selection list in theme order. Orientation picks the "all" or the "all3" set;
 // English and Russian share the forms with Western texts, scene has one form only.

@@ -48,7 +48,7 @@ DragTool::Hold DragTool::HoldAt(QPoint position) const {
         return {m_textHasTurn ? kEmptySlot : slot, m_textHasTurn, true};
     }
     // The zone of a slot is larger than what is seen of it.
-    const QRect seen = SlotRect(slot, orientation) | SlotCaptionRect(slot, orientation);
+    const QRect seen = SlotChipRect(slot, orientation, true);
     const bool onSlot = MappingFor(orientation, m_size).Mapped(seen).contains(position);
     return {onSlot ? slot : kEmptySlot, !onSlot, false};
 }

@@ -11,7 +11,6 @@ namespace kivo {
 namespace {
 
 constexpr double kLine = 1.5;
-constexpr double kOutlineRadius = 6;
 constexpr QColor kIdleOutline(255, 255, 255, 115);  // .45
 constexpr double kDash = 4;                         // pixels
 constexpr double kGap = 3;
@@ -34,7 +33,7 @@ QRectF About(QPointF middle, double width, double height) {
 
 }  // namespace
 
-void DrawOutline(QPainter& painter, const QRectF& rect, Mark mark) {
+void DrawOutline(QPainter& painter, const QRectF& rect, double radius, Mark mark) {
     QPen pen(mark == Mark::Active ? window_colors::kAccentBright : kIdleOutline, kLine);
     if (mark == Mark::Idle) {
         pen.setDashPattern({kDash / kLine, kGap / kLine});
@@ -42,7 +41,7 @@ void DrawOutline(QPainter& painter, const QRectF& rect, Mark mark) {
     }
     painter.setPen(pen);
     painter.setBrush(Qt::NoBrush);
-    painter.drawRoundedRect(rect, kOutlineRadius, kOutlineRadius);
+    painter.drawRoundedRect(rect, radius, radius);
 }
 
 void DrawTrimFrame(QPainter& painter, const QRectF& frame, const QRectF& shown, const QRectF& bounds) {

@@ -13,7 +13,7 @@ enum class Mark {
     Idle,    // can be taken hold of, or takes what is dropped
     Active,  // hovered or dragged
 };
-void DrawOutline(QPainter& painter, const QRectF& rect, Mark mark);
+void DrawOutline(QPainter& painter, const QRectF& rect, double radius, Mark mark);
 
 // Darkens what the frame leaves out of shown, and draws the frame with its handles; these stay inside bounds,
 // also where the frame reaches them.

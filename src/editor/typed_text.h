@@ -28,6 +28,8 @@ public:
     // there yet.
     TypedText(const ScreenState& state, const TypedInput& input, const QString& placeholder);
 
+    // The screen with the text, or with the placeholder.
+    const ScreenState& State() const { return m_state; }
     const FreeTextBlock& Block() const { return m_block; }
     // Whether the text will not stand there as a whole.
     bool IsCut() const;

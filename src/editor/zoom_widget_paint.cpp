@@ -19,8 +19,10 @@ constexpr double kScreenRadius = 6;
 constexpr QColor kScreenEdge = window_colors::kThumb;
 
 // Outlines keep a little away from what they hold.
-constexpr QMargins kSlotMargins(4, 2, 4, 2);  // canvas pixels
+constexpr QMargins kSlotMargins(2, 2, 2, 2);  // canvas pixels
+constexpr double kSlotRadius = kChipRadius + 2;
 constexpr QMargins kTextMargins(4, 4, 4, 4);  // widget pixels
+constexpr double kTextRadius = 6;
 
 // A dragged item goes with the mouse; in its place it stands fainter, as the one does that it is held over.
 constexpr double kLeftBehind = 0.35;
@@ -41,23 +43,13 @@ QRectF RoundedOut(const QSizeF& size, double ratio) {
     return QRectF(0, 0, qCeil(size.width() * ratio - kNoise), qCeil(size.height() * ratio - kNoise));
 }
 
-bool HasCaptionBelow(const PanelTexts& texts, int item) {
-    for (const TextRun& run : texts.runs) {
-        if (run.item == item && run.role == TextRole::Caption) {
-            return true;
-        }
-    }
-    return false;
-}
-
-// What belongs to a slot on the canvas: its value and the caption below.
+// What belongs to a slot on the canvas: its chip, or where one would lie.
 QRect SlotArea(int slot, const ScreenState& state, const PanelTexts& texts) {
-    QRect area = SlotRect(slot, state.orientation);
-    if (HasCaptionBelow(texts, ItemDrawnIn(state, slot))) {
-        area.setBottom(SlotCaptionRect(slot, state.orientation).bottom());
-    }
+    const int item = ItemDrawnIn(state, slot);
+    const QRect chip =
+        item == kEmptySlot ? SlotChipRect(slot, state.orientation, false) : ChipOf(texts, item);
     // Off the screen's own edge.
-    return area.marginsAdded(kSlotMargins) &
+    return chip.marginsAdded(kSlotMargins) &
            QRect(QPoint(0, 0), CanvasSize(state.orientation)).adjusted(1, 1, -1, -1);
 }
 
@@ -109,7 +101,8 @@ void ZoomWidget::PaintScreen(QPainter& painter, const ScreenState& state, const 
     QPainterPath screen;
     screen.addRoundedRect(area, kScreenRadius, kScreenRadius);
     painter.setClipPath(screen);
-    painter.drawImage(area, m_background.Composed(state, pixels));
+    // What is typed may have a pill of its own.
+    painter.drawImage(area, m_background.Composed(m_textEntryOpen ? Typed().State() : state, pixels));
 
     // The panel's own drawing, magnified: every text stands where the panel has it.
     painter.translate(origin);
@@ -185,7 +178,8 @@ void ZoomWidget::PaintRowMarks(QPainter& painter) const {
     for (const Mark mark : {Mark::Idle, Mark::Active}) {
         for (int row = 0; row < kTextRowCount; ++row) {
             if ((row == m_drag.DropRow()) == (mark == Mark::Active)) {
-                DrawOutline(painter, QRectF(m_drag.DrawnTextRect(row)).marginsAdded(kTextMargins), mark);
+                DrawOutline(painter, QRectF(m_drag.DrawnTextRect(row)).marginsAdded(kTextMargins),
+                            kTextRadius, mark);
             }
         }
     }
@@ -201,11 +195,12 @@ void ZoomWidget::PaintLayoutMarks(QPainter& painter, const ScreenState& state,
         for (int slot = 0; slot < kSlotCount; ++slot) {
             const bool byKey = m_focusByKeyboard && (slot == m_drag.KeySlot() || slot == m_drag.PickedSlot());
             const bool active = slot == m_drag.MarkedSlot() || slot == m_drag.HeldSlot() || byKey;
-            DrawOutline(painter, mapped(SlotArea(slot, state, texts)), active ? Mark::Active : Mark::Idle);
+            DrawOutline(painter, mapped(SlotArea(slot, state, texts)), kSlotRadius * map.scale,
+                        active ? Mark::Active : Mark::Idle);
         }
     }
     if (!texts.freeText.lines.isEmpty()) {
-        DrawOutline(painter, mapped(texts.freeText.bounds).marginsAdded(kTextMargins),
+        DrawOutline(painter, mapped(texts.freeText.bounds).marginsAdded(kTextMargins), kTextRadius,
                     m_drag.MarksText() ? Mark::Active : Mark::Idle);
     }
 }

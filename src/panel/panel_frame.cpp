@@ -25,11 +25,12 @@ void Put(QDataStream& out, const LayoutRecord& layout) {
         << layout.colorIndex;
 }
 
-QByteArray Bytes(const ScreenState& state) {
+QByteArray Bytes(const ScreenState& state, int drawing) {
     QByteArray bytes;
     QDataStream out(&bytes, QIODevice::WriteOnly);
     out.setVersion(QDataStream::Qt_5_15);
-    out << state.custom << int(state.theme) << state.style << state.variant << int(state.orientation);
+    out << drawing << state.custom << int(state.theme) << state.style << state.variant
+        << int(state.orientation);
     Put(out, state.layout);
     Put(out, state.slotItems);
     out << state.textRow << int(state.language);
@@ -39,9 +40,9 @@ QByteArray Bytes(const ScreenState& state) {
 
 }  // namespace
 
-SharedFrame MakePanelFrame(const ScreenState& state, const QImage& background) {
+SharedFrame MakePanelFrame(const ScreenState& state, const QImage& background, int drawing) {
     QCryptographicHash hash(QCryptographicHash::Sha1);
-    hash.addData(Bytes(state));
+    hash.addData(Bytes(state, drawing));
     // Row by row: what pads a row is not the picture's.
     for (int y = 0; y < background.height(); ++y) {
         hash.addData(reinterpret_cast<const char*>(background.constScanLine(y)), background.width() * 2);

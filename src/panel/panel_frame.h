@@ -18,6 +18,11 @@ struct FramePicture {
     bool isStandIn = false;
 };
 
+// The way in which states are drawn. One more whenever a state gives another picture than it did: a
+// background that was saved before is not believed then, so the panel gets at the next start what the window
+// shows.
+constexpr int kFrameDrawing = 1;
+
 struct PanelFrame {
     ScreenState state;
     QImage background;  // Format_RGB16, canvas size: picture and skin, no texts
@@ -28,6 +33,6 @@ using SharedFrame = std::shared_ptr<const PanelFrame>;
 
 // The id covers the background's pixels and everything of the state that decides a picture; captions and free
 // text are drawn over the background, so the pixels alone do not tell two frames apart.
-SharedFrame MakePanelFrame(const ScreenState& state, const QImage& background);
+SharedFrame MakePanelFrame(const ScreenState& state, const QImage& background, int drawing = kFrameDrawing);
 
 }  // namespace kivo

@@ -1,15 +1,19 @@
 kivo_add_tests(compose
     UNITS
         background_picture
+        contrast
         custom_layout
         default_files
         frame_composer
         free_text
         free_text_placing
+        frost
         geometry
+        glass
         item_drawing
         live_cuts
         live_renderer
+        panel_contrast
         panel_looks
         panel_room
         panel_text
@@ -17,7 +21,6 @@ kivo_add_tests(compose
         rgb565
         theme_catalogue
         theme_state
-        veil
     LINK kivo_compose kivo_picture_source kivo_virtualscreen)
 # Captions come from the compiled translations.
 add_dependencies(tests_compose kivo_languages)

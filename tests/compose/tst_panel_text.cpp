@@ -27,7 +27,7 @@ QImage DrawnUnclipped(const TextRun& run, Orientation orientation) {
     QPainter painter(&image);
     painter.translate(kMargin, kMargin);
     painter.setPen(Qt::white);
-    const FittedLine line = FitLine(run.text, run.pixelSize, run.rect, run.align);
+    const FittedLine line = FitRun(run);
     painter.setFont(PanelFont(line.pixelSize));
     painter.drawText(line.baseLine, line.text);
     return image;

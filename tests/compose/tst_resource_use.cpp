@@ -90,7 +90,6 @@ private Q_SLOTS:
         for (const QString& path : BuiltInBackgrounds()) {
             add(path, false);
         }
-        add(CustomVeilPicture(), false);
         for (const Theme theme : kThemes) {
             for (const Orientation orientation : kOrientations) {
                 for (const SkinLayer& layer : SkinLayers(theme, orientation)) {

@@ -148,8 +148,11 @@ private slots:
         QCOMPARE(kThemeCount, 4);
     }
 
-    void CustomLayoutsLieOverOnePictureInBothOrientations() {
-        QCOMPARE(CustomVeilPicture(), Background("default_background_black.png"));
+    void OnlyTheSceneHasNoGlass() {
+        for (const Theme theme : {Theme::Default, Theme::Tdp, Theme::Time}) {
+            QVERIFY(HasGlass(theme));
+        }
+        QVERIFY(!HasGlass(Theme::Scene));
     }
 
     void OverviewSets_data() {
@@ -188,7 +191,7 @@ private slots:
 
     void EveryPictureOpens() {
         QStringList paths = BuiltInBackgrounds();
-        paths << CustomVeilPicture() << DefaultBackground();
+        paths << DefaultBackground();
         for (const Orientation orientation : {kLying, kStanding}) {
             for (const InterfaceLanguage language :
                  {InterfaceLanguage::Chinese, InterfaceLanguage::English, InterfaceLanguage::Russian}) {
@@ -204,7 +207,7 @@ private slots:
         }
         paths.removeDuplicates();
         QCOMPARE(paths.size(),
-                 11 + 1 + 14 + 8 + 8 + 6 + 2 + 2);  // glass, ornaments, icons, frames, own icons
+                 11 + 14 + 8 + 8 + 6 + 2 + 2);  // glass, ornaments, icons, frames, own icons
         for (const QString& path : paths) {
             QImageReader reader(path);
             const QImage picture = reader.read();

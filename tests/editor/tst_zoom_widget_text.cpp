@@ -277,8 +277,7 @@ private slots:
         QFETCH(int, row);
         QFETCH(QString, text);
         Editor editor(CustomThemes(orientation), Nothing());
-        QVERIFY(
-            editor.SetBackground(QStringLiteral("://background/10.jpg")));  // dark: no veil comes and goes
+        QVERIFY(editor.SetBackground(QStringLiteral("://background/6.png")));  // bright: the text has a pill
         editor.GiveText(Words());
         editor.MoveTextUpTo(row);
         editor.slotShowEdt();

@@ -127,6 +127,15 @@ private slots:
         QVERIFY(LoadAfresh(StateOf(kLying)));
     }
 
+    // An update may draw the same state otherwise than the preview of before: it composes it anew.
+    void AFileOfAnotherDrawingIsNotBelieved() {
+        const SharedFrame frame = FrameOf(kLying);
+        const SharedFrame former = MakePanelFrame(frame->state, frame->background, kFrameDrawing - 1);
+        QVERIFY(former->id != frame->id);
+        QVERIFY(FrameStore(Path()).Save(former));
+        QVERIFY(!LoadAfresh(StateOf(kLying)));
+    }
+
     void AFileWithOtherSamplesIsBelieved() {
         QVERIFY(FrameStore(Path()).Save(FrameOf(kLying)));
         ScreenState state = StateOf(kLying);

@@ -20,7 +20,7 @@ std::map<std::string, RunFunction>& Roles() {
     return roles;
 }
 
-// ".../tst_veil.cpp" -> "veil"
+// ".../tst_frost.cpp" -> "frost"
 std::string UnitOf(const std::string& source) {
     const size_t begin = source.find_last_of("/\\") + 1 + std::string("tst_").size();
     return source.substr(begin, source.rfind('.') - begin);

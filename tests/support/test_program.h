@@ -28,8 +28,8 @@ int RunWithoutApplication(int argc, char** argv) {
     return QTest::qExec(&test, argc, argv);
 }
 
-// Puts a function into the program's table while static objects are made. A source tests/compose/tst_veil.cpp
-// is known as "veil".
+// Puts a function into the program's table while static objects are made. A source
+// tests/compose/tst_frost.cpp is known as "frost".
 class RegisteredTest {
 public:
     RegisteredTest(const char* source, RunFunction run);

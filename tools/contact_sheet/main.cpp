@@ -42,10 +42,11 @@ kivo::ItemTexts LiveTexts(InterfaceLanguage language) {
 }
 
 // Themes 0..3, then the two custom layouts, then a custom layout with time and date in one slot and free
-// text.
+// text, in another colour over each background.
 constexpr int kLayouts = kivo::kThemeCount + 3;
 
-kivo::ScreenState SheetState(int layout, kivo::Orientation orientation, InterfaceLanguage language) {
+kivo::ScreenState SheetState(int layout, kivo::Orientation orientation, InterfaceLanguage language,
+                             int background) {
     kivo::ThemeState themes = kivo::FactoryThemeState(language);
     kivo::SlotTable table = kivo::FactorySlotTable();
     themes.orientation = orientation;
@@ -60,6 +61,7 @@ kivo::ScreenState SheetState(int layout, kivo::Orientation orientation, Interfac
         record.shown[kivo::Date] = true;
         record.shown[kivo::FanSpeed] = true;
         record.freeText = QStringLiteral("Hello, Kivo! 你好 Привет");
+        record.colorIndex = background % kivo::kTextColorCount;
         table[0] = {kivo::Time, kivo::CpuUsage, kivo::FanSpeed, kivo::MemoryUsage, kivo::CpuPower};
     }
     return kivo::MakeScreenState(themes, table, 2, language);
@@ -101,7 +103,7 @@ QImage Sheet(const Options& options) {
             const QImage picture = kivo::LoadPicture(kivo::BuiltInBackgrounds().value(number - 1));
             for (const auto orientation : {kivo::Orientation::Landscape, kivo::Orientation::Portrait}) {
                 for (int layout = 0; layout < kLayouts; ++layout) {
-                    const kivo::ScreenState state = SheetState(layout, orientation, language);
+                    const kivo::ScreenState state = SheetState(layout, orientation, language, number);
                     const kivo::ItemTexts texts = options.live ? LiveTexts(language) : state.layout.sample;
                     painter.drawImage(
                         PlaceInStrip(layout, orientation),

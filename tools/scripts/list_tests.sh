@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Prints every test of a preset that is built (list_tests.sh [dev|asan|tsan|windows]), a line each: the name that ctest
-# has for it and the function, "compose/veil BrighterPicturesNeedMore()". For comparing what is there before and after
+# has for it and the function, "compose/contrast BrighterPicturesNeedMore()". For comparing what is there before and after
 # tests are moved.
 set -euo pipefail
 cd "$(dirname "$0")/../.."

@@ -1,0 +1,349 @@
+// Every text of every theme and layout against what it stands on, over pictures of all kinds: 4.5 to 1 at
+// least, but for one pixel in twenty. KIVO_CONTRAST_PICTURES=50 tries more random pictures and every colour
+// and row of the free text over each.
+
+#include <QRandomGenerator>
+#include <algorithm>
+
+#include "compose/frame_composer.h"
+#include "compose_test_support.h"
+#include "light.h"
+#include "pictures/picture_reader.h"
+#include "support/test_program.h"
+
+using namespace kivo;
+using namespace kivo::test;
+
+namespace {
+
+constexpr int kFewPictures = 6;
+
+int RandomPictures() {
+    return qEnvironmentVariableIsSet("KIVO_CONTRAST_PICTURES")
+               ? qEnvironmentVariableIntValue("KIVO_CONTRAST_PICTURES")
+               : kFewPictures;
+}
+
+struct Ground {
+    QByteArray name;
+    QImage picture;
+};
+
+QImage Chequered(QSize size) {
+    QImage image(size, QImage::Format_RGB32);
+    for (int y = 0; y < size.height(); ++y) {
+        for (int x = 0; x < size.width(); ++x) {
+            image.setPixel(x, y, (x + y) % 2 == 0 ? qRgb(255, 255, 255) : qRgb(0, 0, 0));
+        }
+    }
+    return image;
+}
+
+QColor RandomColor(QRandomGenerator& random) {
+    // Bright ones more often than dark ones: they are what is hard to read on.
+    const int least = random.bounded(2) == 0 ? 150 : 0;
+    return QColor(random.bounded(least, 256), random.bounded(least, 256), random.bounded(least, 256));
+}
+
+// Fields, slopes, stripes, dots or grain in colours of chance.
+QImage RandomPicture(quint32 seed) {
+    QRandomGenerator random(seed);
+    QImage image(random.bounded(200, 900), random.bounded(200, 600), QImage::Format_RGB32);
+    image.fill(RandomColor(random));
+    QPainter painter(&image);
+    painter.setPen(Qt::NoPen);
+    const auto place = [&] {
+        return QRect(random.bounded(-50, image.width()), random.bounded(-50, image.height()),
+                     random.bounded(10, image.width()), random.bounded(10, image.height()));
+    };
+    switch (seed % 5) {
+        case 0:
+            for (int k = 0; k < 30; ++k) {
+                painter.fillRect(place(), RandomColor(random));
+            }
+            break;
+        case 1: {
+            QLinearGradient slope(place().topLeft(), place().bottomRight());
+            for (int k = 0; k <= 4; ++k) {
+                slope.setColorAt(k / 4.0, RandomColor(random));
+            }
+            painter.fillRect(image.rect(), slope);
+            break;
+        }
+        case 2: {
+            const int step = random.bounded(1, 24);
+            const QColor color = RandomColor(random);
+            for (int x = -image.height(); x < image.width(); x += 2 * step) {
+                painter.fillRect(QRect(x, 0, step, image.height()), color);
+            }
+            break;
+        }
+        case 3:
+            for (int k = 0; k < 400; ++k) {
+                painter.setBrush(RandomColor(random));
+                const int radius = random.bounded(1, 20);
+                painter.drawEllipse(place().topLeft(), radius, radius);
+            }
+            break;
+        default:
+            painter.end();
+            for (int y = 0; y < image.height(); ++y) {
+                for (int x = 0; x < image.width(); ++x) {
+                    image.setPixelColor(x, y, RandomColor(random));
+                }
+            }
+            break;
+    }
+    return image;
+}
+
+// The eleven built-in backgrounds, and the worst of the user's own.
+const QVector<Ground>& Grounds() {
+    static const QVector<Ground> grounds = [] {
+        QVector<Ground> all;
+        const QStringList paths = BuiltInBackgrounds();
+        for (int k = 0; k < paths.size(); ++k) {
+            all.append({"background " + QByteArray::number(k + 1), LoadPicture(paths[k])});
+        }
+        QImage plain(320, 170, QImage::Format_RGB32);
+        plain.fill(Qt::white);
+        all.append({"white", plain});
+        plain.fill(Qt::black);
+        all.append({"black", plain});
+        for (const Orientation orientation : kOrientations) {
+            all.append({"chequer of the panel's pixels, " + NameOf(orientation),
+                        Chequered(CanvasSize(orientation))});
+        }
+        all.append({"chequer of the frame's pixels", Chequered(AreaFrameSize(Orientation::Landscape))});
+        for (int k = 0; k < RandomPictures(); ++k) {
+            all.append({"random picture " + QByteArray::number(k), RandomPicture(quint32(k))});
+        }
+        return all;
+    }();
+    return grounds;
+}
+
+// A text and the pixels it covers by half at least.
+struct Written {
+    QByteArray name;
+    double light = 1;
+    QVector<QPoint> ink;
+};
+
+template <typename Draw>
+QVector<QPoint> InkPixels(Orientation orientation, const Draw& draw) {
+    QImage image(CanvasSize(orientation), QImage::Format_Grayscale8);
+    image.fill(Qt::black);
+    {
+        QPainter painter(&image);
+        draw(painter);
+    }
+    QVector<QPoint> ink;
+    for (int y = 0; y < image.height(); ++y) {
+        const uchar* row = image.constScanLine(y);
+        for (int x = 0; x < image.width(); ++x) {
+            if (row[x] >= 128) {
+                ink.append({x, y});
+            }
+        }
+    }
+    return ink;
+}
+
+void AppendValues(QVector<Written>& written, const ScreenState& state) {
+    QVector<ItemTexts> all = LiveTexts(state.language);
+    all.append(SampleTexts(state.language));
+    for (const ItemTexts& texts : qAsConst(all)) {
+        for (const TextRun& run : LayOutTexts(state, texts)) {
+            const auto ink =
+                InkPixels(state.orientation, [&](QPainter& painter) { DrawTexts(painter, {run}, run.rect); });
+            const bool isKnown =
+                std::any_of(written.begin(), written.end(), [&](const Written& w) { return w.ink == ink; });
+            if (!ink.isEmpty() && !isKnown) {
+                written.append({Describe(run), 1, ink});
+            }
+        }
+    }
+}
+
+Written FreeText(const ScreenState& state) {
+    FreeTextBlock block = LayOutFreeText(state);
+    const double light = Light(block.color.rgb());
+    block.color = Qt::white;
+    return {"free text", light, InkPixels(state.orientation, [&](QPainter& painter) {
+                DrawFreeText(painter, block, block.bounds);
+            })};
+}
+
+// The contrast that all ink pixels but one in twenty have at least.
+double LeastContrast(const Written& written, const QVector<double>& lights, int width) {
+    QVector<double> contrasts;
+    contrasts.reserve(written.ink.size());
+    for (const QPoint& at : written.ink) {
+        contrasts.append(ContrastOf(written.light, lights[at.y() * width + at.x()]));
+    }
+    const int place = contrasts.size() / 20;
+    std::nth_element(contrasts.begin(), contrasts.begin() + place, contrasts.end());
+    return contrasts[place];
+}
+
+class Lights {
+public:
+    Lights() {
+        for (int value = 0; value < 65536; ++value) {
+            const auto wide = [](int level, int most) { return qRound(level * 255.0 / most); };
+            m_light.append(
+                Light(qRgb(wide(value >> 11, 31), wide(value >> 5 & 63, 63), wide(value & 31, 31))));
+        }
+    }
+    QVector<double> Of(const QImage& frame) const {
+        QVector<double> lights;
+        lights.reserve(frame.width() * frame.height());
+        for (int y = 0; y < frame.height(); ++y) {
+            for (int x = 0; x < frame.width(); ++x) {
+                lights.append(m_light[PixelAt(frame, x, y)]);
+            }
+        }
+        return lights;
+    }
+
+private:
+    QVector<double> m_light;
+};
+
+// The least contrast over all pictures and what has it.
+class Worst {
+public:
+    void Look(const QVector<Written>& written, const QImage& frame, const QByteArray& ground) {
+        static const Lights table;
+        const QVector<double> lights = table.Of(frame);
+        for (const Written& text : written) {
+            const double contrast = LeastContrast(text, lights, frame.width());
+            if (contrast < m_contrast) {
+                m_contrast = contrast;
+                m_where = text.name + " over " + ground;
+            }
+        }
+    }
+    double Contrast() const { return m_contrast; }
+    QByteArray Where() const { return QByteArray::number(m_contrast) + ": " + m_where; }
+
+private:
+    double m_contrast = 21;
+    QByteArray m_where;
+};
+
+}  // namespace
+
+class TestPanelContrast : public QObject {
+    Q_OBJECT
+
+private slots:
+    void initTestCase() { SetUpDrawing(); }
+
+    void ThemesAreReadable_data() {
+        QTest::addColumn<Theme>("theme");
+        QTest::addColumn<Orientation>("orientation");
+        for (const Theme theme : kThemes) {
+            for (const Orientation orientation : kOrientations) {
+                QTest::newRow(NameOf(theme) + ", " + NameOf(orientation)) << theme << orientation;
+            }
+        }
+    }
+    void ThemesAreReadable() {
+        QFETCH(Theme, theme);
+        QFETCH(Orientation, orientation);
+        QVector<Written> written;
+        for (const InterfaceLanguage language : kLanguages) {
+            for (const int style : {0, 1}) {
+                ScreenState state = ThemeScreen(theme, orientation, language);
+                state.style = style;
+                AppendValues(written, state);
+            }
+        }
+        const ScreenState state = ThemeScreen(theme, orientation);
+        SkinCache skins;
+        Worst worst;
+        for (const Ground& ground : Grounds()) {
+            worst.Look(written, ComposeBackground(state, ground.picture, skins), ground.name);
+        }
+        qInfo("%s", worst.Where().constData());
+        QVERIFY2(worst.Contrast() >= 4.5, worst.Where());
+    }
+
+    void CustomLayoutsAreReadable_data() {
+        QTest::addColumn<ScreenState>("screen");
+        for (const Orientation orientation : kOrientations) {
+            const QByteArray end = ", " + NameOf(orientation);
+            QTest::newRow("five values" + end)
+                << CustomScreen({CpuTemperature, CpuUsage, Time, MemoryUsage, CpuPower}, orientation);
+            QTest::newRow("five others" + end)
+                << CustomScreen({Time, FanSpeed, CpuPower, Date, MemoryUsage}, orientation);
+            ScreenState shared = CustomScreen({Time, FanSpeed, CpuUsage, CpuPower, kEmptySlot}, orientation);
+            shared.layout.shown[Date] = true;
+            QTest::newRow("time over date" + end) << shared;
+            QTest::newRow("one value" + end) << CustomScreen(OnlySlot(kCentreSlot, CpuTemperature),
+                                                             orientation, InterfaceLanguage::Chinese, 1);
+            QTest::newRow("only the time" + end)
+                << CustomScreen(OnlySlot(kCentreSlot, Time), orientation, InterfaceLanguage::Chinese, 1);
+        }
+    }
+    void CustomLayoutsAreReadable() {
+        QFETCH(ScreenState, screen);
+        QVector<Written> written;
+        for (const InterfaceLanguage language : kLanguages) {
+            ScreenState state = screen;
+            state.language = language;
+            state.captions = CaptionsIn(language);
+            AppendValues(written, state);
+        }
+        SkinCache skins;
+        Worst worst;
+        for (const Ground& ground : Grounds()) {
+            worst.Look(written, ComposeBackground(screen, ground.picture, skins), ground.name);
+        }
+        qInfo("%s", worst.Where().constData());
+        QVERIFY2(worst.Contrast() >= 4.5, worst.Where());
+    }
+
+    void FreeTextIsReadable_data() {
+        QTest::addColumn<Orientation>("orientation");
+        QTest::addColumn<int>("color");
+        for (const Orientation orientation : kOrientations) {
+            for (int color = 0; color < kTextColorCount; ++color) {
+                QTest::newRow(NameOf(orientation) + ", colour " + QByteArray::number(color))
+                    << orientation << color;
+            }
+        }
+    }
+    void FreeTextIsReadable() {
+        QFETCH(Orientation, orientation);
+        QFETCH(int, color);
+        const bool all = RandomPictures() > kFewPictures;
+        const QStringList texts{QStringLiteral("Hello, my PC is cool"), QStringLiteral("你好，世界"),
+                                QStringLiteral("Привет")};
+        SkinCache skins;
+        Worst worst;
+        int turn = 0;
+        for (const Ground& ground : Grounds()) {
+            ++turn;
+            for (int row = 0; row < kTextRowCount; ++row) {
+                if (!all && (turn + color) % kTextRowCount != row) {
+                    continue;
+                }
+                ScreenState state =
+                    CustomScreen({CpuTemperature, CpuUsage, Time, MemoryUsage, CpuPower}, orientation);
+                state.layout.freeText = texts[(turn + row) % texts.size()];
+                state.layout.sizeIndex = turn % kTextSizeCount;
+                state.layout.colorIndex = color;
+                state.textRow = row;
+                worst.Look({FreeText(state)}, ComposeBackground(state, ground.picture, skins), ground.name);
+            }
+        }
+        qInfo("%s", worst.Where().constData());
+        QVERIFY2(worst.Contrast() >= 4.5, worst.Where());
+    }
+};
+
+KIVO_TEST(TestPanelContrast)
+#include "tst_panel_contrast.moc"
