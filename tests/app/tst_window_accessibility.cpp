@@ -147,6 +147,9 @@ void TestWindowAccessibility::GroupsSayWhatIsChosen() {
     QStringList names;
     for (const char* page : {"btnTheme", "btnImage"}) {
         desk.Tap(page);
+        if (!desk.Editor()->Edited().themes.mode) {
+            desk.ClickRow("themeList", int(Theme::Scene));  // the one with two sizes of the date
+        }
         for (ChoiceGroup* group : desk.window->findChildren<ChoiceGroup*>()) {
             QAccessibleInterface* const told = ToldOf(group);
             QCOMPARE(told->role(), QAccessible::Grouping);
