@@ -266,7 +266,7 @@ void TestWindowSensors::SensorsListRefreshesItself() {
     QTRY_VERIFY(TextsOf(*list).contains(QStringLiteral("The kernel's energy counters: No right to read it")));
     readings[Quantity::Power] = Reading::Of(37.0, SourceId::PowerCap);
     desk.window->Session().SetReadings(readings);
-    QTRY_VERIFY(TextsOf(*list).contains(QStringLiteral("37w")));
+    QTRY_VERIFY(TextsOf(*list).contains(QStringLiteral("37 W")));
     QVERIFY(TextsOf(*list).contains(QStringLiteral("The kernel's energy counters")));
     // Asked for again, it is the same list.
     desk.window->ShowSensors();
