@@ -346,7 +346,8 @@ void TestMainWindow::ExitRejectedStaysShown() {
     QSignalSpy quit(qApp, &QCoreApplication::aboutToQuit);
     OnNextDialog<ExitMessageBox>(desk.window.get(), [&](ExitMessageBox* box) {
         QCOMPARE(box->geometry(), desk.window->geometry());
-        QCOMPARE(box->windowTitle(), QCoreApplication::translate("kivo::ExitMessageBox", "温馨提示"));
+        QCOMPARE(box->windowTitle(),
+                 QCoreApplication::translate("MainWindow", "温馨提示", "before the program ends"));
         box->reject();
     });
     desk.window->slotExit();  // as from the tray, with the window hidden
