@@ -34,10 +34,6 @@ QString AddEntryPath() {
     return QStringLiteral("://skins/add.png");
 }
 
-QString FileName(const QString& path) {
-    return path.mid(path.lastIndexOf(QLatin1Char('/')) + 1);
-}
-
 bool IsBuiltInPath(const QString& path) {
     static const QStringList builtIn = BuiltInBackgrounds();
     return IsResource(path) && builtIn.contains(path);
@@ -155,7 +151,7 @@ QListWidgetItem* PictureList::NewItem(const QString& path) {
     auto* item = new QListWidgetItem(RowText(path));
     item->setData(kPathRole, path);
     if (!IsResource(path)) {
-        item->setData(Qt::AccessibleTextRole, FileName(path));
+        item->setData(Qt::AccessibleTextRole, PictureFileName(path));
     }
     // A row that is new has no icon yet, whatever another one of this picture had.
     m_known.remove(path);
@@ -468,7 +464,7 @@ void PictureList::ShowThumbnail(QListWidgetItem& item, const QIcon& icon, Pictur
     }
     const bool isShown = failure == PictureFailure::None;
     item.setData(kFailureRole, isShown ? QVariant() : QVariant(int(failure)));
-    const QString name = FileName(path);
+    const QString name = PictureFileName(path);
     item.setData(Qt::AccessibleTextRole, isShown ? name : name + QStringLiteral(", ") + FailureText(failure));
 }
 
