@@ -6,6 +6,7 @@
 #include <QPainter>
 
 #include "app/window_text.h"
+#include "pictures/picture_path.h"
 #include "widgets/window_colors.h"
 
 namespace kivo {
@@ -56,7 +57,7 @@ void PictureNotice::Show(const QString& path, PictureFailure failure) {
     const QFontMetrics metrics(m_text->font(), m_text);
     const int room =
         m_text->width() - metrics.horizontalAdvance(QString(sentence).remove(QLatin1String("%1")));
-    const QString name = path.mid(path.lastIndexOf(QLatin1Char('/')) + 1);
+    const QString name = PictureFileName(path);
     m_text->setText(sentence.arg(metrics.elidedText(name, Qt::ElideMiddle, room)));
     m_text->setToolTip(QDir::toNativeSeparators(path));
     show();

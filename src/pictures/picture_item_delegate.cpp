@@ -54,8 +54,8 @@ void DrawFileName(QPainter* painter, const QStyleOptionViewItem& option, const Q
     QFont font = option.font;
     font.setPixelSize(kNamePixels);
     const QFontMetricsF metrics(font);
-    const QString name = metrics.elidedText(path.mid(path.lastIndexOf(QLatin1Char('/')) + 1), Qt::ElideMiddle,
-                                            option.rect.width() - 2 * kSide);
+    const QString name =
+        metrics.elidedText(PictureFileName(path), Qt::ElideMiddle, option.rect.width() - 2 * kSide);
     painter->save();
     painter->setFont(font);
     painter->setPen(window_colors::kTextMid);

@@ -36,10 +36,6 @@ QString AddEntryPath() {
     return QStringLiteral("://skins/add.png");
 }
 
-QString FileName(const QString& path) {
-    return path.mid(path.lastIndexOf(QLatin1Char('/')) + 1);
-}
-
 bool IsBuiltInPath(const QString& path) {
     static const QStringList builtIn = BuiltInBackgrounds();
     return IsResource(path) && builtIn.contains(path);
@@ -158,7 +154,7 @@ bool PictureList::SavePictureList() {
 QListWidgetItem* PictureList::NewItem(const QString& path) {
     auto* item = new QListWidgetItem(RowText(path));
     item->setData(kPathRole, path);
-    const QString name = IsResource(path) ? BuiltInPictureName(path) : FileName(path);
+    const QString name = IsResource(path) ? BuiltInPictureName(path) : PictureFileName(path);
     if (!name.isEmpty()) {
         item->setData(Qt::AccessibleTextRole, name);
     }
@@ -478,7 +474,7 @@ void PictureList::ShowThumbnail(QListWidgetItem& item, const QIcon& icon, Pictur
     }
     const bool isShown = failure == PictureFailure::None;
     item.setData(kFailureRole, isShown ? QVariant() : QVariant(int(failure)));
-    const QString name = FileName(path);
+    const QString name = PictureFileName(path);
     item.setData(Qt::AccessibleTextRole, isShown ? name : name + QStringLiteral(", ") + FailureText(failure));
 }
 

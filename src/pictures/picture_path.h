@@ -1,7 +1,7 @@
 #pragma once
 
-// When two paths name the same picture: settings written by hand may say the same in another way. Asks no
-// file system. Any thread.
+// What a picture's path says: which picture it names, as settings written by hand may say the same in another
+// way, and its file's name. Asks no file system. Any thread.
 
 #include <QDir>
 #include <QString>
@@ -17,6 +17,11 @@ inline bool IsResource(const QString& path) {
 // given.
 inline QString CleanPicturePath(const QString& path) {
     return QDir::cleanPath(QDir::fromNativeSeparators(path));
+}
+
+// The name of a picture's file, as people know it.
+inline QString PictureFileName(const QString& path) {
+    return path.mid(path.lastIndexOf(QLatin1Char('/')) + 1);
 }
 
 inline bool IsSamePicture(const QString& a, const QString& b) {
