@@ -6,7 +6,6 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
 
 #include <utility>
 
@@ -26,9 +25,6 @@ constexpr qint64 kLargestFile = qint64{1024} * 1024;  // one thumbnail; what is 
 
 // The time of a file's last use is its time of change, set anew at most so often.
 constexpr int kTouchAfterDays = 1;
-
-// No thumbnail takes so long to be written: whoever began it is gone.
-constexpr int kLeftoverAfterDays = 1;
 
 QString Suffix() {
     return QStringLiteral(".thumb");
@@ -105,8 +101,10 @@ void ThumbnailCache::Store(const QString& key, const QImage& thumbnail) {
         return;
     }
     const QByteArray content = Magic() + QCryptographicHash::hash(png, kDigest) + png;
-    QSaveFile file(FilePath(key));
-    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size() || !file.commit()) {
+    // Deliberate: the disk is not waited for, which can take seconds while it is busy. The digest tells a
+    // file that is only half there.
+    QFile file(FilePath(key));
+    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size()) {
         return;
     }
     // Looked through again after each tenth of what may be kept.
@@ -114,18 +112,6 @@ void ThumbnailCache::Store(const QString& key, const QImage& thumbnail) {
     if (m_storedSincePrune.fetch_add(content.size()) + content.size() > m_mostBytes / kPrunesUntilFull) {
         m_storedSincePrune = 0;
         Prune();
-    }
-}
-
-// A program that ends while it writes leaves its temporary file behind.
-void ThumbnailCache::RemoveLeftovers() const {
-    const QDateTime longAgo = QDateTime::currentDateTimeUtc().addDays(-kLeftoverAfterDays);
-    const QFileInfoList files = QDir(m_folder).entryInfoList(
-        {QLatin1Char('*') + Suffix() + QLatin1String(".*")}, QDir::Files | QDir::NoSymLinks | QDir::Hidden);
-    for (const QFileInfo& file : files) {
-        if (file.lastModified() < longAgo) {
-            QFile::remove(file.absoluteFilePath());
-        }
     }
 }
 
@@ -140,7 +126,6 @@ void ThumbnailCache::RememberAsBroken(const QString& key) {
 }
 
 void ThumbnailCache::Prune() const {
-    RemoveLeftovers();
     // Newest first. Only our own files, whatever else somebody may have put there.
     const QFileInfoList files = QDir(m_folder).entryInfoList({QLatin1Char('*') + Suffix()},
                                                              QDir::Files | QDir::NoSymLinks, QDir::Time);

@@ -32,11 +32,10 @@ public:
 
     // Null when there is none, when it is damaged or has another size.
     QImage Load(const QString& key, QSize pixels);
-    // In one step: a thumbnail is there as a whole or not at all. A failure is silent, it only costs time.
-    // From time to time throws the longest unused ones away.
+    // What a program that ends meanwhile has written counts as damaged. A failure is silent, it only costs
+    // time. From time to time throws the longest unused ones away.
     void Store(const QString& key, const QImage& thumbnail);
-    // Throws away what was left half written long ago, and the longest unused ones when all together are
-    // larger than they may be.
+    // Throws the longest unused ones away when all together are larger than they may be.
     void Prune() const;
 
     // Pictures that were found to be none, for as long as this object lives.
@@ -45,7 +44,6 @@ public:
 
 private:
     QString FilePath(const QString& key) const;
-    void RemoveLeftovers() const;
 
     const QString m_folder;
     const qint64 m_mostBytes;

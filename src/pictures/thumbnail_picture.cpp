@@ -57,12 +57,16 @@ Picture CachedThumbnail(ThumbnailCache& cache, const QString& path, QSize pixels
     if (cache.IsKnownAsBroken(key)) {
         return NoPicture(PictureFailure::Unreadable, QStringLiteral("is known to be broken"), looked.version);
     }
-    QImage thumbnail = cache.Load(key, pixels);
-    if (!thumbnail.isNull()) {
-        return {std::move(thumbnail), PictureFailure::None, QString(), looked.version};
+    {
+        const PictureWork::FileAccess access(work);
+        QImage thumbnail = cache.Load(key, pixels);
+        if (!thumbnail.isNull()) {
+            return {std::move(thumbnail), PictureFailure::None, QString(), looked.version};
+        }
     }
     Picture made = Make(path, looked, pixels, work);
     if (made.failure == PictureFailure::None) {
+        const PictureWork::FileAccess access(work);
         cache.Store(key, made.image);
     } else if (made.version.bytes >= 0) {
         cache.RememberAsBroken(key);

@@ -158,8 +158,10 @@ private slots:
         QTRY_COMPARE(answered.count(), 1);
         share.Put(kA, Qt::blue);
         QCOMPARE(ColorOf(source.Known(kA)), QColor(Qt::red));
+        share.Hang(kA);
         source.Check(kA);
         QCOMPARE(ColorOf(source.Known(kA)), QColor(Qt::red));  // what is shown stays meanwhile
+        share.LetGo();
         QTRY_COMPARE(answered.count(), 2);
         QCOMPARE(ColorOf(source.Known(kA)), QColor(Qt::blue));
         QCOMPARE(source.ReadCount(), 2);
