@@ -206,12 +206,13 @@ void DrawRing(QPainter& painter, const Ring& ring, QRgb accent) {
     }
 }
 
-void DrawFootScale(QPainter& painter, QPointF centre, QRgb accent, double step) {
+void DrawFootScale(QPainter& painter, QPointF centre, QRgb accent) {
+    constexpr double kPitch = 6;
     for (int i = -4; i <= 4; ++i) {
         const double half = i == 0 ? 3 : 2;
         const double alpha = 0.36 - (0.36 - 0.14) * (std::abs(i) - 1) / 3.0;
         const QColor colour = i == 0 ? QColor::fromRgb(accent) : White(alpha);
-        const QPointF at = centre + QPointF(i * step, 0);
+        const QPointF at = centre + QPointF(i * kPitch, 0);
         DrawTick(painter, at - QPointF(0, half), at + QPointF(0, half), 1.5, colour);
     }
 }

@@ -74,7 +74,7 @@ struct Ring {
 };
 void DrawRing(QPainter& painter, const Ring& ring, QRgb accent);
 // Nine upright ticks in a row about the point, the middle one in the accent.
-void DrawFootScale(QPainter& painter, QPointF centre, QRgb accent, double step = 5);
+void DrawFootScale(QPainter& painter, QPointF centre, QRgb accent);
 // Sixty ticks along the rounded rectangle, pointing in, from 12 o'clock on.
 void DrawTickFrame(QPainter& painter, const QRectF& rect, double radius, QRgb accent);
 

@@ -1,5 +1,6 @@
 #include "skins.h"
 
+#include "compose/theme_accents.h"
 #include "icons.h"
 #include "noise.h"
 
@@ -9,10 +10,9 @@ namespace kivo::artwork {
 
 namespace {
 
-constexpr QRgb kMint = 0xFF5CE6C8;
-constexpr QRgb kAmber = 0xFFFFB45A;
-constexpr QRgb kIce = 0xFF8FC7FF;
-constexpr QRgb kWhite = 0xFFFFFFFF;
+constexpr QRgb kMint = kThemeAccents[static_cast<size_t>(Theme::Default)];
+constexpr QRgb kAmber = kThemeAccents[static_cast<size_t>(Theme::Tdp)];
+constexpr QRgb kIce = kThemeAccents[static_cast<size_t>(Theme::Time)];
 
 // The layers of one skin while they are painted.
 struct Canvas {
@@ -33,11 +33,10 @@ struct CardRow {
     double iconY = 13;  // below the corner
 };
 
-// Small cards of the default theme: icon at the head, foot scale under the value.
-void DrawValueCards(Canvas& canvas, QSizeF size, const std::array<CardRow, 4>& cards, QPointF scaleAt) {
+// Small cards of the default theme: icon at the head. The ticks under a value are drawn with the value.
+void DrawValueCards(Canvas& canvas, QSizeF size, const std::array<CardRow, 4>& cards) {
     for (const CardRow& card : cards) {
         DrawGlass(canvas.glass.Painter(), RoundedCard(QRectF(card.corner, size), 10));
-        DrawFootScale(canvas.ornaments.Painter(), card.corner + scaleAt, kMint);
         DrawIcon(canvas.icons.Painter(), card.icon, card.corner + QPointF(11, card.iconY), 14, kMint);
     }
 }
@@ -53,8 +52,7 @@ void DrawDefault(Canvas& canvas, Orientation orientation) {
                        {{{QPointF(4, 158), Icon::Thermometer},
                          {QPointF(87, 158), Icon::Memory},
                          {QPointF(4, 239), Icon::Fan},
-                         {QPointF(87, 239), Icon::Chip}}},
-                       QPointF(41.5, 65));
+                         {QPointF(87, 239), Icon::Chip}}});
         return;
     }
     DrawGlass(glass, RoundedCard(QRectF(5, 5, 131, 160), 12));
@@ -66,8 +64,7 @@ void DrawDefault(Canvas& canvas, Orientation orientation) {
                    {{{QPointF(141, 5), Icon::Thermometer},
                      {QPointF(227, 5), Icon::Memory},
                      {QPointF(141, 87), Icon::Fan, 12},
-                     {QPointF(227, 87), Icon::Chip, 12}}},
-                   QPointF(41, 66));
+                     {QPointF(227, 87), Icon::Chip, 12}}});
     DrawGlass(glass, RoundedCard(QRectF(QPointF(310.5, 5), QPointF(317.5, 165)), 3));
     for (int i = -10; i <= 10; ++i) {
         const int away = std::abs(i);
@@ -159,7 +156,7 @@ void DrawTime(Canvas& canvas, Orientation orientation) {
         DrawGlass(glass, RoundedCard(QRectF(4, 238, 162, 78), 12), kGlassUnderPaleAccents);
         DrawUnderLight(glass, QPointF(84.5, 158), 66, kIce, 0.10);
         DrawTickFrame(canvas.frame.Painter(), QRectF(11, 99, 148, 128), 20, kIce);
-        DrawFootScale(ornaments, QPointF(84.5, 208), kIce, 6);
+        DrawFootScale(ornaments, QPointF(84.5, 208), kIce);
         DrawHair(ornaments, QPointF(85, 26), QPointF(85, 64));
         DrawHair(ornaments, QPointF(85, 258), QPointF(85, 296));
         DrawIcon(icons, Icon::Thermometer, QPointF(35.5, 47), 18, kIce);
@@ -173,7 +170,7 @@ void DrawTime(Canvas& canvas, Orientation orientation) {
     DrawGlass(glass, RoundedCard(QRectF(251, 4, 65, 162), 12), kGlassUnderPaleAccents);
     DrawUnderLight(glass, QPointF(159.5, 80), 66, kIce, 0.10);
     DrawTickFrame(canvas.frame.Painter(), QRectF(80, 11, 160, 148), 22, kIce);
-    DrawFootScale(ornaments, QPointF(159.5, 137), kIce, 6);
+    DrawFootScale(ornaments, QPointF(159.5, 137), kIce);
     DrawHair(ornaments, QPointF(20.5, 84.2), QPointF(50.5, 84.2));
     DrawHair(ornaments, QPointF(270.5, 84.2), QPointF(300.5, 84.2));
     DrawIcon(icons, Icon::Thermometer, QPointF(35.5, 44.5), 20, kIce);
@@ -191,11 +188,6 @@ QRectF Centred(double x, double y, double size) {
 QLatin1String NameOf(Theme theme) {
     constexpr std::array<const char*, 4> kNames = {"default", "scene", "TDP", "time"};
     return QLatin1String(kNames[static_cast<size_t>(theme)]);
-}
-
-QRgb AccentOf(Theme theme) {
-    constexpr std::array<QRgb, 4> kAccents = {kMint, kWhite, kAmber, kIce};
-    return kAccents[static_cast<size_t>(theme)];
 }
 
 SkinLayers DrawSkin(Theme theme, Orientation orientation, int scale) {

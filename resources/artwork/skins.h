@@ -14,7 +14,6 @@ enum class Theme { Default, Scene, Tdp, Time };
 constexpr std::array<Theme, 4> kThemes = {Theme::Default, Theme::Scene, Theme::Tdp, Theme::Time};
 
 QLatin1String NameOf(Theme theme);  // as in the file names
-QRgb AccentOf(Theme theme);
 
 // One skin, cut as the frame composer stacks it: glass, ornaments, frame, icons. A theme without a layer
 // has a null image there.

@@ -22,6 +22,11 @@ void DrawTexts(QPainter& painter, const QVector<TextRun>& runs, const QRect& reg
 }
 
 void DrawPanelTexts(QPainter& painter, const PanelTexts& texts, const QRect& region) {
+    for (const TextRun& run : texts.runs) {
+        if (run.scale.rect.intersects(region)) {
+            DrawValueScale(painter, run.scale, run.item, run.text);
+        }
+    }
     DrawTexts(painter, texts.runs, region);
     DrawFreeText(painter, texts.freeText, region);
 }

@@ -16,7 +16,7 @@ namespace kivo {
 // and never leaves it.
 void DrawTexts(QPainter& painter, const QVector<TextRun>& runs, const QRect& region);
 
-// Draws all texts where they reach into region (canvas pixels).
+// Draws all texts, and the ticks under the values, where they reach into region (canvas pixels).
 void DrawPanelTexts(QPainter& painter, const PanelTexts& texts, const QRect& region);
 
 }  // namespace kivo

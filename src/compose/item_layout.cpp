@@ -1,5 +1,7 @@
 #include "compose/item_layout.h"
 
+#include "compose/theme_accents.h"
+
 namespace kivo {
 
 namespace {
@@ -120,6 +122,14 @@ bool HasCaption(int item) {
     return item != Time && item != OtherText && item != OtherText2;
 }
 
+// Only the default theme has a place for it.
+ValueScale ScaleUnder(const ScreenState& state, int item, const QRect& rect) {
+    if (state.theme != Theme::Default || !HasScaleRange(item)) {
+        return ValueScale();
+    }
+    return {ScaleRect(rect, state.layout.tile[size_t(item)]), kThemeAccents[size_t(state.theme)]};
+}
+
 void LayOutTheme(const ScreenState& state, QVector<TextRun>& runs) {
     const QRect canvas(QPoint(0, 0), CanvasSize(state.orientation));
     const int plainSize = PlainValueSize(state);
@@ -134,7 +144,7 @@ void LayOutTheme(const ScreenState& state, QVector<TextRun>& runs) {
         if (!rect.isEmpty()) {
             runs.append({item, TextRole::Value, QString(), rect, ThemeValueSize(state, item, plainSize),
                          item == Date ? TextAlign::Top : TextAlign::Centre,
-                         ThemeAxis(state.theme, state.orientation, item)});
+                         ThemeAxis(state.theme, state.orientation, item), ScaleUnder(state, item, rect)});
         }
         // Time and date speak for themselves, and the scene theme shows nothing else.
         if (HasCaption(item) && item != Date && state.theme != Theme::Scene) {

@@ -9,6 +9,7 @@
 
 #include "compose/panel_text.h"
 #include "compose/screen_state.h"
+#include "compose/value_scale.h"
 
 namespace kivo {
 
@@ -24,6 +25,7 @@ struct TextRun {
     int pixelSize = 0;
     TextAlign align = TextAlign::Centre;
     std::optional<int> axis{};  // what it is centred on where that is not the middle of rect
+    ValueScale scale{};         // under a value that has one
 };
 
 // The run as it is drawn.

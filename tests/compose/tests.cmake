@@ -21,13 +21,14 @@ kivo_add_tests(compose
         rgb565
         theme_catalogue
         theme_state
+        value_scale
     LINK kivo_compose kivo_picture_source kivo_virtualscreen)
 # Captions come from the compiled translations.
 add_dependencies(tests_compose kivo_languages)
 
 # Once more with another family in the place of "Microsoft YaHei". A process of its own, because Qt keeps the fonts that it
 # has once found for a family.
-foreach(unit free_text free_text_placing item_drawing live_cuts panel_room panel_text)
+foreach(unit free_text free_text_placing item_drawing live_cuts panel_room panel_text value_scale)
     kivo_register_test(compose/${unit}_dejavu ${unit} ENVIRONMENT "KIVO_TEST_FONT=DejaVu Sans")
     kivo_register_test(compose/${unit}_serif ${unit} ENVIRONMENT "KIVO_TEST_FONT=Noto Serif CJK SC")
     kivo_register_test(compose/${unit}_mono ${unit} ENVIRONMENT "KIVO_TEST_FONT=DejaVu Sans Mono")

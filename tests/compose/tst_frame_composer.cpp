@@ -152,22 +152,25 @@ private slots:
         QVERIFY(ChangedRect(frame, background).isNull());
     }
 
-    void WithoutTextsOnlyTheCaptionsShow_data() { SizeAndFormat_data(); }
-    void WithoutTextsOnlyTheCaptionsShow() {
+    void WithoutTextsOnlyCaptionsAndUnlitTicksShow_data() { SizeAndFormat_data(); }
+    void WithoutTextsOnlyCaptionsAndUnlitTicksShow() {
         QFETCH(ScreenState, state);
         const QImage background = NoisyCanvas(state.orientation);
-        QImage captions = background;
-        {
-            QPainter painter(&captions);
-            for (const TextRun& run : LayOutTexts(state, ItemTexts())) {
-                QVERIFY(run.text.isEmpty() || run.role == TextRole::Caption);
-                DrawTexts(painter, {run}, captions.rect());
+        QImage ticks = background;
+        QImage both = background;
+        for (const TextRun& run : LayOutTexts(state, ItemTexts())) {
+            QVERIFY(run.text.isEmpty() || run.role == TextRole::Caption);
+            for (QImage* image : {&ticks, &both}) {
+                QPainter painter(image);
+                DrawValueScale(painter, run.scale, run.item, QString());
             }
+            QPainter painter(&both);
+            DrawTexts(painter, {run}, both.rect());
         }
-        QVERIFY(ChangedRect(ComposeFrame(state, background, ItemTexts()), captions).isNull());
+        QVERIFY(ChangedRect(ComposeFrame(state, background, ItemTexts()), both).isNull());
         ScreenState mute = state;
         mute.captions.fill(QString());
-        QVERIFY(ChangedRect(ComposeFrame(mute, background, ItemTexts()), background).isNull());
+        QVERIFY(ChangedRect(ComposeFrame(mute, background, ItemTexts()), ticks).isNull());
     }
 
     void AnEmptyFreeTextDoesNotChangeTheFrame() {
