@@ -25,6 +25,7 @@
 
 #include "app/main_window.h"
 #include "app/nimb_process_dialog.h"
+#include "app/state_line.h"
 #include "compose/panel_text.h"
 #include "config/default_profile.h"
 #include "config/first_run_marker.h"
@@ -191,10 +192,20 @@ QPixmap HeadsInAllStates(kivo::MainWindow& window) {
     constexpr int kHeadHeight = 58;
     QPixmap heads = window.grab();
     QPainter painter(&heads);
-    for (int state = 0; state < all.size(); ++state) {
-        window.ShowPanelStatus(all[state]);
-        painter.drawPixmap(0, state * kHeadHeight, window.grab({0, 0, window.width(), kHeadHeight}));
+    int top = 0;
+    const auto add = [&] {
+        painter.drawPixmap(0, top, window.grab({0, 0, window.width(), kHeadHeight}));
+        top += kHeadHeight;
+    };
+    for (const kivo::PanelStatus& status : all) {
+        window.ShowPanelStatus(status);
+        add();
     }
+    // Over whatever the screen is in.
+    auto* stateLine = window.findChild<kivo::StateLine*>();
+    stateLine->NoteSaved(kivo::SettingsPart::Layout, false);
+    add();
+    stateLine->NoteSaved(kivo::SettingsPart::Layout, true);
     return heads;
 }
 
