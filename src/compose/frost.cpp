@@ -47,9 +47,9 @@ QVector<quint16> SummedAlongRows(const QImage& image) {
     QVector<quint16> widened(values + 2 * kReach * kChannels);
     for (int y = 0; y < image.height(); ++y) {
         WidenRow(image.constScanLine(y), image.width(), widened.data());
-        quint16* to = sums.data() + y * values;
+        quint16* to = &sums[y * values];
         for (int tap = 0; tap < kTaps; ++tap) {
-            Add(to, widened.constData() + tap * kChannels, kKernel[size_t(tap)], values);
+            Add(to, &widened.at(tap * kChannels), kKernel[size_t(tap)], values);
         }
     }
     return sums;
@@ -63,7 +63,7 @@ void AverageAlongColumns(const QVector<quint16>& sums, QImage& image) {
         column.fill(kWhole / 2);
         for (int tap = 0; tap < kTaps; ++tap) {
             const int from = qBound(0, y + tap - kReach, image.height() - 1);
-            Add(column.data(), sums.constData() + from * values, kKernel[size_t(tap)], values);
+            Add(column.data(), &sums.at(from * values), kKernel[size_t(tap)], values);
         }
         uchar* to = image.scanLine(y);
         const quint32* whole = column.constData();
