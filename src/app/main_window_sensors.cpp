@@ -118,8 +118,12 @@ void MainWindow::ShowTemperature() {
         lines.append(SensorHelp(Quantity::Temperature, reading));
         lines.removeAll(QString());
     }
-    m_ui->pushButton->setToolTip(lines.join(QLatin1Char('\n')));
-    m_ui->pushButton->setAccessibleDescription(m_ui->pushButton->toolTip());
+    // Only what is new: a screen reader is told of it each time.
+    const QString description = lines.join(QLatin1Char('\n'));
+    if (description != m_ui->pushButton->toolTip()) {
+        m_ui->pushButton->setToolTip(description);
+        m_ui->pushButton->setAccessibleDescription(description);
+    }
 }
 
 }  // namespace kivo

@@ -89,10 +89,16 @@ void SensorsDialog::Refresh() {
         line.source->setText(row.source);
         line.help->setText(row.help);
         line.help->setVisible(!row.help.isEmpty());
-        // One sentence for whoever listens instead of looking.
-        line.now->setAccessibleName(row.name + QLatin1Char(' ') + row.now);
-        line.now->setAccessibleDescription(row.help.isEmpty() ? row.source
-                                                              : row.source + QStringLiteral(". ") + row.help);
+        // One sentence for whoever listens instead of looking, and only what is new: it is told each time.
+        const QString name = row.name + QLatin1Char(' ') + row.now;
+        const QString description =
+            row.help.isEmpty() ? row.source : row.source + QStringLiteral(". ") + row.help;
+        if (name != line.now->accessibleName()) {
+            line.now->setAccessibleName(name);
+        }
+        if (description != line.now->accessibleDescription()) {
+            line.now->setAccessibleDescription(description);
+        }
     }
 }
 

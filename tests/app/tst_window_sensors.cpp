@@ -29,6 +29,7 @@ private Q_SLOTS:
     void HangingLibraryDoesNotHoldTheEndUp();
     void ReadOutShowsTheLiveTemperature();
     void ReadOutSaysWhoMeasures();
+    void ReadOutSaysNothingTwice();
     void ReadOutSaysWhatAClickHasRead();
     void SensorsListRefreshesItself();
     void ClickReadsTheThermalZone();
@@ -239,6 +240,24 @@ void TestWindowSensors::ReadOutSaysWhoMeasures() {
     QTRY_COMPARE(readOut->toolTip(), click + QStringLiteral("Core Temp"));
     QCOMPARE(readOut->accessibleDescription(), readOut->toolTip());
     QCOMPARE(readOut->text(), QStringLiteral("61℃"));
+}
+
+// A screen reader would be told in every round. The tool tip and what is told are set together.
+void TestWindowSensors::ReadOutSaysNothingTwice() {
+    Desk desk;
+    desk.Show();
+    auto* readOut = desk.Find<QPushButton>("pushButton");
+    SensorReadings readings;
+    readings[Quantity::Temperature] = Reading::Of(61.0, SourceId::CoreTemp);
+    desk.window->Session().SetReadings(readings);
+    QTRY_COMPARE(readOut->text(), QStringLiteral("61℃"));
+    const EventCounter told(*readOut, QEvent::ToolTipChange);
+    for (const double degrees : {62.0, 63.0}) {
+        readings[Quantity::Temperature] = Reading::Of(degrees, SourceId::CoreTemp);
+        desk.window->Session().SetReadings(readings);
+        QTRY_COMPARE(readOut->text(), QString::number(degrees) + QStringLiteral("℃"));
+    }
+    QCOMPARE(told.count, 0);
 }
 
 // The tool tip names whose number is seen, not whose is behind it.
