@@ -5,6 +5,7 @@
 #include "../config/log_catcher.h"
 #include "made_up_machine.h"
 #include "support/test_program.h"
+#include "telemetry/sensor_lists.h"
 
 using namespace kivo;
 using namespace kivo::test;
@@ -154,6 +155,12 @@ class TestLinuxMachines : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
+    void TheEnergyLibraryComesFirst() {
+        for (const Quantity quantity : {Quantity::Power, Quantity::Temperature}) {
+            QCOMPARE(PlatformSourceOrders()[size_t(quantity)].front(), SourceId::EnergyLibrary);
+        }
+    }
+
     void WhatIsShown_data() {
         QTest::addColumn<Step>("start");
         QTest::addColumn<Step>("second");
