@@ -178,10 +178,6 @@
         <translation>Reserved</translation>
     </message>
     <message>
-        <source>选择背景图片；按 Delete 删除自己添加的图片</source>
-        <translation>Choose a background; Delete removes a picture you added</translation>
-    </message>
-    <message>
         <source>背景图片</source>
         <translation>Background pictures</translation>
     </message>
@@ -592,6 +588,18 @@
         <source>日期大小</source>
         <translation>Size of the date</translation>
     </message>
+    <message>
+        <source>选择背景图片；自己添加的图片按 F2 重命名，按 Delete 删除</source>
+        <translation>Choose a background; F2 renames a picture you added, Delete removes it</translation>
+    </message>
+    <message>
+        <source>名称太多，无法保存此名称。</source>
+        <translation>There are too many names to keep this one.</translation>
+    </message>
+    <message>
+        <source>是否删除图片“%1”？</source>
+        <translation>“%1” leaves this list; its file stays where it is.</translation>
+    </message>
 </context>
 <context>
     <name>PreviewItem</name>
@@ -818,6 +826,21 @@ Enter types, Page Up and Page Down move the text</translation>
     <message>
         <source>无法打开此图片</source>
         <translation>This picture cannot be opened</translation>
+    </message>
+    <message>
+        <source>重命名</source>
+        <translation>Rename</translation>
+    </message>
+    <message>
+        <source>删除</source>
+        <translation>Delete</translation>
+    </message>
+</context>
+<context>
+    <name>kivo::PictureNameEdit</name>
+    <message>
+        <source>图片名称</source>
+        <translation>Picture name</translation>
     </message>
 </context>
 <context>

@@ -178,10 +178,6 @@
         <translation>Резерв</translation>
     </message>
     <message>
-        <source>选择背景图片；按 Delete 删除自己添加的图片</source>
-        <translation>Выберите фон; Delete удаляет добавленное изображение</translation>
-    </message>
-    <message>
         <source>背景图片</source>
         <translation>Фоновые изображения</translation>
     </message>
@@ -592,6 +588,18 @@
         <source>日期大小</source>
         <translation>Размер даты</translation>
     </message>
+    <message>
+        <source>选择背景图片；自己添加的图片按 F2 重命名，按 Delete 删除</source>
+        <translation>Выберите фон; F2 переименует добавленное изображение, Delete удалит его</translation>
+    </message>
+    <message>
+        <source>名称太多，无法保存此名称。</source>
+        <translation>Имён слишком много, сохранить ещё одно нельзя.</translation>
+    </message>
+    <message>
+        <source>是否删除图片“%1”？</source>
+        <translation>«%1» исчезнет из списка; сам файл останется.</translation>
+    </message>
 </context>
 <context>
     <name>PreviewItem</name>
@@ -818,6 +826,21 @@ Enter — ввод, Page Up и Page Down двигают текст</translation>
     <message>
         <source>无法打开此图片</source>
         <translation>Изображение не открывается</translation>
+    </message>
+    <message>
+        <source>重命名</source>
+        <translation>Переименовать</translation>
+    </message>
+    <message>
+        <source>删除</source>
+        <translation>Удалить</translation>
+    </message>
+</context>
+<context>
+    <name>kivo::PictureNameEdit</name>
+    <message>
+        <source>图片名称</source>
+        <translation>Название изображения</translation>
     </message>
 </context>
 <context>

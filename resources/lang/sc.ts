@@ -178,10 +178,6 @@
         <translation>待定</translation>
     </message>
     <message>
-        <source>选择背景图片；按 Delete 删除自己添加的图片</source>
-        <translation>选择背景图片；按 Delete 删除自己添加的图片</translation>
-    </message>
-    <message>
         <source>背景图片</source>
         <translation>背景图片</translation>
     </message>
@@ -593,6 +589,18 @@
         <source>日期大小</source>
         <translation>日期大小</translation>
     </message>
+    <message>
+        <source>选择背景图片；自己添加的图片按 F2 重命名，按 Delete 删除</source>
+        <translation>选择背景图片；自己添加的图片按 F2 重命名，按 Delete 删除</translation>
+    </message>
+    <message>
+        <source>名称太多，无法保存此名称。</source>
+        <translation>名称太多，无法保存此名称。</translation>
+    </message>
+    <message>
+        <source>是否删除图片“%1”？</source>
+        <translation>是否删除图片“%1”？</translation>
+    </message>
 </context>
 <context>
     <name>PreviewItem</name>
@@ -819,6 +827,21 @@
     <message>
         <source>无法打开此图片</source>
         <translation>无法打开此图片</translation>
+    </message>
+    <message>
+        <source>重命名</source>
+        <translation>重命名</translation>
+    </message>
+    <message>
+        <source>删除</source>
+        <translation>删除</translation>
+    </message>
+</context>
+<context>
+    <name>kivo::PictureNameEdit</name>
+    <message>
+        <source>图片名称</source>
+        <translation>图片名称</translation>
     </message>
 </context>
 <context>

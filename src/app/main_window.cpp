@@ -240,7 +240,7 @@ void MainWindow::slotApply() {
     StopRefresh();
     m_stateLine->NoteSaved(SettingsPart::Layout, m_ui->zoomwidget->CommitLayout());
     if (m_stateLine->Unsaved().testFlag(SettingsPart::Pictures)) {
-        m_stateLine->NoteSaved(SettingsPart::Pictures, m_pictures->SavePictureList());
+        SavePictures();
     }
     OpenEditing(false);
     UploadShown();

@@ -175,6 +175,7 @@ private:
     void ShowWays();
     void FollowTrimMode();
     void ShowChosenPicture();
+    void GoBackOnceLeft();
     void OpenEditing(bool open);
     void FinishEditing();
     void GoOnTyping();
@@ -207,6 +208,7 @@ private:
     void TakePictureOut(const QString& removed, int row);
     QStringList ChoosePictures();
     void AddPictures(const QStringList& paths);
+    void SavePictures();
     void ShowPictureNotice();
 
     const Parts m_parts;

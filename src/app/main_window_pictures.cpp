@@ -57,6 +57,16 @@ void MainWindow::WirePictures() {
     m_ui->pictureList->viewport()->installEventFilter(this);
     connect(m_pictures, &PictureList::picked, this, &MainWindow::itemClickedImage);
     connect(m_pictures, &PictureList::dropped, this, &MainWindow::AddPictures);
+    connect(m_pictures, &PictureList::renamed, this, &MainWindow::SavePictures);
+    // After the line in which it was typed is gone: a box that comes between would find it open.
+    connect(
+        m_pictures, &PictureList::nameRefused, this,
+        [this] {
+            ExitMessageBox::Tell(this,
+                                 WindowText(QT_TRANSLATE_NOOP("MainWindow", "名称太多，无法保存此名称。")));
+        },
+        Qt::QueuedConnection);
+    connect(m_pictures->Delegate(), &QAbstractItemDelegate::closeEditor, this, &MainWindow::GoBackOnceLeft);
     connect(m_ui->pictureList, &MyListWidget::rightClick, this, &MainWindow::slotRightClick);
     connect(m_pictures->Delegate(), &ExitItemDelegate::handleDeleteClick, this, &MainWindow::SlotDeletePix);
     // Whoever comes back from another program may have changed the picture there.
@@ -110,13 +120,17 @@ QStringList MainWindow::ChoosePictures() {
                                          PicturesFolder(), PictureList::PictureFileFilter());
 }
 
+void MainWindow::SavePictures() {
+    m_stateLine->NoteSaved(SettingsPart::Pictures, m_pictures->SavePictureList());
+}
+
 void MainWindow::AddPictures(const QStringList& paths) {
     if (paths.isEmpty()) {
         return;
     }
     const PictureList::Inserted inserted = m_pictures->InsertUserPictures(paths);
     if (inserted.lastRow > 0) {
-        m_stateLine->NoteSaved(SettingsPart::Pictures, m_pictures->SavePictureList());
+        SavePictures();
         m_choice->Choose(m_pictures->PathAt(inserted.lastRow));
         ShowChosenPicture();
     }
@@ -146,13 +160,15 @@ void MainWindow::slotRightClick() {
 
 void MainWindow::SlotDeletePix(int row) {
     if (m_pictures->IsUserPicture(row)) {
+        const QString name = m_pictures->NameAt(row);
         const ExitMessageBox::Question question{
             WindowText(QT_TRANSLATE_NOOP3("MainWindow", "温馨提示", "before a picture is deleted")),
-            WindowText(QT_TRANSLATE_NOOP("MainWindow", "是否删除此图片？")),
+            name.isEmpty() ? WindowText(QT_TRANSLATE_NOOP("MainWindow", "是否删除此图片？"))
+                           : WindowText(QT_TRANSLATE_NOOP("MainWindow", "是否删除图片“%1”？")).arg(name),
             WindowText(QT_TRANSLATE_NOOP3("MainWindow", "确定", "deletes the picture")), true};
         if (ExitMessageBox::Ask(this, question)) {
             const QString removed = m_pictures->RemoveUserPicture(row);
-            m_stateLine->NoteSaved(SettingsPart::Pictures, m_pictures->SavePictureList());
+            SavePictures();
             TakePictureOut(removed, row);
         }
     } else if (m_pictures->IsBuiltIn(row)) {
@@ -179,13 +195,22 @@ void MainWindow::TakePictureOut(const QString& removed, int row) {
 
 // The keys, or a press that is let go elsewhere, move the frame without choosing: it goes back in the end.
 bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
-    const bool isLeft = event->type() == QEvent::FocusOut && watched == m_ui->pictureList;
-    const bool isLetGo =
-        event->type() == QEvent::MouseButtonRelease && watched == m_ui->pictureList->viewport();
-    if (isLeft || isLetGo) {
+    if (event->type() == QEvent::FocusOut && watched == m_ui->pictureList) {
+        GoBackOnceLeft();
+    } else if (event->type() == QEvent::MouseButtonRelease && watched == m_ui->pictureList->viewport()) {
         QTimer::singleShot(0, this, &MainWindow::ShowChosenPicture);
     }
     return QMainWindow::eventFilter(watched, event);
+}
+
+// A name that is typed, or the menu, is not elsewhere: it belongs to the row.
+void MainWindow::GoBackOnceLeft() {
+    QTimer::singleShot(0, this, [this] {
+        const QWidget* const focus = QApplication::focusWidget();
+        if (focus != m_ui->pictureList && !m_ui->pictureList->isAncestorOf(focus)) {
+            ShowChosenPicture();
+        }
+    });
 }
 
 }  // namespace kivo

@@ -30,6 +30,7 @@ QList<NamedSetting> AllSettings() {
         all.append({QString(setting.name), setting});
     }
     all.append({ImageKey(0), keys::kImagePath});
+    all.append({ImageNameKey(QStringLiteral("C:/a.png")), keys::kImageName});
     for (int row = 0; row < kCustomShowRows; ++row) {
         for (int slot = 0; slot < kCustomShowSlots; ++slot) {
             all.append({CustomShowKey(row, slot), keys::kCustomShow});
@@ -61,6 +62,10 @@ QString ItemKey(const QString& group, const SettingKey& setting, int item) {
 
 QString ImageKey(int index) {
     return keys::kImagePath.name + QString::number(index);
+}
+
+QString ImageNameKey(const QString& cleanPath) {
+    return keys::kImageName.name + cleanPath;
 }
 
 QString CustomShowKey(int row, int slot) {

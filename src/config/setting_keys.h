@@ -46,6 +46,8 @@ inline constexpr SettingKey kTest{Name("test/test"), SettingType::Text};
 // person could have added by hand is noise.
 inline constexpr SettingKey kImageCount{Name("ImageList/Count"), SettingType::Int, 0, 0, 0, 9999};
 inline constexpr SettingKey kImagePath{Name("ImageList/"), SettingType::Text};
+// Group "ImageNames": under a picture's path, what its user calls it.
+inline constexpr SettingKey kImageName{Name("ImageNames/"), SettingType::Text};
 
 // Group "CustomShow": "0-0" .. "0-4" and "1-0" .. "1-4". Deliberate: no range; a number that is no item kind
 // stays in the table and matches nothing.
@@ -80,8 +82,8 @@ inline constexpr int kItemCount = 9;
 // The layout groups in file order: "H1".."H4", "V1".."V4", "CUSTOM0", "CUSTOM1".
 const QStringList& ThemeGroups();
 
-// Every key Config.ini can hold, written out in full in file order ("ImageList/<n>" once, with n = 0), with
-// its row of the table.
+// Every key Config.ini can hold, written out in full in file order ("ImageList/<n>" once, with n = 0, and
+// "ImageNames/<path>" with an example), with its row of the table.
 struct NamedSetting {
     QString key;
     SettingKey setting;
@@ -91,6 +93,9 @@ QList<NamedSetting> AllSettings();
 QString GroupKey(const QString& group, const SettingKey& setting);           // "H1", kXPt: "H1/XPt".
 QString ItemKey(const QString& group, const SettingKey& setting, int item);  // "H1", kShow, 3: "H1/Show_3".
 QString ImageKey(int index);                                                 // 7: "ImageList/7".
-QString CustomShowKey(int row, int slot);                                    // 1, 4: "CustomShow/1-4".
+// The path in one form for all ways to write it, with slashes: "C:/a.png": "ImageNames/C:/a.png". QSettings
+// takes several slashes in a row for one.
+QString ImageNameKey(const QString& cleanPath);
+QString CustomShowKey(int row, int slot);  // 1, 4: "CustomShow/1-4".
 
 }  // namespace kivo

@@ -2,13 +2,16 @@
 
 #include <QAbstractItemView>
 #include <QDir>
-#include <QFontMetricsF>
 #include <QHelpEvent>
+#include <QKeyEvent>
+#include <QMouseEvent>
 #include <QPainter>
+#include <QTextDocument>
 #include <QToolTip>
 
 #include "pictures/built_in_names.h"
 #include "pictures/picture_list.h"
+#include "pictures/picture_name_edit.h"
 #include "pictures/picture_path.h"
 #include "widgets/picture_item.h"
 #include "widgets/window_colors.h"
@@ -45,28 +48,21 @@ void DrawMissingSymbol(QPainter* painter, const QRectF& place) {
     painter->restore();
 }
 
-// Its file's name, where a named picture has its name: without it nobody could tell what is missing.
-void DrawFileName(QPainter* painter, const QStyleOptionViewItem& option, const QString& path) {
-    constexpr int kNamePixels = 11;
-    constexpr int kBaseLine = 13;  // below the picture
-    constexpr int kSide = 2;
-    const QRect place = PicturePlace(option.rect, option.decorationSize);
-    QFont font = option.font;
-    font.setPixelSize(kNamePixels);
-    const QFontMetricsF metrics(font);
-    const QString name =
-        metrics.elidedText(PictureFileName(path), Qt::ElideMiddle, option.rect.width() - 2 * kSide);
-    painter->save();
-    painter->setFont(font);
-    painter->setPen(window_colors::kTextMid);
-    painter->drawText(QPointF(option.rect.x() + (option.rect.width() - metrics.horizontalAdvance(name)) / 2,
-                              place.y() + place.height() + kBaseLine),
-                      name);
-    painter->restore();
+QString PathOf(const QModelIndex& index) {
+    return index.data(PictureList::kPathRole).toString();
+}
+
+QString GivenNameOf(const QModelIndex& index) {
+    return index.data(PictureList::kNameRole).toString();
 }
 
 PictureFailure FailureOf(const QModelIndex& index) {
     return static_cast<PictureFailure>(index.data(PictureList::kFailureRole).toInt());
+}
+
+// A name may look like markup, which a tool tip would follow.
+QString AsPlainText(const QString& text) {
+    return Qt::mightBeRichText(text) ? Qt::convertFromPlainText(text) : text;
 }
 
 }  // namespace
@@ -82,27 +78,87 @@ void PictureItemDelegate::paint(QPainter* painter, const QStyleOptionViewItem& o
     }
     if (FailureOf(index) != PictureFailure::None) {
         DrawMissingSymbol(painter, PicturePlace(option.rect, option.decorationSize));
-        DrawFileName(painter, option, index.data(PictureList::kPathRole).toString());
     }
     ExitItemDelegate::paint(painter, option, index);
 }
 
+bool PictureItemDelegate::CanName(const QModelIndex& index) {
+    return index.isValid() && CanDelete(index.row(), index.model()->rowCount()) && !IsResource(PathOf(index));
+}
+
 QString PictureItemDelegate::PaintedName(const QModelIndex& index) const {
-    const QString name = BuiltInPictureName(index.data(PictureList::kPathRole).toString());
-    return name.isEmpty() ? ExitItemDelegate::PaintedName(index) : name;
+    const QString path = PathOf(index);
+    if (IsResource(path)) {
+        const QString name = BuiltInPictureName(path);
+        return name.isEmpty() ? ExitItemDelegate::PaintedName(index) : name;
+    }
+    const QString name = GivenNameOf(index);
+    return name.isEmpty() ? PictureFileTitle(path) : name;
 }
 
 bool PictureItemDelegate::helpEvent(QHelpEvent* event, QAbstractItemView* view,
                                     const QStyleOptionViewItem& option, const QModelIndex& index) {
-    const QString path = index.data(PictureList::kPathRole).toString();
+    const QString path = PathOf(index);
     if (event->type() != QEvent::ToolTip || path.isEmpty() || IsResource(path)) {
         return ExitItemDelegate::helpEvent(event, view, option, index);
     }
-    const QString failure = PictureList::FailureText(FailureOf(index));
-    const QString place = QDir::toNativeSeparators(path);
-    QToolTip::showText(event->globalPos(), failure.isEmpty() ? place : failure + QLatin1Char('\n') + place,
-                       view);
+    QStringList lines{GivenNameOf(index), PictureList::FailureText(FailureOf(index)),
+                      QDir::toNativeSeparators(path)};
+    lines.removeAll(QString());
+    QToolTip::showText(event->globalPos(), AsPlainText(lines.join(QLatin1Char('\n'))), view);
     return true;
+}
+
+QWidget* PictureItemDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem& /*option*/,
+                                           const QModelIndex& index) const {
+    return CanName(index) ? new PictureNameEdit(GivenNameOf(index), PictureFileTitle(PathOf(index)), parent)
+                          : nullptr;
+}
+
+void PictureItemDelegate::setEditorData(QWidget* /*editor*/, const QModelIndex& /*index*/) const {}
+
+void PictureItemDelegate::setModelData(QWidget* editor, QAbstractItemModel* /*model*/,
+                                       const QModelIndex& index) const {
+    const auto* const edit = qobject_cast<PictureNameEdit*>(editor);
+    if (edit != nullptr && edit->IsChanged()) {
+        Q_EMIT nameTyped(index.row(), edit->text());
+    }
+}
+
+void PictureItemDelegate::updateEditorGeometry(QWidget* editor, const QStyleOptionViewItem& option,
+                                               const QModelIndex& /*index*/) const {
+    // Inside the frame of a selected item.
+    constexpr QMargins kFrame(3, 0, 3, 2);
+    editor->setGeometry(NamePlace(option.rect, option.decorationSize).marginsRemoved(kFrame));
+}
+
+bool PictureItemDelegate::editorEvent(QEvent* event, QAbstractItemModel* model,
+                                      const QStyleOptionViewItem& option, const QModelIndex& index) {
+    if (ExitItemDelegate::editorEvent(event, model, option, index)) {
+        return true;
+    }
+    if (event->type() != QEvent::MouseButtonDblClick || !CanName(index)) {
+        return false;
+    }
+    const auto* const mouse = static_cast<QMouseEvent*>(event);
+    if (mouse->button() != Qt::LeftButton ||
+        !NamePlace(option.rect, option.decorationSize).contains(mouse->pos())) {
+        return false;
+    }
+    Q_EMIT nameClickedTwice(index.row());
+    return true;
+}
+
+bool PictureItemDelegate::eventFilter(QObject* watched, QEvent* event) {
+    // The tab key leaves the line for the next widget, as it leaves the list. Qt's own way would select the
+    // next row.
+    if (event->type() == QEvent::KeyPress) {
+        const int key = static_cast<QKeyEvent*>(event)->key();
+        if (key == Qt::Key_Tab || key == Qt::Key_Backtab) {
+            return false;
+        }
+    }
+    return ExitItemDelegate::eventFilter(watched, event);
 }
 
 }  // namespace kivo

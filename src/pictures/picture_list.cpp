@@ -5,7 +5,8 @@
 #include <QDropEvent>
 #include <QIcon>
 #include <QKeyEvent>
-#include <QPixmap>
+#include <QMenu>
+#include <QPersistentModelIndex>
 #include <QScrollBar>
 #include <QSet>
 #include <QTimer>
@@ -29,9 +30,6 @@ constexpr int kAddRow = 0;
 // Four columns of them in 390, three whole rows in 240.
 constexpr QSize kCellSize{97, 80};
 
-// More icons than anybody sees at once; what lies far from the view is forgotten beyond that.
-constexpr int kMostIcons = 300;
-
 QString AddEntryPath() {
     return QStringLiteral("://skins/add.png");
 }
@@ -47,22 +45,6 @@ QString RowText(const QString& path) {
         return PictureList::tr("选择图片文件夹");
     }
     return IsBuiltInPath(path) ? PictureList::tr("默认图片") : QString();
-}
-
-// The rows stand line by line, so whatever asks for their height divides them in two.
-template <typename Predicate>
-int FirstRow(const QListWidget& view, Predicate isBeyond) {
-    int low = 0;
-    int high = view.count();
-    while (low < high) {
-        const int middle = (low + high) / 2;
-        if (isBeyond(view.visualItemRect(view.item(middle)))) {
-            high = middle;
-        } else {
-            low = middle + 1;
-        }
-    }
-    return low;
 }
 
 }  // namespace
@@ -82,6 +64,8 @@ PictureList::PictureList(MyListWidget* view, PictureSource& source, QObject* par
     connect(m_view, &QListWidget::currentRowChanged, this, &PictureList::RememberPicture);
     connect(m_view, &QListWidget::clicked, this, &PictureList::HandleClick);
     connect(m_view, &MyListWidget::rightClick, this, &PictureList::LeaveAddEntry);
+    connect(m_delegate, &PictureItemDelegate::nameClickedTwice, this, &PictureList::EditName);
+    connect(m_delegate, &PictureItemDelegate::nameTyped, this, &PictureList::TakeName);
     m_view->installEventFilter(this);
     m_view->viewport()->installEventFilter(this);
 }
@@ -96,6 +80,8 @@ void PictureList::SetUpView() {
     m_view->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     m_view->setAccessibleName(tr("背景图片"));
     m_view->setItemDelegate(m_delegate);
+    // Files that were named by a camera differ at their end.
+    m_view->setTextElideMode(Qt::ElideMiddle);
     m_view->viewport()->setAcceptDrops(true);
 }
 
@@ -127,10 +113,13 @@ void PictureList::LoadPictureList() {
     m_known.clear();
     AddPictureItem(AddEntryPath());
     const QStringList stored = ReadStoredPictures();
+    const PictureNames names = ReadPictureNames(stored);
     for (const QString& path : stored) {
         // Settings written by hand: it would be a picture that cannot be told from the add entry.
         if (!IsSamePicture(path, AddEntryPath())) {
-            AddPictureItem(path);
+            QListWidgetItem* const item = NewItem(path);
+            SetName(*item, names.value(CleanPicturePath(path)));
+            m_view->addItem(item);
         }
     }
     const QStringList builtIn = BuiltInBackgrounds();
@@ -148,16 +137,13 @@ QStringList PictureList::UserPictures() const {
 }
 
 bool PictureList::SavePictureList() {
-    return WriteStoredPictures(UserPictures());
+    return WriteStoredPictures(UserPictures(), UserNames());
 }
 
 QListWidgetItem* PictureList::NewItem(const QString& path) {
     auto* item = new QListWidgetItem(RowText(path));
     item->setData(kPathRole, path);
-    const QString name = IsResource(path) ? BuiltInPictureName(path) : PictureFileName(path);
-    if (!name.isEmpty()) {
-        item->setData(Qt::AccessibleTextRole, name);
-    }
+    TellName(*item);
     // A row that is new has no icon yet, whatever another one of this picture had.
     m_known.remove(path);
     return item;
@@ -305,6 +291,9 @@ bool PictureList::HandleKey(int key) {
         case Qt::Key_Space:
             Q_EMIT picked(current);
             return true;
+        case Qt::Key_F2:
+            EditName(current.row());
+            return true;
         // A built-in picture has no cross, but whoever wants to delete it is told why it stays.
         case Qt::Key_Delete:
             if (current.row() > kAddRow) {
@@ -314,6 +303,22 @@ bool PictureList::HandleKey(int key) {
         default:
             return false;
     }
+}
+
+bool PictureList::HandleMenuKey() {
+    const QPersistentModelIndex current = m_view->currentIndex();
+    if (!PictureItemDelegate::CanName(current)) {
+        return HandleKey(Qt::Key_Delete);
+    }
+    auto* const menu = new QMenu(m_view);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    menu->setObjectName(QStringLiteral("pictureMenu"));
+    connect(menu->addAction(tr("重命名")), &QAction::triggered, this,
+            [this, current] { EditName(current.row()); });
+    connect(menu->addAction(tr("删除")), &QAction::triggered, this,
+            [this, current] { Q_EMIT m_delegate->handleDeleteClick(current.row()); });
+    menu->popup(m_view->viewport()->mapToGlobal(m_view->visualRect(current).center()));
+    return true;
 }
 
 bool PictureList::eventFilter(QObject* watched, QEvent* event) {
@@ -347,7 +352,7 @@ bool PictureList::eventFilter(QObject* watched, QEvent* event) {
             // A right press of the mouse tells by itself.
             return watched == m_view &&
                    static_cast<QContextMenuEvent*>(event)->reason() == QContextMenuEvent::Keyboard &&
-                   HandleKey(Qt::Key_Delete);
+                   HandleMenuKey();
         case QEvent::KeyPress:
             if (watched == m_view) {
                 return HandleKey(static_cast<QKeyEvent*>(event)->key());
@@ -375,107 +380,6 @@ bool PictureList::HandleDrag(QEvent* event) {
             this, [this, paths] { Q_EMIT dropped(paths); }, Qt::QueuedConnection);
     }
     return true;
-}
-
-QSize PictureList::IconPixels() const {
-    const double ratio = m_view->devicePixelRatioF();
-    return QSize(qRound(kThumbnailSize.width() * ratio), qRound(kThumbnailSize.height() * ratio));
-}
-
-bool PictureList::IsIconKnown(const QString& path, QSize pixels) const {
-    const auto known = m_known.constFind(path);
-    return known != m_known.constEnd() && known->pixels == pixels &&
-           (known->round == m_round || IsResource(path));
-}
-
-void PictureList::WantIconsInView() {
-    const int height = m_view->viewport()->height();
-    const int first = FirstRow(*m_view, [](const QRect& row) { return row.bottom() >= 0; });
-    const int end = FirstRow(*m_view, [height](const QRect& row) { return row.top() >= height; });
-    // A page more on either side, for whoever scrolls.
-    const int page = end - first;
-    const int before = qMax(0, first - page);
-    const int behind = qMin(m_view->count(), end + page);
-    const QSize pixels = IconPixels();
-    QStringList wanted;
-    const auto want = [&](int from, int to) {
-        for (int row = from; row < to; ++row) {
-            const QString path = PathAt(row);
-            if (!IsIconKnown(path, pixels)) {
-                wanted.append(path);
-            }
-        }
-    };
-    want(first, end);
-    want(end, behind);
-    want(before, first);
-    m_source.WantThumbnails(wanted, pixels, m_round);
-    if (m_known.size() > kMostIcons) {
-        ForgetIconsOutside(before, behind);
-    }
-}
-
-void PictureList::ForgetIconsOutside(int from, int to) {
-    QHash<QString, Known> kept;
-    for (int row = from; row < to; ++row) {
-        const auto known = m_known.constFind(PathAt(row));
-        if (known != m_known.constEnd()) {
-            kept.insert(known.key(), known.value());
-        }
-    }
-    for (int row = 0; row < m_view->count(); ++row) {
-        if (!kept.contains(PathAt(row))) {
-            m_view->item(row)->setIcon(QIcon());
-        }
-    }
-    m_known = kept;
-}
-
-void PictureList::SetIcons(const QString& path, QSize pixels, const Picture& thumbnail) {
-    // The window may have moved to another screen meanwhile.
-    if (pixels != IconPixels()) {
-        return;
-    }
-    m_known.insert(path, {pixels, m_round});
-    QIcon icon;
-    if (!thumbnail.image.isNull()) {
-        QPixmap pixmap = QPixmap::fromImage(thumbnail.image);
-        pixmap.setDevicePixelRatio(m_view->devicePixelRatioF());
-        icon = QIcon(pixmap);
-    }
-    for (int row = 0; row < m_view->count(); ++row) {
-        if (PathAt(row) == path) {
-            ShowThumbnail(*m_view->item(row), icon, thumbnail.failure);
-        }
-    }
-}
-
-// What preview or panel have found out of a picture's file holds for its card too.
-void PictureList::NoteAnswer(const QString& path) {
-    const int row = RowOf(path);
-    if (row < 0 || IsResource(path)) {
-        return;
-    }
-    const std::optional<Picture> known = m_source.Known(path);
-    if (known && known->failure != PictureFailure::None) {
-        ShowThumbnail(*m_view->item(row), QIcon(), known->failure);
-    }
-    // Thumbnails that are made already cost a look at the file.
-    if (m_known.remove(PathAt(row)) > 0 && !m_wantIcons->isActive()) {
-        m_wantIcons->start(0);
-    }
-}
-
-void PictureList::ShowThumbnail(QListWidgetItem& item, const QIcon& icon, PictureFailure failure) {
-    item.setIcon(icon);
-    const QString path = item.data(kPathRole).toString();
-    if (IsResource(path)) {
-        return;
-    }
-    const bool isShown = failure == PictureFailure::None;
-    item.setData(kFailureRole, isShown ? QVariant() : QVariant(int(failure)));
-    const QString name = PictureFileName(path);
-    item.setData(Qt::AccessibleTextRole, isShown ? name : name + QStringLiteral(", ") + FailureText(failure));
 }
 
 }  // namespace kivo

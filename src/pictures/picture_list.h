@@ -15,6 +15,7 @@
 #include <QStringList>
 
 #include "pictures/picture.h"
+#include "pictures/stored_pictures.h"
 
 class QIcon;
 class QListWidgetItem;
@@ -37,6 +38,8 @@ public:
     static constexpr int kPathRole = Qt::UserRole;
     // Why it cannot be shown, a PictureFailure; not set where it can or where that is not known yet.
     static constexpr int kFailureRole = Qt::UserRole + 1;
+    // What its user calls a picture of their own; not set where they have not named it.
+    static constexpr int kNameRole = Qt::UserRole + 2;
 
     // Gives the view its look (for a size of 390 x 240: four columns, three whole rows), its keys and its
     // delegate. The list is empty until it is loaded. Both have one owner, who may let either go first; no
@@ -46,7 +49,7 @@ public:
     // Clears the list and fills it from the settings; the add entry's path is no picture there. Selects
     // nothing.
     void LoadPictureList();
-    // True when the user's pictures are on disk.
+    // True when the user's pictures and their names are on disk.
     bool SavePictureList();
 
     // Appends a row for a picture at the end of the list, whatever it is.
@@ -66,6 +69,8 @@ public:
     QString PathAt(int row) const;
     // The first of the rows 1 and on that has this path; -1 where none has. The add entry is never found.
     int RowOf(const QString& path) const;
+    // What its user calls the picture; empty where they have not named it.
+    QString NameAt(int row) const;
     int UserPictureCount() const;
     bool IsUserPicture(int row) const;
     bool IsBuiltIn(int row) const;
@@ -78,6 +83,11 @@ public:
     // it was, or, if that is the one that has gone, the picture that moved up to the row, else the first
     // built-in one.
     QString BackgroundAfterRemoval(const QString& background, const QString& removed, int row) const;
+
+    // Opens a line over the name of a picture of the user's: return or the focus that goes elsewhere takes
+    // what was typed, escape leaves it. Nothing typed gives the file's name back. Any other row stays as it
+    // is.
+    void EditName(int row);
 
     // For the file dialog, in Qt's form.
     static QString PictureFileFilter();
@@ -96,6 +106,10 @@ public:
 Q_SIGNALS:
     // A row was clicked with the left button beside its delete cross, or chosen with return or space.
     void picked(const QModelIndex& index);
+    // A picture of the user's has another name, which is not stored yet.
+    void renamed();
+    // A name was not taken: with it the settings would be too large to be read again.
+    void nameRefused();
     // Picture files were dropped onto the list, from a file manager.
     void dropped(const QStringList& paths);
 
@@ -112,7 +126,13 @@ private:
     QListWidgetItem* NewItem(const QString& path);
     QStringList UserPictures() const;
 
+    PictureNames UserNames() const;
+    static void SetName(QListWidgetItem& item, const QString& name);
+    static void TellName(QListWidgetItem& item);
+    void TakeName(int row, const QString& text);
+
     bool HandleKey(int key);
+    bool HandleMenuKey();
     void HandleClick(const QModelIndex& index);
     void RememberPicture(int row);
     void LeaveAddEntry();

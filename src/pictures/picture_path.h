@@ -24,6 +24,13 @@ inline QString PictureFileName(const QString& path) {
     return path.mid(path.lastIndexOf(QLatin1Char('/')) + 1);
 }
 
+// The same without its ending. A name that is nothing but an ending stays whole.
+inline QString PictureFileTitle(const QString& path) {
+    const QString name = PictureFileName(path);
+    const int dot = name.lastIndexOf(QLatin1Char('.'));
+    return dot > 0 ? name.left(dot) : name;
+}
+
 inline bool IsSamePicture(const QString& a, const QString& b) {
     return a == b || CleanPicturePath(a) == CleanPicturePath(b);
 }

@@ -2,13 +2,16 @@
 
 #include "config/setting_keys.h"
 #include "config/settings_file.h"
+#include "pictures/picture_name.h"
+#include "pictures/picture_path.h"
 
 namespace kivo {
 
 namespace {
 
-// What the list may take of a settings file; the rest of it needs some twenty kilobytes.
+// What the list and the names may take of a settings file; the rest of it needs some twenty kilobytes.
 constexpr qint64 kMostStoredBytes = kLargestSettingsFile / 4 * 3;
+constexpr qint64 kMostNameBytes = kLargestSettingsFile / 16 * 3;
 
 // How many paths to look for: none where there is no count, as many as there may be where it is noise.
 int CountToRead(const SettingsReader& reader) {
@@ -24,6 +27,11 @@ int CountToRead(const SettingsReader& reader) {
     return count == kNoise ? setting.maximum : count;
 }
 
+// The group of a family's keys.
+QString GroupOf(const SettingKey& family) {
+    return QString(family.name).chopped(1);
+}
+
 // A line of the file; what is not plain is written as "\x4e2d".
 qint64 StoredBytes(const QString& path) {
     constexpr qint64 kKeyAndQuotes = 12;
@@ -32,6 +40,19 @@ qint64 StoredBytes(const QString& path) {
     for (const QChar character : path) {
         const bool isPlain = character.unicode() >= 0x20 && character.unicode() < 0x7F &&
                              character != QLatin1Char('\\') && character != QLatin1Char('"');
+        bytes += isPlain ? 1 : kEscaped;
+    }
+    return bytes;
+}
+
+// The most that a line with a name takes: in a key "%U4E2D", in a text "\x4e2d".
+qint64 NameBytes(const QString& path, const QString& name) {
+    constexpr qint64 kSignAndQuotes = 4;
+    constexpr qint64 kEscaped = 6;
+    qint64 bytes = kSignAndQuotes + kEscaped * name.size();
+    for (const QChar character : path) {
+        const bool isPlain =
+            character == QLatin1Char('/') || (character.unicode() < 0x7F && character.isLetterOrNumber());
         bytes += isPlain ? 1 : kEscaped;
     }
     return bytes;
@@ -52,13 +73,38 @@ QStringList ReadStoredPictures(const QString& settingsFile) {
     return paths;
 }
 
-bool WriteStoredPictures(const QStringList& paths, const QString& settingsFile) {
+PictureNames ReadPictureNames(const QStringList& paths, const QString& settingsFile) {
+    const SettingsReader reader(settingsFile);
+    PictureNames names;
+    if (!reader.HasGroup(GroupOf(keys::kImageName))) {
+        return names;
+    }
+    for (const QString& path : paths) {
+        const QString clean = CleanPicturePath(path);
+        const QString name = CleanPictureName(reader.Text(ImageNameKey(clean)));
+        if (!name.isEmpty()) {
+            names.insert(clean, name);
+        }
+    }
+    return names;
+}
+
+bool WriteStoredPictures(const QStringList& paths, const PictureNames& names, const QString& settingsFile) {
     SettingsWriter writer(settingsFile);
-    // The whole group at first: the numbers beyond the new count would come back with a damaged count.
-    writer.Remove(QString(keys::kImagePath.name).chopped(1));
+    // The whole groups at first: the numbers beyond the new count would come back with a damaged count, a
+    // name with a picture that is added again.
+    writer.Remove(GroupOf(keys::kImagePath));
+    writer.Remove(GroupOf(keys::kImageName));
     writer.SetInt(QString(keys::kImageCount.name), paths.size());
     for (int n = 0; n < paths.size(); ++n) {
         writer.SetText(ImageKey(n), paths.at(n));
+    }
+    for (const QString& path : paths) {
+        const QString clean = CleanPicturePath(path);
+        const auto name = names.constFind(clean);
+        if (name != names.constEnd()) {
+            writer.SetText(ImageNameKey(clean), *name);
+        }
     }
     return writer.Commit();
 }
@@ -69,6 +115,14 @@ bool CanBeStored(const QStringList& paths) {
         bytes += StoredBytes(path);
     }
     return paths.size() <= keys::kImageCount.maximum && bytes <= kMostStoredBytes;
+}
+
+bool CanNamesBeStored(const PictureNames& names) {
+    qint64 bytes = 0;
+    for (auto name = names.constBegin(); name != names.constEnd(); ++name) {
+        bytes += NameBytes(name.key(), *name);
+    }
+    return bytes <= kMostNameBytes;
 }
 
 }  // namespace kivo

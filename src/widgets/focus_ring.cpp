@@ -69,7 +69,7 @@ bool FocusRing::IsInWindow(QWidget* widget) const {
 void FocusRing::OnFocusIn(QWidget* widget, Qt::FocusReason reason) {
     if (!IsInWindow(widget))
         return;
-    const bool hadRing = m_target != nullptr;
+    const bool hadRing = m_target != nullptr || m_isRefused;
     bool getsRing = false;
     if (IsKeyboardReason(reason))
         // Qt gives the tab key as the reason too when the focus widget hides and when a dialog opens, which
@@ -77,9 +77,8 @@ void FocusRing::OnFocusIn(QWidget* widget, Qt::FocusReason reason) {
         getsRing = lastInputWasKey;
     else if (reason != Qt::MouseFocusReason)
         getsRing = hadRing && lastInputWasKey;
-    if (widget->property("noFocusRing").toBool())
-        getsRing = false;
-    m_target = getsRing ? widget : nullptr;
+    m_isRefused = getsRing && widget->property("noFocusRing").toBool();
+    m_target = getsRing && !m_isRefused ? widget : nullptr;
     Follow();
 }
 

@@ -13,7 +13,8 @@ class FocusRing : public QWidget {
 
 public:
     // Lies over `window`, which owns it, for as long as that lives. The corners follow a widget's property
-    // "focusRadius" (a number of pixels); a widget whose property "noFocusRing" is true gets none.
+    // "focusRadius" (a number of pixels); a widget whose property "noFocusRing" is true gets none, but hands
+    // it back to the widget from which it had the keyboard.
     explicit FocusRing(QWidget* window);
 
     // The widget that has the ring, or null.
@@ -29,6 +30,7 @@ private:
     void Follow();
 
     QPointer<QWidget> m_target;  // kept while another window has the keyboard
+    bool m_isRefused = false;    // the widget that has the keyboard would have the ring
 };
 
 }  // namespace kivo

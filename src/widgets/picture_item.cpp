@@ -19,7 +19,6 @@ constexpr int kMargin = 6;
 constexpr int kNameLine = 14;      // what a name adds to the height of an item
 constexpr int kNameBaseLine = 13;  // below the picture
 constexpr int kNameSide = 2;
-constexpr int kNamePixels = 11;
 constexpr qreal kSelectedFrameWidth = 2;
 constexpr qreal kHoverFrameWidth = 1.5;
 constexpr qreal kFrameRadius = 8;
@@ -96,6 +95,11 @@ QRect PicturePlace(const QRect& itemRect, const QSize& pictureSize) {
     return {itemRect.topLeft() + QPoint(kMargin, kMargin), pictureSize};
 }
 
+QRect NamePlace(const QRect& itemRect, const QSize& pictureSize) {
+    const int top = PicturePlace(itemRect, pictureSize).bottom() + 1;
+    return {itemRect.left(), top, itemRect.width(), itemRect.bottom() + 1 - top};
+}
+
 void DrawPictureItem(QPainter& painter, const QStyleOptionViewItem& option, const QModelIndex& index,
                      const QString& name, bool isAction) {
     painter.save();
@@ -111,7 +115,7 @@ void DrawPictureItem(QPainter& painter, const QStyleOptionViewItem& option, cons
         font.setPixelSize(kNamePixels);
         const QFontMetricsF metrics(font);
         const qreal room = option.rect.width() - 2 * kNameSide;
-        const QString shown = metrics.elidedText(name, Qt::ElideRight, room);
+        const QString shown = metrics.elidedText(name, option.textElideMode, room);
         const qreal left = option.rect.x() + (option.rect.width() - metrics.horizontalAdvance(shown)) / 2;
         painter.setFont(font);
         painter.setPen(NameColor(option, index, isAction));

@@ -19,8 +19,13 @@ QSize PictureItemSize(const QSize& pictureSize, bool hasName);
 QRect PicturePlace(const QRect& itemRect, const QSize& pictureSize);
 inline constexpr qreal kPictureRadius = 6;
 
+// What is left for the name below the picture of an item that has one, and how large it is written.
+QRect NamePlace(const QRect& itemRect, const QSize& pictureSize);
+inline constexpr int kNamePixels = 11;
+
 // The picture in its place of the item, as large as option.decorationSize, with round corners; below it the
-// name, elided where it is too long. A selected item's picture has a disc with a check in its corner.
+// name, elided by option.textElideMode where it is too long. A selected item's picture has a disc with a
+// check in its corner.
 void DrawPictureItem(QPainter& painter, const QStyleOptionViewItem& option, const QModelIndex& index,
                      const QString& name, bool isAction);
 

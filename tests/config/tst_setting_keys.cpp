@@ -28,6 +28,7 @@ private slots:
                  QStringLiteral("V4/ShowStringRect_8"));
         QCOMPARE(ImageKey(0), QStringLiteral("ImageList/0"));
         QCOMPARE(ImageKey(123), QStringLiteral("ImageList/123"));
+        QCOMPARE(ImageNameKey(QStringLiteral("C:/a.png")), QStringLiteral("ImageNames/C:/a.png"));
         QCOMPARE(CustomShowKey(0, 0), QStringLiteral("CustomShow/0-0"));
         QCOMPARE(CustomShowKey(1, 4), QStringLiteral("CustomShow/1-4"));
     }
@@ -49,6 +50,7 @@ private slots:
         row("test/test", SettingType::Text, 0);
         row("ImageList/Count", SettingType::Int, 0);
         row("ImageList/0", SettingType::Text, 0);
+        row("ImageNames/C:/a.png", SettingType::Text, 0);
         for (const char* key :
              {"CustomShow/0-0", "CustomShow/0-1", "CustomShow/0-2", "CustomShow/0-3", "CustomShow/0-4",
               "CustomShow/1-0", "CustomShow/1-1", "CustomShow/1-2", "CustomShow/1-3", "CustomShow/1-4"}) {
@@ -85,8 +87,9 @@ private slots:
             QVERIFY2(!seen.contains(named.key), qPrintable(named.key));
             seen.insert(named.key);
         }
-        // 9 single keys, one picture, ten slots, and per group ten keys and five for each of nine items.
-        QCOMPARE(seen.size(), 9 + 1 + 10 + 10 * (10 + 9 * 5));
+        // 9 single keys, one picture and its name, ten slots, and per group ten keys and five for each of
+        // nine items.
+        QCOMPARE(seen.size(), 9 + 2 + 10 + 10 * (10 + 9 * 5));
     }
 
     void everyDefaultIsInsideItsRange() {

@@ -44,7 +44,7 @@ class ListInWindow {
 public:
     explicit ListInWindow(int userPictures, PictureSource::Readers readers = RedReaders())
         : m_source(std::move(readers)), m_list(&m_view, m_source) {
-        WriteStoredPictures(UserPaths(userPictures));
+        WriteStoredPictures(UserPaths(userPictures), {});
         m_window.resize(960, 588);
         m_view.setParent(&m_window);
         m_view.setGeometry(524, 286, 390, 240);

@@ -151,7 +151,7 @@ private slots:
     void TheAddEntrysPathInTheSettingsIsNoPicture() {
         QFETCH(QString, path);
         ListInWindow made(0);
-        WriteStoredPictures({path, UserPaths(1).constFirst()});
+        WriteStoredPictures({path, UserPaths(1).constFirst()}, {});
         made.List().LoadPictureList();
         QCOMPARE(made.View().count(), 13);
         QCOMPARE(made.List().PathAt(1), UserPaths(1).constFirst());
@@ -167,7 +167,7 @@ private slots:
             stored.append(QStringLiteral("/%1/%2").arg(stored.size()).arg(QString(30000, QLatin1Char('x'))));
         }
         stored.removeLast();
-        WriteStoredPictures(stored);
+        WriteStoredPictures(stored, {});
         made.List().LoadPictureList();
         QCOMPARE(made.List().UserPictureCount(), stored.size());
         const QString another = QLatin1Char('/') + QString(30000, QLatin1Char('y'));
@@ -234,7 +234,7 @@ private slots:
 
     void APictureThatStandsInTheListTwiceStaysTheBackground() {
         ListInWindow made(0);
-        WriteStoredPictures({QStringLiteral("/a.png"), QStringLiteral("/a.png")});
+        WriteStoredPictures({QStringLiteral("/a.png"), QStringLiteral("/a.png")}, {});
         made.List().LoadPictureList();
         const QString removed = made.List().RemoveUserPicture(1);
         QCOMPARE(made.List().BackgroundAfterRemoval(removed, removed, 1), QStringLiteral("/a.png"));

@@ -95,6 +95,26 @@ private slots:
         QVERIFY(m_ring->isHidden());
     }
 
+    // A line that is opened over a list, and closed again.
+    void aWidgetThatRefusesItHandsItBack_data() {
+        QTest::addColumn<bool>("byKey");
+        QTest::newRow("by key") << true;
+        QTest::newRow("by mouse") << false;
+    }
+    void aWidgetThatRefusesItHandsItBack() {
+        QFETCH(bool, byKey);
+        m_second->setProperty("noFocusRing", true);
+        m_first->setFocus(Qt::TabFocusReason);
+        if (byKey) {
+            QTest::keyClick(m_window.get(), Qt::Key_Tab);
+        } else {
+            QTest::mouseClick(m_second, Qt::LeftButton);
+        }
+        QCOMPARE(QApplication::focusWidget(), m_second);
+        m_first->setFocus(Qt::OtherFocusReason);
+        QCOMPARE(m_ring->RingedWidget(), byKey ? m_first : nullptr);
+    }
+
     void itWaitsWhileAnotherWindowHasTheKeyboard() {
         QTest::keyClick(m_window.get(), Qt::Key_Tab);
         QDialog dialog(m_window.get());

@@ -13,6 +13,7 @@
 #include <QDir>
 #include <QEnterEvent>
 #include <QFileInfo>
+#include <QLineEdit>
 #include <QListWidget>
 #include <QMouseEvent>
 #include <QPainter>
@@ -228,6 +229,26 @@ void ShootScreenStates(const Photographer& photographer, kivo::MainWindow& windo
     window.ShowPanelStatus(status);
 }
 
+// The second picture gets a name of its own, the third is being named.
+void ShootNames(const Photographer& photographer, QListWidget& pictures) {
+    const int before = pictures.currentRow();
+    const auto type = [&](int row, const QString& name) {
+        pictures.setFocus();
+        pictures.setCurrentRow(row);
+        photographer.Key(Qt::Key_F2);
+        auto* const line = pictures.findChild<QLineEdit*>();
+        line->setText(name);
+        return line;
+    };
+    type(2, QStringLiteral("Закат, 夕阳, Sunset"));
+    photographer.Key(Qt::Key_Return);
+    photographer.Wait(50);
+    type(3, QStringLiteral("海边的夕阳"));
+    photographer.Shoot(QStringLiteral("own_picture_naming"));
+    photographer.Key(Qt::Key_Escape);
+    pictures.setCurrentRow(before);
+}
+
 // What changes under mouse and keyboard.
 void ShootStates(const Photographer& photographer, kivo::MainWindow& window) {
     for (const char* name : {"btnApply", "btnImage", "btnExit", "btnMini"}) {
@@ -243,12 +264,11 @@ void ShootStates(const Photographer& photographer, kivo::MainWindow& window) {
     photographer.Shoot(QStringLiteral("focus"));
     // Pictures of the user's own, with their crosses, and more rows than fit.
     auto* pictures = photographer.Find<QListWidget>("pictureList");
-    for (int count = 0; count < 3; ++count) {
-        window.itemClickedImage(pictures->model()->index(0, 0));
-    }
+    window.itemClickedImage(pictures->model()->index(0, 0));
     pictures->verticalScrollBar()->setValue(0);
     photographer.WaitForStillness();
     photographer.Shoot(QStringLiteral("own_pictures"));
+    ShootNames(photographer, *pictures);
     QTimer::singleShot(100, &window, [&] {
         photographer.Shoot(QStringLiteral("delete"), QApplication::activeModalWidget());
         static_cast<QDialog*>(QApplication::activeModalWidget())->reject();
@@ -304,12 +324,13 @@ void ShootDialogs(const Photographer& photographer, kivo::MainWindow& window) {
     window.slotApply();
 }
 
-QVector<QPair<QString, QImage>> ShootWindow(const QString& locale, const QString& ownPicture) {
+// The last one of the pictures is the one that is shown.
+QVector<QPair<QString, QImage>> ShootWindow(const QString& locale, const QStringList& ownPictures) {
     kivo::VirtualHidApi panel;
     kivo::MainWindow::Parts parts{panel, nullptr, QCoreApplication::applicationDirPath()};
     parts.locale = QLocale(locale);
     parts.hasTray = [] { return true; };
-    parts.choosePictures = [ownPicture](QWidget*) { return QStringList(ownPicture); };
+    parts.choosePictures = [ownPictures](QWidget*) { return ownPictures; };
     parts.makeSensors = [] { return kivo::MakeLibrarySensors(); };
     parts.readThermalZone = [](const kivo::StopAsked&) { return kivo::ThermalText(-10.5); };
     kivo::MainWindow window(parts);
@@ -320,7 +341,7 @@ QVector<QPair<QString, QImage>> ShootWindow(const QString& locale, const QString
     ShootThemes(photographer);
     ShootCustom(photographer, window);
     ShootStates(photographer, window);
-    ShootMissingPicture(photographer, ownPicture);
+    ShootMissingPicture(photographer, ownPictures.last());
     ShootReadOut(photographer, window);
     ShootSensors(photographer, window);
     ShootDialogs(photographer, window);
@@ -414,13 +435,19 @@ int main(int argc, char** argv) {
     font.setPointSize(12);
     QApplication::setFont(font);
     kivo::ApplyWindowStyle(application);
-    const QString ownPicture = home.filePath(QStringLiteral("Kivo.png"));
-    QImage(QStringLiteral("://background/9.jpg")).mirrored(true, false).save(ownPicture);
+    QStringList ownPictures;
+    for (const char* name : {"IMG_20260801_193512_HDR.png", "夏日海边与山间晨雾的照片.png",
+                             "Фотография заката над морем.png", "Kivo.png"}) {
+        ownPictures.append(home.filePath(QString::fromUtf8(name)));
+        QImage(QStringLiteral("://background/%1.jpg").arg(6 + ownPictures.size()))
+            .mirrored(true, false)
+            .save(ownPictures.last());
+    }
 
     QVector<QVector<QPair<QString, QImage>>> languages;
     for (const QString& locale : qAsConst(arguments)) {
         SetUpProfile(home.path());
-        languages.append(ShootWindow(locale, ownPicture));
+        languages.append(ShootWindow(locale, ownPictures));
     }
     if (asSheet) {
         return Save(Sheet(arguments, languages), target) ? 0 : 1;
