@@ -76,9 +76,11 @@ Skin DecodeSkin(const ScreenState& state, int scale) {
     return skin;
 }
 
-// The picture on the frame that a skin is made for.
-QImage PlacedArea(const ScreenState& state, const QImage& picture) {
-    return PlacedPicture(picture, AreaFrameSize(state.orientation), state.orientation, state.layout);
+// The picture as it lies behind everything else.
+QImage Behind(const ScreenState& state, const QImage& picture, QSize size) {
+    QImage placed = PlacedPicture(picture, size, state.orientation, state.layout);
+    Dim(placed, state.layout);
+    return placed;
 }
 
 // What glass lies over a picture, found on the panel's frame, whatever the size it is drawn in.
@@ -151,17 +153,18 @@ const Skin& SkinCache::SkinOf(const ScreenState& state, QSize pictureSize) {
 }
 
 QImage ComposeBackground(const ScreenState& state, const QImage& picture, SkinCache& skins) {
-    QImage area = PlacedArea(state, picture);
+    QImage area = Behind(state, picture, AreaFrameSize(state.orientation));
     Glazing glazing(state, area, skins);
     glazing.DrawOver(area);
     const QSize canvas = CanvasSize(state.orientation);
-    return PanelPixels(ScaledTo(area, canvas), glazing.Shapes(canvas));
+    return PanelPixels(ScaledTo(area, canvas),
+                       HasSoftPicture(state.layout) ? WholeMask(canvas) : glazing.Shapes(canvas));
 }
 
 QImage ComposeMagnifiedBackground(const ScreenState& state, const QImage& picture, SkinCache& skins,
                                   QSize size) {
-    Glazing glazing(state, PlacedArea(state, picture), skins);
-    QImage magnified = PlacedPicture(picture, size, state.orientation, state.layout);
+    Glazing glazing(state, Behind(state, picture, AreaFrameSize(state.orientation)), skins);
+    QImage magnified = Behind(state, picture, size);
     glazing.DrawOver(magnified);
     return magnified;
 }

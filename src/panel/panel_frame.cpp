@@ -16,7 +16,8 @@ void Put(QDataStream& out, const std::array<Value, size>& values) {
 
 // Without the samples: the panel never shows them.
 void Put(QDataStream& out, const LayoutRecord& layout) {
-    out << layout.xPt << layout.yPt << layout.xZoom << layout.yZoom << layout.highlight;
+    out << layout.xPt << layout.yPt << layout.xZoom << layout.yZoom << layout.dim << layout.blur
+        << layout.highlight;
     Put(out, layout.shown);
     Put(out, layout.selected);
     Put(out, layout.tile);

@@ -1,4 +1,5 @@
 #include <QTest>
+#include <algorithm>
 
 #include "compose/background_picture.h"
 #include "compose/frame_composer.h"
@@ -34,6 +35,28 @@ QImage Bare(const ScreenState& state, const QImage& picture) {
 
 ScreenState FiveItems(Orientation orientation) {
     return CustomScreen({CpuTemperature, CpuUsage, Time, MemoryUsage, CpuPower}, orientation);
+}
+
+ScreenState Soft(ScreenState state, int dim, int blur) {
+    state.layout.dim = dim;
+    state.layout.blur = blur;
+    return state;
+}
+
+// The longest run of one colour in each row, of half the rows.
+int UsualRun(const QImage& image) {
+    QVector<int> longest;
+    for (int y = 0; y < image.height(); ++y) {
+        int run = 1;
+        int best = 1;
+        for (int x = 1; x < image.width(); ++x) {
+            run = PixelAt(image, x, y) == PixelAt(image, x - 1, y) ? run + 1 : 1;
+            best = qMax(best, run);
+        }
+        longest.append(best);
+    }
+    std::sort(longest.begin(), longest.end());
+    return longest[longest.size() / 2];
 }
 
 int Brightness(const QImage& image, QPoint at) {
@@ -104,7 +127,15 @@ private slots:
 
     // On the frame that skins are made for it is the panel's background before it is reduced and brought to
     // the panel's colours, which are spread by a level under glass.
-    void AMagnifiedBackgroundIsThePanels_data() { SizeAndFormat_data(); }
+    void AMagnifiedBackgroundIsThePanels_data() {
+        QTest::addColumn<ScreenState>("state");
+        for (const NamedScreen& screen : Screens()) {
+            QTest::newRow(screen.name) << screen.state;
+            if (screen.state.language == InterfaceLanguage::Chinese) {
+                QTest::newRow(screen.name + ", soft") << Soft(screen.state, 30, 60);
+            }
+        }
+    }
     void AMagnifiedBackgroundIsThePanels() {
         QFETCH(ScreenState, state);
         const QImage picture(QStringLiteral("://background/4.jpg"));
@@ -298,6 +329,37 @@ private slots:
             QVERIFY(ChangedRect(Background(state, picture).copy(upper), Bare(state, picture).copy(upper))
                         .isNull());
         }
+    }
+
+    // Chips and themes alike: the picture behind them is dimmed, then frosted.
+    void ADimmedScreenIsDarkerEverywhereBesideItsTexts() {
+        const QImage white = Filled(Qt::white);
+        for (const ScreenState& state : {ThemeScreen(Theme::Scene, kLying), FiveItems(kStanding)}) {
+            QCOMPARE(Brightness(Background(state, white), {2, 2}), 255);
+            for (const int dim : {10, 50, 100}) {
+                const int left = Brightness(Background(Soft(state, dim, 0), white), {2, 2});
+                QVERIFY2(qAbs(left - (255 - 204 * dim / 100)) <= 9, QByteArray::number(left));
+            }
+        }
+    }
+
+    // Eight bytes of a slope are one level of the panel, 20 of its pixels here; dimmed they are more. Without
+    // anything done about it they would be bands.
+    void SoftPicturesHaveNoBands() {
+        QImage slope(1280, 680, QImage::Format_RGB32);
+        for (int y = 0; y < slope.height(); ++y) {
+            for (int x = 0; x < slope.width(); ++x) {
+                const int light = 40 + (x + y) / 16;
+                slope.setPixel(x, y, qRgb(light, light + 7, light + 30));
+            }
+        }
+        const ScreenState state = ThemeScreen(Theme::Scene, kStanding);
+        const auto upper = [&](int dim, int blur) {
+            return Background(Soft(state, dim, blur), slope).copy(0, 0, 170, 120);
+        };
+        QVERIFY2(UsualRun(upper(0, 0)) > 12, QByteArray::number(UsualRun(upper(0, 0))));
+        QVERIFY2(UsualRun(upper(0, 40)) <= 12, QByteArray::number(UsualRun(upper(0, 40))));
+        QVERIFY2(UsualRun(upper(60, 0)) <= 12, QByteArray::number(UsualRun(upper(60, 0))));
     }
 
     void OneCacheServesEverySkin() {

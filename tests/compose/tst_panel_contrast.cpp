@@ -1,6 +1,6 @@
-// Every text of every theme and layout against what it stands on, over pictures of all kinds: 4.5 to 1 at
-// least, but for one pixel in twenty. KIVO_CONTRAST_PICTURES=50 tries more random pictures and every colour
-// and row of the free text over each.
+// Every text of every theme and layout against what it stands on, over pictures of all kinds, as they are and
+// blurred and dimmed: 4.5 to 1 at least, but for one pixel in twenty. KIVO_CONTRAST_PICTURES=50 tries more
+// random pictures and every colour and row of the free text over each.
 
 #include <QRandomGenerator>
 #include <algorithm>
@@ -129,6 +129,14 @@ struct Written {
     double light = 1;
     QVector<QPoint> ink;
 };
+
+// As it is, and softened each way, by turns.
+ScreenState Softened(ScreenState state, int turn) {
+    constexpr std::array<std::array<int, 2>, 4> kDimAndBlur{{{0, 0}, {0, 40}, {50, 0}, {30, 100}}};
+    state.layout.dim = kDimAndBlur[size_t(turn) % kDimAndBlur.size()][0];
+    state.layout.blur = kDimAndBlur[size_t(turn) % kDimAndBlur.size()][1];
+    return state;
+}
 
 template <typename Draw>
 QVector<QPoint> InkPixels(Orientation orientation, const Draw& draw) {
@@ -265,7 +273,10 @@ private slots:
         SkinCache skins;
         Worst worst;
         for (const Ground& ground : Grounds()) {
-            worst.Look(written, ComposeBackground(state, ground.picture, skins), ground.name);
+            for (const int turn : {0, 1, 2, 3}) {
+                worst.Look(written, ComposeBackground(Softened(state, turn), ground.picture, skins),
+                           ground.name + ", " + QByteArray::number(turn));
+            }
         }
         qInfo("%s", worst.Where().constData());
         QVERIFY2(worst.Contrast() >= 4.5, worst.Where());
@@ -300,7 +311,10 @@ private slots:
         SkinCache skins;
         Worst worst;
         for (const Ground& ground : Grounds()) {
-            worst.Look(written, ComposeBackground(screen, ground.picture, skins), ground.name);
+            for (const int turn : {0, 1, 2, 3}) {
+                worst.Look(written, ComposeBackground(Softened(screen, turn), ground.picture, skins),
+                           ground.name + ", " + QByteArray::number(turn));
+            }
         }
         qInfo("%s", worst.Where().constData());
         QVERIFY2(worst.Contrast() >= 4.5, worst.Where());
@@ -337,7 +351,11 @@ private slots:
                 state.layout.sizeIndex = turn % kTextSizeCount;
                 state.layout.colorIndex = color;
                 state.textRow = row;
-                worst.Look({FreeText(state)}, ComposeBackground(state, ground.picture, skins), ground.name);
+                const QVector<Written> text{FreeText(state)};
+                for (const int soft : {0, 1, 2, 3}) {
+                    worst.Look(text, ComposeBackground(Softened(state, soft), ground.picture, skins),
+                               ground.name + ", " + QByteArray::number(soft));
+                }
             }
         }
         qInfo("%s", worst.Where().constData());

@@ -55,12 +55,14 @@ public:
 
 // A field more in a layout, and this does not compile any more: it needs a row of its own.
 void AddChangesOf(const LayoutRecord& layout, Changes& changes) {
-    const auto& [xPt, yPt, xZoom, yZoom, highlight, shown, selected, tile, textRect, sample, picture,
-                 freeText, defaultPicture, sizeIndex, colorIndex] = layout;
+    const auto& [xPt, yPt, xZoom, yZoom, dim, blur, highlight, shown, selected, tile, textRect, sample,
+                 picture, freeText, defaultPicture, sizeIndex, colorIndex] = layout;
     changes.Number("xPt", &LayoutRecord::xPt);
     changes.Number("yPt", &LayoutRecord::yPt);
     changes.Number("xZoom", &LayoutRecord::xZoom);
     changes.Number("yZoom", &LayoutRecord::yZoom);
+    changes.Number("dim", &LayoutRecord::dim);
+    changes.Number("blur", &LayoutRecord::blur);
     changes.Number("highlight", &LayoutRecord::highlight);
     changes.Flags("shown", &LayoutRecord::shown);
     changes.Flags("selected", &LayoutRecord::selected);
