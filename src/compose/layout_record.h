@@ -30,6 +30,8 @@ struct LayoutRecord {
     int dim = 0;
     int blur = 0;
 
+    bool accentFromPicture = false;  // in the place of the theme's own
+
     int highlight = 0;  // the emphasised item, 0..8
 
     std::array<bool, kLiveValueCount> shown{};     // "Show_"; in custom layout 0 the ticked items

@@ -55,6 +55,7 @@ LayoutRecord LoadLayout(const SettingsReader& settings, const QString& group, co
     record.colorIndex = number(keys::kColor);
     record.dim = number(keys::kDim);
     record.blur = number(keys::kBlur);
+    record.accentFromPicture = number(keys::kAccentOfPicture) != 0;
     return record;
 }
 
@@ -79,6 +80,8 @@ void SaveLayout(SettingsWriter& settings, const QString& group, const LayoutReco
     settings.SetInt(GroupKey(group, keys::kColor), record.colorIndex);
     settings.SetOptionalInt(GroupKey(group, keys::kDim), keys::kDim, record.dim);
     settings.SetOptionalInt(GroupKey(group, keys::kBlur), keys::kBlur, record.blur);
+    settings.SetOptionalInt(GroupKey(group, keys::kAccentOfPicture), keys::kAccentOfPicture,
+                            record.accentFromPicture ? 1 : 0);
 }
 
 // The orientation a group belongs to; the custom layouts hold no rectangles, so theirs does not matter.

@@ -10,7 +10,7 @@ constexpr std::array kItemKeys{keys::kShow, keys::kShow2, keys::kShowRect, keys:
                                keys::kString};
 constexpr std::array kFreeTextKeys{keys::kStringPixmap, keys::kStringD1, keys::kStringPixmapS, keys::kSize,
                                    keys::kColor};
-constexpr std::array kLooksKeys{keys::kDim, keys::kBlur};
+constexpr std::array kLooksKeys{keys::kDim, keys::kBlur, keys::kAccentOfPicture};
 constexpr std::array kSingleKeys{keys::kMode, keys::kThemeId,   keys::kStyle,
                                  keys::kHor,  keys::kCurRectId, keys::kLangId,
                                  keys::kUuid, keys::kTest,      keys::kImageCount};

@@ -67,6 +67,7 @@ inline constexpr SettingKey kSize{Name("Size"), SettingType::Int, 0, 0, 0, 2};
 inline constexpr SettingKey kColor{Name("Color"), SettingType::Int, 0, 0, 0, 5};
 inline constexpr SettingKey kDim{Name("Dim"), SettingType::Int, 0, 0, 0, 100, true};
 inline constexpr SettingKey kBlur{Name("Blur"), SettingType::Int, 0, 0, 0, 100, true};
+inline constexpr SettingKey kAccentOfPicture{Name("AccentOfPicture"), SettingType::Int, 0, 0, 0, 1, true};
 
 // Inside a layout group, followed by the item's number 0 .. 8.
 inline constexpr SettingKey kShow{Name("Show_")};

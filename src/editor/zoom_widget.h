@@ -189,8 +189,10 @@ private:
 
     // Painting.
     ItemTexts PreviewTexts() const;
-    void PaintScreen(QPainter& painter, const ScreenState& state, const PanelTexts& texts);
-    void PaintTexts(QPainter& painter, const ScreenState& state, const PanelTexts& texts) const;
+    QRectF ScreenArea() const;  // of the magnified panel, in whole device pixels
+    void PaintScreen(QPainter& painter, const QRectF& area, const QImage& background,
+                     const PanelTexts& texts);
+    void PaintTexts(QPainter& painter, const PanelTexts& texts) const;
     void PaintTyped(QPainter& painter, const TypedText& typed) const;
     void PaintLayoutMarks(QPainter& painter, const ScreenState& state, const PanelTexts& texts) const;
     void PaintRowMarks(QPainter& painter) const;

@@ -194,9 +194,11 @@ private slots:
         saved.layouts[6].blur = 10;
         saved.layouts[9].dim = 70;
         saved.layouts[9].blur = 40;
+        saved.layouts[3].accentFromPicture = true;
         SaveThemeState(saved);
         QCOMPARE(Stored(QStringLiteral("H2/Dim")).toInt(), 100);
         QCOMPARE(Stored(QStringLiteral("V3/Blur")).toInt(), 10);
+        QCOMPARE(Stored(QStringLiteral("H4/AccentOfPicture")).toInt(), 1);
         const ThemeState loaded = LoadThemeState(InterfaceLanguage::Chinese);
         for (int n = 0; n < kLayoutCount; ++n) {
             QVERIFY2(loaded.layouts[size_t(n)] == saved.layouts[size_t(n)], qPrintable(kGroups[n]));
@@ -212,8 +214,9 @@ private slots:
         ThemeState state = SpecialState();
         SaveThemeState(state);
         const QByteArray before = content();
-        QVERIFY(!before.contains("Dim") && !before.contains("Blur"));
+        QVERIFY(!before.contains("Dim") && !before.contains("Blur") && !before.contains("Accent"));
         state.layouts[0].dim = 20;
+        state.layouts[3].accentFromPicture = true;
         state.layouts[8].blur = 20;
         SaveThemeState(state);
         QVERIFY(content() != before);
@@ -311,6 +314,7 @@ private slots:
         row("colour that is not there", "CUSTOM0/Color", 77);
         row("dimmed to less than nothing", "H1/Dim", 101);
         row("dimmed the other way", "H1/Dim", -10);
+        row("accent from elsewhere", "H1/AccentOfPicture", 2);
         row("blurred by a word", "CUSTOM0/Blur", QStringLiteral("much"));
         row("offset beyond reason", "H1/XPt", 2000000000);
         row("zoom as a word", "H1/XZoom", QStringLiteral("wide"));
@@ -335,7 +339,7 @@ private slots:
         QVERIFY(screen.layout.highlight >= 0 && screen.layout.highlight <= 8);
         QVERIFY(screen.layout.xPt >= -65535 && screen.layout.xPt <= 65535);
         QVERIFY(screen.layout.sizeIndex == 0 && screen.layout.colorIndex == 0);
-        QVERIFY(screen.layout.dim == 0 && screen.layout.blur == 0);
+        QVERIFY(screen.layout.dim == 0 && screen.layout.blur == 0 && !screen.layout.accentFromPicture);
         QVERIFY(state.layouts[8].blur == 0);
         QVERIFY(LogLines::Lines().size() <= 1);
     }

@@ -54,9 +54,9 @@ private slots:
               "CustomShow/1-0", "CustomShow/1-1", "CustomShow/1-2", "CustomShow/1-3", "CustomShow/1-4"}) {
             row(key, SettingType::Int, -1);
         }
-        for (const char* key :
-             {"H1/XPt", "H1/YPt", "H1/XZoom", "H1/YZoom", "H1/highlight", "CUSTOM0/Size", "CUSTOM0/Color",
-              "H4/Dim", "CUSTOM1/Blur", "V4/Show_0", "V4/Show_8", "V4/Show2_0", "V4/Show2_8"}) {
+        for (const char* key : {"H1/XPt", "H1/YPt", "H1/XZoom", "H1/YZoom", "H1/highlight", "CUSTOM0/Size",
+                                "CUSTOM0/Color", "H4/Dim", "CUSTOM1/Blur", "V1/AccentOfPicture", "V4/Show_0",
+                                "V4/Show_8", "V4/Show2_0", "V4/Show2_8"}) {
             row(key, SettingType::Int, 0);
         }
         for (const char* key :
@@ -86,8 +86,8 @@ private slots:
             QVERIFY2(!seen.contains(named.key), qPrintable(named.key));
             seen.insert(named.key);
         }
-        // 9 single keys, one picture, ten slots, and per group twelve keys and five for each of nine items.
-        QCOMPARE(seen.size(), 9 + 1 + 10 + 10 * (12 + 9 * 5));
+        // 9 single keys, one picture, ten slots, and per group thirteen keys and five for each of nine items.
+        QCOMPARE(seen.size(), 9 + 1 + 10 + 10 * (13 + 9 * 5));
     }
 
     // What is missing has its default; the key of a number that is taken out must mean the same.
@@ -102,6 +102,7 @@ private slots:
         }
         QVERIFY(optional.contains(QStringLiteral("H1/Dim")));
         QVERIFY(optional.contains(QStringLiteral("CUSTOM1/Blur")));
+        QVERIFY(optional.contains(QStringLiteral("H3/AccentOfPicture")));
         QVERIFY(!optional.contains(QStringLiteral("H1/XPt")));
     }
 

@@ -87,6 +87,7 @@ ScreenState RandomStates::Draw(QRandomGenerator& random, InterfaceLanguage langu
         state.layout.dim = random.bounded(101);
         state.layout.blur = random.bounded(101);
     }
+    state.layout.accentFromPicture = OneIn(random, 4);
     return state;
 }
 
