@@ -42,6 +42,7 @@ class FocusRing;
 class HidApi;
 class PictureChoice;
 class PictureList;
+class PictureLooks;
 class PictureNotice;
 class RestoreOffer;
 class SensorsDialog;
@@ -175,6 +176,7 @@ private:
     void ShowWays();
     void FollowTrimMode();
     void ShowChosenPicture();
+    void ShowLooks();
     void OpenEditing(bool open);
     void FinishEditing();
     void GoOnTyping();
@@ -228,6 +230,7 @@ private:
     PictureList* m_pictures = nullptr;
     PictureChoice* m_choice = nullptr;
     PictureNotice* m_pictureNotice = nullptr;
+    PictureLooks* m_looks = nullptr;
     StateLine* m_stateLine = nullptr;
     RestoreOffer* m_restoreOffer = nullptr;
     FocusRing* m_focusRing = nullptr;

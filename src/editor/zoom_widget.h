@@ -68,6 +68,12 @@ public:
     void SetFontSize(int size);
     // Shows the picture of the layout in force untrimmed again.
     void ResetTrim();
+    // What is made of it as a whole, and whether the accent is taken from it. EndRun: what follows is another
+    // step.
+    void SetDim(int percent);
+    void SetBlur(int percent);
+    void SetAccentFromPicture(bool on);
+    void EndRun() { m_editor.EndRun(); }
 
     // One step back or forth; emits UndoColorSignal, and UndoTextSize where the size changed.
     void Undo();
