@@ -46,7 +46,7 @@ void DrawDefault(Canvas& canvas, Orientation orientation) {
     QPainter& ornaments = canvas.ornaments.Painter();
     if (orientation == Orientation::Portrait) {
         DrawGlass(glass, RoundedCard(QRectF(4, 4, 163, 150), 12));
-        DrawUnderLight(glass, QPointF(85.5, 98), 46, kMint, 0.13);
+        DrawUnderLight(ornaments, QPointF(85.5, 98), 46, kMint, 0.13);
         DrawRing(ornaments, Ring{QPointF(85.5, 106), 43.5, 36.5, 40.5, 37}, kMint);
         DrawValueCards(canvas, QSizeF(80, 78),
                        {{{QPointF(4, 158), Icon::Thermometer},
@@ -56,7 +56,7 @@ void DrawDefault(Canvas& canvas, Orientation orientation) {
         return;
     }
     DrawGlass(glass, RoundedCard(QRectF(5, 5, 131, 160), 12));
-    DrawUnderLight(glass, QPointF(70, 110), 46, kMint, 0.13);
+    DrawUnderLight(ornaments, QPointF(70, 110), 46, kMint, 0.13);
     DrawHair(ornaments, QPointF(40, 64), QPointF(100, 64));
     DrawRing(ornaments, Ring{QPointF(70, 118), 43.5, 36.5, 40.5, 37}, kMint);
     // The lower captions stand a pixel higher in their cards than the upper ones.
@@ -117,7 +117,7 @@ void DrawTdp(Canvas& canvas, Orientation orientation) {
                             centre.y()),
                   kGlassUnderPaleAccents);
         DrawGlass(glass, Disc(centre, 81), kGlassUnderPaleAccents);
-        DrawUnderLight(glass, QPointF(86, 153), 70, kAmber, 0.13);
+        DrawUnderLight(ornaments, QPointF(86, 153), 70, kAmber, 0.13);
         DrawRing(ornaments, Ring{centre, 77.5, 70, 74.5, 61}, kAmber);
         DrawHair(ornaments, QPointF(60, 182.5), QPointF(113, 182.5));
         DrawHair(ornaments, QPointF(86, 22), QPointF(86, 58));
@@ -134,7 +134,7 @@ void DrawTdp(Canvas& canvas, Orientation orientation) {
     DrawGlass(glass, left, kGlassUnderPaleAccents);
     DrawGlass(glass, MirroredX(left, centre.x()), kGlassUnderPaleAccents);
     DrawGlass(glass, Disc(centre, 81), kGlassUnderPaleAccents);
-    DrawUnderLight(glass, QPointF(162, 79.5), 70, kAmber, 0.13);
+    DrawUnderLight(ornaments, QPointF(162, 79.5), 70, kAmber, 0.13);
     DrawRing(ornaments, Ring{centre, 75.5, 67.5, 72, 61}, kAmber);
     DrawHair(ornaments, QPointF(136, 107.5), QPointF(189, 107.5));
     DrawHair(ornaments, QPointF(20.5, 83.5), QPointF(60.5, 83.5));
@@ -154,7 +154,7 @@ void DrawTime(Canvas& canvas, Orientation orientation) {
         DrawGlass(glass, RoundedCard(QRectF(4, 4, 162, 86), 12), kGlassUnderPaleAccents);
         DrawGlass(glass, RoundedCard(QRectF(4, 94, 162, 140), 16), kGlassUnderPaleAccents);
         DrawGlass(glass, RoundedCard(QRectF(4, 238, 162, 78), 12), kGlassUnderPaleAccents);
-        DrawUnderLight(glass, QPointF(84.5, 158), 66, kIce, 0.10);
+        DrawUnderLight(ornaments, QPointF(84.5, 158), 66, kIce, 0.10);
         DrawTickFrame(canvas.frame.Painter(), QRectF(11, 99, 148, 128), 20, kIce);
         DrawFootScale(ornaments, QPointF(84.5, 208), kIce);
         DrawHair(ornaments, QPointF(85, 26), QPointF(85, 64));
@@ -168,7 +168,7 @@ void DrawTime(Canvas& canvas, Orientation orientation) {
     DrawGlass(glass, RoundedCard(QRectF(4, 4, 65, 162), 12), kGlassUnderPaleAccents);
     DrawGlass(glass, RoundedCard(QRectF(73, 4, 174, 162), 16), kGlassUnderPaleAccents);
     DrawGlass(glass, RoundedCard(QRectF(251, 4, 65, 162), 12), kGlassUnderPaleAccents);
-    DrawUnderLight(glass, QPointF(159.5, 80), 66, kIce, 0.10);
+    DrawUnderLight(ornaments, QPointF(159.5, 80), 66, kIce, 0.10);
     DrawTickFrame(canvas.frame.Painter(), QRectF(80, 11, 160, 148), 22, kIce);
     DrawFootScale(ornaments, QPointF(159.5, 137), kIce);
     DrawHair(ornaments, QPointF(20.5, 84.2), QPointF(50.5, 84.2));

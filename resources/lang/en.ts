@@ -600,6 +600,30 @@
         <source>是否删除图片“%1”？</source>
         <translation>“%1” leaves this list; its file stays where it is.</translation>
     </message>
+    <message>
+        <source>强调色取自图片</source>
+        <translation>Accent from picture</translation>
+    </message>
+    <message>
+        <source>图标和刻度使用背景图片的颜色</source>
+        <translation>Icons and ticks take their colour from the background picture</translation>
+    </message>
+    <message>
+        <source>变暗</source>
+        <translation>Dim</translation>
+    </message>
+    <message>
+        <source>让背景图片变暗</source>
+        <translation>Darkens the background picture</translation>
+    </message>
+    <message>
+        <source>模糊</source>
+        <translation>Blur</translation>
+    </message>
+    <message>
+        <source>让背景图片模糊</source>
+        <translation>Blurs the background picture</translation>
+    </message>
 </context>
 <context>
     <name>PreviewItem</name>

@@ -600,6 +600,30 @@
         <source>是否删除图片“%1”？</source>
         <translation>«%1» исчезнет из списка; сам файл останется.</translation>
     </message>
+    <message>
+        <source>强调色取自图片</source>
+        <translation>Акцент из картинки</translation>
+    </message>
+    <message>
+        <source>图标和刻度使用背景图片的颜色</source>
+        <translation>Значки и шкалы берут цвет из фонового изображения</translation>
+    </message>
+    <message>
+        <source>变暗</source>
+        <translation>Затемнение</translation>
+    </message>
+    <message>
+        <source>让背景图片变暗</source>
+        <translation>Затемняет фоновое изображение</translation>
+    </message>
+    <message>
+        <source>模糊</source>
+        <translation>Размытие</translation>
+    </message>
+    <message>
+        <source>让背景图片模糊</source>
+        <translation>Размывает фоновое изображение</translation>
+    </message>
 </context>
 <context>
     <name>PreviewItem</name>

@@ -601,6 +601,30 @@
         <source>是否删除图片“%1”？</source>
         <translation>是否删除图片“%1”？</translation>
     </message>
+    <message>
+        <source>强调色取自图片</source>
+        <translation>强调色取自图片</translation>
+    </message>
+    <message>
+        <source>图标和刻度使用背景图片的颜色</source>
+        <translation>图标和刻度使用背景图片的颜色</translation>
+    </message>
+    <message>
+        <source>变暗</source>
+        <translation>变暗</translation>
+    </message>
+    <message>
+        <source>让背景图片变暗</source>
+        <translation>让背景图片变暗</translation>
+    </message>
+    <message>
+        <source>模糊</source>
+        <translation>模糊</translation>
+    </message>
+    <message>
+        <source>让背景图片模糊</source>
+        <translation>让背景图片模糊</translation>
+    </message>
 </context>
 <context>
     <name>PreviewItem</name>

@@ -42,6 +42,7 @@ class FocusRing;
 class HidApi;
 class PictureChoice;
 class PictureList;
+class PictureLooks;
 class PictureNotice;
 class RestoreOffer;
 class SensorsDialog;
@@ -176,6 +177,7 @@ private:
     void FollowTrimMode();
     void ShowChosenPicture();
     void GoBackOnceLeft();
+    void ShowLooks();
     void OpenEditing(bool open);
     void FinishEditing();
     void GoOnTyping();
@@ -230,6 +232,7 @@ private:
     PictureList* m_pictures = nullptr;
     PictureChoice* m_choice = nullptr;
     PictureNotice* m_pictureNotice = nullptr;
+    PictureLooks* m_looks = nullptr;
     StateLine* m_stateLine = nullptr;
     RestoreOffer* m_restoreOffer = nullptr;
     FocusRing* m_focusRing = nullptr;

@@ -69,6 +69,8 @@ void MainWindow::WirePages() {
     });
     connect(m_themePage, &ThemePage::themeChosen, this,
             [this](int theme) { ChangeThemes([theme](ThemeState& themes) { themes.theme = theme; }); });
+    connect(m_themePage, &ThemePage::accentFromPictureChosen, m_ui->zoomwidget,
+            &ZoomWidget::SetAccentFromPicture);
     connect(m_ui->btnEdit, &QAbstractButton::clicked, this, [this] { OpenEditing(true); });
     connect(m_ui->btnEdit_cancel, &QAbstractButton::clicked, this, [this] {
         FinishEditing();
@@ -194,6 +196,7 @@ void MainWindow::ShowState() {
     m_ui->btnEdit_cancel->setVisible(custom && editing);
     ShowToolBar();
     ShowChosenPicture();
+    ShowLooks();
 }
 
 // The custom page chooses between five items and one, the theme page between two sizes of the date.
@@ -255,6 +258,7 @@ void MainWindow::FollowTrimMode() {
         m_editBar->SetEditPressed(false);
     }
     m_ui->btnRemote->setVisible(m_ui->zoomwidget->IsTrimMode());
+    ShowLooks();
 }
 
 void MainWindow::keyPressEvent(QKeyEvent* event) {

@@ -9,6 +9,7 @@
 
 #include "app/main_window.h"
 #include "app/picture_choice.h"
+#include "app/picture_looks.h"
 #include "app/picture_notice.h"
 #include "app/state_line.h"
 #include "app/window_text.h"
@@ -48,6 +49,20 @@ void MainWindow::WirePictures() {
     scrollBar->setGeometry(kPictureScrollPlace);
     m_pictureNotice = new PictureNotice(m_ui->centralwidget);
     m_pictureNotice->move(kNoticeCorner);
+    m_looks = new PictureLooks(m_ui->centralwidget);
+    setTabOrder(m_ui->check7, m_looks->First());
+    setTabOrder(m_looks->First(), m_looks->Last());
+    setTabOrder(m_looks->Last(), m_ui->pictureList);
+    // Shown once more: a text entry that ends by it has everything shown as it was before.
+    connect(m_looks, &PictureLooks::dimChosen, this, [this](int percent) {
+        m_ui->zoomwidget->SetDim(percent);
+        ShowLooks();
+    });
+    connect(m_looks, &PictureLooks::blurChosen, this, [this](int percent) {
+        m_ui->zoomwidget->SetBlur(percent);
+        ShowLooks();
+    });
+    connect(m_looks, &PictureLooks::runChanged, m_ui->zoomwidget, &ZoomWidget::EndRun);
     m_choice = new PictureChoice(m_source, this);
     connect(m_choice, &PictureChoice::taken, this, &MainWindow::TakePicture);
     connect(m_choice, &PictureChoice::refused, this, &MainWindow::RefusePicture);
@@ -84,6 +99,11 @@ void MainWindow::ShowChosenPicture() {
     } else {
         m_pictures->SelectPicture(m_choice->Open(), QString());
     }
+}
+
+void MainWindow::ShowLooks() {
+    const ZoomWidget* editor = m_ui->zoomwidget;
+    m_looks->Show(LayoutInForce(editor->Edited()), !editor->IsTrimming());
 }
 
 void MainWindow::ShowPictureNotice() {

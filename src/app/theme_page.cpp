@@ -35,6 +35,7 @@ ThemePage::ThemePage(::Ui::MainWindow& ui, InterfaceLanguage language, QObject* 
     }
     // The keyboard moves the current row; the mouse clicks one.
     connect(list, &QListWidget::currentRowChanged, this, &ThemePage::ChooseRow);
+    connect(ui.accentFromPicture, &QCheckBox::clicked, this, &ThemePage::accentFromPictureChosen);
     // Not even a click with the control key leaves none chosen.
     connect(list, &QListWidget::itemSelectionChanged, list, [list] {
         if (list->selectedItems().isEmpty() && list->currentItem() != nullptr) {
@@ -45,6 +46,7 @@ ThemePage::ThemePage(::Ui::MainWindow& ui, InterfaceLanguage language, QObject* 
 
 void ThemePage::SetVisible(bool visible) {
     m_ui.themeList->setVisible(visible);
+    m_ui.accentFromPicture->setVisible(visible && m_hasAccent);
 }
 
 void ThemePage::Show(const ThemeState& state) {
@@ -57,6 +59,10 @@ void ThemePage::Show(const ThemeState& state) {
         }
     }
     m_ui.themeList->setCurrentRow(state.theme);
+    // The choice of a theme without an accent has this place for itself.
+    m_hasAccent = HasAccent(Theme(state.theme));
+    m_ui.accentFromPicture->setVisible(m_hasAccent && !IsCustom(state));
+    m_ui.accentFromPicture->setChecked(state.layouts[size_t(LayoutIndexInForce(state))].accentFromPicture);
 }
 
 void ThemePage::ChooseRow(int row) {

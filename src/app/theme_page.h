@@ -1,7 +1,8 @@
 #pragma once
 
-// The page of the ready-made themes: four overview pictures to choose from and, for the theme that has two
-// styles, the size of its date. Edits nothing itself. GUI thread.
+// The page of the ready-made themes: four overview pictures to choose from, whether the theme's accent is
+// taken from its picture and, for the theme that has two styles, the size of its date. Edits nothing itself.
+// GUI thread.
 
 #include <QObject>
 #include <QVector>
@@ -29,13 +30,15 @@ public:
 
 Q_SIGNALS:
     void themeChosen(int theme);  // 0..3
+    void accentFromPictureChosen(bool on);
 
 private:
     void ChooseRow(int row);
 
     ::Ui::MainWindow& m_ui;
     const InterfaceLanguage m_language;
-    QStringList m_pictures;  // that the rows show
+    QStringList m_pictures;   // that the rows show
+    bool m_hasAccent = true;  // of the theme that is chosen
 };
 
 }  // namespace kivo

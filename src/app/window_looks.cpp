@@ -46,7 +46,7 @@ void DressPlainParts(::Ui::MainWindow& ui) {
                        "QPushButton:hover{color:%2}")
             .arg(colors::kTextMid.name(), colors::kTextHigh.name()));
     for (QCheckBox* box : {ui.check1, ui.check2, ui.check3, ui.check4, ui.check5, ui.check6, ui.check7,
-                           ui.check8, ui.check9}) {
+                           ui.check8, ui.check9, ui.accentFromPicture}) {
         box->setStyleSheet(CheckBoxStyle());
     }
 }

@@ -1,7 +1,10 @@
 #include "compose/background_picture.h"
 
 #include <QPainter>
+#include <array>
 #include <cmath>
+
+#include "compose/frost.h"
 
 namespace kivo {
 
@@ -38,6 +41,33 @@ QImage Scaled(const QImage& picture, const QRectF& part, QSize size) {
     return shown.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
 }
 
+// The panel is black where a picture is transparent.
+QImage Opaque(const QImage& scaled) {
+    if (!scaled.hasAlphaChannel()) {
+        return scaled.convertToFormat(QImage::Format_RGB32);
+    }
+    QImage opaque(scaled.size(), QImage::Format_RGB32);
+    const QImage over = scaled.convertToFormat(QImage::Format_ARGB32_Premultiplied);
+    for (int y = 0; y < over.height(); ++y) {
+        const auto* from = reinterpret_cast<const QRgb*>(over.constScanLine(y));
+        auto* to = reinterpret_cast<QRgb*>(opaque.scanLine(y));
+        for (int x = 0; x < over.width(); ++x) {
+            to[x] = from[x] | 0xFF000000U;  // premultiplied colour over black is the colour itself
+        }
+    }
+    return opaque;
+}
+
+// The size at which the one blur there is (frost.h) is as wide as that many percent: the panel's own at 10, a
+// fifth of it at 100.
+QSize BlurringSize(int percent, Orientation orientation) {
+    constexpr double kLeast = 10;
+    constexpr double kMost = 100;
+    constexpr double kMostReduced = 5;
+    const double share = qBound(0.0, (percent - kLeast) / (kMost - kLeast), 1.0);
+    return (QSizeF(CanvasSize(orientation)) / (1 + share * (kMostReduced - 1))).toSize();
+}
+
 }  // namespace
 
 QRectF ShownPart(QSize picture, Orientation orientation, const LayoutRecord& layout) {
@@ -65,22 +95,36 @@ QImage PlacedPicture(const QImage& picture, QSize size, Orientation orientation,
         black.fill(Qt::black);
         return black;
     }
-    const QImage scaled = Scaled(picture, part, size);
-    if (!scaled.hasAlphaChannel()) {
-        return scaled.convertToFormat(QImage::Format_RGB32);
+    if (layout.blur <= 0) {
+        return Opaque(Scaled(picture, part, size));
     }
-    // The panel is black where a picture is transparent.
-    QImage opaque(size, QImage::Format_RGB32);
-    opaque.fill(Qt::black);
-    const QImage over = scaled.convertToFormat(QImage::Format_ARGB32_Premultiplied);
-    for (int y = 0; y < size.height(); ++y) {
-        const auto* from = reinterpret_cast<const QRgb*>(over.constScanLine(y));
-        auto* to = reinterpret_cast<QRgb*>(opaque.scanLine(y));
-        for (int x = 0; x < size.width(); ++x) {
-            to[x] = from[x] | 0xFF000000U;  // premultiplied colour over black is the colour itself
+    QImage blurred = Opaque(Scaled(picture, part, BlurringSize(layout.blur, orientation)));
+    Blur(blurred);
+    return blurred.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation)
+        .convertToFormat(QImage::Format_RGB32);
+}
+
+void Dim(QImage& placed, const LayoutRecord& layout) {
+    if (layout.dim <= 0) {
+        return;
+    }
+    constexpr int kMostTaken = 80;  // percent
+    const int left = 100 * 100 - kMostTaken * qMin(layout.dim, 100);
+    std::array<uchar, 256> dimmed{};
+    for (size_t byte = 0; byte < dimmed.size(); ++byte) {
+        dimmed[byte] = uchar((int(byte) * left + 5000) / 10000);
+    }
+    for (int y = 0; y < placed.height(); ++y) {
+        auto* row = reinterpret_cast<QRgb*>(placed.scanLine(y));
+        for (int x = 0; x < placed.width(); ++x) {
+            row[x] = qRgb(dimmed[size_t(qRed(row[x]))], dimmed[size_t(qGreen(row[x]))],
+                          dimmed[size_t(qBlue(row[x]))]);
         }
     }
-    return opaque;
+}
+
+bool HasSoftPicture(const LayoutRecord& layout) {
+    return layout.blur > 0 || layout.dim > 0;
 }
 
 }  // namespace kivo

@@ -70,6 +70,13 @@ double Luminance(QRgb color) {
            kBlue * linear[size_t(qBlue(color))];
 }
 
+double BrightestOnPanel(QRgb color) {
+    const ByteTable& linear = LinearLight();
+    return kRed * linear[BrightestLevel(qRed(color), 31)] +
+           kGreen * linear[BrightestLevel(qGreen(color), 63)] +
+           kBlue * linear[BrightestLevel(qBlue(color), 31)];
+}
+
 double Contrast(double luminance, double otherLuminance) {
     return (qMax(luminance, otherLuminance) + 0.05) / (qMin(luminance, otherLuminance) + 0.05);
 }

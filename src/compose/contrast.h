@@ -14,6 +14,9 @@ constexpr double kUnreadableShare = 0.05;
 // Relative luminance, 0..1, of an sRGB colour; alpha is ignored.
 double Luminance(QRgb color);
 
+// That of the brightest colour that the panel may make of it, whose steps it may go up by one.
+double BrightestOnPanel(QRgb color);
+
 // 1 to 21.
 double Contrast(double luminance, double otherLuminance);
 

@@ -6,27 +6,12 @@
 #include "compose/frost.h"
 #include "compose/glass.h"
 #include "compose/item_drawing.h"
+#include "compose/picture_accent.h"
 #include "compose/theme_catalogue.h"
 
 namespace kivo {
 
 namespace {
-
-// A skin in twice the pixels where the picture under it is larger than the panel's: enlarged, the plain one
-// would be soft beside the texts.
-int SkinScale(const ScreenState& state, QSize pictureSize) {
-    return pictureSize.width() > AreaFrameSize(state.orientation).width() ? 2 : 1;
-}
-
-QString LayerPath(QString path, int scale) {
-    return scale == 1 ? path : path.replace(QLatin1String(".png"), QLatin1String("@2x.png"));
-}
-
-QImage Transparent(QSize size) {
-    QImage image(size, QImage::Format_ARGB32_Premultiplied);
-    image.fill(Qt::transparent);
-    return image;
-}
 
 // Lets painter take the coordinates of the canvas, whatever the size of what it paints on.
 void UseCanvasCoordinates(QPainter& painter, Orientation orientation) {
@@ -35,63 +20,46 @@ void UseCanvasCoordinates(QPainter& painter, Orientation orientation) {
     painter.scale(painter.device()->width() / canvas.width(), painter.device()->height() / canvas.height());
 }
 
-QImage ScaledTo(const QImage& image, QSize size) {
-    return image.size() == size ? image : image.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+bool TakesAccentFromPicture(const ScreenState& state) {
+    return state.layout.accentFromPicture && !state.custom && HasAccent(state.theme);
 }
 
-// Glass is more than half opaque everywhere, so twice the opacity is the whole of it inside, and its part of
-// a pixel along its edge.
-QImage ShapesOf(const QImage& glassLayer) {
-    QImage shapes = glassLayer.convertToFormat(QImage::Format_ARGB32_Premultiplied);
-    for (int y = 0; y < shapes.height(); ++y) {
-        auto* row = reinterpret_cast<QRgb*>(shapes.scanLine(y));
-        for (int x = 0; x < shapes.width(); ++x) {
-            row[x] = qRgba(0, 0, 0, qMin(255, 2 * qAlpha(row[x])));
+// The picture as it lies behind everything else, on the frame that skins are made for, and the hue that an
+// accent is to be taken from. How dark it is made has no part in its hue.
+struct Behind {
+    Behind(const ScreenState& state, const QImage& picture)
+        : image(PlacedPicture(picture, AreaFrameSize(state.orientation), state.orientation, state.layout)) {
+        if (TakesAccentFromPicture(state)) {
+            hue = StrongestHue(image);
         }
+        Dim(image, state.layout);
     }
-    return shapes;
-}
+    QImage image;
+    std::optional<QRgb> hue;
+};
 
-Skin DecodeSkin(const ScreenState& state, int scale) {
-    const QVector<SkinLayer> layers = SkinLayers(state.theme, state.orientation);
-    Skin skin;
-    skin.drawing = Transparent(AreaFrameSize(state.orientation) * scale);
-    {
-        QPainter painter(&skin.drawing);
-        UseCanvasCoordinates(painter, state.orientation);
-        for (const SkinLayer& layer : layers) {
-            painter.drawImage(layer.rect, QImage(LayerPath(layer.path, scale)));
-        }
-    }
-    if (HasGlass(state.theme)) {
-        QImage glass = Transparent(skin.drawing.size());
-        {
-            QPainter painter(&glass);
-            UseCanvasCoordinates(painter, state.orientation);
-            painter.drawImage(layers.first().rect, QImage(LayerPath(layers.first().path, scale)));
-        }
-        skin.glass = ShapesOf(glass);
-        skin.glassOnPanel = ScaledTo(skin.glass, CanvasSize(state.orientation));
-    }
-    return skin;
-}
-
-// The picture on the frame that a skin is made for.
-QImage PlacedArea(const ScreenState& state, const QImage& picture) {
-    return PlacedPicture(picture, AreaFrameSize(state.orientation), state.orientation, state.layout);
-}
-
-// What glass lies over a picture, found on the panel's frame, whatever the size it is drawn in.
+// What glass lies over a picture and which accent it has, found on the panel's frame, whatever the size it is
+// drawn in.
 class Glazing {
 public:
-    Glazing(const ScreenState& state, const QImage& area, SkinCache& skins) : m_state(state), m_skins(skins) {
+    Glazing(const ScreenState& state, const Behind& behind, SkinCache& skins)
+        : m_state(state), m_skins(skins) {
         if (state.custom || HasGlass(state.theme)) {
-            m_blurred = BlurredPicture(area, CanvasSize(state.orientation));
+            m_blurred = BlurredPicture(behind.image, CanvasSize(state.orientation));
         }
         if (state.custom) {
-            m_plates = GlassPlates(state, area, m_blurred);
+            m_plates = GlassPlates(state, behind.image, m_blurred);
+        }
+        if (behind.hue) {
+            double light = 0;
+            for (const QImage& glass : skins.GlassUnderIcons(state)) {
+                light = qMax(light, LightThrough(glass, m_blurred));
+            }
+            m_accent = LiftedAccent(*behind.hue, light);
         }
     }
+
+    std::optional<QRgb> Accent() const { return m_accent; }
 
     // Frost, glass and all that a skin has.
     void DrawOver(QImage& image) {
@@ -104,7 +72,7 @@ public:
             DrawPlates(painter, m_plates);
             return;
         }
-        const QImage& drawing = m_skins.SkinOf(m_state, image.size()).drawing;
+        const QImage& drawing = m_skins.SkinOf(m_state, image.size(), m_accent).drawing;
         painter.resetTransform();
         if (drawing.size() == image.size()) {
             painter.drawImage(QPoint(0, 0), drawing);
@@ -116,7 +84,7 @@ public:
     // A mask of the glass in that size, null for none.
     QImage Shapes(QSize size) const {
         if (!m_state.custom) {
-            const Skin& skin = m_skins.SkinOf(m_state, size);
+            const Skin& skin = m_skins.SkinOf(m_state, size, m_accent);
             return size == skin.glassOnPanel.size() ? skin.glassOnPanel
                    : skin.glass.isNull()            ? QImage()
                                                     : ScaledTo(skin.glass, size);
@@ -124,7 +92,8 @@ public:
         if (m_plates.isEmpty()) {
             return QImage();
         }
-        QImage shapes = Transparent(size);
+        QImage shapes(size, QImage::Format_ARGB32_Premultiplied);
+        shapes.fill(Qt::transparent);
         QPainter painter(&shapes);
         UseCanvasCoordinates(painter, m_state.orientation);
         FillPlates(painter, m_plates);
@@ -136,40 +105,33 @@ private:
     SkinCache& m_skins;
     QImage m_blurred;
     QVector<GlassPlate> m_plates;
+    std::optional<QRgb> m_accent;
 };
 
 }  // namespace
 
-const Skin& SkinCache::SkinOf(const ScreenState& state, QSize pictureSize) {
-    const int scale = SkinScale(state, pictureSize);
-    const QString key = LayerPath(SkinPicture(state.theme, state.orientation), scale);
-    if (key != m_key) {
-        m_skin = DecodeSkin(state, scale);
-        m_key = key;
-    }
-    return m_skin;
-}
-
-QImage ComposeBackground(const ScreenState& state, const QImage& picture, SkinCache& skins) {
-    QImage area = PlacedArea(state, picture);
-    Glazing glazing(state, area, skins);
-    glazing.DrawOver(area);
+PanelBackground ComposeBackground(const ScreenState& state, const QImage& picture, SkinCache& skins) {
+    Behind behind(state, picture);
+    Glazing glazing(state, behind, skins);
+    glazing.DrawOver(behind.image);
     const QSize canvas = CanvasSize(state.orientation);
-    return PanelPixels(ScaledTo(area, canvas), glazing.Shapes(canvas));
+    const QImage soft = HasSoftPicture(state.layout) ? WholeMask(canvas) : glazing.Shapes(canvas);
+    return {PanelPixels(ScaledTo(behind.image, canvas), soft), glazing.Accent()};
 }
 
-QImage ComposeMagnifiedBackground(const ScreenState& state, const QImage& picture, SkinCache& skins,
-                                  QSize size) {
-    Glazing glazing(state, PlacedArea(state, picture), skins);
+PanelBackground ComposeMagnifiedBackground(const ScreenState& state, const QImage& picture, SkinCache& skins,
+                                           QSize size) {
+    Glazing glazing(state, Behind(state, picture), skins);
     QImage magnified = PlacedPicture(picture, size, state.orientation, state.layout);
+    Dim(magnified, state.layout);
     glazing.DrawOver(magnified);
-    return magnified;
+    return {magnified, glazing.Accent()};
 }
 
-QImage ComposeFrame(const ScreenState& state, const QImage& background, const ItemTexts& texts) {
-    QImage frame = background;
+QImage ComposeFrame(const ScreenState& state, const PanelBackground& background, const ItemTexts& texts) {
+    QImage frame = background.image;
     QPainter painter(&frame);
-    DrawPanelTexts(painter, LayOutPanelTexts(state, texts), frame.rect());
+    DrawPanelTexts(painter, LayOutPanelTexts(state, texts, background.accent), frame.rect());
     return frame;
 }
 

@@ -9,8 +9,8 @@ namespace kivo {
 
 namespace {
 
-// Five pixels averaged three times over, which is nearly a Gaussian: 2.45 pixels of the halved picture. The
-// halving and the enlarging blur too; with them it is 5 pixels of the panel.
+// Five pixels averaged three times over, which is nearly a Gaussian: 2.45 pixels. Of a halved picture it is 5
+// pixels of the panel, for the halving and the enlarging blur too.
 constexpr std::array<int, 13> kKernel{1, 3, 6, 10, 15, 18, 19, 18, 15, 10, 6, 3, 1};
 constexpr int kTaps = int(kKernel.size());
 constexpr int kReach = kTaps / 2;
@@ -94,11 +94,15 @@ quint32 ChanceAt(int x, int y) {
 
 }  // namespace
 
+void Blur(QImage& image) {
+    const QVector<quint16> sums = SummedAlongRows(image);
+    AverageAlongColumns(sums, image);
+}
+
 QImage BlurredPicture(const QImage& placed, QSize canvas) {
     QImage small = placed.scaled(canvas / 2, Qt::IgnoreAspectRatio, Qt::SmoothTransformation)
                        .convertToFormat(QImage::Format_RGB32);
-    const QVector<quint16> sums = SummedAlongRows(small);
-    AverageAlongColumns(sums, small);
+    Blur(small);
     return small;
 }
 
@@ -114,15 +118,15 @@ void Frost(QImage& image, const QImage& glass, const QImage& blurred) {
     painter.drawImage(0, 0, frost);
 }
 
-QImage PanelPixels(const QImage& picture, const QImage& glass) {
+QImage PanelPixels(const QImage& picture, const QImage& soft) {
     static const std::array<int, 256> fiveBits = LevelTable(31);
     static const std::array<int, 256> sixBits = LevelTable(63);
     QImage panel = picture.convertToFormat(QImage::Format_RGB16);
-    for (int y = 0; y < glass.height(); ++y) {
-        const auto* cover = reinterpret_cast<const QRgb*>(glass.constScanLine(y));
+    for (int y = 0; y < soft.height(); ++y) {
+        const auto* cover = reinterpret_cast<const QRgb*>(soft.constScanLine(y));
         const auto* from = reinterpret_cast<const QRgb*>(picture.constScanLine(y));
         auto* to = reinterpret_cast<quint16*>(panel.scanLine(y));
-        for (int x = 0; x < glass.width(); ++x) {
+        for (int x = 0; x < soft.width(); ++x) {
             if (qAlpha(cover[x]) == 0) {
                 continue;
             }
@@ -135,6 +139,12 @@ QImage PanelPixels(const QImage& picture, const QImage& glass) {
         }
     }
     return panel;
+}
+
+QImage WholeMask(QSize size) {
+    QImage mask(size, QImage::Format_ARGB32_Premultiplied);
+    mask.fill(Qt::black);
+    return mask;
 }
 
 }  // namespace kivo

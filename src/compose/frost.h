@@ -1,15 +1,21 @@
 #pragma once
 
-// Frosted glass: the picture is blurred where glass lies over it and nowhere else. Pure; any thread.
+// What is soft on the panel: frosted glass, under which the picture is blurred, and pictures that are blurred
+// as a whole. Pure; any thread.
 
 #include <QImage>
 #include <QSize>
 
 namespace kivo {
 
-// The picture blurred by a Gaussian of 5 panel pixels, at half of canvas, the panel's size. What lies beyond
-// an edge of the picture counts as that edge. Enlarged smoothly it serves a frame of any size, so a window
-// that shows the panel larger has the panel's very frost. placed: Format_RGB32, any size.
+// Blurs an image (Format_RGB32) by a Gaussian of two and a half of its own pixels. What lies beyond an edge
+// counts as that edge. Of a reduced image, enlarged smoothly again, that is as much wider as it was reduced,
+// and the same in a frame of any size.
+void Blur(QImage& image);
+
+// The picture blurred by a Gaussian of 5 panel pixels, at half of canvas, the panel's size. Enlarged smoothly
+// it serves a frame of any size, so a window that shows the panel larger has the panel's very frost. placed:
+// Format_RGB32, any size.
 QImage BlurredPicture(const QImage& placed, QSize canvas);
 
 // Puts the blurred picture in the place of image where glass is, by its opacity. glass is a mask of the
@@ -17,8 +23,11 @@ QImage BlurredPicture(const QImage& placed, QSize canvas);
 void Frost(QImage& image, const QImage& glass, const QImage& blurred);
 
 // The picture in the panel's colours, Format_RGB16. The 32 and 64 steps of a colour would show as bands in
-// what is blurred, so they are broken up under glass; elsewhere pixels are rounded down. glass as above, null
-// for none.
-QImage PanelPixels(const QImage& picture, const QImage& glass);
+// what has lost its grain, so they are broken up where soft covers the picture; elsewhere pixels are rounded
+// down. soft is a mask like glass, null for none.
+QImage PanelPixels(const QImage& picture, const QImage& soft);
+
+// A mask that covers everything.
+QImage WholeMask(QSize size);
 
 }  // namespace kivo

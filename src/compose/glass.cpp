@@ -3,7 +3,9 @@
 #include <QLinearGradient>
 #include <QPainter>
 
+#include "compose/background_picture.h"
 #include "compose/contrast.h"
+#include "compose/frost.h"
 #include "compose/panel_layout.h"
 
 namespace kivo {
@@ -87,7 +89,8 @@ QVector<GlassPlate> GlassPlates(const ScreenState& state, const QImage& placed, 
             plates.append(Chip(room.rect, blurred));
         } else if (room.of == RoomOf::Pill) {
             const FreeTextBlock& text = layout->freeText;
-            const QImage bare = onPanel(placed).convertToFormat(QImage::Format_RGB16);
+            const QImage bare =
+                PanelPixels(onPanel(placed), HasSoftPicture(state.layout) ? WholeMask(canvas) : QImage());
             if (!IsReadable(text.color.rgb(), PixelsUnder(text, bare))) {
                 plates.append(Pill(room.rect, text, onPanel(blurred)));
             }

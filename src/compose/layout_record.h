@@ -25,6 +25,13 @@ struct LayoutRecord {
     int xZoom = 0;
     int yZoom = 0;
 
+    // What else is made of the picture, in percent: 0 leaves it as it is, 100 leaves a fifth of its
+    // brightness, or no more of it than its large shapes.
+    int dim = 0;
+    int blur = 0;
+
+    bool accentFromPicture = false;  // in the place of the theme's own
+
     int highlight = 0;  // the emphasised item, 0..8
 
     std::array<bool, kLiveValueCount> shown{};     // "Show_"; in custom layout 0 the ticked items

@@ -133,13 +133,13 @@ QVector<QRect> SendRects(const ScreenState& state, const QVector<TextRun>& runs,
     return rects;
 }
 
-LiveUpdate RenderItem(const ScreenState& state, const QImage& background, const ItemTexts& texts, int item,
-                      bool firstTime) {
+LiveUpdate RenderItem(const ScreenState& state, const PanelBackground& background, const ItemTexts& texts,
+                      int item, bool firstTime) {
     LiveUpdate update;
     if (item < 0 || item >= kLiveValueCount) {
         return update;
     }
-    const PanelTexts laidOut = LayOutPanelTexts(state, texts);
+    const PanelTexts laidOut = LayOutPanelTexts(state, texts, background.accent);
     const QVector<QRect> rects = SendRects(state, laidOut.runs, item, firstTime);
     QRect region;
     for (const QRect& rect : rects) {
@@ -152,7 +152,7 @@ LiveUpdate RenderItem(const ScreenState& state, const QImage& background, const 
     // Only this part of the canvas is rebuilt; everything that reaches into it is drawn, in the order of a
     // whole frame.
     const QRect around = WholeTextsAround(laidOut.taken, region);
-    QImage part = background.copy(around);
+    QImage part = background.image.copy(around);
     {
         QPainter painter(&part);
         painter.translate(-around.topLeft());

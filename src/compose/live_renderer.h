@@ -4,12 +4,12 @@
 // the refresh thread calls it.
 
 #include <QByteArray>
-#include <QImage>
 #include <QRect>
 #include <QString>
 #include <QVector>
 
 #include "compose/item_drawing.h"
+#include "compose/panel_background.h"
 #include "compose/screen_state.h"
 
 namespace kivo {
@@ -34,11 +34,11 @@ struct LiveUpdate {
     quint32 drawnItems = 0;  // bit n: the text of item n is on the cuts
 };
 
-// Draws the item's part of the panel over background (Format_RGB16, canvas size, no texts) and cuts it out.
+// Draws the item's part of the panel over background and cuts it out.
 // texts are the texts of all items, the item's new one among them; firstTime: it is not known what the panel
 // shows of the item, so all of its room is cut. No cuts for an item that has no place. Equal arguments give
 // equal cuts, whatever the texts of items that are not drawn on them.
-LiveUpdate RenderItem(const ScreenState& state, const QImage& background, const ItemTexts& texts, int item,
-                      bool firstTime);
+LiveUpdate RenderItem(const ScreenState& state, const PanelBackground& background, const ItemTexts& texts,
+                      int item, bool firstTime);
 
 }  // namespace kivo

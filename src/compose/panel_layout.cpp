@@ -116,9 +116,10 @@ QRect ChipOf(const PanelTexts& texts, int item) {
     return room != nullptr ? room->rect : QRect();
 }
 
-PanelTexts LayOutPanelTexts(const ScreenState& state, const ItemTexts& texts) {
+PanelTexts LayOutPanelTexts(const ScreenState& state, const ItemTexts& texts, std::optional<QRgb> accent) {
     PanelTexts written = *LayOutPanel(state);
     for (TextRun& run : written.runs) {
+        run.scale.accent = accent.value_or(run.scale.accent);
         if (run.role == TextRole::Value) {
             run.text = WrittenValue(state, run.item, texts[size_t(run.item)]);
         }

@@ -6,6 +6,7 @@
 
 #include <QVector>
 #include <memory>
+#include <optional>
 
 #include "compose/free_text.h"
 #include "compose/item_layout.h"
@@ -23,8 +24,10 @@ struct PanelTexts {
 // The chip of an item, which has one in the custom layouts; else null.
 QRect ChipOf(const PanelTexts& texts, int item);
 
-// The panel with these texts. No place hangs on a text, so a new value moves nothing.
-PanelTexts LayOutPanelTexts(const ScreenState& state, const ItemTexts& texts);
+// The panel with these texts. No place hangs on a text, so a new value moves nothing. accent: of the ticks,
+// where they have not the theme's own.
+PanelTexts LayOutPanelTexts(const ScreenState& state, const ItemTexts& texts,
+                            std::optional<QRgb> accent = std::nullopt);
 
 // The values and captions alone.
 QVector<TextRun> LayOutTexts(const ScreenState& state, const ItemTexts& texts);

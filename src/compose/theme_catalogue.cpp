@@ -163,6 +163,10 @@ bool HasGlass(Theme theme) {
     return theme != Theme::Scene;
 }
 
+bool HasAccent(Theme theme) {
+    return theme != Theme::Scene;
+}
+
 std::optional<int> ThemeAxis(Theme theme, Orientation orientation, int item) {
     const bool landscape = orientation == Orientation::Landscape;
     if (theme == Theme::Default && (item == Time || item == Date || item == CpuPower)) {

@@ -38,6 +38,9 @@ QString IconPicture(Theme theme);
 // the picture itself is seen through it.
 bool HasGlass(Theme theme);
 
+// Whether the theme has an accent, which an accent from the picture can take the place of.
+bool HasAccent(Theme theme);
+
 // The line on which a theme centres an item's value and caption, in pixels from the canvas's left edge; none
 // where that is the middle of their rectangles. Theirs are not always those of the drawing they stand in.
 std::optional<int> ThemeAxis(Theme theme, Orientation orientation, int item);

@@ -53,6 +53,9 @@ LayoutRecord LoadLayout(const SettingsReader& settings, const QString& group, co
     record.defaultPicture = settings.Text(GroupKey(group, keys::kStringPixmapS));
     record.sizeIndex = number(keys::kSize);
     record.colorIndex = number(keys::kColor);
+    record.dim = number(keys::kDim);
+    record.blur = number(keys::kBlur);
+    record.accentFromPicture = number(keys::kAccentOfPicture) != 0;
     return record;
 }
 
@@ -75,6 +78,10 @@ void SaveLayout(SettingsWriter& settings, const QString& group, const LayoutReco
     settings.SetText(GroupKey(group, keys::kStringPixmapS), record.defaultPicture);
     settings.SetInt(GroupKey(group, keys::kSize), record.sizeIndex);
     settings.SetInt(GroupKey(group, keys::kColor), record.colorIndex);
+    settings.SetOptionalInt(GroupKey(group, keys::kDim), keys::kDim, record.dim);
+    settings.SetOptionalInt(GroupKey(group, keys::kBlur), keys::kBlur, record.blur);
+    settings.SetOptionalInt(GroupKey(group, keys::kAccentOfPicture), keys::kAccentOfPicture,
+                            record.accentFromPicture ? 1 : 0);
 }
 
 // The orientation a group belongs to; the custom layouts hold no rectangles, so theirs does not matter.

@@ -3,12 +3,14 @@
 namespace kivo {
 namespace {
 
-// In the order in which a layout group is read and written: the placement, the items, the free text.
+// In the order in which a layout group is read and written: the placement, the items, the free text, the
+// looks.
 constexpr std::array kPlacementKeys{keys::kXPt, keys::kYPt, keys::kXZoom, keys::kYZoom, keys::kHighlight};
 constexpr std::array kItemKeys{keys::kShow, keys::kShow2, keys::kShowRect, keys::kShowStringRect,
                                keys::kString};
 constexpr std::array kFreeTextKeys{keys::kStringPixmap, keys::kStringD1, keys::kStringPixmapS, keys::kSize,
                                    keys::kColor};
+constexpr std::array kLooksKeys{keys::kDim, keys::kBlur, keys::kAccentOfPicture};
 constexpr std::array kSingleKeys{keys::kMode, keys::kThemeId,   keys::kStyle,
                                  keys::kHor,  keys::kCurRectId, keys::kLangId,
                                  keys::kUuid, keys::kTest,      keys::kImageCount};
@@ -46,6 +48,9 @@ QList<NamedSetting> AllSettings() {
             }
         }
         for (const SettingKey& setting : kFreeTextKeys) {
+            all.append({GroupKey(group, setting), setting});
+        }
+        for (const SettingKey& setting : kLooksKeys) {
             all.append({GroupKey(group, setting), setting});
         }
     }

@@ -20,6 +20,9 @@ struct SettingKey {
     int notANumber = 0;  // When present and no whole number.
     int minimum = std::numeric_limits<int>::min();
     int maximum = std::numeric_limits<int>::max();
+    // Stands in the file only where it has another value than its default: a file in which nobody chose it
+    // is what it was before there was such a choice.
+    bool isOptional = false;
 };
 
 namespace keys {
@@ -64,6 +67,9 @@ inline constexpr SettingKey kStringD1{Name("StringD1"), SettingType::Text};
 inline constexpr SettingKey kStringPixmapS{Name("StringPixmapS"), SettingType::Text};
 inline constexpr SettingKey kSize{Name("Size"), SettingType::Int, 0, 0, 0, 2};
 inline constexpr SettingKey kColor{Name("Color"), SettingType::Int, 0, 0, 0, 5};
+inline constexpr SettingKey kDim{Name("Dim"), SettingType::Int, 0, 0, 0, 100, true};
+inline constexpr SettingKey kBlur{Name("Blur"), SettingType::Int, 0, 0, 0, 100, true};
+inline constexpr SettingKey kAccentOfPicture{Name("AccentOfPicture"), SettingType::Int, 0, 0, 0, 1, true};
 
 // Inside a layout group, followed by the item's number 0 .. 8.
 inline constexpr SettingKey kShow{Name("Show_")};

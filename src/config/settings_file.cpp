@@ -144,6 +144,14 @@ void SettingsWriter::SetInt(const QString& key, int value) {
     Set(key, value);
 }
 
+void SettingsWriter::SetOptionalInt(const QString& key, const SettingKey& setting, int value) {
+    if (value == setting.defaultInt) {
+        Remove(key);
+    } else {
+        SetInt(key, value);
+    }
+}
+
 void SettingsWriter::SetText(const QString& key, const QString& value) {
     Set(key, value);
 }

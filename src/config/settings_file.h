@@ -65,6 +65,8 @@ public:
     Q_DISABLE_COPY(SettingsWriter)
 
     void SetInt(const QString& key, int value);
+    // Of an optional key, which is taken out where the value is its default.
+    void SetOptionalInt(const QString& key, const SettingKey& setting, int value);
     void SetText(const QString& key, const QString& value);
     void SetRect(const QString& key, const QRect& value);
     void Remove(const QString& keyOrGroup);

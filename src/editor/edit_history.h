@@ -25,7 +25,7 @@ class EditHistory {
 public:
     // What a step did. Steps of one kind with nothing else between them, as the notches of a wheel are, go
     // back as one, however much time lies between.
-    enum class Kind { Single, Zoom, Move };
+    enum class Kind { Single, Zoom, Move, Dim, Blur };
 
     // Forgets everything; undo ends at this state.
     void Start(const EditState& state);

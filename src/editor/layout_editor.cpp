@@ -194,6 +194,33 @@ void LayoutEditor::ClearTrim() {
     NoteEdit();
 }
 
+bool LayoutEditor::SetDim(int percent) {
+    if (percent < 0 || percent > 100) {
+        return false;
+    }
+    LayoutInForce(m_edited).dim = percent;
+    NoteEdit(EditHistory::Kind::Dim);
+    return true;
+}
+
+bool LayoutEditor::SetBlur(int percent) {
+    if (percent < 0 || percent > 100) {
+        return false;
+    }
+    LayoutInForce(m_edited).blur = percent;
+    NoteEdit(EditHistory::Kind::Blur);
+    return true;
+}
+
+bool LayoutEditor::SetAccentFromPicture(bool on) {
+    if (ShowsCustom() || !HasAccent(Shown().theme)) {
+        return false;
+    }
+    LayoutInForce(m_edited).accentFromPicture = on;
+    NoteEdit();
+    return true;
+}
+
 bool LayoutEditor::Commit() {
     EditState next = m_edited;
     const bool custom = ShowsCustom();
@@ -228,6 +255,8 @@ void LayoutEditor::Revert() {
             layout.yPt = before.yPt;
             layout.xZoom = before.xZoom;
             layout.yZoom = before.yZoom;
+            layout.dim = before.dim;
+            layout.blur = before.blur;
         }
     }
     m_history.Start(m_edited);

@@ -81,6 +81,14 @@ public:
     void SetTrim(const QRectF& frame, EditHistory::Kind kind = EditHistory::Kind::Single);
     void ClearTrim();
 
+    // What is made of the picture as a whole. False for what does not exist (0 to 100 percent). Values that
+    // follow one another are one step until EndRun.
+    bool SetDim(int percent);
+    bool SetBlur(int percent);
+    void EndRun() { NoteEdit(); }
+    // False where the layout in force has no accent.
+    bool SetAccentFromPicture(bool on);
+
     bool CanUndo() const { return m_history.CanStepBack(m_edited); }
     bool CanRedo() const { return m_history.CanStepForth(m_edited); }
     // False where there is no such step.
@@ -94,7 +102,7 @@ public:
 
     // Puts both custom layouts, slots and text row back to the saved ones, with nothing to undo. Page, theme,
     // style and orientation stay, and so does a layout's picture, which is chosen outside of editing; with a
-    // picture other than the saved one its trim stays too.
+    // picture other than the saved one its trim stays too, and how it is dimmed and blurred.
     void Revert();
 
 private:

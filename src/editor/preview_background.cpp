@@ -30,7 +30,7 @@ void PreviewBackground::Update(const ScreenState& state) {
         return;
     }
     if (known->image.cacheKey() != m_picture.image.cacheKey() || known->failure != m_picture.failure) {
-        m_composed = QImage();
+        m_composed = PanelBackground();
         m_whole = QImage();
     }
     m_picture = *known;
@@ -41,12 +41,14 @@ QSize PreviewBackground::PictureSize(const ScreenState& state) {
     return m_picture.image.size();
 }
 
-const QImage& PreviewBackground::Composed(const ScreenState& state, QSize devicePixels) {
+const PanelBackground& PreviewBackground::Composed(const ScreenState& state, QSize devicePixels) {
     Update(state);
-    if (m_composed.size() != devicePixels || state != m_state) {
-        m_composed = ComposeMagnifiedBackground(DrawnState(state, m_picture),
-                                                m_picture.image.isNull() ? PlainGround() : m_picture.image,
-                                                m_skins, devicePixels);
+    if (m_composed.image.size() != devicePixels || state != m_state) {
+        ScreenState drawn = DrawnState(state, m_picture);
+        const bool hasPicture = !m_picture.image.isNull();
+        drawn.layout.accentFromPicture = drawn.layout.accentFromPicture && hasPicture;
+        m_composed = ComposeMagnifiedBackground(drawn, hasPicture ? m_picture.image : PlainGround(), m_skins,
+                                                devicePixels);
         m_state = state;
         ++m_compositions;
     }

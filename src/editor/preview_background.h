@@ -23,7 +23,7 @@ public:
 
     // The state's background in device pixels: exactly what the panel gets, magnified. While its picture is
     // being read the former one stands; before the first one, a plain ground.
-    const QImage& Composed(const ScreenState& state, QSize devicePixels);
+    const PanelBackground& Composed(const ScreenState& state, QSize devicePixels);
 
     // The whole picture of the state as it is, scaled to that many device pixels.
     const QImage& WholePicture(const ScreenState& state, QSize devicePixels);
@@ -48,7 +48,7 @@ private:
 
     SkinCache m_skins;
     ScreenState m_state;  // of m_composed
-    QImage m_composed;
+    PanelBackground m_composed;
     QImage m_whole;
     int m_compositions = 0;
 };

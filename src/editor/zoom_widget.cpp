@@ -143,6 +143,29 @@ void ZoomWidget::ResetTrim() {
     NoteEdit(By::Caller);
 }
 
+void ZoomWidget::SetDim(int percent) {
+    solteditingFinished();
+    EndDrag();
+    if (m_editor.SetDim(percent)) {
+        NoteEdit(By::Caller);
+    }
+}
+
+void ZoomWidget::SetBlur(int percent) {
+    solteditingFinished();
+    EndDrag();
+    if (m_editor.SetBlur(percent)) {
+        NoteEdit(By::Caller);
+    }
+}
+
+void ZoomWidget::SetAccentFromPicture(bool on) {
+    EndDrag();
+    if (m_editor.SetAccentFromPicture(on)) {
+        NoteEdit(By::Caller);
+    }
+}
+
 void ZoomWidget::SetLiveTexts(const ItemTexts& texts) {
     bool changed = false;
     for (size_t item = 0; item < texts.size(); ++item) {

@@ -68,6 +68,12 @@ public:
     void SetFontSize(int size);
     // Shows the picture of the layout in force untrimmed again.
     void ResetTrim();
+    // What is made of it as a whole, and whether the accent is taken from it. EndRun: what follows is another
+    // step.
+    void SetDim(int percent);
+    void SetBlur(int percent);
+    void SetAccentFromPicture(bool on);
+    void EndRun() { m_editor.EndRun(); }
 
     // One step back or forth; emits UndoColorSignal, and UndoTextSize where the size changed.
     void Undo();
@@ -189,8 +195,10 @@ private:
 
     // Painting.
     ItemTexts PreviewTexts() const;
-    void PaintScreen(QPainter& painter, const ScreenState& state, const PanelTexts& texts);
-    void PaintTexts(QPainter& painter, const ScreenState& state, const PanelTexts& texts) const;
+    QRectF ScreenArea() const;  // of the magnified panel, in whole device pixels
+    void PaintScreen(QPainter& painter, const QRectF& area, const QImage& background,
+                     const PanelTexts& texts);
+    void PaintTexts(QPainter& painter, const PanelTexts& texts) const;
     void PaintTyped(QPainter& painter, const TypedText& typed) const;
     void PaintLayoutMarks(QPainter& painter, const ScreenState& state, const PanelTexts& texts) const;
     void PaintRowMarks(QPainter& painter) const;

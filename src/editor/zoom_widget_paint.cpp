@@ -70,8 +70,12 @@ void ZoomWidget::paintEvent(QPaintEvent* /*event*/) {
         PaintTrim(painter, state);
         return;
     }
-    const PanelTexts texts = LayOutPanelTexts(state, PreviewTexts());
-    PaintScreen(painter, state, texts);
+    const QRectF area = ScreenArea();
+    // What is typed may have a pill of its own.
+    const PanelBackground& background = m_background.Composed(m_textEntryOpen ? Typed().State() : state,
+                                                              (area.size() * devicePixelRatioF()).toSize());
+    const PanelTexts texts = LayOutPanelTexts(state, PreviewTexts(), background.accent);
+    PaintScreen(painter, area, background.image, texts);
     if (m_drag.HoldsText() && m_editing) {
         PaintRowMarks(painter);
     } else if (m_editing && state.custom && !m_textEntryOpen) {
@@ -89,33 +93,35 @@ ItemTexts ZoomWidget::PreviewTexts() const {
     return texts;
 }
 
-void ZoomWidget::PaintScreen(QPainter& painter, const ScreenState& state, const PanelTexts& texts) {
+QRectF ZoomWidget::ScreenArea() const {
     const ScreenMapping map = Mapping();
     const double ratio = devicePixelRatioF();
-    const QSizeF canvas = CanvasSize(state.orientation);
     const QPointF origin = OnDevicePixels(map.Mapped(QPointF(0, 0)), ratio);
-    const QSize pixels = RoundedOut(canvas * map.scale, ratio).size().toSize();
-    const QRectF area(origin, QSizeF(pixels) / ratio);
+    const QSizeF canvas = CanvasSize(m_editor.Lying());
+    return QRectF(origin, RoundedOut(canvas * map.scale, ratio).size() / ratio);
+}
 
+void ZoomWidget::PaintScreen(QPainter& painter, const QRectF& area, const QImage& background,
+                             const PanelTexts& texts) {
+    const ScreenMapping map = Mapping();
     painter.save();
     QPainterPath screen;
     screen.addRoundedRect(area, kScreenRadius, kScreenRadius);
     painter.setClipPath(screen);
-    // What is typed may have a pill of its own.
-    painter.drawImage(area, m_background.Composed(m_textEntryOpen ? Typed().State() : state, pixels));
+    painter.drawImage(area, background);
 
     // The panel's own drawing, magnified: every text stands where the panel has it.
-    painter.translate(origin);
+    painter.translate(area.topLeft());
     painter.scale(map.scale, map.scale);
     if (m_textEntryOpen) {
         const QRectF box(m_editText->geometry());
         const QRectF boxOnCanvas(map.OnCanvas(box.topLeft()), box.size() / map.scale);
         PanelTexts around = WithoutItemsUnder(boxOnCanvas, texts);
         around.freeText = FreeTextBlock();
-        PaintTexts(painter, state, around);
+        PaintTexts(painter, around);
         PaintTyped(painter, Typed());
     } else {
-        PaintTexts(painter, state, texts);
+        PaintTexts(painter, texts);
     }
     painter.restore();
 
@@ -130,7 +136,8 @@ void ZoomWidget::PaintScreen(QPainter& painter, const ScreenState& state, const 
     }
 }
 
-void ZoomWidget::PaintTexts(QPainter& painter, const ScreenState& state, const PanelTexts& texts) const {
+void ZoomWidget::PaintTexts(QPainter& painter, const PanelTexts& texts) const {
+    const ScreenState state = Shown();
     const QRect canvas(QPoint(0, 0), CanvasSize(state.orientation));
     if (!m_drag.IsDrag()) {
         DrawPanelTexts(painter, texts, canvas);

@@ -1,5 +1,6 @@
 #include "panel/frame_store.h"
 
+#include <QColor>
 #include <QDir>
 #include <QFileInfo>
 #include <QImageReader>
@@ -18,8 +19,15 @@ Q_LOGGING_CATEGORY(backgroundLog, "kivo.background")
 // only.
 constexpr int kPngQuality = 80;
 
-// The PNG's text field with the frame's id.
+// The PNG's text fields with the frame's id and, where its accent is the picture's, that accent ("#ffb45a"):
+// found anew, it might be another one beside ticks that a panel shows already.
 const QString kIdField = QStringLiteral("kivo-frame");
+const QString kAccentField = QStringLiteral("kivo-accent");
+
+std::optional<QRgb> AccentOf(const QImage& image) {
+    const QColor accent(image.text(kAccentField));
+    return accent.isValid() ? std::optional<QRgb>(accent.rgb()) : std::nullopt;
+}
 
 constexpr std::chrono::seconds kLookAfter{2};
 constexpr std::chrono::minutes kTryAgainAfter{1};
@@ -47,8 +55,11 @@ FrameStore::FileIdentity FrameStore::Identity() const {
 }
 
 bool FrameStore::Write(const SharedFrame& frame) {
-    QImage marked = frame->background;
+    QImage marked = frame->background.image;
     marked.setText(kIdField, QString::fromLatin1(frame->id));
+    if (frame->background.accent) {
+        marked.setText(kAccentField, QColor(*frame->background.accent).name());
+    }
     QDir().mkpath(QFileInfo(m_path).path());  // it may have vanished with its folder
     QSaveFile file(m_path);
     const bool saved =
@@ -80,7 +91,7 @@ SharedFrame FrameStore::Load(const ScreenState& state) {
     if (image.isNull()) {
         return nullptr;
     }
-    SharedFrame frame = MakePanelFrame(state, image.convertToFormat(QImage::Format_RGB16));
+    SharedFrame frame = MakePanelFrame(state, {image.convertToFormat(QImage::Format_RGB16), AccentOf(image)});
     if (image.text(kIdField).toLatin1() != frame->id) {
         return nullptr;
     }

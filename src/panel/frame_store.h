@@ -18,8 +18,8 @@ public:
     explicit FrameStore(QString path = DefaultPath());
     static QString DefaultPath();
 
-    // Puts the frame's background in the file's place, in one step, marked with the frame's id. A failure is
-    // logged.
+    // Puts the frame's background in the file's place, in one step, marked with the frame's id and
+    // accent. A failure is logged.
     bool Save(const SharedFrame& frame);
 
     // The saved frame, if the file is whole and was made for exactly this state; else null. A file of another

@@ -16,7 +16,8 @@ void Put(QDataStream& out, const std::array<Value, size>& values) {
 
 // Without the samples: the panel never shows them.
 void Put(QDataStream& out, const LayoutRecord& layout) {
-    out << layout.xPt << layout.yPt << layout.xZoom << layout.yZoom << layout.highlight;
+    out << layout.xPt << layout.yPt << layout.xZoom << layout.yZoom << layout.dim << layout.blur
+        << layout.accentFromPicture << layout.highlight;
     Put(out, layout.shown);
     Put(out, layout.selected);
     Put(out, layout.tile);
@@ -25,7 +26,7 @@ void Put(QDataStream& out, const LayoutRecord& layout) {
         << layout.colorIndex;
 }
 
-QByteArray Bytes(const ScreenState& state, int drawing) {
+QByteArray Bytes(const ScreenState& state, std::optional<QRgb> accent, int drawing) {
     QByteArray bytes;
     QDataStream out(&bytes, QIODevice::WriteOnly);
     out.setVersion(QDataStream::Qt_5_15);
@@ -35,17 +36,19 @@ QByteArray Bytes(const ScreenState& state, int drawing) {
     Put(out, state.slotItems);
     out << state.textRow << int(state.language);
     Put(out, state.captions);
+    out << accent.has_value() << accent.value_or(0);
     return bytes;
 }
 
 }  // namespace
 
-SharedFrame MakePanelFrame(const ScreenState& state, const QImage& background, int drawing) {
+SharedFrame MakePanelFrame(const ScreenState& state, const PanelBackground& background, int drawing) {
     QCryptographicHash hash(QCryptographicHash::Sha1);
-    hash.addData(Bytes(state, drawing));
+    hash.addData(Bytes(state, background.accent, drawing));
     // Row by row: what pads a row is not the picture's.
-    for (int y = 0; y < background.height(); ++y) {
-        hash.addData(reinterpret_cast<const char*>(background.constScanLine(y)), background.width() * 2);
+    const QImage& image = background.image;
+    for (int y = 0; y < image.height(); ++y) {
+        hash.addData(reinterpret_cast<const char*>(image.constScanLine(y)), image.width() * 2);
     }
     return std::make_shared<const PanelFrame>(PanelFrame{state, background, hash.result().toHex()});
 }

@@ -7,6 +7,7 @@
 #include <QImage>
 #include <memory>
 
+#include "compose/panel_background.h"
 #include "compose/screen_state.h"
 
 namespace kivo {
@@ -21,18 +22,20 @@ struct FramePicture {
 // The way in which states are drawn. One more whenever a state gives another picture than it did: a
 // background that was saved before is not believed then, so the panel gets at the next start what the window
 // shows.
-constexpr int kFrameDrawing = 1;
+constexpr int kFrameDrawing = 2;
 
 struct PanelFrame {
     ScreenState state;
-    QImage background;  // Format_RGB16, canvas size: picture and skin, no texts
-    QByteArray id;      // 40 hexadecimal digits; equal ids put the same picture on a panel
+    PanelBackground background;  // its image: Format_RGB16, canvas size
+    QByteArray id;               // 40 hexadecimal digits; equal ids put the same picture on a panel
 };
 
 using SharedFrame = std::shared_ptr<const PanelFrame>;
 
-// The id covers the background's pixels and everything of the state that decides a picture; captions and free
-// text are drawn over the background, so the pixels alone do not tell two frames apart.
-SharedFrame MakePanelFrame(const ScreenState& state, const QImage& background, int drawing = kFrameDrawing);
+// The id covers the background's pixels, its accent and everything of the state that decides a picture;
+// captions, ticks and free text are drawn over the background, so the pixels alone do not tell two frames
+// apart.
+SharedFrame MakePanelFrame(const ScreenState& state, const PanelBackground& background,
+                           int drawing = kFrameDrawing);
 
 }  // namespace kivo

@@ -173,7 +173,7 @@ struct CustomDesk : Desk {
 
     // Whether the panel shows exactly that state, with the texts that it took.
     bool PanelShows(const ScreenState& state) {
-        if (m_background.isNull() || state != m_backgroundOf) {
+        if (m_background.image.isNull() || state != m_backgroundOf) {
             m_background = ExpectedBackground(state);
             m_backgroundOf = state;
         }
@@ -204,7 +204,7 @@ private:
                           widget->mapTo(window, at));
     }
 
-    QImage m_background;
+    PanelBackground m_background;
     ScreenState m_backgroundOf;
 };
 

@@ -10,6 +10,7 @@ set(window_units
     window_noise
     window_picture_list
     window_picture_names
+    window_picture_looks
     window_pictures
     window_sensors
     window_state

@@ -58,7 +58,7 @@ void TestWindowCustom::EmptyTableShowsNothing() {
     desk.Tap("btnApply");
     const ScreenState state = desk.Editor()->Shown();
     SkinCache skins;
-    const QImage bare = ComposeBackground(state, LoadPicture(PicturePath(state)), skins);
+    const QImage bare = ComposeBackground(state, LoadPicture(PicturePath(state)), skins).image;
     QCOMPARE(PixelsThatDiffer(desk.panel.State().UprightImage(), bare), 0);
 }
 

@@ -1,5 +1,7 @@
+#include <QCheckBox>
 #include <QMenu>
 #include <QRandomGenerator>
+#include <QSlider>
 
 #include "compose/theme_catalogue.h"
 #include "custom_page_test_support.h"
@@ -193,6 +195,12 @@ void CheckSense(const CustomDesk& desk) {
             QCOMPARE(desk.Boxes().contains(kind + 1), IsShown(shown, kind));
         }
     }
+    QCOMPARE(desk.Find<QSlider>("dimSlider")->value(), shown.layout.dim);
+    QCOMPARE(desk.Find<QSlider>("blurSlider")->value(), shown.layout.blur);
+    QCOMPARE(desk.Find("dimSlider")->isEnabled(), !editor->IsTrimming());
+    QCOMPARE(desk.Find("accentFromPicture")->isVisible(), !custom && shown.theme != Theme::Scene);
+    QVERIFY(custom ||
+            desk.Find<QCheckBox>("accentFromPicture")->isChecked() == shown.layout.accentFromPicture);
     QCOMPARE(desk.Find("backButton")->isEnabled(), editor->CanUndo());
     QCOMPARE(desk.Find("redoButton")->isEnabled(), editor->CanRedo());
     QCOMPARE(desk.panel.State().counts.errors, quint64(0));

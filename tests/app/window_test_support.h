@@ -66,7 +66,7 @@ inline void ForgetEverything() {
 }
 
 // What lies behind the texts of a state, with what stands in where its own picture cannot be shown.
-inline QImage ExpectedBackground(const ScreenState& state) {
+inline PanelBackground ExpectedBackground(const ScreenState& state) {
     LayoutPicture shown;
     const QStringList paths = PicturePaths(state);
     for (const QString& path : paths) {

@@ -12,6 +12,7 @@
 #include <QTranslator>
 #include <QVector>
 
+#include <optional>
 #include <utility>
 
 #include "compose/item_drawing.h"
@@ -326,5 +327,6 @@ private:
 Q_DECLARE_METATYPE(kivo::InterfaceLanguage)
 Q_DECLARE_METATYPE(kivo::Orientation)
 Q_DECLARE_METATYPE(kivo::ScreenState)
+Q_DECLARE_METATYPE(std::optional<QRgb>)
 Q_DECLARE_METATYPE(kivo::TextAlign)
 Q_DECLARE_METATYPE(kivo::Theme)

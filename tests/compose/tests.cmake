@@ -1,5 +1,6 @@
 kivo_add_tests(compose
     UNITS
+        accent_contrast
         background_picture
         contrast
         custom_layout
@@ -17,6 +18,7 @@ kivo_add_tests(compose
         panel_looks
         panel_room
         panel_text
+        picture_accent
         resource_use
         rgb565
         theme_catalogue

@@ -1,4 +1,5 @@
 #include <QTest>
+#include <cmath>
 
 #include "compose/background_picture.h"
 #include "compose_test_support.h"
@@ -47,6 +48,38 @@ LayoutRecord Trimmed(int x, int y, int inset) {
     layout.xZoom = inset;
     layout.yZoom = inset;
     return layout;
+}
+
+LayoutRecord Blurred(int percent) {
+    LayoutRecord layout;
+    layout.blur = percent;
+    return layout;
+}
+
+LayoutRecord Dimmed(int percent) {
+    LayoutRecord layout;
+    layout.dim = percent;
+    return layout;
+}
+
+// Black and white, with an upright edge in the middle.
+QImage Halved(QSize size) {
+    QImage image = Filled(size, Qt::black);
+    QPainter(&image).fillRect(size.width() / 2, 0, size.width(), size.height(), Qt::white);
+    return image;
+}
+
+// The deviation of the Gaussian that makes such an edge, in panel pixels.
+double BlurOf(const QImage& edge) {
+    double sum = 0;
+    double square = 0;
+    const double middle = edge.width() / 2.0;
+    for (int x = 1; x < edge.width(); ++x) {
+        const double slope = qRed(edge.pixel(x, 50)) - qRed(edge.pixel(x - 1, 50));
+        sum += slope;
+        square += slope * (x - middle) * (x - middle);
+    }
+    return std::sqrt(square / sum) * 320 / edge.width();
 }
 
 }  // namespace
@@ -189,6 +222,65 @@ private slots:
             // The picture's middle stands at 160 of the untrimmed view, which is seen at twice its size.
             QVERIFY2(qAbs(edge - (160 - left) * 2) <= 2, QByteArray::number(edge));
         }
+    }
+
+    void ABlurIsAsWideAsItIsStrong_data() {
+        QTest::addColumn<int>("percent");
+        QTest::addColumn<double>("deviation");
+        QTest::newRow("the least step") << 10 << 2.45;
+        QTest::newRow("less than that is as much") << 1 << 2.45;
+        QTest::newRow("half way") << 55 << 2.45 * 3;
+        QTest::newRow("all of it") << 100 << 2.45 * 5;
+    }
+    void ABlurIsAsWideAsItIsStrong() {
+        QFETCH(int, percent);
+        QFETCH(double, deviation);
+        for (const QSize size : {QSize(320, 170), QSize(433, 230), QSize(866, 460)}) {
+            const QImage placed = PlacedPicture(Halved(QSize(1280, 680)), size, kLying, Blurred(percent));
+            QCOMPARE(placed.size(), size);
+            QCOMPARE(placed.format(), QImage::Format_RGB32);
+            // Reducing and enlarging add a little.
+            QVERIFY2(qAbs(BlurOf(placed) - deviation) < 0.5, QByteArray::number(BlurOf(placed)));
+        }
+    }
+
+    void APlainPictureStaysPlainWhenItIsBlurred() {
+        const QColor color(201, 97, 43);
+        for (const Orientation orientation : kOrientations) {
+            for (const int percent : {10, 40, 100}) {
+                const QSize size = AreaFrameSize(orientation);
+                QCOMPARE(PlacedPicture(Filled(QSize(640, 700), color), size, orientation, Blurred(percent)),
+                         Filled(size, color));
+            }
+        }
+    }
+
+    // What is trimmed away has no part in the blur: beyond an edge lies that edge.
+    void ABlurSeesWhatIsShown() {
+        LayoutRecord layout = Trimmed(160, 0, 160);
+        layout.blur = 100;
+        QCOMPARE(PlacedPicture(Halved(QSize(1280, 680)), QSize(320, 170), kLying, layout),
+                 Filled(QSize(320, 170), Qt::white));
+    }
+
+    void DimTakesFromTheBrightness_data() {
+        QTest::addColumn<int>("percent");
+        QTest::addColumn<QColor>("left");
+        QTest::newRow("not at all") << 0 << QColor(250, 100, 3);
+        QTest::newRow("the least step") << 10 << QColor(230, 92, 3);
+        QTest::newRow("half way") << 50 << QColor(150, 60, 2);
+        QTest::newRow("all of it leaves a fifth") << 100 << QColor(50, 20, 1);
+        QTest::newRow("more than all is all") << 250 << QColor(50, 20, 1);
+        QTest::newRow("less than nothing is nothing") << -40 << QColor(250, 100, 3);
+    }
+    void DimTakesFromTheBrightness() {
+        QFETCH(int, percent);
+        QFETCH(QColor, left);
+        QImage placed = Filled(QSize(320, 170), QColor(250, 100, 3));
+        const QImage before = placed;
+        Dim(placed, Dimmed(percent));
+        QCOMPARE(placed, Filled(QSize(320, 170), left));
+        QCOMPARE(before, Filled(QSize(320, 170), QColor(250, 100, 3)));  // a copy is not dimmed with it
     }
 
     void NoPictureIsBlack() {

@@ -1,4 +1,5 @@
 #include <QTest>
+#include <algorithm>
 
 #include "compose/background_picture.h"
 #include "compose/frame_composer.h"
@@ -22,7 +23,7 @@ QImage Filled(const QColor& color) {
 
 QImage Background(const ScreenState& state, const QImage& picture) {
     SkinCache skins;
-    return ComposeBackground(state, picture, skins);
+    return ComposeBackground(state, picture, skins).image;
 }
 
 // The picture as it is placed, with no skin over it.
@@ -34,6 +35,28 @@ QImage Bare(const ScreenState& state, const QImage& picture) {
 
 ScreenState FiveItems(Orientation orientation) {
     return CustomScreen({CpuTemperature, CpuUsage, Time, MemoryUsage, CpuPower}, orientation);
+}
+
+ScreenState Soft(ScreenState state, int dim, int blur) {
+    state.layout.dim = dim;
+    state.layout.blur = blur;
+    return state;
+}
+
+// The longest run of one colour in each row, of half the rows.
+int UsualRun(const QImage& image) {
+    QVector<int> longest;
+    for (int y = 0; y < image.height(); ++y) {
+        int run = 1;
+        int best = 1;
+        for (int x = 1; x < image.width(); ++x) {
+            run = PixelAt(image, x, y) == PixelAt(image, x - 1, y) ? run + 1 : 1;
+            best = qMax(best, run);
+        }
+        longest.append(best);
+    }
+    std::sort(longest.begin(), longest.end());
+    return longest[longest.size() / 2];
 }
 
 int Brightness(const QImage& image, QPoint at) {
@@ -67,7 +90,7 @@ private slots:
             const QImage background = Background(state, picture);
             QCOMPARE(background.size(), CanvasSize(state.orientation));
             QCOMPARE(background.format(), QImage::Format_RGB16);
-            const QImage frame = ComposeFrame(state, background, LiveTexts(state.language)[1]);
+            const QImage frame = ComposeFrame(state, {background}, LiveTexts(state.language)[1]);
             QCOMPARE(frame.size(), background.size());
             QCOMPARE(frame.format(), QImage::Format_RGB16);
         }
@@ -104,13 +127,21 @@ private slots:
 
     // On the frame that skins are made for it is the panel's background before it is reduced and brought to
     // the panel's colours, which are spread by a level under glass.
-    void AMagnifiedBackgroundIsThePanels_data() { SizeAndFormat_data(); }
+    void AMagnifiedBackgroundIsThePanels_data() {
+        QTest::addColumn<ScreenState>("state");
+        for (const NamedScreen& screen : Screens()) {
+            QTest::newRow(screen.name) << screen.state;
+            if (screen.state.language == InterfaceLanguage::Chinese) {
+                QTest::newRow(screen.name + ", soft") << Soft(screen.state, 30, 60);
+            }
+        }
+    }
     void AMagnifiedBackgroundIsThePanels() {
         QFETCH(ScreenState, state);
         const QImage picture(QStringLiteral("://background/4.jpg"));
         SkinCache skins;
         const QImage magnified =
-            ComposeMagnifiedBackground(state, picture, skins, AreaFrameSize(state.orientation));
+            ComposeMagnifiedBackground(state, picture, skins, AreaFrameSize(state.orientation)).image;
         const QImage reduced =
             magnified.scaled(CanvasSize(state.orientation), Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
         const QImage background = Background(state, picture);
@@ -123,7 +154,7 @@ private slots:
             }
         }
         const QSize twice = AreaFrameSize(state.orientation) * 2;
-        const QImage large = ComposeMagnifiedBackground(state, picture, skins, twice);
+        const QImage large = ComposeMagnifiedBackground(state, picture, skins, twice).image;
         QCOMPARE(large.size(), twice);
         QCOMPARE(large.format(), QImage::Format_RGB32);
         // The same brightness all over: frost and glass are as strong as the panel's.
@@ -139,7 +170,7 @@ private slots:
         QFETCH(ScreenState, state);
         const QImage background = NoisyCanvas(state.orientation);
         const ItemTexts texts = LiveTexts(state.language)[3];
-        QImage frame = ComposeFrame(state, background, texts);
+        QImage frame = ComposeFrame(state, {background}, texts);
         QVERIFY(!ChangedRect(frame, background).isNull());
         for (const TextRun& run : LayOutTexts(state, texts)) {
             QVERIFY2(!ChangedRect(frame.copy(run.rect), background.copy(run.rect)).isNull(), Describe(run));
@@ -167,10 +198,10 @@ private slots:
             QPainter painter(&both);
             DrawTexts(painter, {run}, both.rect());
         }
-        QVERIFY(ChangedRect(ComposeFrame(state, background, ItemTexts()), both).isNull());
+        QVERIFY(ChangedRect(ComposeFrame(state, {background}, ItemTexts()), both).isNull());
         ScreenState mute = state;
         mute.captions.fill(QString());
-        QVERIFY(ChangedRect(ComposeFrame(mute, background, ItemTexts()), ticks).isNull());
+        QVERIFY(ChangedRect(ComposeFrame(mute, {background}, ItemTexts()), ticks).isNull());
     }
 
     void AnEmptyFreeTextDoesNotChangeTheFrame() {
@@ -178,13 +209,13 @@ private slots:
             ScreenState state = FiveItems(orientation);
             const ItemTexts texts = LiveTexts(state.language)[1];
             const QImage background = NoisyCanvas(orientation);
-            const QImage without = ComposeFrame(state, background, texts);
+            const QImage without = ComposeFrame(state, {background}, texts);
             state.layout.sizeIndex = 2;
             state.layout.colorIndex = 3;
             state.textRow = 0;
-            QVERIFY(ChangedRect(ComposeFrame(state, background, texts), without).isNull());
+            QVERIFY(ChangedRect(ComposeFrame(state, {background}, texts), without).isNull());
             state.layout.freeText = QStringLiteral("text");
-            QVERIFY(!ChangedRect(ComposeFrame(state, background, texts), without).isNull());
+            QVERIFY(!ChangedRect(ComposeFrame(state, {background}, texts), without).isNull());
         }
     }
 
@@ -300,13 +331,109 @@ private slots:
         }
     }
 
+    // Chips and themes alike: the picture behind them is dimmed, then frosted.
+    void ADimmedScreenIsDarkerEverywhereBesideItsTexts() {
+        const QImage white = Filled(Qt::white);
+        for (const ScreenState& state : {ThemeScreen(Theme::Scene, kLying), FiveItems(kStanding)}) {
+            QCOMPARE(Brightness(Background(state, white), {2, 2}), 255);
+            for (const int dim : {10, 50, 100}) {
+                const int left = Brightness(Background(Soft(state, dim, 0), white), {2, 2});
+                QVERIFY2(qAbs(left - (255 - 204 * dim / 100)) <= 9, QByteArray::number(left));
+            }
+        }
+    }
+
+    // Eight bytes of a slope are one level of the panel, 20 of its pixels here; dimmed they are more. Without
+    // anything done about it they would be bands.
+    void SoftPicturesHaveNoBands() {
+        QImage slope(1280, 680, QImage::Format_RGB32);
+        for (int y = 0; y < slope.height(); ++y) {
+            for (int x = 0; x < slope.width(); ++x) {
+                const int light = 40 + (x + y) / 16;
+                slope.setPixel(x, y, qRgb(light, light + 7, light + 30));
+            }
+        }
+        const ScreenState state = ThemeScreen(Theme::Scene, kStanding);
+        const auto upper = [&](int dim, int blur) {
+            return Background(Soft(state, dim, blur), slope).copy(0, 0, 170, 120);
+        };
+        QVERIFY2(UsualRun(upper(0, 0)) > 12, QByteArray::number(UsualRun(upper(0, 0))));
+        QVERIFY2(UsualRun(upper(0, 40)) <= 12, QByteArray::number(UsualRun(upper(0, 40))));
+        QVERIFY2(UsualRun(upper(60, 0)) <= 12, QByteArray::number(UsualRun(upper(60, 0))));
+    }
+
+    // The preview has the panel's very accent in any size, however the picture is dimmed.
+    void AnAccentFromThePictureIsOneInEverySize() {
+        SkinCache skins;
+        for (const NamedScreen& screen : AllThemeScreens()) {
+            ScreenState state = screen.state;
+            if (state.language != InterfaceLanguage::Chinese) {
+                continue;
+            }
+            const QImage picture = LoadPicture(QStringLiteral("://background/7.jpg"));
+            QVERIFY(!ComposeBackground(state, picture, skins).accent);
+            state.layout.accentFromPicture = true;
+            const std::optional<QRgb> accent = ComposeBackground(state, picture, skins).accent;
+            QCOMPARE(accent.has_value(), state.theme != Theme::Scene);
+            const QSize size = AreaFrameSize(state.orientation);
+            for (const QSize& magnified : {size, size * 2, CanvasSize(state.orientation) * 3}) {
+                QVERIFY2(ComposeMagnifiedBackground(state, picture, skins, magnified).accent == accent,
+                         screen.name);
+            }
+        }
+    }
+
+    void WhatHasNoAccentTakesNone() {
+        SkinCache skins;
+        const QImage picture = LoadPicture(QStringLiteral("://background/7.jpg"));
+        for (ScreenState state : {ThemeScreen(Theme::Scene, kLying), FiveItems(kStanding)}) {
+            const QImage own = Background(state, picture);
+            state.layout.accentFromPicture = true;
+            QVERIFY(!ComposeBackground(state, picture, skins).accent);
+            QVERIFY(ChangedRect(Background(state, picture), own).isNull());
+        }
+        // Nor has a picture without a hue one to give.
+        ScreenState state = ThemeScreen(Theme::Default, kLying);
+        const QImage own = Background(state, Filled(Qt::gray));
+        state.layout.accentFromPicture = true;
+        QVERIFY(ChangedRect(Background(state, Filled(Qt::gray)), own).isNull());
+    }
+
+    // Mint or not, only what is of the accent's colour changes: the picture and the glass do not.
+    void AnAccentFromThePictureColorsTheMarksOnly() {
+        SkinCache skins;
+        const QImage red = Filled(QColor(120, 10, 20));
+        for (const Theme theme : {Theme::Default, Theme::Tdp, Theme::Time}) {
+            for (const Orientation orientation : kOrientations) {
+                ScreenState state = ThemeScreen(theme, orientation);
+                const QImage own = ComposeBackground(state, red, skins).image;
+                state.layout.accentFromPicture = true;
+                const PanelBackground taken = ComposeBackground(state, red, skins);
+                QVERIFY(taken.accent && qRed(*taken.accent) > qGreen(*taken.accent));
+                int changed = 0;
+                for (int y = 0; y < own.height(); ++y) {
+                    for (int x = 0; x < own.width(); ++x) {
+                        const QColor a = own.pixelColor(x, y);
+                        const QColor b = taken.image.pixelColor(x, y);
+                        changed += qAbs(a.red() - b.red()) + qAbs(a.green() - b.green()) > 40 ? 1 : 0;
+                    }
+                }
+                const int all = own.width() * own.height();
+                QVERIFY2(changed > all / 200 && changed < all / 5, QByteArray::number(changed));
+                // And back again, from the same cache.
+                state.layout.accentFromPicture = false;
+                QVERIFY(ChangedRect(ComposeBackground(state, red, skins).image, own).isNull());
+            }
+        }
+    }
+
     void OneCacheServesEverySkin() {
         SkinCache skins;
         const QImage picture = LoadPicture(DefaultBackground());
         QVector<NamedScreen> screens = Screens();
         screens += Screens();
         for (const NamedScreen& screen : screens) {
-            QVERIFY2(ChangedRect(ComposeBackground(screen.state, picture, skins),
+            QVERIFY2(ChangedRect(ComposeBackground(screen.state, picture, skins).image,
                                  Background(screen.state, picture))
                          .isNull(),
                      screen.name);

@@ -51,7 +51,7 @@ QImage Bare(const ScreenState& state, const QImage& picture) {
 
 QImage Composed(const ScreenState& state, const QImage& picture) {
     SkinCache skins;
-    return ComposeBackground(state, picture, skins);
+    return ComposeBackground(state, picture, skins).image;
 }
 
 // How much of its colour a picture keeps: the sum of what its channels lie apart, outside of plates.

@@ -75,7 +75,7 @@ void Walk(Panel& panel, const ScreenState& state, const ItemTexts& before, const
             continue;
         }
         const LiveUpdate update =
-            RenderItem(state, Background(state.orientation), texts, item, known == Known::Nothing);
+            RenderItem(state, {Background(state.orientation)}, texts, item, known == Known::Nothing);
         for (const Cut& cut : update.cuts) {
             panel.Take(cut);
         }
@@ -146,7 +146,7 @@ private slots:
         const ItemTexts texts = LiveTexts(state.language)[1];
         for (int item = 0; item < kLiveItems; ++item) {
             const QVector<Cut> cuts =
-                RenderItem(state, Background(state.orientation), texts, item, true).cuts;
+                RenderItem(state, {Background(state.orientation)}, texts, item, true).cuts;
             const bool sent = IsUpdateSent(state, item, true);
             QCOMPARE(!cuts.isEmpty(), sent);
             for (const Cut& cut : cuts) {
@@ -164,7 +164,7 @@ private slots:
             const int item = k / 2;
             const bool firstTime = k % 2 != 0;
             const LiveUpdate update =
-                RenderItem(state, Background(state.orientation), texts, item, firstTime);
+                RenderItem(state, {Background(state.orientation)}, texts, item, firstTime);
             QVERIFY(update.cuts.isEmpty() || (update.drawnItems >> item & 1U) != 0);
             ItemTexts others = LiveTexts(state.language)[3];
             for (int drawn = 0; drawn < kLiveItems; ++drawn) {
@@ -173,7 +173,7 @@ private slots:
                 }
             }
             const LiveUpdate again =
-                RenderItem(state, Background(state.orientation), others, item, firstTime);
+                RenderItem(state, {Background(state.orientation)}, others, item, firstTime);
             QCOMPARE(again.drawnItems, update.drawnItems);
             QCOMPARE(again.cuts.size(), update.cuts.size());
             for (int cut = 0; cut < update.cuts.size(); ++cut) {
@@ -197,7 +197,7 @@ private slots:
     void SameTextsSamePixels() {
         QFETCH(ScreenState, state);
         for (const ItemTexts& texts : AllTexts(state.language)) {
-            const QImage frame = ComposeFrame(state, Background(state.orientation), texts);
+            const QImage frame = ComposeFrame(state, {Background(state.orientation)}, texts);
             for (const Known known : {Known::Nothing, Known::Frame}) {
                 Panel panel(state);
                 panel.Show(frame);
@@ -215,9 +215,9 @@ private slots:
             for (int step = 1; step <= 2; ++step) {
                 const ItemTexts& before = texts[from];
                 const ItemTexts& after = texts[(from + step) % texts.size()];
-                const QImage wanted = ComposeFrame(state, Background(state.orientation), after);
+                const QImage wanted = ComposeFrame(state, {Background(state.orientation)}, after);
                 Panel panel(state);
-                panel.Show(ComposeFrame(state, Background(state.orientation), before));
+                panel.Show(ComposeFrame(state, {Background(state.orientation)}, before));
                 Walk(panel, state, before, after, Known::Texts);
                 QCOMPARE(panel.DifferenceTo(wanted), QByteArray());
             }
@@ -230,10 +230,10 @@ private slots:
         QFETCH(ScreenState, state);
         const QVector<ItemTexts> all = AllTexts(state.language);
         const ItemTexts after = LiveTexts(state.language)[2];
-        const QImage wanted = ComposeFrame(state, Background(state.orientation), after);
+        const QImage wanted = ComposeFrame(state, {Background(state.orientation)}, after);
         for (const ItemTexts& before : all) {
             Panel panel(state);
-            panel.Show(ComposeFrame(state, Background(state.orientation), before));
+            panel.Show(ComposeFrame(state, {Background(state.orientation)}, before));
             Walk(panel, state, before, after, Known::Nothing);
             QCOMPARE(panel.DifferenceTo(wanted), QByteArray());
         }
@@ -262,17 +262,17 @@ private slots:
         ItemTexts before = LiveTexts(state.language)[1];
         before[Time] = times.last();
         Panel panel(state);
-        panel.Show(ComposeFrame(state, Background(state.orientation), before));
+        panel.Show(ComposeFrame(state, {Background(state.orientation)}, before));
         for (const QString& first : times) {
             for (const QString& second : {first, QStringLiteral("10:10"), QStringLiteral("20:48")}) {
                 ItemTexts after = before;
                 after[Time] = second;
                 const LiveUpdate update =
-                    RenderItem(state, Background(state.orientation), after, Time, false);
+                    RenderItem(state, {Background(state.orientation)}, after, Time, false);
                 for (const Cut& cut : update.cuts) {
                     panel.Take(cut);
                 }
-                const QImage wanted = ComposeFrame(state, Background(state.orientation), after);
+                const QImage wanted = ComposeFrame(state, {Background(state.orientation)}, after);
                 QCOMPARE(panel.DifferenceTo(wanted), QByteArray());
                 before = after;
             }

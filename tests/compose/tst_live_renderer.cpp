@@ -17,7 +17,8 @@ constexpr auto kStanding = Orientation::Portrait;
 const QString kOther = QStringLiteral("something else");
 
 QVector<Cut> Update(const ScreenState& state, int item) {
-    return RenderItem(state, NoisyCanvas(state.orientation), LiveTexts(state.language)[1], item, false).cuts;
+    return RenderItem(state, {NoisyCanvas(state.orientation)}, LiveTexts(state.language)[1], item, false)
+        .cuts;
 }
 
 QVector<QRect> Places(const QVector<Cut>& cuts) {
@@ -216,7 +217,8 @@ private slots:
                                          SharedSlotScreen(3, kLying), ThemeScreen(Theme::Scene, kLying)}) {
             const ItemTexts texts = LiveTexts(state.language)[1];
             QRect covered;
-            for (const Cut& cut : RenderItem(state, NoisyCanvas(state.orientation), texts, Time, true).cuts) {
+            for (const Cut& cut :
+                 RenderItem(state, {NoisyCanvas(state.orientation)}, texts, Time, true).cuts) {
                 covered |= cut.canvasRect;
             }
             QCOMPARE(covered, LayOutTexts(state, texts).first().rect);
@@ -229,7 +231,7 @@ private slots:
                 state.layout.shown.fill(true);
                 ItemTexts texts = LiveTexts(state.language)[1];
                 texts[OtherText] = kOther;
-                QVERIFY(RenderItem(state, NoisyCanvas(kLying), texts, item, true).cuts.isEmpty());
+                QVERIFY(RenderItem(state, {NoisyCanvas(kLying)}, texts, item, true).cuts.isEmpty());
             }
         }
     }
@@ -243,7 +245,7 @@ private slots:
         QCOMPARE(left, QRect(18, 169 - 33, 24, 33));
         QCOMPARE(WireRect(cuts.last().canvasRect, kStanding), QRect(18, 169 - 66, 24, 33));
         const ItemTexts texts = LiveTexts(state.language)[1];
-        const QImage frame = ComposeFrame(state, NoisyCanvas(kStanding), texts);
+        const QImage frame = ComposeFrame(state, {NoisyCanvas(kStanding)}, texts);
         for (const Cut& cut : cuts) {
             QCOMPARE(cut.pixels, WirePixels(frame, cut.canvasRect, kStanding));
         }

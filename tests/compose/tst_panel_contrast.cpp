@@ -1,14 +1,13 @@
-// Every text of every theme and layout against what it stands on, over pictures of all kinds: 4.5 to 1 at
-// least, but for one pixel in twenty. KIVO_CONTRAST_PICTURES=50 tries more random pictures and every colour
-// and row of the free text over each.
+// Every text of every theme and layout against what it stands on, over pictures of all kinds, as they are and
+// blurred and dimmed: 4.5 to 1 at least, but for one pixel in twenty. KIVO_CONTRAST_PICTURES=50 tries more
+// random pictures and every colour and row of the free text over each.
 
-#include <QRandomGenerator>
 #include <algorithm>
 
 #include "compose/frame_composer.h"
 #include "compose_test_support.h"
+#include "grounds.h"
 #include "light.h"
-#include "pictures/picture_reader.h"
 #include "support/test_program.h"
 
 using namespace kivo;
@@ -24,101 +23,18 @@ int RandomPictures() {
                : kFewPictures;
 }
 
-struct Ground {
-    QByteArray name;
-    QImage picture;
-};
-
-QImage Chequered(QSize size) {
-    QImage image(size, QImage::Format_RGB32);
-    for (int y = 0; y < size.height(); ++y) {
-        for (int x = 0; x < size.width(); ++x) {
-            image.setPixel(x, y, (x + y) % 2 == 0 ? qRgb(255, 255, 255) : qRgb(0, 0, 0));
-        }
-    }
-    return image;
-}
-
-QColor RandomColor(QRandomGenerator& random) {
-    // Bright ones more often than dark ones: they are what is hard to read on.
-    const int least = random.bounded(2) == 0 ? 150 : 0;
-    return QColor(random.bounded(least, 256), random.bounded(least, 256), random.bounded(least, 256));
-}
-
-// Fields, slopes, stripes, dots or grain in colours of chance.
-QImage RandomPicture(quint32 seed) {
-    QRandomGenerator random(seed);
-    QImage image(random.bounded(200, 900), random.bounded(200, 600), QImage::Format_RGB32);
-    image.fill(RandomColor(random));
-    QPainter painter(&image);
-    painter.setPen(Qt::NoPen);
-    const auto place = [&] {
-        return QRect(random.bounded(-50, image.width()), random.bounded(-50, image.height()),
-                     random.bounded(10, image.width()), random.bounded(10, image.height()));
-    };
-    switch (seed % 5) {
-        case 0:
-            for (int k = 0; k < 30; ++k) {
-                painter.fillRect(place(), RandomColor(random));
-            }
-            break;
-        case 1: {
-            QLinearGradient slope(place().topLeft(), place().bottomRight());
-            for (int k = 0; k <= 4; ++k) {
-                slope.setColorAt(k / 4.0, RandomColor(random));
-            }
-            painter.fillRect(image.rect(), slope);
-            break;
-        }
-        case 2: {
-            const int step = random.bounded(1, 24);
-            const QColor color = RandomColor(random);
-            for (int x = -image.height(); x < image.width(); x += 2 * step) {
-                painter.fillRect(QRect(x, 0, step, image.height()), color);
-            }
-            break;
-        }
-        case 3:
-            for (int k = 0; k < 400; ++k) {
-                painter.setBrush(RandomColor(random));
-                const int radius = random.bounded(1, 20);
-                painter.drawEllipse(place().topLeft(), radius, radius);
-            }
-            break;
-        default:
-            painter.end();
-            for (int y = 0; y < image.height(); ++y) {
-                for (int x = 0; x < image.width(); ++x) {
-                    image.setPixelColor(x, y, RandomColor(random));
-                }
-            }
-            break;
-    }
-    return image;
-}
-
 // The eleven built-in backgrounds, and the worst of the user's own.
 const QVector<Ground>& Grounds() {
     static const QVector<Ground> grounds = [] {
-        QVector<Ground> all;
-        const QStringList paths = BuiltInBackgrounds();
-        for (int k = 0; k < paths.size(); ++k) {
-            all.append({"background " + QByteArray::number(k + 1), LoadPicture(paths[k])});
-        }
-        QImage plain(320, 170, QImage::Format_RGB32);
-        plain.fill(Qt::white);
-        all.append({"white", plain});
-        plain.fill(Qt::black);
-        all.append({"black", plain});
+        QVector<Ground> all = BuiltInGrounds();
+        all.append({"white", Plain(Qt::white)});
+        all.append({"black", Plain(Qt::black)});
         for (const Orientation orientation : kOrientations) {
             all.append({"chequer of the panel's pixels, " + NameOf(orientation),
                         Chequered(CanvasSize(orientation))});
         }
         all.append({"chequer of the frame's pixels", Chequered(AreaFrameSize(Orientation::Landscape))});
-        for (int k = 0; k < RandomPictures(); ++k) {
-            all.append({"random picture " + QByteArray::number(k), RandomPicture(quint32(k))});
-        }
-        return all;
+        return all + RandomGrounds(RandomPictures());
     }();
     return grounds;
 }
@@ -129,6 +45,15 @@ struct Written {
     double light = 1;
     QVector<QPoint> ink;
 };
+
+// As it is, and softened each way, by turns.
+ScreenState Softened(ScreenState state, int turn) {
+    constexpr std::array<std::array<int, 2>, 4> kDimAndBlur{{{0, 0}, {0, 40}, {50, 0}, {30, 100}}};
+    state.layout.dim = kDimAndBlur[size_t(turn) % kDimAndBlur.size()][0];
+    state.layout.blur = kDimAndBlur[size_t(turn) % kDimAndBlur.size()][1];
+    state.layout.accentFromPicture = turn % 2 != 0;  // what is lit by it is a little brighter or darker
+    return state;
+}
 
 template <typename Draw>
 QVector<QPoint> InkPixels(Orientation orientation, const Draw& draw) {
@@ -265,7 +190,10 @@ private slots:
         SkinCache skins;
         Worst worst;
         for (const Ground& ground : Grounds()) {
-            worst.Look(written, ComposeBackground(state, ground.picture, skins), ground.name);
+            for (const int turn : {0, 1, 2, 3}) {
+                worst.Look(written, ComposeBackground(Softened(state, turn), ground.picture, skins).image,
+                           ground.name + ", " + QByteArray::number(turn));
+            }
         }
         qInfo("%s", worst.Where().constData());
         QVERIFY2(worst.Contrast() >= 4.5, worst.Where());
@@ -300,7 +228,10 @@ private slots:
         SkinCache skins;
         Worst worst;
         for (const Ground& ground : Grounds()) {
-            worst.Look(written, ComposeBackground(screen, ground.picture, skins), ground.name);
+            for (const int turn : {0, 1, 2, 3}) {
+                worst.Look(written, ComposeBackground(Softened(screen, turn), ground.picture, skins).image,
+                           ground.name + ", " + QByteArray::number(turn));
+            }
         }
         qInfo("%s", worst.Where().constData());
         QVERIFY2(worst.Contrast() >= 4.5, worst.Where());
@@ -337,7 +268,11 @@ private slots:
                 state.layout.sizeIndex = turn % kTextSizeCount;
                 state.layout.colorIndex = color;
                 state.textRow = row;
-                worst.Look({FreeText(state)}, ComposeBackground(state, ground.picture, skins), ground.name);
+                const QVector<Written> text{FreeText(state)};
+                for (const int soft : {0, 1, 2, 3}) {
+                    worst.Look(text, ComposeBackground(Softened(state, soft), ground.picture, skins).image,
+                               ground.name + ", " + QByteArray::number(soft));
+                }
             }
         }
         qInfo("%s", worst.Where().constData());

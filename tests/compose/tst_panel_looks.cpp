@@ -70,7 +70,7 @@ private Q_SLOTS:
         QVERIFY(qAlpha(color) > 200);
         SkinCache skins;
         for (const Ground& ground : Grounds()) {
-            const QImage frame = ComposeBackground(state, ground.picture, skins);
+            const QImage frame = ComposeBackground(state, ground.picture, skins).image;
             QVector<double> beside;
             for (int y = 2; y < icons.height() - 2; ++y) {
                 for (int x = 2; x < icons.width() - 2; ++x) {
@@ -190,7 +190,7 @@ private Q_SLOTS:
         for (const Theme theme : {Theme::Default, Theme::Tdp, Theme::Time}) {
             const ScreenState state = ThemeScreen(theme, Orientation::Landscape);
             SkinCache skins;
-            const QImage frame = ComposeBackground(state, Grounds()[number - 1].picture, skins);
+            const QImage frame = ComposeBackground(state, Grounds()[number - 1].picture, skins).image;
             const QImage glass = skins.SkinOf(state, frame.size()).glassOnPanel;
             QVector<int> longest;
             for (int y = 20; y < frame.height() - 20; ++y) {
@@ -223,7 +223,7 @@ private Q_SLOTS:
         QFETCH(int, most);
         const ScreenState state = ThemeScreen(Theme::Scene, Orientation::Landscape);
         SkinCache skins;
-        const QImage frame = ComposeBackground(state, Grounds()[number - 1].picture, skins);
+        const QImage frame = ComposeBackground(state, Grounds()[number - 1].picture, skins).image;
         QVector<int> longest;  // of each row in the upper sixth, which no theme covers in full
         for (int y = 2; y < 28; ++y) {
             int run = 1;

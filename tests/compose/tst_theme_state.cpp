@@ -188,6 +188,42 @@ private slots:
         QCOMPARE(QSettings(ConfigFilePath(), QSettings::IniFormat).allKeys().size(), 4 + 10 * (10 + 9 * 5));
     }
 
+    void WhatIsMadeOfThePictureComesBack() {
+        ThemeState saved = SpecialState();
+        saved.layouts[1].dim = 100;
+        saved.layouts[6].blur = 10;
+        saved.layouts[9].dim = 70;
+        saved.layouts[9].blur = 40;
+        saved.layouts[3].accentFromPicture = true;
+        SaveThemeState(saved);
+        QCOMPARE(Stored(QStringLiteral("H2/Dim")).toInt(), 100);
+        QCOMPARE(Stored(QStringLiteral("V3/Blur")).toInt(), 10);
+        QCOMPARE(Stored(QStringLiteral("H4/AccentOfPicture")).toInt(), 1);
+        const ThemeState loaded = LoadThemeState(InterfaceLanguage::Chinese);
+        for (int n = 0; n < kLayoutCount; ++n) {
+            QVERIFY2(loaded.layouts[size_t(n)] == saved.layouts[size_t(n)], qPrintable(kGroups[n]));
+        }
+    }
+
+    // A file in which nobody chose it is what it always was, also after somebody chose it and went back.
+    void NothingMadeOfThePictureLeavesNoKey() {
+        const auto content = [] {
+            QFile file(ConfigFilePath());
+            return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+        };
+        ThemeState state = SpecialState();
+        SaveThemeState(state);
+        const QByteArray before = content();
+        QVERIFY(!before.contains("Dim") && !before.contains("Blur") && !before.contains("Accent"));
+        state.layouts[0].dim = 20;
+        state.layouts[3].accentFromPicture = true;
+        state.layouts[8].blur = 20;
+        SaveThemeState(state);
+        QVERIFY(content() != before);
+        SaveThemeState(SpecialState());
+        QCOMPARE(content(), before);
+    }
+
     void FactoryStateComesBackInEveryLanguage() {
         for (const InterfaceLanguage language : kLanguages) {
             SaveThemeState(FactoryThemeState(language));
@@ -276,6 +312,10 @@ private slots:
         row("negative emphasis", "H1/highlight", -4);
         row("size that is not there", "CUSTOM0/Size", 3);
         row("colour that is not there", "CUSTOM0/Color", 77);
+        row("dimmed to less than nothing", "H1/Dim", 101);
+        row("dimmed the other way", "H1/Dim", -10);
+        row("accent from elsewhere", "H1/AccentOfPicture", 2);
+        row("blurred by a word", "CUSTOM0/Blur", QStringLiteral("much"));
         row("offset beyond reason", "H1/XPt", 2000000000);
         row("zoom as a word", "H1/XZoom", QStringLiteral("wide"));
         row("rectangle as a word", "H1/ShowStringRect_0", QStringLiteral("everywhere"));
@@ -299,6 +339,8 @@ private slots:
         QVERIFY(screen.layout.highlight >= 0 && screen.layout.highlight <= 8);
         QVERIFY(screen.layout.xPt >= -65535 && screen.layout.xPt <= 65535);
         QVERIFY(screen.layout.sizeIndex == 0 && screen.layout.colorIndex == 0);
+        QVERIFY(screen.layout.dim == 0 && screen.layout.blur == 0 && !screen.layout.accentFromPicture);
+        QVERIFY(state.layouts[8].blur == 0);
         QVERIFY(LogLines::Lines().size() <= 1);
     }
 

@@ -181,11 +181,39 @@ private slots:
         }
     }
 
+    void TheyHaveTheAccentOfThePicture() {
+        const ScreenState state = ThemeScreen(Theme::Default, Orientation::Landscape);
+        ItemTexts texts;
+        texts[CpuUsage] = Percent(50);
+        const auto accentAt = [&](const PanelBackground& background) {
+            for (const TextRun& run : LayOutTexts(state, texts)) {
+                if (run.item == CpuUsage && !run.scale.rect.isEmpty()) {
+                    return ComposeFrame(state, background, texts).pixel(run.scale.rect.topLeft());
+                }
+            }
+            return QRgb(0);
+        };
+        const QImage black = BlackCanvas(state.orientation);
+        const auto onPanel = [](QRgb color) {
+            QImage one(1, 1, QImage::Format_RGB16);
+            one.fill(QColor(color));
+            return one.pixel(0, 0);
+        };
+        QCOMPARE(accentAt({black}), onPanel(kMint));
+        QCOMPARE(accentAt({black, 0xFF9A7BFF}), onPanel(0xFF9A7BFF));
+    }
+
     // What is sent for a value brings its ticks: the panel then has what a whole frame would have drawn.
+    void TheyTravelWithTheValue_data() {
+        QTest::addColumn<std::optional<QRgb>>("accent");
+        QTest::newRow("the theme's accent") << std::optional<QRgb>();
+        QTest::newRow("the picture's accent") << std::optional<QRgb>(0xFF9A7BFF);
+    }
     void TheyTravelWithTheValue() {
+        QFETCH(std::optional<QRgb>, accent);
         for (const Orientation orientation : kOrientations) {
             const ScreenState state = ThemeScreen(Theme::Default, orientation);
-            const QImage background = NoisyCanvas(orientation);
+            const PanelBackground background{NoisyCanvas(orientation), accent};
             ItemTexts texts = LiveTexts(state.language)[0];
             QImage panel = ComposeFrame(state, background, texts);
             for (const int item : kItemsWithScale) {

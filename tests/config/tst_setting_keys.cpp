@@ -57,7 +57,8 @@ private slots:
             row(key, SettingType::Int, -1);
         }
         for (const char* key : {"H1/XPt", "H1/YPt", "H1/XZoom", "H1/YZoom", "H1/highlight", "CUSTOM0/Size",
-                                "CUSTOM0/Color", "V4/Show_0", "V4/Show_8", "V4/Show2_0", "V4/Show2_8"}) {
+                                "CUSTOM0/Color", "H4/Dim", "CUSTOM1/Blur", "V1/AccentOfPicture", "V4/Show_0",
+                                "V4/Show_8", "V4/Show2_0", "V4/Show2_8"}) {
             row(key, SettingType::Int, 0);
         }
         for (const char* key :
@@ -87,9 +88,25 @@ private slots:
             QVERIFY2(!seen.contains(named.key), qPrintable(named.key));
             seen.insert(named.key);
         }
-        // 9 single keys, one picture and its name, ten slots, and per group ten keys and five for each of
-        // nine items.
-        QCOMPARE(seen.size(), 9 + 2 + 10 + 10 * (10 + 9 * 5));
+        // 9 single keys, one picture and its name, ten slots, and per group thirteen keys and five for each
+        // of nine items.
+        QCOMPARE(seen.size(), 9 + 2 + 10 + 10 * (13 + 9 * 5));
+    }
+
+    // What is missing has its default; the key of a number that is taken out must mean the same.
+    void optionalKeysAreNumbersThatMeanNothingWhereTheyAreMissing() {
+        QStringList optional;
+        for (const NamedSetting& named : AllSettings()) {
+            if (named.setting.isOptional) {
+                QCOMPARE(named.setting.type, SettingType::Int);
+                QCOMPARE(named.setting.defaultInt, 0);
+                optional.append(named.key);
+            }
+        }
+        QVERIFY(optional.contains(QStringLiteral("H1/Dim")));
+        QVERIFY(optional.contains(QStringLiteral("CUSTOM1/Blur")));
+        QVERIFY(optional.contains(QStringLiteral("H3/AccentOfPicture")));
+        QVERIFY(!optional.contains(QStringLiteral("H1/XPt")));
     }
 
     void everyDefaultIsInsideItsRange() {

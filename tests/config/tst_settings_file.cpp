@@ -36,6 +36,23 @@ private slots:
         QVERIFY(!QFileInfo::exists(path));
     }
 
+    void anOptionalKeyStandsThereOnlyWithAValueOfItsOwn() {
+        const QString path = NewPath();
+        const QString key = GroupKey(QStringLiteral("H1"), keys::kDim);
+        SettingsWriter(path).SetInt(QStringLiteral("H1/XPt"), 1);
+        const auto content = [&path] {
+            QFile file(path);
+            return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+        };
+        const QByteArray before = content();
+        QVERIFY(!before.isEmpty());
+        SettingsWriter(path).SetOptionalInt(key, keys::kDim, 30);
+        QCOMPARE(SettingsReader(path).Int(key, keys::kDim), 30);
+        SettingsWriter(path).SetOptionalInt(key, keys::kDim, 0);
+        QVERIFY(!SettingsReader(path).Contains(key));
+        QCOMPARE(content(), before);
+    }
+
     void integersAreReadByTheirRow_data() {
         QTest::addColumn<QByteArray>("line");
         QTest::addColumn<int>("row");  // Config/CurRectID: default 2, range 0 to 2.

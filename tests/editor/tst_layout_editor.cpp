@@ -43,6 +43,108 @@ private slots:
     void initTestCase() { SetUpDrawing(); }
     void init() { ForgetSettings(); }
 
+    // What follows one another is one step, as the notches of a wheel are; each drag begins and ends one.
+    void ADragOfASliderIsOneStep() {
+        Hands hand;
+        LayoutEditor& editor = hand.editor;
+        for (const int percent : {10, 20, 30}) {
+            QVERIFY(editor.SetDim(percent));
+        }
+        editor.EndRun();
+        for (const int percent : {40, 50}) {
+            QVERIFY(editor.SetDim(percent));
+        }
+        QVERIFY(editor.SetBlur(60));
+        QVERIFY(editor.SetBlur(70));
+        QCOMPARE(hand.Layout().dim, 50);
+        QVERIFY(editor.Undo());
+        QCOMPARE(hand.Layout().blur, 0);
+        QVERIFY(editor.Undo());
+        QCOMPARE(hand.Layout().dim, 30);
+        QVERIFY(editor.Undo());
+        QCOMPARE(hand.Layout().dim, 0);
+        QVERIFY(!editor.CanUndo());
+        QVERIFY(editor.Redo() && editor.Redo() && editor.Redo());
+        QVERIFY(hand.Layout().dim == 50 && hand.Layout().blur == 70);
+    }
+
+    void ADragThatComesBackIsNoStep() {
+        Hands hand;
+        hand.editor.EndRun();
+        hand.editor.SetBlur(10);
+        hand.editor.SetBlur(0);
+        hand.editor.EndRun();
+        QVERIFY(!hand.editor.CanUndo());
+    }
+
+    void ThereIsNoMoreThanAllAndNoLessThanNothing() {
+        Hands hand;
+        for (const int percent : {-1, 101, 1000}) {
+            QVERIFY(!hand.editor.SetDim(percent));
+            QVERIFY(!hand.editor.SetBlur(percent));
+        }
+        QVERIFY(hand.Layout().dim == 0 && hand.Layout().blur == 0);
+        QVERIFY(hand.editor.SetDim(100) && hand.editor.SetBlur(100));
+    }
+
+    void EachLayoutHasItsOwn() {
+        Hands hand;
+        hand.editor.SetDim(40);
+        hand.ShowVariant(1);
+        QCOMPARE(hand.Layout().dim, 0);
+        hand.Change([](ThemeState& themes) { themes.mode = 0; });
+        QCOMPARE(hand.Layout().dim, 0);
+        hand.editor.SetBlur(20);
+        hand.editor.SetAccentFromPicture(true);
+        hand.editor.Turn(Orientation::Portrait);
+        QVERIFY(hand.Layout().blur == 0 && !hand.Layout().accentFromPicture);
+    }
+
+    void OnlyAThemeWithAnAccentTakesOne() {
+        Hands hand;
+        QVERIFY(!hand.editor.SetAccentFromPicture(true));
+        for (const Theme theme : {Theme::Default, Theme::Scene, Theme::Tdp, Theme::Time}) {
+            hand.Change([theme](ThemeState& themes) {
+                themes.mode = 0;
+                themes.theme = int(theme);
+            });
+            QCOMPARE(hand.editor.SetAccentFromPicture(true), theme != Theme::Scene);
+            QCOMPARE(hand.Layout().accentFromPicture, theme != Theme::Scene);
+        }
+        QVERIFY(hand.editor.Undo());
+        QVERIFY(!hand.Layout().accentFromPicture);
+    }
+
+    // As the trim does: what is made of a picture belongs to it.
+    void CancelTakesThemBackUnlessThePictureIsAnother() {
+        Hands hand;
+        hand.editor.SetDim(30);
+        hand.editor.SetBlur(20);
+        hand.editor.Revert();
+        QVERIFY(hand.Layout().dim == 0 && hand.Layout().blur == 0);
+        hand.editor.SetPicture(Other());
+        hand.editor.SetDim(30);
+        hand.editor.SetBlur(20);
+        hand.editor.Revert();
+        QVERIFY(hand.Layout().dim == 30 && hand.Layout().blur == 20);
+    }
+
+    void ACommitSavesThem() {
+        Hands hand;
+        hand.editor.SetDim(30);
+        hand.editor.SetBlur(70);
+        QVERIFY(hand.editor.Commit());
+        QCOMPARE(Stored(QStringLiteral("CUSTOM0/Dim")).toInt(), 30);
+        QCOMPARE(Stored(QStringLiteral("CUSTOM0/Blur")).toInt(), 70);
+        hand.editor.SetDim(0);
+        QVERIFY(hand.editor.Commit());
+        QVERIFY(!Stored(QStringLiteral("CUSTOM0/Dim")).isValid());
+        LayoutEditor again;
+        again.Load();
+        QVERIFY(again.Edited() == again.Saved());
+        QCOMPARE(again.Layout().blur, 70);
+    }
+
     void SavingWritesTenIntegers() {
         Hands hand(CustomThemes(), EmptySlotTable());
         hand.editor.SetItem(FanSpeed, true);

@@ -89,7 +89,7 @@ private slots:
         ItemTexts texts = LiveTexts(state.language)[1];
         editor.SetLiveTexts(texts);
         const QImage preview = editor.grab().toImage();
-        const QImage frame = ComposeFrame(state, background, texts);
+        const QImage frame = ComposeFrame(state, {background}, texts);
         int compared = 0;
         for (int item = 0; item < kLiveValueCount; ++item) {
             if (texts[size_t(item)].isEmpty() || !HasPlace(state, item)) {
@@ -100,7 +100,7 @@ private slots:
             other[size_t(item)] = LiveTexts(state.language)[3][size_t(item)];
             editor.SetLiveTexts(other);
             const QRect inPreview = DifferentRect(preview, editor.grab().toImage());
-            const QRect inFrame = ChangedRect(frame, ComposeFrame(state, background, other));
+            const QRect inFrame = ChangedRect(frame, ComposeFrame(state, {background}, other));
             editor.SetLiveTexts(texts);
             QVERIFY2(!inPreview.isNull() && !inFrame.isNull(), QByteArray::number(item).constData());
             const QRectF expected(map.Mapped(QPointF(inFrame.topLeft())), QSizeF(inFrame.size()) * map.scale);
@@ -202,8 +202,8 @@ private slots:
         PreviewBackground background;
         background.SetSource(pictures);
         const ScreenState state = ThemeScreen(Theme::Time, kLying);
-        QCOMPARE(background.Composed(state, QSize(864, 459)).size(), QSize(864, 459));
-        QCOMPARE(background.Composed(state, QSize(432, 230)).size(), QSize(432, 230));
+        QCOMPARE(background.Composed(state, QSize(864, 459)).image.size(), QSize(864, 459));
+        QCOMPARE(background.Composed(state, QSize(432, 230)).image.size(), QSize(432, 230));
         QCOMPARE(background.CompositionCount(), 2);
         QTRY_VERIFY(!pictures.IsBusy());
         QCOMPARE(pictures.ReadCount(), 1);
@@ -212,7 +212,7 @@ private slots:
     // Neither before the first picture, nor where there is no source at all.
     void UntilAPictureIsThereTheGroundIsNotBlack() {
         PreviewBackground background;
-        const QImage ground = background.Composed(ThemeScreen(Theme::Time, kLying), QSize(320, 170));
+        const QImage ground = background.Composed(ThemeScreen(Theme::Time, kLying), QSize(320, 170)).image;
         QVERIFY(qGray(ground.pixel(160, 85)) > 8);
         QVERIFY(background.PictureSize(ThemeScreen(Theme::Time, kLying)).isEmpty());
     }
@@ -232,7 +232,9 @@ private slots:
         background.SetSource(pictures);
         ScreenState state = ThemeScreen(Theme::Scene, kLying);
         state.layout.picture = QStringLiteral("red");
-        const auto color = [&] { return background.Composed(state, QSize(320, 170)).pixelColor(160, 100); };
+        const auto color = [&] {
+            return background.Composed(state, QSize(320, 170)).image.pixelColor(160, 100);
+        };
         QTRY_VERIFY(color().red() > color().blue());
         isHeld = true;
         state.layout.picture = QStringLiteral("blue");

@@ -99,7 +99,7 @@ struct Desk {
     // What the panel shows, against a whole frame of this state with the texts of now; its first difference.
     QRect DifferenceTo(const ScreenState& state) const {
         SkinCache skins;
-        const QImage background = ComposeBackground(state, LoadPicture(PicturePath(state)), skins);
+        const PanelBackground background = ComposeBackground(state, LoadPicture(PicturePath(state)), skins);
         return ChangedRect(panel.State().UprightImage().convertToFormat(QImage::Format_RGB16),
                            ComposeFrame(state, background, texts));
     }

@@ -83,6 +83,11 @@ ScreenState RandomStates::Draw(QRandomGenerator& random, InterfaceLanguage langu
         state.layout.yPt = random.bounded(60);
         state.layout.xZoom = random.bounded(80);
     }
+    if (OneIn(random, 4)) {
+        state.layout.dim = random.bounded(101);
+        state.layout.blur = random.bounded(101);
+    }
+    state.layout.accentFromPicture = OneIn(random, 4);
     return state;
 }
 

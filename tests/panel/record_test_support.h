@@ -18,7 +18,7 @@ inline const ItemTexts kTexts{QStringLiteral("45℃"),
                               QString()};
 
 inline SharedFrame FrameOf(const ScreenState& state) {
-    return MakePanelFrame(state, BlackCanvas(state.orientation));
+    return MakePanelFrame(state, {BlackCanvas(state.orientation)});
 }
 inline SharedFrame FrameOf(Theme theme, Orientation orientation = Orientation::Landscape) {
     return FrameOf(ThemeScreen(theme, orientation));

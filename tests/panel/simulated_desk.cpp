@@ -310,7 +310,7 @@ ItemTexts SimulatedDesk::TextsNow() const {
 }
 
 QByteArray SimulatedDesk::FrameOf(const ScreenState& state, const ItemTexts& texts) {
-    const QImage background = ComposeBackground(state, LoadPicture(PicturePath(state)), m_skins);
+    const PanelBackground background = ComposeBackground(state, LoadPicture(PicturePath(state)), m_skins);
     const QImage frame = ComposeFrame(state, background, texts);
     return WirePixels(frame, frame.rect(), state.orientation);
 }

@@ -37,7 +37,7 @@ QImage AllColors(Orientation orientation) {
 }
 
 SharedFrame FrameOf(Orientation orientation, Theme theme = Theme::Default) {
-    return MakePanelFrame(StateOf(orientation, theme), AllColors(orientation));
+    return MakePanelFrame(StateOf(orientation, theme), {AllColors(orientation)});
 }
 
 }  // namespace
@@ -81,10 +81,35 @@ private slots:
             QVERIFY(loaded);
             QCOMPARE(loaded->id, saved->id);
             QVERIFY(loaded->state == saved->state);
-            QCOMPARE(loaded->background.format(), QImage::Format_RGB16);
-            QCOMPARE(loaded->background.size(), CanvasSize(orientation));
-            QVERIFY(ChangedRect(loaded->background, saved->background).isNull());
+            QCOMPARE(loaded->background.image.format(), QImage::Format_RGB16);
+            QCOMPARE(loaded->background.image.size(), CanvasSize(orientation));
+            QVERIFY(ChangedRect(loaded->background.image, saved->background.image).isNull());
         }
+    }
+
+    // Found anew, it might be another one than that of the ticks that a panel shows already.
+    void TheAccentOfThePictureComesBack() {
+        const SharedFrame own = FrameOf(kLying);
+        const SharedFrame saved = MakePanelFrame(own->state, {own->background.image, 0xFF8FC710});
+        QVERIFY(FrameStore(Path()).Save(saved));
+        const SharedFrame loaded = LoadAfresh(saved->state);
+        QVERIFY(loaded);
+        QCOMPARE(loaded->id, saved->id);
+        QVERIFY(loaded->background.accent == 0xFF8FC710);
+        QVERIFY(FrameStore(Path()).Save(own));
+        QVERIFY(!LoadAfresh(own->state)->background.accent);
+    }
+
+    void AFileWithAnotherAccentIsNotBelieved() {
+        const SharedFrame own = FrameOf(kLying);
+        QVERIFY(FrameStore(Path()).Save(MakePanelFrame(own->state, {own->background.image, 0xFF8FC710})));
+        QImage file(Path(), "PNG");
+        file.setText(QStringLiteral("kivo-accent"), QStringLiteral("#8fc711"));
+        QVERIFY(file.save(Path(), "PNG"));
+        QVERIFY(!LoadAfresh(own->state));
+        file.setText(QStringLiteral("kivo-accent"), QStringLiteral("no colour at all"));
+        QVERIFY(file.save(Path(), "PNG"));
+        QVERIFY(!LoadAfresh(own->state));
     }
 
     void TheFileIsAPng() {
@@ -222,7 +247,7 @@ private slots:
 
     void NothingToSaveIsAFailure() {
         const LogLines log;
-        QVERIFY(!FrameStore(Path()).Save(MakePanelFrame(StateOf(kLying), QImage())));
+        QVERIFY(!FrameStore(Path()).Save(MakePanelFrame(StateOf(kLying), {})));
         QVERIFY(!QFile::exists(Path()));
     }
 
@@ -345,7 +370,7 @@ private slots:
         FrameStore store(Path());
         QVERIFY(store.Save(FrameOf(kLying)));
         const LogLines log;
-        QVERIFY(!store.Save(MakePanelFrame(StateOf(kLying), QImage())));
+        QVERIFY(!store.Save(MakePanelFrame(StateOf(kLying), {})));
         store.KeepSaved(milliseconds(0));
         QCOMPARE(LogLines::Lines().size(), 2);
     }

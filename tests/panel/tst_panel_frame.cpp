@@ -55,12 +55,16 @@ public:
 
 // A field more in a layout, and this does not compile any more: it needs a row of its own.
 void AddChangesOf(const LayoutRecord& layout, Changes& changes) {
-    const auto& [xPt, yPt, xZoom, yZoom, highlight, shown, selected, tile, textRect, sample, picture,
-                 freeText, defaultPicture, sizeIndex, colorIndex] = layout;
+    const auto& [xPt, yPt, xZoom, yZoom, dim, blur, accentFromPicture, highlight, shown, selected, tile,
+                 textRect, sample, picture, freeText, defaultPicture, sizeIndex, colorIndex] = layout;
     changes.Number("xPt", &LayoutRecord::xPt);
     changes.Number("yPt", &LayoutRecord::yPt);
     changes.Number("xZoom", &LayoutRecord::xZoom);
     changes.Number("yZoom", &LayoutRecord::yZoom);
+    changes.Number("dim", &LayoutRecord::dim);
+    changes.Number("blur", &LayoutRecord::blur);
+    changes.Add("accentFromPicture",
+                [](ScreenState& state) { state.layout.accentFromPicture = !state.layout.accentFromPicture; });
     changes.Number("highlight", &LayoutRecord::highlight);
     changes.Flags("shown", &LayoutRecord::shown);
     changes.Flags("selected", &LayoutRecord::selected);
@@ -111,7 +115,7 @@ ScreenState SomeState() {
 }
 
 QByteArray IdOf(const ScreenState& state) {
-    return MakePanelFrame(state, NoisyCanvas(Orientation::Landscape))->id;
+    return MakePanelFrame(state, {NoisyCanvas(Orientation::Landscape)})->id;
 }
 
 }  // namespace
@@ -128,6 +132,7 @@ private Q_SLOTS:
     void FieldsThatDecideAPictureAreInTheId_data();
     void FieldsThatDecideAPictureAreInTheId();
     void EveryPixelIsInTheId();
+    void TheAccentIsInTheId();
     void WhatPadsARowIsNot();
     void EqualFramesHaveEqualIds();
     void EveryScreenHasAnIdOfItsOwn();
@@ -137,9 +142,9 @@ private Q_SLOTS:
 void TestPanelFrame::HoldsWhatItWasMadeOf() {
     const ScreenState state = SomeState();
     const QImage background = NoisyCanvas(Orientation::Landscape);
-    const SharedFrame frame = MakePanelFrame(state, background);
+    const SharedFrame frame = MakePanelFrame(state, {background});
     QVERIFY(frame->state == state);
-    QVERIFY(ChangedRect(frame->background, background).isNull());
+    QVERIFY(ChangedRect(frame->background.image, background).isNull());
 }
 
 void TestPanelFrame::HasAnIdOfFortyDigits() {
@@ -170,15 +175,25 @@ void TestPanelFrame::EveryPixelIsInTheId() {
         ScreenState state = SomeState();
         state.orientation = orientation;
         const QImage background = NoisyCanvas(orientation);
-        const QByteArray id = MakePanelFrame(state, background)->id;
+        const QByteArray id = MakePanelFrame(state, {background})->id;
         const QPoint last(background.width() - 1, background.height() - 1);
         for (const QPoint pixel : {QPoint(0, 0), QPoint(last.x(), 0), QPoint(0, last.y()), last, last / 2}) {
             QImage changed = background;
             // The least change there is: one bit.
             reinterpret_cast<quint16*>(changed.scanLine(pixel.y()))[pixel.x()] ^= 1U;
-            QVERIFY(MakePanelFrame(state, changed)->id != id);
+            QVERIFY(MakePanelFrame(state, {changed})->id != id);
         }
     }
+}
+
+// The ticks have it, and no pixel of the background does.
+void TestPanelFrame::TheAccentIsInTheId() {
+    const QImage image = NoisyCanvas(Orientation::Landscape);
+    const QByteArray own = MakePanelFrame(SomeState(), {image})->id;
+    const QByteArray black = MakePanelFrame(SomeState(), {image, 0xFF000000})->id;
+    const QByteArray blue = MakePanelFrame(SomeState(), {image, 0xFF0000FF})->id;
+    QVERIFY(own != black && black != blue && own != blue);
+    QCOMPARE(MakePanelFrame(SomeState(), {image, 0xFF0000FF})->id, blue);
 }
 
 void TestPanelFrame::WhatPadsARowIsNot() {
@@ -191,7 +206,7 @@ void TestPanelFrame::WhatPadsARowIsNot() {
         for (int y = 0; y < image.height(); ++y) {
             memset(image.scanLine(y), 0x11, 6);
         }
-        ids[filling == 0 ? 0 : 1] = MakePanelFrame(SomeState(), image)->id;
+        ids[filling == 0 ? 0 : 1] = MakePanelFrame(SomeState(), {image})->id;
     }
     QCOMPARE(ids[0], ids[1]);
 }
@@ -201,8 +216,8 @@ void TestPanelFrame::EqualFramesHaveEqualIds() {
     QCOMPARE(IdOf(SomeState()), IdOf(SomeState()));
     SkinCache skins;
     const ScreenState state = SomeState();
-    const QImage first = ComposeBackground(state, QImage(), skins);
-    const QImage second = ComposeBackground(state, QImage(), skins);
+    const PanelBackground first = ComposeBackground(state, QImage(), skins);
+    const PanelBackground second = ComposeBackground(state, QImage(), skins);
     QCOMPARE(MakePanelFrame(state, first)->id, MakePanelFrame(state, second)->id);
 }
 

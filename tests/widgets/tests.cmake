@@ -7,6 +7,7 @@ kivo_add_tests(widgets
         my_list_widget
         nimb_item_delegate
         nimb_push_button
+        percent_slider
         press_combobox
         press_label
         self_plain_text_edit

@@ -1,6 +1,7 @@
 // Draws the panel in every theme and orientation, and the custom layouts, over a few backgrounds in three
 // languages, as the panel shows them (RGB565), for people to look at.
 //   kivo-contact-sheet FILE [--scale N] [--live] [--language sc|en|rus] [--backgrounds 1,4,6,7|all]
+//       [--dim N] [--blur N] [--accent]
 //
 // One page: on its left the landscape frames, on its right the portrait ones, a row a theme or layout, a
 // column a language and background. kivo-window-shots --sheet makes the same of the window.
@@ -24,6 +25,9 @@ using kivo::InterfaceLanguage;
 struct Options {
     int scale = 1;
     bool live = false;
+    int dim = 0;  // percent, as blur
+    int blur = 0;
+    bool accentFromPicture = false;
     QVector<QPair<QString, InterfaceLanguage>> languages;
     QVector<int> backgrounds;
 };
@@ -103,7 +107,10 @@ QImage Sheet(const Options& options) {
             const QImage picture = kivo::LoadPicture(kivo::BuiltInBackgrounds().value(number - 1));
             for (const auto orientation : {kivo::Orientation::Landscape, kivo::Orientation::Portrait}) {
                 for (int layout = 0; layout < kLayouts; ++layout) {
-                    const kivo::ScreenState state = SheetState(layout, orientation, language, number);
+                    kivo::ScreenState state = SheetState(layout, orientation, language, number);
+                    state.layout.dim = options.dim;
+                    state.layout.blur = options.blur;
+                    state.layout.accentFromPicture = options.accentFromPicture;
                     const kivo::ItemTexts texts = options.live ? LiveTexts(language) : state.layout.sample;
                     painter.drawImage(
                         PlaceInStrip(layout, orientation),
@@ -132,7 +139,10 @@ int main(int argc, char** argv) {
          {QStringLiteral("live"), QStringLiteral("Long live values instead of the samples.")},
          {QStringLiteral("language"), QStringLiteral("Only <sc|en|rus>."), QStringLiteral("name")},
          {QStringLiteral("backgrounds"), QStringLiteral("Built-in pictures, as 1,4,6,7, or all."),
-          QStringLiteral("list"), QStringLiteral("1,4")}});
+          QStringLiteral("list"), QStringLiteral("1,4")},
+         {QStringLiteral("dim"), QStringLiteral("Dim the pictures by <n> percent."), QStringLiteral("n")},
+         {QStringLiteral("blur"), QStringLiteral("Blur the pictures by <n> percent."), QStringLiteral("n")},
+         {QStringLiteral("accent"), QStringLiteral("Take the themes' accents from the pictures.")}});
     parser.process(application);
     if (parser.positionalArguments().size() != 1) {
         parser.showHelp(2);
@@ -140,6 +150,9 @@ int main(int argc, char** argv) {
     Options options;
     options.scale = qBound(1, parser.value(QStringLiteral("scale")).toInt(), 8);
     options.live = parser.isSet(QStringLiteral("live"));
+    options.dim = qBound(0, parser.value(QStringLiteral("dim")).toInt(), 100);
+    options.blur = qBound(0, parser.value(QStringLiteral("blur")).toInt(), 100);
+    options.accentFromPicture = parser.isSet(QStringLiteral("accent"));
     for (const auto& language : {qMakePair(QStringLiteral("sc"), InterfaceLanguage::Chinese),
                                  qMakePair(QStringLiteral("en"), InterfaceLanguage::English),
                                  qMakePair(QStringLiteral("rus"), InterfaceLanguage::Russian)}) {

@@ -47,7 +47,7 @@ int main(int argc, char** argv) {
     const kivo::ScreenState state = kivo::MakeScreenState(themes, kivo::FactorySlotTable(), 2, kNeutral);
     kivo::SkinCache skins;
     const QImage background =
-        kivo::ComposeBackground(state, kivo::LoadPicture(kivo::PicturePath(state)), skins);
+        kivo::ComposeBackground(state, kivo::LoadPicture(kivo::PicturePath(state)), skins).image;
     good = good && background.save(directory + QStringLiteral("/whole.png"), "PNG", 0);
 
     good = good && WriteIni(directory + QStringLiteral("/Default.ini"), QStringLiteral("SCREEN/Name"),

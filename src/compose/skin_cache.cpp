@@ -1,0 +1,144 @@
+#include "compose/skin_cache.h"
+
+#include <QPainter>
+
+#include "compose/geometry.h"
+#include "compose/picture_accent.h"
+#include "compose/theme_accents.h"
+#include "compose/theme_catalogue.h"
+
+namespace kivo {
+
+namespace {
+
+// A skin in twice the pixels where the picture under it is larger than the panel's: enlarged, the plain one
+// would be soft beside the texts.
+int SkinScale(const ScreenState& state, QSize pictureSize) {
+    return pictureSize.width() > AreaFrameSize(state.orientation).width() ? 2 : 1;
+}
+
+QString LayerPath(QString path, int scale) {
+    return scale == 1 ? path : path.replace(QLatin1String(".png"), QLatin1String("@2x.png"));
+}
+
+bool IsGlass(const ScreenState& state, const SkinLayer& layer) {
+    return layer.path == SkinPicture(state.theme, state.orientation);
+}
+
+bool IsOfIcons(const SkinLayer& layer) {
+    return layer.path.contains(QLatin1String("_icon"));
+}
+
+// The layers that are wanted, one over the other, in an image of that size.
+template <typename IsWanted>
+QImage Layers(const ScreenState& state, QSize size, int scale, const IsWanted& isWanted) {
+    QImage drawing(size, QImage::Format_ARGB32_Premultiplied);
+    drawing.fill(Qt::transparent);
+    QPainter painter(&drawing);
+    const QSizeF canvas = CanvasSize(state.orientation);
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    painter.scale(size.width() / canvas.width(), size.height() / canvas.height());
+    for (const SkinLayer& layer : SkinLayers(state.theme, state.orientation)) {
+        if (isWanted(layer)) {
+            painter.drawImage(layer.rect, QImage(LayerPath(layer.path, scale)));
+        }
+    }
+    return drawing;
+}
+
+// Glass is more than half opaque everywhere, so twice the opacity is the whole of it inside, and its part of
+// a pixel along its edge.
+QImage ShapesOf(QImage glass) {
+    for (int y = 0; y < glass.height(); ++y) {
+        auto* row = reinterpret_cast<QRgb*>(glass.scanLine(y));
+        for (int x = 0; x < glass.width(); ++x) {
+            row[x] = qRgba(0, 0, 0, qMin(255, 2 * qAlpha(row[x])));
+        }
+    }
+    return glass;
+}
+
+// All layers in one, what lies over the glass in another accent where one is given.
+QImage United(const ScreenState& state, int scale, std::optional<QRgb> accent) {
+    const QSize size = AreaFrameSize(state.orientation) * scale;
+    if (!accent) {
+        return Layers(state, size, scale, [](const SkinLayer&) { return true; });
+    }
+    const auto isGlass = [&](const SkinLayer& layer) { return IsGlass(state, layer); };
+    QImage drawing = Layers(state, size, scale, isGlass);
+    QImage marks = Layers(state, size, scale, [&](const SkinLayer& layer) { return !isGlass(layer); });
+    Recolor(marks, kThemeAccents[size_t(state.theme)], *accent);
+    QPainter(&drawing).drawImage(0, 0, marks);
+    return drawing;
+}
+
+Skin DecodeSkin(const ScreenState& state, int scale, std::optional<QRgb> accent) {
+    Skin skin;
+    skin.drawing = United(state, scale, accent);
+    if (HasGlass(state.theme)) {
+        skin.glass = ShapesOf(Layers(state, skin.drawing.size(), scale,
+                                     [&](const SkinLayer& layer) { return IsGlass(state, layer); }));
+        skin.glassOnPanel = ScaledTo(skin.glass, CanvasSize(state.orientation));
+    }
+    return skin;
+}
+
+// Clears what is farther from an icon than it is seen against.
+void KeepAround(const QImage& icons, QImage& glass) {
+    constexpr int kReach = 2;
+    for (int y = 0; y < glass.height(); ++y) {
+        auto* row = reinterpret_cast<QRgb*>(glass.scanLine(y));
+        for (int x = 0; x < glass.width(); ++x) {
+            bool isNear = false;
+            const QRect around = QRect(x - kReach, y - kReach, 2 * kReach + 1, 2 * kReach + 1) & icons.rect();
+            for (int k = 0; k < around.width() * around.height() && !isNear; ++k) {
+                const QPoint at = around.topLeft() + QPoint(k % around.width(), k / around.width());
+                isNear = qAlpha(icons.pixel(at)) > 0;
+            }
+            row[x] = isNear ? row[x] : 0;
+        }
+    }
+}
+
+}  // namespace
+
+QImage ScaledTo(const QImage& image, QSize size) {
+    return image.size() == size ? image : image.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+}
+
+const Skin& SkinCache::SkinOf(const ScreenState& state, QSize pictureSize, std::optional<QRgb> accent) {
+    const int scale = SkinScale(state, pictureSize);
+    const QString key = LayerPath(SkinPicture(state.theme, state.orientation), scale);
+    if (key != m_key) {
+        m_skin = DecodeSkin(state, scale, accent);
+    } else if (accent != m_accent) {
+        m_skin.drawing = United(state, scale, accent);
+    }
+    m_key = key;
+    m_accent = accent;
+    return m_skin;
+}
+
+const QVector<QImage>& SkinCache::GlassUnderIcons(const ScreenState& state) {
+    const QString key = SkinPicture(state.theme, state.orientation);
+    if (key == m_iconsKey) {
+        return m_underIcons;
+    }
+    const auto half = [&](const auto& isWanted) {
+        return ScaledTo(Layers(state, AreaFrameSize(state.orientation), 1, isWanted),
+                        CanvasSize(state.orientation) / 2);
+    };
+    const QImage glass = half([&](const SkinLayer& layer) { return IsGlass(state, layer); });
+    m_underIcons.clear();
+    for (const SkinLayer& icons : SkinLayers(state.theme, state.orientation)) {
+        if (IsOfIcons(icons)) {
+            QImage under = glass;
+            KeepAround(half([&](const SkinLayer& layer) { return layer.path == icons.path; }), under);
+            m_underIcons.append(under);
+        }
+    }
+    m_iconsKey = key;
+    return m_underIcons;
+}
+
+}  // namespace kivo
