@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "compose/frost.h"
+#include "runs.h"
 #include "support/test_program.h"
 
 using namespace kivo;
@@ -196,18 +197,8 @@ private slots:
         });
         const QRect glass(0, 0, 320, 170);
         const QImage panel = PanelPixels(slope, Mask(glass));
-        QVector<int> longest;
-        for (int y = 0; y < panel.height(); ++y) {
-            int run = 1;
-            int best = 1;
-            for (int x = 1; x < panel.width(); ++x) {
-                run = panel.pixel(x, y) == panel.pixel(x - 1, y) ? run + 1 : 1;
-                best = qMax(best, run);
-            }
-            longest.append(best);
-        }
-        std::sort(longest.begin(), longest.end());
-        QVERIFY2(longest[longest.size() / 2] <= 12, QByteArray::number(longest[longest.size() / 2]));
+        const int median = test::MedianRun(panel, 0, panel.height());
+        QVERIFY2(median <= 12, QByteArray::number(median));
     }
 };
 

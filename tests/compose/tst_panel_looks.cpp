@@ -4,6 +4,7 @@
 #include "compose_test_support.h"
 #include "light.h"
 #include "pictures/picture_reader.h"
+#include "runs.h"
 #include "support/test_program.h"
 
 using namespace kivo;
@@ -192,20 +193,7 @@ private Q_SLOTS:
             SkinCache skins;
             const QImage frame = ComposeBackground(state, Grounds()[number - 1].picture, skins).image;
             const QImage glass = skins.SkinOf(state, frame.size()).glassOnPanel;
-            QVector<int> longest;
-            for (int y = 20; y < frame.height() - 20; ++y) {
-                int run = 1;
-                int best = 1;
-                for (int x = 1; x < frame.width(); ++x) {
-                    const bool goesOn =
-                        qAlpha(glass.pixel(x, y)) == 255 && frame.pixel(x, y) == frame.pixel(x - 1, y);
-                    run = goesOn ? run + 1 : 1;
-                    best = qMax(best, run);
-                }
-                longest.append(best);
-            }
-            std::sort(longest.begin(), longest.end());
-            const int median = longest[longest.size() / 2];
+            const int median = MedianRun(frame, 20, frame.height() - 20, glass);
             QVERIFY2(median <= most, NameOf(theme) + ": " + QByteArray::number(median));
         }
     }
@@ -224,18 +212,8 @@ private Q_SLOTS:
         const ScreenState state = ThemeScreen(Theme::Scene, Orientation::Landscape);
         SkinCache skins;
         const QImage frame = ComposeBackground(state, Grounds()[number - 1].picture, skins).image;
-        QVector<int> longest;  // of each row in the upper sixth, which no theme covers in full
-        for (int y = 2; y < 28; ++y) {
-            int run = 1;
-            int best = 1;
-            for (int x = 1; x < frame.width(); ++x) {
-                run = frame.pixel(x, y) == frame.pixel(x - 1, y) ? run + 1 : 1;
-                best = qMax(best, run);
-            }
-            longest.append(best);
-        }
-        std::sort(longest.begin(), longest.end());
-        const int median = longest[longest.size() / 2];
+        // Of the rows in the upper sixth, which no theme covers in full.
+        const int median = MedianRun(frame, 2, 28);
         QVERIFY2(median <= most, QByteArray::number(median));
     }
 
