@@ -340,7 +340,7 @@
     </message>
     <message>
         <source>没有屏幕，插入后发送</source>
-        <translation>No screen; will be sent when it is plugged in</translation>
+        <translation>No screen; the picture waits for it</translation>
     </message>
     <message>
         <source>没有屏幕</source>
@@ -348,11 +348,11 @@
     </message>
     <message>
         <source>没有权限打开屏幕</source>
-        <translation>The screen may not be opened</translation>
+        <translation>No permission to open the screen</translation>
     </message>
     <message>
         <source>屏幕不接收，可能被其他程序占用</source>
-        <translation>Takes nothing; another program may have it</translation>
+        <translation>Screen busy; another program may be using it</translation>
     </message>
     <message>
         <source>正在发送…</source>
@@ -420,7 +420,7 @@
     </message>
     <message>
         <source>没有读取权限</source>
-        <translation>No right to read it</translation>
+        <translation>No permission to read it</translation>
     </message>
     <message>
         <source>未运行</source>
@@ -500,7 +500,7 @@
     </message>
     <message>
         <source>授予读取权限：见 %1 开头的说明</source>
-        <translation>Give the right to read it: see the head of %1</translation>
+        <translation>Permission to read it: see the top of %1</translation>
     </message>
     <message>
         <source>滚轮缩放，Esc 退出修剪</source>

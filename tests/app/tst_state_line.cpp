@@ -223,8 +223,8 @@ void TestStateLine::TheLinkCopiesTheCommands() {
     QCOMPARE(QAccessible::queryAccessibleInterface(line.Link())->text(QAccessible::Name),
              QStringLiteral("Copied"));
     // The state stands beside it all the while.
-    QCOMPARE(line.Text()->text(), QStringLiteral("The screen may not be opened"));
-    QCOMPARE(line.line->Phrase(), QStringLiteral("The screen may not be opened"));
+    QCOMPARE(line.Text()->text(), QStringLiteral("No permission to open the screen"));
+    QCOMPARE(line.line->Phrase(), QStringLiteral("No permission to open the screen"));
 }
 
 void TestStateLine::TheNoteGoesByItself() {
