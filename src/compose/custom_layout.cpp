@@ -18,16 +18,13 @@ constexpr SlotRects kPortraitSlots{Corners(1, 18, 67, 41), Corners(1, 271, 67, 2
                                    Corners(29, 145, 140, 174), Corners(101, 271, 167, 294),
                                    Corners(101, 18, 167, 41)};
 
-// The outer chips are alike whether or not there is a caption; the centre's ends below its value or its
-// caption.
+// With a caption.
 constexpr SlotRects kLandscapeChips{Corners(6, 11, 95, 62), Corners(6, 111, 95, 162),
                                     Corners(108, 53, 213, 107), Corners(223, 111, 312, 162),
                                     Corners(223, 11, 312, 62)};
 constexpr SlotRects kPortraitChips{Corners(3, 13, 65, 60), Corners(3, 266, 65, 313),
                                    Corners(21, 139, 148, 193), Corners(103, 266, 165, 313),
                                    Corners(103, 13, 165, 60)};
-constexpr int kLandscapeCentreFoot = 96;  // without a caption
-constexpr int kPortraitCentreFoot = 180;
 
 constexpr RowRects kLandscapeRows{Corners(10, 10, 309, 49), Corners(10, 63, 309, 102),
                                   Corners(10, 115, 309, 154)};
@@ -63,8 +60,11 @@ QRect SlotCaptionRect(int slot, Orientation orientation) {
 QRect SlotChipRect(int slot, Orientation orientation, bool hasCaption) {
     const bool isLying = orientation == Orientation::Landscape;
     QRect chip = Entry(isLying ? kLandscapeChips : kPortraitChips, slot);
-    if (slot == kCentreSlot && !hasCaption) {
-        chip.setBottom(isLying ? kLandscapeCentreFoot : kPortraitCentreFoot);
+    if (!hasCaption) {
+        // As far below the value as it begins above it: else a time, or a time over a date, would hang from
+        // the chip's top.
+        const QRect value = SlotRect(slot, orientation);
+        chip.setBottom(value.bottom() + value.top() - chip.top());
     }
     return chip;
 }

@@ -42,13 +42,13 @@ struct Behind {
 // drawn in.
 class Glazing {
 public:
-    Glazing(const ScreenState& state, const Behind& behind, SkinCache& skins)
+    Glazing(const ScreenState& state, const Behind& behind, SkinCache& skins, const ItemFlags& bare = {})
         : m_state(state), m_skins(skins) {
         if (state.custom || HasGlass(state.theme)) {
             m_blurred = BlurredPicture(behind.image, CanvasSize(state.orientation));
         }
         if (state.custom) {
-            m_plates = GlassPlates(state, behind.image, m_blurred);
+            m_plates = GlassPlates(state, behind.image, m_blurred, bare);
         }
         if (behind.hue) {
             double light = 0;
@@ -120,8 +120,8 @@ PanelBackground ComposeBackground(const ScreenState& state, const QImage& pictur
 }
 
 PanelBackground ComposeMagnifiedBackground(const ScreenState& state, const QImage& picture, SkinCache& skins,
-                                           QSize size) {
-    Glazing glazing(state, Behind(state, picture), skins);
+                                           QSize size, const ItemFlags& bare) {
+    Glazing glazing(state, Behind(state, picture), skins, bare);
     QImage magnified = PlacedPicture(picture, size, state.orientation, state.layout);
     Dim(magnified, state.layout);
     glazing.DrawOver(magnified);

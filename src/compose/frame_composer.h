@@ -17,8 +17,9 @@ PanelBackground ComposeBackground(const ScreenState& state, const QImage& pictur
 
 // The same background magnified, for a window that shows the panel larger than it is: composed at size
 // instead of enlarged, so that it is sharp, with exactly the panel's frost, glass and accent. Format_RGB32.
+// bare: items without a chip, which the window hides for now.
 PanelBackground ComposeMagnifiedBackground(const ScreenState& state, const QImage& picture, SkinCache& skins,
-                                           QSize size);
+                                           QSize size, const ItemFlags& bare = {});
 
 // background with all texts of the state over it, the same size and format.
 QImage ComposeFrame(const ScreenState& state, const PanelBackground& background, const ItemTexts& texts);

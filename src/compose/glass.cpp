@@ -77,7 +77,8 @@ QRectF Outline(const GlassPlate& plate, double inset) {
 
 }  // namespace
 
-QVector<GlassPlate> GlassPlates(const ScreenState& state, const QImage& placed, const QImage& blurred) {
+QVector<GlassPlate> GlassPlates(const ScreenState& state, const QImage& placed, const QImage& blurred,
+                                const ItemFlags& bare) {
     QVector<GlassPlate> plates;
     const QSize canvas = CanvasSize(state.orientation);
     const auto onPanel = [canvas](const QImage& picture) {
@@ -86,12 +87,14 @@ QVector<GlassPlate> GlassPlates(const ScreenState& state, const QImage& placed, 
     const auto layout = LayOutPanel(state);
     for (const TakenRoom& room : layout->taken) {
         if (room.of == RoomOf::Chip) {
-            plates.append(Chip(room.rect, blurred));
+            if (!bare[size_t(room.item)]) {
+                plates.append(Chip(room.rect, blurred));
+            }
         } else if (room.of == RoomOf::Pill) {
             const FreeTextBlock& text = layout->freeText;
-            const QImage bare =
+            const QImage plain =
                 PanelPixels(onPanel(placed), HasSoftPicture(state.layout) ? WholeMask(canvas) : QImage());
-            if (!IsReadable(text.color.rgb(), PixelsUnder(text, bare))) {
+            if (!IsReadable(text.color.rgb(), PixelsUnder(text, plain))) {
                 plates.append(Pill(room.rect, text, onPanel(blurred)));
             }
         }

@@ -24,8 +24,10 @@ struct GlassPlate {
 
 // The plates of a state over a picture: no stronger than what is written on them needs, and a chip never
 // weaker than glass. Values have no part in it. placed: the picture as it lies on the panel, any size,
-// Format_RGB32; blurred: the same picture blurred (compose/frost.h).
-QVector<GlassPlate> GlassPlates(const ScreenState& state, const QImage& placed, const QImage& blurred);
+// Format_RGB32; blurred: the same picture blurred (compose/frost.h); bare: items without a chip, for an
+// editor that hides them.
+QVector<GlassPlate> GlassPlates(const ScreenState& state, const QImage& placed, const QImage& blurred,
+                                const ItemFlags& bare = {});
 
 // Tint and edge of the plates, or their shapes alone, opaque. The painter's coordinates are the canvas's.
 void DrawPlates(QPainter& painter, const QVector<GlassPlate>& plates);

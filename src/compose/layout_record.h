@@ -16,6 +16,9 @@ namespace kivo {
 // The settings know the items only by their number.
 static_assert(kLiveValueCount == kItemCount);
 
+// A yes or no of each item.
+using ItemFlags = std::array<bool, kLiveValueCount>;
+
 struct LayoutRecord {
     // The trim frame over the background picture, in panel pixels: (xPt, yPt) is its upper left corner
     // relative to the untrimmed view, xZoom and yZoom how much narrower and lower it is than the panel. It
@@ -34,9 +37,9 @@ struct LayoutRecord {
 
     int highlight = 0;  // the emphasised item, 0..8
 
-    std::array<bool, kLiveValueCount> shown{};     // "Show_"; in custom layout 0 the ticked items
-    std::array<bool, kLiveValueCount> selected{};  // "Show2_"; in custom layout 1 the chosen item
-    std::array<QRect, kLiveValueCount> tile{};     // "ShowRect_": the item's card, captions are placed by it
+    ItemFlags shown{};                          // "Show_"; in custom layout 0 the ticked items
+    ItemFlags selected{};                       // "Show2_"; in custom layout 1 the chosen item
+    std::array<QRect, kLiveValueCount> tile{};  // "ShowRect_": the item's card, captions are placed by it
     std::array<QRect, kLiveValueCount>
         textRect{};  // "ShowStringRect_": where the text stands and what is sent
     std::array<QString, kLiveValueCount> sample{};  // "String_": what a preview shows before a value arrives

@@ -13,8 +13,6 @@
 
 namespace kivo {
 
-using ItemFlags = std::array<bool, kLiveValueCount>;
-
 // The kind that an item shares its slot with: the date's and the time's are each other. Else kEmptySlot.
 int PartnerOf(int kind);
 

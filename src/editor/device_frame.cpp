@@ -52,6 +52,10 @@ void DeviceFrame::Follow() {
     const int bezel = orientation == Orientation::Portrait ? kStandingBezel : kBezel;
     setGeometry(screen.translated(m_editor.pos()).adjusted(-bezel, -bezel, bezel, bezel));
     setVisible(!m_editor.isHidden() && !m_editor.IsTrimming());
+    // The focus ring lies round what is seen: the case, or the well of the editor.
+    const bool isCased = !m_editor.IsTrimming();
+    m_editor.setProperty("focusRect", isCased ? geometry().translated(-m_editor.pos()) : QVariant());
+    m_editor.setProperty("focusRadius", isCased ? kRadius : ZoomWidget::kWellRadius);
 }
 
 // Lit from above, as everything in the window is.

@@ -57,7 +57,7 @@ int VariantInForce(const EditState& state) {
     return VariantOf(state.themes);
 }
 
-std::array<bool, kLiveValueCount>& CustomFlags(LayoutRecord& layout, int variant) {
+ItemFlags& CustomFlags(LayoutRecord& layout, int variant) {
     return variant == 0 ? layout.shown : layout.selected;
 }
 

@@ -44,7 +44,7 @@ const LayoutRecord& LayoutInForce(const EditState& state);
 int VariantInForce(const EditState& state);
 
 // The flags that decide in a custom layout: "ticked" in variant 0, "chosen" in variant 1.
-std::array<bool, kLiveValueCount>& CustomFlags(LayoutRecord& layout, int variant);
+ItemFlags& CustomFlags(LayoutRecord& layout, int variant);
 
 // Gives a layout that has that picture of its own another one, untrimmed.
 void ReplacePicture(LayoutRecord& layout, const QString& old, const QString& by);

@@ -4,6 +4,7 @@
 #include <QPainterPath>
 #include <array>
 
+#include "compose/panel_room.h"
 #include "widgets/window_colors.h"
 
 namespace kivo {
@@ -14,6 +15,9 @@ constexpr double kLine = 1.5;
 constexpr QColor kIdleOutline(255, 255, 255, 115);  // .45
 constexpr double kDash = 4;                         // pixels
 constexpr double kGap = 3;
+
+constexpr QColor kGhostGround(0x07, 0x13, 0x26, 217);  // the panel's ink, .85
+constexpr QColor kGhostEdge(255, 255, 255, 64);        // .25
 
 constexpr QColor kLeftOut(0x07, 0x13, 0x26, 140);  // the panel's ink, .55
 constexpr double kCornerSide = 10;
@@ -44,6 +48,13 @@ void DrawOutline(QPainter& painter, const QRectF& rect, double radius, Mark mark
     painter.drawRoundedRect(rect, radius, radius);
 }
 
+void DrawGhostChip(QPainter& painter, const QRect& chip) {
+    painter.setPen(QPen(kGhostEdge, 1));
+    painter.setBrush(kGhostGround);
+    painter.drawRoundedRect(QRectF(chip).adjusted(0.5, 0.5, -0.5, -0.5), kChipRadius - 0.5,
+                            kChipRadius - 0.5);
+}
+
 void DrawTrimFrame(QPainter& painter, const QRectF& frame, const QRectF& shown, const QRectF& bounds) {
     QPainterPath leftOut;
     leftOut.setFillRule(Qt::OddEvenFill);
@@ -53,7 +64,10 @@ void DrawTrimFrame(QPainter& painter, const QRectF& frame, const QRectF& shown, 
 
     painter.setPen(QPen(window_colors::kAccentBright, kLine));
     painter.setBrush(Qt::NoBrush);
-    painter.drawRect(frame);
+    // Inside whole pixels, so that its four sides are alike.
+    const QRect whole(frame.topLeft().toPoint(), frame.bottomRight().toPoint() - QPoint(1, 1));
+    constexpr double kHalf = kLine / 2;
+    painter.drawRect(QRectF(whole).adjusted(kHalf, kHalf, -kHalf, -kHalf));
 
     painter.setPen(Qt::NoPen);
     painter.setBrush(window_colors::kAccentBright);

@@ -1,7 +1,7 @@
 #pragma once
 
-// The editor's marks over the preview: outlines of what can be dragged, and the trim frame. All rectangles in
-// widget pixels. Pure.
+// The editor's marks over the preview: outlines of what can be dragged, and the trim frame. Rectangles
+// are widget pixels unless said otherwise. Pure.
 
 #include <QRectF>
 
@@ -14,6 +14,9 @@ enum class Mark {
     Active,  // hovered or dragged
 };
 void DrawOutline(QPainter& painter, const QRectF& rect, double radius, Mark mark);
+
+// What a dragged item stands on, so that it can be read over whatever it is held. Canvas pixels.
+void DrawGhostChip(QPainter& painter, const QRect& chip);
 
 // Darkens what the frame leaves out of shown, and draws the frame with its handles; these stay inside bounds,
 // also where the frame reaches them.

@@ -41,15 +41,17 @@ QSize PreviewBackground::PictureSize(const ScreenState& state) {
     return m_picture.image.size();
 }
 
-const PanelBackground& PreviewBackground::Composed(const ScreenState& state, QSize devicePixels) {
+const PanelBackground& PreviewBackground::Composed(const ScreenState& state, QSize devicePixels,
+                                                   const ItemFlags& bare) {
     Update(state);
-    if (m_composed.image.size() != devicePixels || state != m_state) {
+    if (m_composed.image.size() != devicePixels || state != m_state || bare != m_bare) {
         ScreenState drawn = DrawnState(state, m_picture.IsStandIn());
         const bool hasPicture = !m_picture.image.isNull();
         drawn.layout.accentFromPicture = drawn.layout.accentFromPicture && hasPicture;
         m_composed = ComposeMagnifiedBackground(drawn, hasPicture ? m_picture.image : PlainGround(), m_skins,
-                                                devicePixels);
+                                                devicePixels, bare);
         m_state = state;
+        m_bare = bare;
         ++m_compositions;
     }
     return m_composed;

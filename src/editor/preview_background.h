@@ -22,8 +22,8 @@ public:
     void SetSource(PictureSource& source) { m_source = &source; }
 
     // The state's background in device pixels: exactly what the panel gets, magnified. While its picture is
-    // being read the former one stands; before the first one, a plain ground.
-    const PanelBackground& Composed(const ScreenState& state, QSize devicePixels);
+    // being read the former one stands; before the first one, a plain ground. bare: items without a chip.
+    const PanelBackground& Composed(const ScreenState& state, QSize devicePixels, const ItemFlags& bare = {});
 
     // The whole picture of the state as it is, scaled to that many device pixels.
     const QImage& WholePicture(const ScreenState& state, QSize devicePixels);
@@ -48,6 +48,7 @@ private:
 
     SkinCache m_skins;
     ScreenState m_state;  // of m_composed
+    ItemFlags m_bare{};   // of m_composed
     PanelBackground m_composed;
     QImage m_whole;
     int m_compositions = 0;

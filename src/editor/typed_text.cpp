@@ -172,12 +172,18 @@ int TypedText::LineBeside(int by) const {
     return PositionAt(QPointF(caret.center().x(), m_lines.at(line).baseLine.y() - 1));
 }
 
-PanelTexts WithoutItemsUnder(const QRectF& box, PanelTexts texts) {
-    std::array<bool, kLiveValueCount> meets{};
-    for (const TextRun& run : qAsConst(texts.runs)) {
-        meets[size_t(run.item)] = meets[size_t(run.item)] || QRectF(run.rect).intersects(box);
+ItemFlags ItemsUnder(const QRectF& box, const PanelTexts& texts) {
+    ItemFlags items{};
+    for (const TextRun& run : texts.runs) {
+        const bool meets =
+            QRectF(run.rect).intersects(box) || QRectF(ChipOf(texts, run.item)).intersects(box);
+        items[size_t(run.item)] = items[size_t(run.item)] || meets;
     }
-    const auto goes = [&meets](const TextRun& run) { return meets[size_t(run.item)]; };
+    return items;
+}
+
+PanelTexts WithoutItems(const ItemFlags& items, PanelTexts texts) {
+    const auto goes = [&items](const TextRun& run) { return items[size_t(run.item)]; };
     texts.runs.erase(std::remove_if(texts.runs.begin(), texts.runs.end(), goes), texts.runs.end());
     return texts;
 }

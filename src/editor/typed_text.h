@@ -71,7 +71,10 @@ private:
     int m_preeditEnd = 0;
 };
 
-// What is still painted while the box lies there: no text of an item any part of which meets it.
-PanelTexts WithoutItemsUnder(const QRectF& box, PanelTexts texts);
+// The items that make room for a box: those whose value, caption or chip meets it. Canvas pixels.
+ItemFlags ItemsUnder(const QRectF& box, const PanelTexts& texts);
+
+// The texts without those of some items.
+PanelTexts WithoutItems(const ItemFlags& items, PanelTexts texts);
 
 }  // namespace kivo

@@ -20,7 +20,7 @@ ZoomWidget::ZoomWidget(QWidget* parent)
     InstallPreviewAccessibility();
     // Not mouse tracking: that belongs to the trim mode.
     setAttribute(Qt::WA_Hover);
-    setProperty("focusRadius", 10);  // of its well
+    setProperty("focusRadius", kWellRadius);
     m_editText->hide();
     m_editText->installEventFilter(this);
     connect(m_editText, &TextBox::inputChanged, this, [this] {

@@ -31,6 +31,8 @@ class ZoomWidget : public QWidget {
     Q_OBJECT
 
 public:
+    static constexpr double kWellRadius = 10;  // corners of what it lies in, pixels
+
     // Reads the slot table and the text row from the settings; the layouts have factory values until Load or
     // the first ShowTheme.
     explicit ZoomWidget(QWidget* parent = nullptr);
@@ -197,7 +199,8 @@ private:
 
     // Painting.
     ItemTexts PreviewTexts() const;
-    QRectF ScreenArea() const;  // of the magnified panel, in whole device pixels
+    QRectF ScreenArea() const;      // of the magnified panel, in whole device pixels
+    ItemFlags HiddenByBox() const;  // items that make room for the open text box
     void PaintScreen(QPainter& painter, const QRectF& area, const QImage& background,
                      const PanelTexts& texts);
     void PaintTexts(QPainter& painter, const PanelTexts& texts) const;

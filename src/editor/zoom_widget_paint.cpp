@@ -14,7 +14,6 @@ namespace kivo {
 
 namespace {
 
-constexpr double kWellRadius = 10;
 constexpr double kScreenRadius = 6;
 constexpr QColor kScreenEdge = window_colors::kThumb;
 
@@ -69,8 +68,9 @@ void ZoomWidget::paintEvent(QPaintEvent* /*event*/) {
     }
     const QRectF area = ScreenArea();
     // What is typed may have a pill of its own.
-    const PanelBackground& background = m_background.Composed(m_textEntryOpen ? Typed().State() : state,
-                                                              (area.size() * devicePixelRatioF()).toSize());
+    const PanelBackground& background =
+        m_background.Composed(m_textEntryOpen ? Typed().State() : state,
+                              (area.size() * devicePixelRatioF()).toSize(), HiddenByBox());
     const PanelTexts texts = LayOutPanelTexts(state, PreviewTexts(), background.accent);
     PaintScreen(painter, area, background.image, texts);
     if (m_drag.HoldsText() && m_editing) {
@@ -98,6 +98,15 @@ QRectF ZoomWidget::ScreenArea() const {
     return QRectF(origin, RoundedOut(canvas * map.scale, ratio).size() / ratio);
 }
 
+ItemFlags ZoomWidget::HiddenByBox() const {
+    if (!m_textEntryOpen) {
+        return {};
+    }
+    const ScreenMapping map = Mapping();
+    const QRectF box(m_editText->geometry());
+    return ItemsUnder(QRectF(map.OnCanvas(box.topLeft()), box.size() / map.scale), *LayOutPanel(Shown()));
+}
+
 void ZoomWidget::PaintScreen(QPainter& painter, const QRectF& area, const QImage& background,
                              const PanelTexts& texts) {
     const ScreenMapping map = Mapping();
@@ -111,9 +120,7 @@ void ZoomWidget::PaintScreen(QPainter& painter, const QRectF& area, const QImage
     painter.translate(area.topLeft());
     painter.scale(map.scale, map.scale);
     if (m_textEntryOpen) {
-        const QRectF box(m_editText->geometry());
-        const QRectF boxOnCanvas(map.OnCanvas(box.topLeft()), box.size() / map.scale);
-        PanelTexts around = WithoutItemsUnder(boxOnCanvas, texts);
+        PanelTexts around = WithoutItems(HiddenByBox(), texts);
         around.freeText = FreeTextBlock();
         PaintTexts(painter, around);
         PaintTyped(painter, Typed());
@@ -157,6 +164,9 @@ void ZoomWidget::PaintTexts(QPainter& painter, const PanelTexts& texts) const {
     DrawPanelTexts(painter, target, canvas);
     painter.setOpacity(kGhost);
     painter.translate(QPointF(m_drag.Offset()) / Mapping().scale);
+    if (m_drag.HeldSlot() != kEmptySlot) {
+        DrawGhostChip(painter, SlotRoom(texts, state, m_drag.HeldSlot()));
+    }
     DrawPanelTexts(painter, dragged, canvas);
     painter.restore();
 }

@@ -51,6 +51,7 @@ bool FocusRing::eventFilter(QObject* watched, QEvent* event) {
         case QEvent::Show:
         case QEvent::Hide:
         case QEvent::ZOrderChange:
+        case QEvent::DynamicPropertyChange:
             if (m_target && watched != this && watched->isWidgetType() &&
                 IsInWindow(static_cast<QWidget*>(watched)))
                 Follow();
@@ -91,7 +92,9 @@ void FocusRing::Follow() {
     }
     const int around = kGap + kWidth;
     const QPoint corner = m_target->mapTo(parentWidget(), QPoint(0, 0));
-    const QRect ring = QRect(corner, m_target->size()).adjusted(-around, -around, around, around);
+    const QVariant seen = m_target->property("focusRect");
+    const QRect place = seen.isValid() ? seen.toRect() : m_target->rect();
+    const QRect ring = place.translated(corner).adjusted(-around, -around, around, around);
     setGeometry(ring.intersected(parentWidget()->rect()));
     show();
     raise();

@@ -13,8 +13,9 @@ class FocusRing : public QWidget {
 
 public:
     // Lies over `window`, which owns it, for as long as that lives. The corners follow a widget's property
-    // "focusRadius" (a number of pixels); a widget whose property "noFocusRing" is true gets none, but hands
-    // it back to the widget from which it had the keyboard.
+    // "focusRadius" (a number of pixels), and where something else than the widget is seen, the line follows
+    // "focusRect" (a QRect in the widget's pixels); a widget whose property "noFocusRing" is true gets none,
+    // but hands it back to the widget from which it had the keyboard.
     explicit FocusRing(QWidget* window);
 
     // The widget that has the ring, or null.

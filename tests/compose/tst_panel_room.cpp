@@ -273,7 +273,9 @@ private slots:
         QCOMPARE(SlotChipRect(kCentreSlot, kLying, false), Corners(108, 53, 213, 96));
         QCOMPARE(SlotChipRect(kCentreSlot, kStanding, true), Corners(21, 139, 148, 193));
         QCOMPARE(SlotChipRect(kCentreSlot, kStanding, false), Corners(21, 139, 148, 180));
-        QCOMPARE(SlotChipRect(0, kLying, false), SlotChipRect(0, kLying, true));
+        QCOMPARE(SlotChipRect(0, kLying, true), Corners(6, 11, 95, 62));
+        QCOMPARE(SlotChipRect(0, kLying, false), Corners(6, 11, 95, 50));
+        QCOMPARE(SlotChipRect(3, kStanding, false), Corners(103, 266, 165, 299));
     }
 
     // No place hangs on a text.

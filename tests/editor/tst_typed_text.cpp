@@ -170,11 +170,12 @@ private slots:
             boxes.append(QRectF(run.rect.center(), QSizeF(1, 1)));  // a value, or a caption, alone
         }
         for (const QRectF& box : qAsConst(boxes)) {
-            const PanelTexts rest = WithoutItemsUnder(box, all);
+            const PanelTexts rest = WithoutItems(ItemsUnder(box, all), all);
             QVERIFY(!rest.runs.isEmpty());
             QVERIFY(rest.runs.size() < all.runs.size());
             for (const TextRun& run : rest.runs) {
                 QVERIFY(!QRectF(run.rect).intersects(box));
+                QVERIFY(!QRectF(ChipOf(all, run.item)).intersects(box));
             }
             // A value goes with its caption and the other way round.
             for (const TextRun& run : all.runs) {

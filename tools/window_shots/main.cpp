@@ -166,6 +166,7 @@ void ShootCustom(const Photographer& photographer, kivo::MainWindow& window) {
     photographer.Click("choiceFirst");
     photographer.Click("btnEdit");
     photographer.Shoot(QStringLiteral("custom_portrait"));
+    window.findChild<kivo::EditBar*>()->SetEditPressed(true);
     window.slotEdit(1);
     photographer.Shoot(QStringLiteral("custom_portrait_trim"));
     photographer.Click("btnEdit_cancel");
