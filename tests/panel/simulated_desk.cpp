@@ -55,7 +55,8 @@ struct SimulatedDesk::Program {
           transfers(
               session, [&desk] { return desk.m_clock.Local().time; }, [](std::chrono::milliseconds) {}),
           snapshot(desk.m_options.language,
-                   {[&desk] { return desk.m_clock.Local(); }, [&desk] { return desk.measured.memoryLoad; }}),
+                   {[&desk] { return desk.m_clock.Local(); }, [&desk] { return desk.measured.memoryLoad; },
+                    [&desk] { return desk.m_clock.Now(); }}),
           frames(desk.File("whole.png")),
           memory(desk.File("whole.state")),
           sender({session,
