@@ -100,7 +100,8 @@ public:
 
     // --- The truth. ---
     const ScreenState& Settings() const { return m_settings; }
-    // How the panel differs from a fresh composition of the settings; empty where it does not. After a round.
+    // How the panel differs from a fresh composition of the settings, or else what the program says it still
+    // lacks; empty for neither. After a round.
     QByteArray Difference();
     // As Difference, for all that has to hold besides: panel errors, handles, files, and that no update was
     // ever written over another picture than it was drawn for, nor over parts of one.
@@ -125,6 +126,7 @@ private:
     void BringNews(News news, std::function<void()> tell);
     SimulatedPanel& Panel() { return m_panels[m_inUse]; }
     void NoteTaken(const PanelReport& report, bool isRefused);
+    QByteArray TroubleTold() const;
     ItemTexts TextsNow() const;
     // A whole frame of this state with these texts, in wire order.
     QByteArray FrameOf(const ScreenState& state, const ItemTexts& texts);

@@ -422,6 +422,31 @@ private Q_SLOTS:
         QLoggingCategory::setFilterRules(QStringLiteral("*.debug=false"));
     }
 
+    // Somebody changes their mind while the panel takes no frame. It shows the right one all along, but part
+    // of the other may lie over it: the program says that it tries again until it did, a minute later at
+    // most.
+    void frameInDoubtIsToldOfUntilItIsTakenOnceMore() {
+        constexpr int kRoundsAMinute = 120;
+        SimulatedDesk::Options options;
+        options.settings = ThemeScreen(Theme::Default, Orientation::Landscape);
+        SimulatedDesk desk(options);
+        desk.Rounds(2);
+        QCOMPARE(desk.Difference(), QByteArray());
+
+        desk.Wire().Refuse({PanelReportKind::Chunk, 1, std::numeric_limits<int>::max()});
+        desk.Apply(ThemeScreen(Theme::Time, Orientation::Landscape), {});
+        desk.Apply(options.settings, {});
+        desk.Rounds(kRoundsAMinute / 2);
+        desk.EndAllTrouble();
+        desk.Rounds(kRoundsAMinute / 4);
+        QCOMPARE(desk.Difference(),
+                 "the status tells of trouble, " + QByteArray::number(int(PanelCondition::TryingAgain)));
+
+        desk.Rounds(kRoundsAMinute * 3 / 4);
+        QCOMPARE(desk.Difference(), QByteArray());
+        QCOMPARE(desk.LeftBehind(), QByteArray());
+    }
+
     void panelShowsWhatWasAppliedOnceTheTroubleIsOver() {
         const int first = NumberFrom("KIVO_SEED", kFirstSeed);
         const int count =
