@@ -68,6 +68,27 @@ void ReplacePicture(LayoutRecord& layout, const QString& old, const QString& by)
     }
 }
 
+void SetPicture(LayoutRecord& layout, const QString& path) {
+    ScreenState shown;
+    shown.layout = layout;
+    if (!IsSamePicture(PicturePath(shown), path)) {
+        ClearTrim(layout);
+    }
+    layout.picture = path;
+}
+
+void SetFreeText(LayoutRecord& layout, int variant, const QString& typed) {
+    layout.freeText = WithoutBlankEnd(typed);
+    SettleTextFlag(layout, variant);
+}
+
+QString WithoutBlankEnd(QString text) {
+    while (!text.isEmpty() && text.at(text.size() - 1).isSpace()) {
+        text.chop(1);
+    }
+    return text;
+}
+
 void SettleTextFlag(LayoutRecord& layout, int variant) {
     CustomFlags(layout, variant)[OtherText] = !layout.freeText.isEmpty();
 }

@@ -18,13 +18,6 @@ QString PictureOf(const LayoutRecord& layout) {
     return PicturePath(state);
 }
 
-QString WithoutBlankEnd(QString text) {
-    while (!text.isEmpty() && text.at(text.size() - 1).isSpace()) {
-        text.chop(1);
-    }
-    return text;
-}
-
 }  // namespace
 
 LayoutEditor::LayoutEditor(Save save) : m_save(std::move(save)) {
@@ -157,8 +150,7 @@ void LayoutEditor::BeginText() {
 }
 
 void LayoutEditor::EndText(const QString& typed) {
-    Custom().freeText = WithoutBlankEnd(typed);
-    SettleTextFlag(Custom(), Variant());
+    SetFreeText(Custom(), Variant(), typed);
     NoteEdit();
 }
 
@@ -167,11 +159,7 @@ bool LayoutEditor::WouldChangeText(const QString& typed) const {
 }
 
 void LayoutEditor::SetPicture(const QString& path) {
-    LayoutRecord& layout = LayoutInForce(m_edited);
-    if (!IsSamePicture(PictureOf(layout), path)) {
-        kivo::ClearTrim(layout);
-    }
-    layout.picture = path;
+    kivo::SetPicture(LayoutInForce(m_edited), path);
     NoteEdit();
 }
 
@@ -238,6 +226,19 @@ bool LayoutEditor::Commit() {
         return false;
     }
     m_saved = next;
+    return true;
+}
+
+bool LayoutEditor::ReplaceSaved(const EditState& next, bool mayFollow) {
+    const bool follows = mayFollow && m_edited == m_saved;
+    if (next != m_saved && !m_save(next)) {
+        return false;
+    }
+    m_saved = next;
+    if (follows) {
+        m_edited = next;
+        NoteEdit();
+    }
     return true;
 }
 
