@@ -33,7 +33,7 @@ constexpr QRect kListAt(524, 286, 390, 240);
 constexpr char kOpenOnce[] = "--open-once";
 
 void StoreAsManyAsTold(const benchmark::State& state) {
-    WriteStoredPictures(AllPhotographs().First(int(state.range(0))));
+    WriteStoredPictures(AllPhotographs().First(int(state.range(0))), {});
 }
 
 struct Opened {
@@ -93,7 +93,7 @@ void OpenProgram(benchmark::State& state) {
 // Until the eleven photographs in view have their icons.
 void FirstIcons(benchmark::State& state) {
     const bool isCached = state.range(0) != 0;
-    WriteStoredPictures(AllPhotographs().First(1000));
+    WriteStoredPictures(AllPhotographs().First(1000), {});
     const QTemporaryDir folder;
     int run = 0;
     const auto open = [&] {

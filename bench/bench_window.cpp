@@ -40,7 +40,7 @@ void PaintFirst(MainWindow& window) {
 }
 
 void OpenWindow(benchmark::State& state) {
-    WriteStoredPictures(AllPhotographs().First(int(state.range(0))));
+    WriteStoredPictures(AllPhotographs().First(int(state.range(0))), {});
     for (auto _ : state) {
         VirtualHidApi panel;
         auto window = MakeWindow(panel);

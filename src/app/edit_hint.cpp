@@ -1,5 +1,6 @@
 #include "app/edit_hint.h"
 
+#include "app/picture_notice.h"
 #include "app/window_text.h"
 #include "editor/zoom_widget.h"
 #include "widgets/window_colors.h"
@@ -31,7 +32,8 @@ QString NothingIsFreeText() {
     return WindowText(QT_TRANSLATE_NOOP("MainWindow", "五个位置已满：先取消一项，再勾选此项"));
 }
 
-EditHint::EditHint(ZoomWidget& editor, QWidget* parent) : QLabel(parent), m_editor(editor) {
+EditHint::EditHint(ZoomWidget& editor, PictureNotice& notice, QWidget* parent)
+    : QLabel(parent), m_editor(editor), m_notice(notice) {
     setObjectName(QStringLiteral("editHint"));
     setGeometry(kPlace);
     setAlignment(Qt::AlignCenter);
@@ -42,6 +44,7 @@ EditHint::EditHint(ZoomWidget& editor, QWidget* parent) : QLabel(parent), m_edit
     connect(&editor, &ZoomWidget::trimmingChanged, this, &EditHint::Follow);
     connect(&editor, &ZoomWidget::layoutChanged, this, &EditHint::Follow);
     connect(&editor, &ZoomWidget::editStateChanged, this, &EditHint::Follow);
+    connect(&notice, &PictureNotice::changed, this, &EditHint::ShareLine);
     Follow();
 }
 
@@ -64,7 +67,14 @@ void EditHint::Tell(const QString& text, Tone tone) {
     ink.setColor(QPalette::WindowText, tone == Tone::Warning ? colors::kWarning : colors::kTextLow);
     setPalette(ink);
     setText(text);
-    setVisible(!text.isEmpty());
+    m_tone = tone;
+    ShareLine();
+}
+
+void EditHint::ShareLine() {
+    const bool isFirst = m_tone == Tone::Warning || !m_notice.HasSomethingToSay();
+    setVisible(isFirst && !text().isEmpty());
+    m_notice.SetCovered(isFirst && !text().isEmpty());
 }
 
 }  // namespace kivo

@@ -72,7 +72,7 @@ std::optional<FramePicture> PictureForFrame(PictureSource& source, const ScreenS
     if (!picture) {
         return std::nullopt;
     }
-    return FramePicture{picture->image, picture->failure != PictureFailure::None};
+    return FramePicture{picture->image, picture->IsStandIn()};
 }
 
 // Deliberate: nobody asks what comes of it. Whoever works with the library loads one of his own.

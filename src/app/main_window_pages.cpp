@@ -121,7 +121,7 @@ void MainWindow::WireTools() {
     connect(editor, &ZoomWidget::editStateChanged, this, &MainWindow::ShowWays);
     connect(editor, &ZoomWidget::trimmingChanged, this, &MainWindow::FollowTrimMode);
 
-    m_hint = new EditHint(*editor, m_ui->centralwidget);
+    m_hint = new EditHint(*editor, *m_pictureNotice, m_ui->centralwidget);
     connect(m_customPage, &CustomPage::nothingFree, m_hint, &EditHint::TellNothingIsFree);
     // A press anywhere else in the window ends the typing; the tools belong to it.
     auto* const elsewhere = new PressElsewhere(*this, {editor, m_editBar, m_colorBar});
@@ -196,6 +196,7 @@ void MainWindow::ShowState() {
     m_ui->btnEdit_cancel->setVisible(custom && editing);
     ShowToolBar();
     ShowChosenPicture();
+    ShowPictureNotice();
     ShowLooks();
 }
 
@@ -262,7 +263,7 @@ void MainWindow::FollowTrimMode() {
 }
 
 void MainWindow::keyPressEvent(QKeyEvent* event) {
-    if (!m_ui->zoomwidget->TakeHistoryKey(*event)) {
+    if (!m_ui->zoomwidget->TakeKey(*event)) {
         QMainWindow::keyPressEvent(event);
     }
 }
@@ -283,6 +284,9 @@ void MainWindow::FinishEditing() {
 
 void MainWindow::slotEdit(quint8 iEdit) {
     m_ui->zoomwidget->SetTrimMode(iEdit);
+    if (m_ui->zoomwidget->IsTrimming()) {
+        m_ui->zoomwidget->setFocus(Qt::OtherFocusReason);  // the arrows move its frame
+    }
     m_ui->btnRemote->setVisible(m_ui->zoomwidget->IsTrimMode());
 }
 

@@ -14,6 +14,7 @@
 #include "app/state_line.h"
 #include "app/window_text.h"
 #include "compose/theme_catalogue.h"
+#include "editor/edit_bar.h"
 #include "pictures/picture_list.h"
 #include "pictures/picture_path.h"
 #include "ui_main_window.h"
@@ -94,12 +95,8 @@ void MainWindow::WirePictures() {
 }
 
 void MainWindow::ShowChosenPicture() {
-    const LayoutRecord& layout = LayoutInForce(m_ui->zoomwidget->Edited());
-    if (m_choice->Open().isEmpty()) {
-        m_pictures->SelectPicture(layout.picture, layout.defaultPicture);
-    } else {
-        m_pictures->SelectPicture(m_choice->Open(), QString());
-    }
+    const QString open = m_choice->Open();
+    m_pictures->SelectPicture(open.isEmpty() ? PicturePath(m_ui->zoomwidget->Shown()) : open);
 }
 
 void MainWindow::ShowLooks() {
@@ -110,7 +107,10 @@ void MainWindow::ShowLooks() {
 void MainWindow::ShowPictureNotice() {
     const QString path = PicturePath(m_ui->zoomwidget->Shown());
     const std::optional<Picture> known = m_source.Known(path);
-    m_pictureNotice->Show(path, known ? known->failure : PictureFailure::None);
+    const PictureFailure failure = known ? known->failure : PictureFailure::None;
+    m_pictureNotice->Show(path, failure);
+    // Over its stand-in nobody can see which part of a picture they choose.
+    m_editBar->SetTrimEnabled(failure == PictureFailure::None);
 }
 
 void MainWindow::TakePicture(const QString& path, const QString& inPlaceOf) {

@@ -49,10 +49,20 @@ PictureNotice::PictureNotice(QWidget* parent) : QWidget(parent), m_text(new QLab
 }
 
 void PictureNotice::Show(const QString& path, PictureFailure failure) {
-    if (failure == PictureFailure::None) {
-        hide();
-        return;
+    m_hasSomethingToSay = failure != PictureFailure::None;
+    if (m_hasSomethingToSay) {
+        Say(path, failure);
     }
+    setVisible(m_hasSomethingToSay && !m_isCovered);
+    Q_EMIT changed();
+}
+
+void PictureNotice::SetCovered(bool on) {
+    m_isCovered = on;
+    setVisible(m_hasSomethingToSay && !on);
+}
+
+void PictureNotice::Say(const QString& path, PictureFailure failure) {
     const QString sentence = Sentence(failure);
     const QFontMetrics metrics(m_text->font(), m_text);
     const int room =
@@ -60,7 +70,6 @@ void PictureNotice::Show(const QString& path, PictureFailure failure) {
     const QString name = PictureFileName(path);
     m_text->setText(sentence.arg(metrics.elidedText(name, Qt::ElideMiddle, room)));
     m_text->setToolTip(QDir::toNativeSeparators(path));
-    show();
 }
 
 void PictureNotice::paintEvent(QPaintEvent* /*event*/) {

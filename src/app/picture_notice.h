@@ -23,12 +23,24 @@ public:
 
     // None: nothing to say. A long name of the file loses its middle.
     void Show(const QString& path, PictureFailure failure);
+    bool HasSomethingToSay() const { return m_hasSomethingToSay; }
+
+    // What stands on the same line and matters more.
+    void SetCovered(bool on);
+
+Q_SIGNALS:
+    // HasSomethingToSay() may have changed.
+    void changed();
 
 protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
+    void Say(const QString& path, PictureFailure failure);
+
     QLabel* const m_text;
+    bool m_hasSomethingToSay = false;
+    bool m_isCovered = false;
 };
 
 }  // namespace kivo

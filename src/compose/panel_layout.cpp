@@ -116,6 +116,11 @@ QRect ChipOf(const PanelTexts& texts, int item) {
     return room != nullptr ? room->rect : QRect();
 }
 
+QRect SlotRoom(const PanelTexts& texts, const ScreenState& state, int slot) {
+    const int item = ItemDrawnIn(state, slot);
+    return item == kEmptySlot ? SlotChipRect(slot, state.orientation, false) : ChipOf(texts, item);
+}
+
 PanelTexts LayOutPanelTexts(const ScreenState& state, const ItemTexts& texts, std::optional<QRgb> accent) {
     PanelTexts written = *LayOutPanel(state);
     for (TextRun& run : written.runs) {

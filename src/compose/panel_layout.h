@@ -24,6 +24,10 @@ struct PanelTexts {
 // The chip of an item, which has one in the custom layouts; else null.
 QRect ChipOf(const PanelTexts& texts, int item);
 
+// The chip in a slot of a custom layout, 0..4; in one that holds nothing, where a chip without a caption
+// would lie.
+QRect SlotRoom(const PanelTexts& texts, const ScreenState& state, int slot);
+
 // The panel with these texts. No place hangs on a text, so a new value moves nothing. accent: of the ticks,
 // where they have not the theme's own.
 PanelTexts LayOutPanelTexts(const ScreenState& state, const ItemTexts& texts,

@@ -88,11 +88,13 @@ QStringList PicturePaths(const ScreenState& state) {
     return paths;
 }
 
-ScreenState Untrimmed(ScreenState state) {
-    state.layout.xPt = 0;
-    state.layout.yPt = 0;
-    state.layout.xZoom = 0;
-    state.layout.yZoom = 0;
+ScreenState DrawnState(ScreenState state, bool isStandIn) {
+    if (isStandIn) {
+        state.layout.xPt = 0;
+        state.layout.yPt = 0;
+        state.layout.xZoom = 0;
+        state.layout.yZoom = 0;
+    }
     return state;
 }
 

@@ -1,7 +1,8 @@
 #pragma once
 
 // Everything that decides a picture, as one value. The window edits a chosen one, the panel shows an applied
-// one; applying is a copy. Every drawing function takes it and nothing else.
+// one; applying is a copy. Every drawing function takes it and nothing else. What the page in front does not
+// draw keeps its first value, so equal pictures have equal states.
 
 #include <QString>
 #include <QStringList>
@@ -20,10 +21,10 @@ constexpr int kBasePixelSize = 18;  // of the values; every other size of the pa
 using ItemTexts = std::array<QString, kLiveValueCount>;
 
 struct ScreenState {
-    bool custom = false;  // the custom page: a custom layout instead of a theme
-    Theme theme = Theme::Default;
-    int style = 0;    // of theme 1: 1 has the smaller date
-    int variant = 0;  // of the custom layout, 0 or 1
+    bool custom = false;           // the custom page: a custom layout instead of a theme
+    Theme theme = Theme::Default;  // of the theme page, as is the style
+    int style = 0;                 // of theme 1: 1 has the smaller date
+    int variant = 0;               // of the custom layout, 0 or 1, as are the slots and the row
     Orientation orientation = Orientation::Landscape;
     LayoutRecord layout;  // of the theme in this orientation, or of the custom variant
     SlotRow slotItems{{kEmptySlot, kEmptySlot, kEmptySlot, kEmptySlot, kEmptySlot}};  // of the variant
@@ -61,8 +62,9 @@ QString PicturePath(const ScreenState& state);
 // of the program.
 QStringList PicturePaths(const ScreenState& state);
 
-// The state with all of its picture shown: a trim frame belongs to one picture and not to its stand-in.
-ScreenState Untrimmed(ScreenState state);
+// What is drawn over a picture: of a stand-in all is shown, for a trim frame belongs to the picture that was
+// chosen.
+ScreenState DrawnState(ScreenState state, bool isStandIn);
 
 // The items' display names in the language of the translator that is installed (source texts: Chinese).
 ItemTexts ItemCaptions();

@@ -176,16 +176,20 @@ bool SaveThemeState(const ThemeState& state, const QString& filePath) {
 
 ScreenState MakeScreenState(const ThemeState& state, const SlotTable& slotTable, int textRow,
                             InterfaceLanguage language) {
+    // Nothing of the other page, which an apply does not save: the frame of this one would be another after a
+    // restart.
     ScreenState screen;
     screen.custom = IsCustom(state);
-    screen.theme = ThemeOf(state);
-    screen.style = StyleInForce(state);
-    // Of a theme too: a frame's id counts it, and the other page's style must not make it another frame.
-    screen.variant = screen.style == 0 ? 0 : 1;
+    if (screen.custom) {
+        screen.variant = VariantOf(state);
+        screen.slotItems = slotTable[size_t(screen.variant)];
+        screen.textRow = qBound(0, textRow, kTextRowCount - 1);
+    } else {
+        screen.theme = ThemeOf(state);
+        screen.style = state.themeStyle;
+    }
     screen.orientation = state.orientation;
     screen.layout = state.layouts[size_t(LayoutIndexInForce(state))];
-    screen.slotItems = slotTable[size_t(screen.variant)];
-    screen.textRow = qBound(0, textRow, kTextRowCount - 1);
     screen.language = language;
     screen.captions = ItemCaptions();
     return screen;

@@ -19,13 +19,6 @@ constexpr int kMostSigns = 4000;        // of Unicode's, in them
 
 constexpr QChar kEllipsis(0x2026);
 
-QString WithoutBlankEnd(QString text) {
-    while (!text.isEmpty() && text.at(text.size() - 1).isSpace()) {
-        text.chop(1);
-    }
-    return text;
-}
-
 // A sign that would tear a line apart or turn what follows around.
 bool IsControl(QChar sign) {
     const ushort code = sign.unicode();
@@ -65,15 +58,23 @@ QRect BrightRect(const QImage& image) {
 
 }  // namespace
 
+QString WithoutBlankEnd(QString text) {
+    while (!text.isEmpty() && text.at(text.size() - 1).isSpace()) {
+        text.chop(1);
+    }
+    return text;
+}
+
+QString WithoutControls(QString text) {
+    std::replace_if(text.begin(), text.end(), &IsControl, QLatin1Char(' '));
+    return text;
+}
+
 VisibleText VisibleFreeText(const ScreenState& state) {
     // Blanks and empty lines at its end would push it out of its place, or count as lines that do not fit.
     QString text = WithoutBlankEnd(state.layout.freeText.left(kMostSigns));
     text.replace(QLatin1String("\r\n"), QLatin1String("\n"));
-    for (QChar& sign : text) {
-        if (IsControl(sign)) {
-            sign = QLatin1Char(' ');
-        }
-    }
+    text = WithoutControls(text);
     const bool isShort = state.orientation == Orientation::Portrait && state.textRow == kLastRow &&
                          !state.layout.picture.isEmpty();
     return Shortened(WithoutBlankEnd(text), isShort ? kPictureTextLength : kLongestText);

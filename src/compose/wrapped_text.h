@@ -14,6 +14,12 @@
 
 namespace kivo {
 
+// Without the blanks and line breaks at its end.
+QString WithoutBlankEnd(QString text);
+
+// With a blank for each sign that would turn what follows around or tear a line apart; line breaks stay.
+QString WithoutControls(QString text);
+
 // The text as it is to be shown: without blanks and empty lines at its end, without signs that would turn or
 // tear it.
 struct VisibleText {

@@ -29,7 +29,7 @@ bool ReplaceFirst(SlotRow& row, int what, int by) {
 }
 
 void Place(int kind, SlotRow& row) {
-    const int partner = kind == Date ? Time : kind == Time ? Date : kEmptySlot;
+    const int partner = PartnerOf(kind);
     const bool hasPartner = partner != kEmptySlot && std::count(row.begin(), row.end(), partner) > 0;
     if (!hasPartner) {
         ReplaceFirst(row, kEmptySlot, kind);
@@ -39,8 +39,8 @@ void Place(int kind, SlotRow& row) {
 }
 
 void TakeOut(int kind, SlotRow& row, const ItemFlags& ticked) {
-    if (kind == Date || kind == Time) {
-        const int partner = kind == Date ? Time : Date;
+    const int partner = PartnerOf(kind);
+    if (partner != kEmptySlot) {
         ReplaceFirst(row, kind, ticked[size_t(partner)] ? partner : kEmptySlot);
         return;
     }
@@ -48,6 +48,10 @@ void TakeOut(int kind, SlotRow& row, const ItemFlags& ticked) {
 }
 
 }  // namespace
+
+int PartnerOf(int kind) {
+    return kind == Date ? Time : kind == Time ? Date : kEmptySlot;
+}
 
 void SetFiveSlotItem(int kind, bool on, SlotRow& row, ItemFlags& ticked) {
     if (!IsKind(kind)) {
@@ -78,7 +82,8 @@ void SetSingleItem(int kind, bool on, SlotRow& row, ItemFlags& chosen) {
 }
 
 bool MayTick(int kind, const ItemFlags& ticked) {
-    if ((kind == Time && ticked[Date]) || (kind == Date && ticked[Time])) {
+    const int partner = PartnerOf(kind);
+    if (partner != kEmptySlot && ticked[size_t(partner)]) {
         return true;
     }
     int count = 0;

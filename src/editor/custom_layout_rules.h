@@ -15,6 +15,9 @@ namespace kivo {
 
 using ItemFlags = std::array<bool, kLiveValueCount>;
 
+// The kind that an item shares its slot with: the date's and the time's are each other. Else kEmptySlot.
+int PartnerOf(int kind);
+
 // Five-slot layout. Date and time share a slot: with both ticked it holds the time. The free texts need no
 // slot. A kind outside 0..8 changes nothing.
 void SetFiveSlotItem(int kind, bool on, SlotRow& row, ItemFlags& ticked);

@@ -4,6 +4,7 @@
 #include <array>
 
 #include "compose/free_text.h"
+#include "compose/panel_layout.h"
 #include "editor/screen_mapping.h"
 
 namespace kivo {
@@ -48,7 +49,8 @@ DragTool::Hold DragTool::HoldAt(QPoint position) const {
         return {m_textHasTurn ? kEmptySlot : slot, m_textHasTurn, true};
     }
     // The zone of a slot is larger than what is seen of it.
-    const QRect seen = SlotChipRect(slot, orientation, true);
+    const ScreenState state = m_editor.Shown();
+    const QRect seen = SlotRoom(*LayOutPanel(state), state, slot);
     const bool onSlot = MappingFor(orientation, m_size).Mapped(seen).contains(position);
     return {onSlot ? slot : kEmptySlot, !onSlot, false};
 }

@@ -176,6 +176,14 @@ void EditBar::SetFontSizeIndex(int index) {
         m_sizeBox->setCurrentIndex(index);
 }
 
+void EditBar::SetTrimEnabled(bool on) {
+    if (m_trimButton->isEnabled() == on)
+        return;
+    if (!on && IsEditPressed())
+        SetEditPressed(false);
+    m_trimButton->SetButtonEnabled(on);
+}
+
 void EditBar::TellColorsShown(bool shown) {
     m_colorLabel->SetOpens(shown ? PressLabel::Opens::Open : PressLabel::Opens::Closed);
 }

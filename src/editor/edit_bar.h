@@ -35,6 +35,8 @@ public:
 
     // The step 0..2. Tells SendFontSize when that is a change.
     void SetFontSizeIndex(int index);
+    // Off, the trim button is also let go.
+    void SetTrimEnabled(bool on);
 
     // Whether the strip of the colours is open, which the indicator opens: for assistive programs.
     void TellColorsShown(bool shown);

@@ -2,6 +2,7 @@
 
 #include <tuple>
 
+#include "compose/wrapped_text.h"
 #include "config/setting_keys.h"
 #include "config/settings_file.h"
 #include "editor/trim_frame.h"
@@ -80,13 +81,6 @@ void SetPicture(LayoutRecord& layout, const QString& path) {
 void SetFreeText(LayoutRecord& layout, int variant, const QString& typed) {
     layout.freeText = WithoutBlankEnd(typed);
     SettleTextFlag(layout, variant);
-}
-
-QString WithoutBlankEnd(QString text) {
-    while (!text.isEmpty() && text.at(text.size() - 1).isSpace()) {
-        text.chop(1);
-    }
-    return text;
 }
 
 void SettleTextFlag(LayoutRecord& layout, int variant) {

@@ -55,7 +55,6 @@ void SetPicture(LayoutRecord& layout, const QString& path);
 // Gives a custom layout its free text and ticks it exactly where there is one. Blanks and line breaks at the
 // end, which would push it out of its place, are not kept.
 void SetFreeText(LayoutRecord& layout, int variant, const QString& typed);
-QString WithoutBlankEnd(QString text);
 
 // Ticks the free text of a custom layout exactly where there is one.
 void SettleTextFlag(LayoutRecord& layout, int variant);

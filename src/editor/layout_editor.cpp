@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "compose/wrapped_text.h"
 #include "config/settings_file.h"
 #include "editor/custom_layout_rules.h"
 #include "editor/trim_frame.h"
@@ -80,8 +81,8 @@ bool LayoutEditor::WouldBeShown(int kind) const {
         return true;
     }
     const auto& ticked = m_edited.themes.layouts[size_t(CustomLayoutIndex(0))].shown;
-    // Time and date share a slot.
-    const bool joins = (kind == Date && ticked[Time]) || (kind == Time && ticked[Date]);
+    const int partner = PartnerOf(kind);
+    const bool joins = partner != kEmptySlot && ticked[size_t(partner)];
     const SlotRow& row = Slots();
     return MayTick(kind) && (joins || std::find(row.begin(), row.end(), kEmptySlot) != row.end());
 }
@@ -164,10 +165,8 @@ void LayoutEditor::SetPicture(const QString& path) {
 }
 
 void LayoutEditor::ReplacePicture(const QString& old, const QString& by) {
-    for (EditState* state : {&m_edited, &m_saved}) {
-        for (LayoutRecord& layout : state->themes.layouts) {
-            kivo::ReplacePicture(layout, old, by);
-        }
+    for (LayoutRecord& layout : m_edited.themes.layouts) {
+        kivo::ReplacePicture(layout, old, by);
     }
     m_history.ReplacePicture(old, by);
 }

@@ -74,8 +74,8 @@ public:
 
     // Gives the layout in force a picture and clears its trim if it is another one.
     void SetPicture(const QString& path);
-    // For a picture that is no more: whatever layout has it as its own, edited, saved or in a step, gets the
-    // other one, untrimmed.
+    // For a picture that is no more: whatever layout has it as its own, edited or in a step, gets the other
+    // one, untrimmed. Saved with the next commit, like every choice.
     void ReplacePicture(const QString& old, const QString& by);
     // The part of the picture that is shown: a frame as TrimView has it.
     void SetTrim(const QRectF& frame, EditHistory::Kind kind = EditHistory::Kind::Single);

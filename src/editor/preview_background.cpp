@@ -44,7 +44,7 @@ QSize PreviewBackground::PictureSize(const ScreenState& state) {
 const PanelBackground& PreviewBackground::Composed(const ScreenState& state, QSize devicePixels) {
     Update(state);
     if (m_composed.image.size() != devicePixels || state != m_state) {
-        ScreenState drawn = DrawnState(state, m_picture);
+        ScreenState drawn = DrawnState(state, m_picture.IsStandIn());
         const bool hasPicture = !m_picture.image.isNull();
         drawn.layout.accentFromPicture = drawn.layout.accentFromPicture && hasPicture;
         m_composed = ComposeMagnifiedBackground(drawn, hasPicture ? m_picture.image : PlainGround(), m_skins,

@@ -38,8 +38,9 @@ QVector<TextRun> ValuesOf(const PanelTexts& texts) {
     return values;
 }
 
-QVector<PreviewItem> SlotItems(const ScreenState& state, const QVector<TextRun>& values,
-                               const ScreenMapping& map, WithEmpty withEmpty) {
+QVector<PreviewItem> SlotItems(const ScreenState& state, const PanelTexts& texts, const ScreenMapping& map,
+                               WithEmpty withEmpty) {
+    const QVector<TextRun> values = ValuesOf(texts);
     QVector<PreviewItem> items;
     for (int slot = 0; slot < kSlotCount; ++slot) {
         QStringList names;
@@ -57,7 +58,7 @@ QVector<PreviewItem> SlotItems(const ScreenState& state, const QVector<TextRun>&
         item.name = names.isEmpty() ? Words(QT_TRANSLATE_NOOP("PreviewItem", "空位"))
                                     : names.join(QStringLiteral(", "));
         item.place = Words(kSlotPlaces[size_t(slot)]);
-        item.rect = map.Mapped(SlotChipRect(slot, state.orientation, true));
+        item.rect = map.Mapped(SlotRoom(texts, state, slot));
         items.append(item);
     }
     return items;
@@ -94,10 +95,9 @@ QVector<PreviewItem> MakePreviewItems(const ScreenState& state, const ItemTexts&
                                       WithEmpty withEmpty) {
     const ScreenMapping map = MappingFor(state.orientation, widget);
     const PanelTexts laidOut = LayOutPanelTexts(state, texts);
-    const QVector<TextRun> values = ValuesOf(laidOut);
     const bool hasSlots = state.custom && state.variant == 0;
     QVector<PreviewItem> items =
-        hasSlots ? SlotItems(state, values, map, withEmpty) : ValueItems(state, values, map);
+        hasSlots ? SlotItems(state, laidOut, map, withEmpty) : ValueItems(state, ValuesOf(laidOut), map);
     if (state.custom && (withEmpty == WithEmpty::Yes || !laidOut.freeText.lines.isEmpty())) {
         items.append(FreeTextItem(state, laidOut.freeText, map));
     }

@@ -5,6 +5,7 @@
 #include <array>
 
 #include "compose/panel_text.h"
+#include "compose/wrapped_text.h"
 
 namespace kivo {
 
@@ -13,16 +14,6 @@ namespace {
 constexpr QChar kEllipsis(0x2026);
 constexpr double kPlaceholderStrength = 0.55;
 constexpr double kCaretWidth = 1;
-
-QString Visible(const QString& text) {
-    QString visible = text;
-    for (QChar& sign : visible) {
-        if (sign.category() == QChar::Other_Control && sign != QLatin1Char('\n')) {
-            sign = QLatin1Char(' ');
-        }
-    }
-    return visible;
-}
 
 }  // namespace
 
@@ -55,7 +46,7 @@ void TypedText::FindLines() {
         m_lines.append({0, QString(), at});
         return;
     }
-    const QString visible = Visible(m_text);
+    const QString visible = WithoutControls(m_text);
     int position = 0;
     for (const FreeTextLine& line : qAsConst(m_block.lines)) {
         QString text = line.text;
@@ -97,7 +88,7 @@ int TypedText::LineOf(int position) const {
 QRectF TypedText::CaretAt(int position) const {
     const Line& line = m_lines.at(LineOf(position));
     const LineMetrics metrics = MetricsOf(m_block.pixelSize);
-    QString before = Visible(m_text).mid(line.start, qMax(0, position - line.start));
+    QString before = WithoutControls(m_text).mid(line.start, qMax(0, position - line.start));
     const int breaks = before.count(QLatin1Char('\n'));
     QPointF at = line.baseLine;
     if (breaks > 0) {

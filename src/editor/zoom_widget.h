@@ -81,8 +81,9 @@ public:
     // What is being typed counts as an edit already.
     bool CanUndo() const;
     bool CanRedo() const;
-    // Undoes and redoes by the usual keys while editing is open. Whether the key was one of them.
-    bool TakeHistoryKey(const QKeyEvent& event);
+    // The keys that hold wherever the focus is while editing is open: undo and redo, and what trims while a
+    // picture is trimmed. Whether the key was one of them.
+    bool TakeKey(const QKeyEvent& event);
 
     bool CommitLayout();
     // Another state is saved, see LayoutEditor::ReplaceSaved. An edit that is open stays open and as it is.
@@ -191,6 +192,7 @@ private:
     void ShowDragCursor();
     void ShowTrimCursor() { setCursor(TrimCursor(m_trim.Zone())); }
     void Hover(QPoint position);
+    bool HandleHistoryKey(const QKeyEvent& event);
     bool HandleLayoutKey(int key);
     bool HandleTrimKey(const QKeyEvent& event);
     TrimTool& Trimmer();  // at the picture and the size of now

@@ -174,30 +174,29 @@ void ZoomWidget::Hover(QPoint position) {
 }
 
 void ZoomWidget::keyPressEvent(QKeyEvent* event) {
-    const bool isTaken =
-        m_editing &&
-        (TakeHistoryKey(*event) || (IsTrimming() ? HandleTrimKey(*event) : HandleLayoutKey(event->key())));
+    const bool isTaken = TakeKey(*event) || (m_editing && !IsTrimming() && HandleLayoutKey(event->key()));
     if (!isTaken) {
         QWidget::keyPressEvent(event);
     }
 }
 
+bool ZoomWidget::TakeKey(const QKeyEvent& event) {
+    return m_editing && (HandleHistoryKey(event) || (IsTrimming() && HandleTrimKey(event)));
+}
+
 // Both keys for redo, whatever the platform's own is.
-bool ZoomWidget::TakeHistoryKey(const QKeyEvent& event) {
+bool ZoomWidget::HandleHistoryKey(const QKeyEvent& event) {
     constexpr auto kCtrlShift = Qt::ControlModifier | Qt::ShiftModifier;
     const auto modifiers = event.modifiers() & ~Qt::KeypadModifier;
     const bool isUndo = event.key() == Qt::Key_Z && modifiers == Qt::ControlModifier;
     const bool isRedo = (event.key() == Qt::Key_Y && modifiers == Qt::ControlModifier) ||
                         (event.key() == Qt::Key_Z && modifiers == kCtrlShift);
-    if (!m_editing || (!isUndo && !isRedo)) {
-        return false;
-    }
     if (isUndo) {
         Undo();
-    } else {
+    } else if (isRedo) {
         Redo();
     }
-    return true;
+    return isUndo || isRedo;
 }
 
 bool ZoomWidget::HandleLayoutKey(int key) {

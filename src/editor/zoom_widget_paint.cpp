@@ -45,11 +45,8 @@ QRectF RoundedOut(const QSizeF& size, double ratio) {
 
 // What belongs to a slot on the canvas: its chip, or where one would lie.
 QRect SlotArea(int slot, const ScreenState& state, const PanelTexts& texts) {
-    const int item = ItemDrawnIn(state, slot);
-    const QRect chip =
-        item == kEmptySlot ? SlotChipRect(slot, state.orientation, false) : ChipOf(texts, item);
     // Off the screen's own edge.
-    return chip.marginsAdded(kSlotMargins) &
+    return SlotRoom(texts, state, slot).marginsAdded(kSlotMargins) &
            QRect(QPoint(0, 0), CanvasSize(state.orientation)).adjusted(1, 1, -1, -1);
 }
 

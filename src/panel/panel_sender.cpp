@@ -121,8 +121,8 @@ SharedFrame PanelSender::ComposeFrameOf(const ScreenState& state) {
     if (!picture) {
         return nullptr;
     }
-    const ScreenState drawn = picture->isStandIn ? Untrimmed(state) : state;
-    return MakePanelFrame(state, ComposeBackground(drawn, picture->image, m_skins));
+    return MakePanelFrame(state,
+                          ComposeBackground(DrawnState(state, picture->isStandIn), picture->image, m_skins));
 }
 
 void PanelSender::Prepare() {

@@ -18,6 +18,7 @@ struct LayoutPicture {
     QImage image;
     // Why the picture that was chosen is not shown; None: it is.
     PictureFailure failure = PictureFailure::None;
+    bool IsStandIn() const { return failure != PictureFailure::None; }
 };
 
 // What is known now; nothing while it is being read, which is asked for. The window's thread.
@@ -26,10 +27,5 @@ std::optional<LayoutPicture> KnownLayoutPicture(PictureSource& source, const Scr
 // Looks at the file and waits for the outcome, see PictureSource::Await. Nothing when the source stops. Not
 // on the window's thread.
 std::optional<LayoutPicture> AwaitLayoutPicture(PictureSource& source, const ScreenState& state);
-
-// What the picture is composed with: a trim frame belongs to the picture that was chosen.
-inline ScreenState DrawnState(const ScreenState& state, const LayoutPicture& picture) {
-    return picture.failure == PictureFailure::None ? state : Untrimmed(state);
-}
 
 }  // namespace kivo

@@ -217,10 +217,10 @@ bool PictureList::IsBuiltIn(int row) const {
     return row > kAddRow && row < m_view->count() && !IsUserPicture(row);
 }
 
-void PictureList::SelectPicture(const QString& path, const QString& secondPath) {
+void PictureList::SelectPicture(const QString& path) {
     // Deliberate: where no row has it none is selected. A frame round another picture would say that this one
     // is shown.
-    const int row = RowOf(path.isEmpty() ? secondPath : path);
+    const int row = RowOf(path);
     if (row < 0) {
         m_lastPicture = QPersistentModelIndex();
     }

@@ -75,9 +75,8 @@ public:
     bool IsUserPicture(int row) const;
     bool IsBuiltIn(int row) const;
 
-    // Selects the row of a layout's picture path or, where that is empty, of its second one. Where no row has
-    // it none is selected and none is the current one.
-    void SelectPicture(const QString& path, const QString& secondPath);
+    // Selects the row of a picture. Where no row has it none is selected and none is the current one.
+    void SelectPicture(const QString& path);
 
     // What stands behind the texts after the picture `removed` has been taken out of `row`: `background` as
     // it was, or, if that is the one that has gone, the picture that moved up to the row, else the first

@@ -23,6 +23,8 @@ private Q_SLOTS:
     void init();
     void PictureMovedAwayBeforeApplyIsReplacedAndSaid();
     void PictureThatComesBackIsShownAgain();
+    void StandInCannotBeTrimmed();
+    void NoticeAndHintShareTheirLine();
     void PictureOverwrittenBeforeApplyIsShownAndSent();
     void PictureGoneAtAStartIsTheDefaultOneInBoth();
     void PictureThatHangsFreezesNothing();
@@ -65,7 +67,7 @@ PictureFailure CardFailure(const Desk& desk, int row) {
 
 // The state as the panel has to show it, with the default picture in the place of its own.
 ScreenState WithDefaultPicture(ScreenState state) {
-    state = Untrimmed(state);
+    state = DrawnState(state, true);
     state.layout.picture.clear();
     return state;
 }
@@ -170,6 +172,59 @@ void TestWindowPictures::PictureThatComesBackIsShownAgain() {
     QVERIFY(ApplyAndWait(desk));
     TRY_PANEL_SHOWS(desk, SavedLook());
     QVERIFY(IsMostlyRed(PanelColour(desk)));
+}
+
+// What is trimmed over it would hold for the picture that is not there.
+void TestWindowPictures::StandInCannotBeTrimmed() {
+    const QString path = Write("mine.png", Qt::red);
+    Desk desk;
+    desk.Show();
+    ClickOn(desk, "btnImage");
+    AddByHand(desk, path);
+    desk.WaitForPictures();
+    ClickOn(desk, "btnEdit");
+    ClickOn(desk, "trimButton");
+    QVERIFY(desk.Editor()->IsTrimming());
+    QVERIFY(QFile::remove(path));
+    desk.Editor()->CheckPicture();
+    desk.WaitForPictures();
+    QTRY_VERIFY(!desk.Find("trimButton")->isEnabled());
+    QVERIFY(!desk.Editor()->IsTrimming());
+    Write("mine.png", Qt::red);
+    desk.Editor()->CheckPicture();
+    desk.WaitForPictures();
+    QTRY_VERIFY(desk.Find("trimButton")->isEnabled());
+    QVERIFY(!desk.Editor()->IsTrimming());
+    ClickOn(desk, "trimButton");
+    QVERIFY(desk.Editor()->IsTrimming());
+}
+
+void TestWindowPictures::NoticeAndHintShareTheirLine() {
+    const QString path = Write("mine.png", Qt::red);
+    Desk desk;
+    desk.Show();
+    ClickOn(desk, "btnImage");
+    AddByHand(desk, path);
+    desk.WaitForPictures();
+    ClickOn(desk, "btnEdit");
+    const QWidget* hint = desk.Find("editHint");
+    QCheckBox* fan = desk.Find<QCheckBox>("check7");
+    QVERIFY(hint->isVisible());
+    QVERIFY(QFile::remove(path));
+    desk.Editor()->CheckPicture();
+    desk.WaitForPictures();
+    QTRY_VERIFY(IsNoticeSeen(desk));
+    QVERIFY(!hint->isVisible());
+    // What was just asked for and did not come out is said first.
+    fan->click();
+    QVERIFY(hint->isVisible());
+    QVERIFY(!IsNoticeSeen(desk));
+    fan->click();
+    QVERIFY(!hint->isVisible());
+    QVERIFY(IsNoticeSeen(desk));
+    ClickOn(desk, "btnEdit_cancel");
+    QVERIFY(!hint->isVisible());
+    QVERIFY(IsNoticeSeen(desk));
 }
 
 void TestWindowPictures::PictureOverwrittenBeforeApplyIsShownAndSent() {

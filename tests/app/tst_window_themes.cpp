@@ -446,7 +446,7 @@ void TestWindowThemes::ThemeApplyStoresNoCustomEdits() {
     ClickAt(box, QPoint(8, 12));
     QCOMPARE(box->isChecked(), ticked);
     ClickListRow(desk, "pictureList", 5);
-    ScreenState edited = desk.Editor()->Shown();
+    const ScreenState edited = desk.Editor()->Shown();
 
     ClickOn(desk, "btnTheme");
     ClickListRow(desk, "themeList", int(Theme::Time));
@@ -457,7 +457,6 @@ void TestWindowThemes::ThemeApplyStoresNoCustomEdits() {
     QVERIFY(LoadSlotTable() == slotsBefore);
 
     // Nor are they lost.
-    edited.theme = Theme::Time;
     ClickOn(desk, "btnImage");
     QVERIFY(desk.Editor()->Shown() == edited);
     QCOMPARE(box->isChecked(), ticked);

@@ -28,6 +28,7 @@ private Q_SLOTS:
     void TrimFrameIsSizedByItsCorners_data();
     void TrimFrameIsSizedByItsCorners();
     void TrimByWheelAndKeys();
+    void TrimByKeysWhereverTheFocusIs();
     void RemoteResetsTheTrim();
 };
 
@@ -401,6 +402,28 @@ void TestWindowTools::TrimByWheelAndKeys() {
     QCOMPARE(desk.Layout().xZoom, 0);
     desk.Wheel(desk.Editor()->rect().center(), 100);
     QCOMPARE(desk.Layout().xZoom, kLargestInset);
+}
+
+void TestWindowTools::TrimByKeysWhereverTheFocusIs() {
+    const CustomDesk desk;
+    desk.Tap("btnEdit");
+    // By keyboard alone: the frame has the arrows as soon as it is there.
+    desk.Find("trimButton")->setFocus(Qt::TabFocusReason);
+    desk.Key(Qt::Key_Space);
+    QVERIFY(desk.Editor()->IsTrimming());
+    desk.Key(Qt::Key_Plus);
+    const LayoutRecord zoomed = desk.Layout();
+    QVERIFY(zoomed.xZoom > 0);
+    desk.Key(Qt::Key_Right);
+    QCOMPARE(desk.Layout().xPt, zoomed.xPt + 1);
+    // A button takes no plus and no escape, so these reach the frame.
+    desk.Find("btnApply")->setFocus(Qt::TabFocusReason);
+    desk.Key(Qt::Key_Plus);
+    QVERIFY(desk.Layout().xZoom > zoomed.xZoom);
+    desk.Find("pictureList")->setFocus(Qt::TabFocusReason);
+    desk.Key(Qt::Key_Escape);
+    QVERIFY(!desk.Editor()->IsTrimming());
+    QVERIFY(desk.Editor()->IsEditing());
 }
 
 void TestWindowTools::RemoteResetsTheTrim() {

@@ -77,7 +77,7 @@ inline PanelBackground ExpectedBackground(const ScreenState& state) {
         shown.failure = PictureFailure::Missing;
     }
     SkinCache skins;
-    return ComposeBackground(DrawnState(state, shown), shown.image, skins);
+    return ComposeBackground(DrawnState(state, shown.IsStandIn()), shown.image, skins);
 }
 
 // As after an earlier run in that language, which brought the look of the settings to the panel.

@@ -233,10 +233,14 @@ private slots:
                 const int item = kFactoryRow[size_t(slot)];
                 const QRect chip = RoomOfItem(texts, RoomOf::Chip, item);
                 QCOMPARE(chip, SlotChipRect(slot, orientation, item != Time));
+                QCOMPARE(SlotRoom(texts, state, slot), chip);
                 QVERIFY(item == Time || chip.contains(RoomOfItem(texts, RoomOf::Caption, item)));
                 QCOMPARE(RoomOfItem(texts, RoomOf::Value, item), EvenPart(SlotRect(slot, orientation)));
             }
             QVERIFY(RoomOfItem(texts, RoomOf::Caption, Time).isNull());
+            const ScreenState empty = CustomScreen(kNoItems, orientation);
+            QCOMPARE(SlotRoom(*LayOutPanel(empty), empty, kCentreSlot),
+                     SlotChipRect(kCentreSlot, orientation, false));
             const QRect text = RoomOfItem(texts, RoomOf::FreeText, OtherText);
             QCOMPARE(text, texts.freeText.bounds);
             QCOMPARE(RoomOfItem(texts, RoomOf::Pill, OtherText), text.adjusted(-8, -4, 8, 4));

@@ -440,15 +440,14 @@ private slots:
         QCOMPARE(screen.custom, custom);
         QCOMPARE(screen.orientation, orientation);
         QCOMPARE(screen.language, InterfaceLanguage::English);
-        QCOMPARE(screen.textRow, 1);
         QVERIFY(screen.layout == SpecialRecord(layout));
-        if (custom) {
-            QCOMPARE(screen.variant, layout - 8);
-            QVERIFY(screen.slotItems == table[size_t(layout - 8)]);
-        } else {
-            QCOMPARE(screen.theme, Theme::Tdp);
-            QCOMPARE(screen.style, style);
-        }
+        // Of the other page it says nothing.
+        const ScreenState plain;
+        QCOMPARE(screen.variant, custom ? layout - 8 : plain.variant);
+        QVERIFY(screen.slotItems == (custom ? table[size_t(layout - 8)] : plain.slotItems));
+        QCOMPARE(screen.textRow, custom ? 1 : plain.textRow);
+        QCOMPARE(screen.theme, custom ? plain.theme : Theme::Tdp);
+        QCOMPARE(screen.style, custom ? plain.style : style);
     }
 
     void PictureOfALayout() {

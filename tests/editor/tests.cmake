@@ -9,7 +9,8 @@ kivo_add_tests(editor
         edit_history
         editor_tools
         layout_editor
-        layout_editor_steps
+        layout_editor_saving
+    layout_editor_steps
         preview_accessibility
         screen_mapping
         trim_frame

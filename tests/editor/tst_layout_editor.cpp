@@ -20,20 +20,6 @@ QString Other() {
     return QStringLiteral("://background/7.jpg");
 }
 
-// Counts what is saved, and fails as told.
-struct Disk {
-    LayoutEditor::Save Writer() {
-        return [this](const EditState& state) {
-            ++writes;
-            written = state;
-            return works;
-        };
-    }
-    int writes = 0;
-    bool works = true;
-    EditState written;
-};
-
 }  // namespace
 
 class TestLayoutEditor : public QObject {
@@ -296,14 +282,16 @@ private slots:
         Hands hand(themes);
         hand.editor.SetPicture(Other());
         hand.editor.ReplacePicture(QStringLiteral("gone.png"), Other());
-        for (const EditState* state : {&hand.editor.Edited(), &hand.editor.Saved()}) {
-            for (int n = 0; n < kLayoutCount; ++n) {
-                const LayoutRecord& layout = state->themes.layouts[size_t(n)];
-                QCOMPARE(layout.picture, n == 2 ? DefaultBackground() : Other());
-                QCOMPARE(layout.xZoom, n == 2 ? 40 : 0);
-            }
+        for (int n = 0; n < kLayoutCount; ++n) {
+            const LayoutRecord& layout = hand.editor.Edited().themes.layouts[size_t(n)];
+            QCOMPARE(layout.picture, n == 2 ? DefaultBackground() : Other());
+            QCOMPARE(layout.xZoom, n == 2 ? 40 : 0);
         }
         hand.editor.Undo();
+        QCOMPARE(hand.Layout().picture, Other());
+        // Nothing was written, so nothing else is saved; leaving the editing does not bring it back.
+        QVERIFY(hand.editor.Saved().themes == themes);
+        hand.editor.Revert();
         QCOMPARE(hand.Layout().picture, Other());
     }
 
@@ -416,72 +404,6 @@ private slots:
         themes.layouts[size_t(CustomLayoutIndex(0))].freeText = Words();
         Hands hand(themes);
         QVERIFY(hand.Layout().shown[OtherText]);
-    }
-
-    void ACommitIsOneWrite_data() {
-        QTest::addColumn<int>("mode");
-        QTest::newRow("theme page") << 0;
-        QTest::newRow("custom page") << 1;
-    }
-    void ACommitIsOneWrite() {
-        QFETCH(int, mode);
-        Disk disk;
-        LayoutEditor editor(disk.Writer());
-        ThemeState themes = CustomThemes();
-        themes.mode = mode;
-        editor.Show(themes);
-        editor.SetPicture(Other());
-        QVERIFY(editor.Commit());
-        QCOMPARE(disk.writes, 1);
-        QCOMPARE(disk.written, editor.Edited());
-        QCOMPARE(editor.Saved(), editor.Edited());
-    }
-
-    void WhatCouldNotBeWrittenIsNotSaved() {
-        Disk disk;
-        LayoutEditor editor(disk.Writer());
-        editor.Show(CustomThemes());
-        editor.SetColor(3);
-        disk.works = false;
-        const EditState before = editor.Saved();
-        const EditState edited = editor.Edited();
-        QVERIFY(!editor.Commit());
-        QCOMPARE(editor.Saved(), before);
-        QCOMPARE(editor.Edited(), edited);
-        // Nothing is lost: it can be undone, or saved later.
-        QVERIFY(editor.CanUndo());
-        disk.works = true;
-        QVERIFY(editor.Commit());
-        QCOMPARE(editor.Saved(), edited);
-        editor.SetColor(5);
-        editor.Revert();
-        QCOMPARE(editor.Layout().colorIndex, 3);
-    }
-
-    void WhatIsWrittenIsWhatIsLoaded() {
-        Hands hand;
-        hand.GiveText(Words());
-        hand.editor.SetColor(4);
-        hand.editor.SetSize(1);
-        hand.editor.SetTextRow(0);
-        hand.editor.SwapSlots(0, 3);
-        hand.editor.SetItem(FanSpeed, true);
-        hand.editor.SetTrim(QRectF(16, 8, 288, 153));
-        QVERIFY(hand.editor.Commit());
-        LayoutEditor next;
-        next.Load();
-        QCOMPARE(next.Edited(), hand.editor.Edited());
-    }
-
-    // They belong to the custom page, and a file without them stays so.
-    void AThemeIsSavedWithoutSlotsAndRow() {
-        LayoutEditor editor;
-        ThemeState themes = CustomThemes();
-        themes.mode = 0;
-        editor.Show(themes);
-        QVERIFY(editor.Commit());
-        QVERIFY(!Stored(QStringLiteral("CustomShow/0-0")).isValid());
-        QVERIFY(!Stored(QStringLiteral("Config/CurRectID")).isValid());
     }
 };
 

@@ -301,7 +301,7 @@ void TestPanelSender::StandInIsShownWhole() {
         desk.run->picture = [&](const ScreenState&) { return FramePicture{picture, isStandIn}; };
         desk.run->sender.SetChosen(state);
         QVERIFY(desk.run->sender.ComposeWholeFrame());
-        const ScreenState drawn = isStandIn ? Untrimmed(state) : state;
+        const ScreenState drawn = DrawnState(state, isStandIn);
         QCOMPARE(desk.Picture().convertToFormat(QImage::Format_RGB16),
                  ComposeFrame(state, ComposeBackground(drawn, picture, skins), desk.texts));
         // The frame is the state's all the same, with the trim it will have when its picture is back.

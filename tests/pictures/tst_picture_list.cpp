@@ -115,7 +115,7 @@ private slots:
         QCOMPARE(made.List().PathAt(4), FirstBuiltIn());
         QCOMPARE(made.View().count(), 15);
         QVERIFY(made.List().IsUserPicture(3));
-        made.List().SelectPicture(added, QString());
+        made.List().SelectPicture(added);
         QCOMPARE(made.View().currentRow(), 3);
         QVERIFY(made.View().item(3)->isSelected());
         // And it is there the next time.
@@ -242,25 +242,21 @@ private slots:
     }
 
     void TheRowOfTheLayoutsPictureIsSelected_data() {
-        QTest::addColumn<QString>("first");
-        QTest::addColumn<QString>("second");
+        QTest::addColumn<QString>("path");
         QTest::addColumn<int>("row");
-        QTest::newRow("the user's") << UserPaths(2).at(1) << SecondBuiltIn() << 2;
-        QTest::newRow("built in") << FirstBuiltIn() << SecondBuiltIn() << 3;
-        QTest::newRow("built in, written with one slash")
-            << QStringLiteral(":/background/1.jpg") << QString() << 3;
-        QTest::newRow("none: the second path") << QString() << SecondBuiltIn() << 4;
-        QTest::newRow("unknown: none") << QStringLiteral("/gone.png") << SecondBuiltIn() << -1;
-        QTest::newRow("neither: none") << QString() << QString() << -1;
-        QTest::newRow("the add entry is no picture") << QStringLiteral("://skins/add.png") << QString() << -1;
+        QTest::newRow("the user's") << UserPaths(2).at(1) << 2;
+        QTest::newRow("built in") << FirstBuiltIn() << 3;
+        QTest::newRow("built in, written with one slash") << QStringLiteral(":/background/1.jpg") << 3;
+        QTest::newRow("unknown: none") << QStringLiteral("/gone.png") << -1;
+        QTest::newRow("nothing: none") << QString() << -1;
+        QTest::newRow("the add entry is no picture") << QStringLiteral("://skins/add.png") << -1;
     }
     void TheRowOfTheLayoutsPictureIsSelected() {
-        QFETCH(QString, first);
-        QFETCH(QString, second);
+        QFETCH(QString, path);
         QFETCH(int, row);
         ListInWindow made(2);
         made.View().setCurrentRow(6);
-        made.List().SelectPicture(first, second);
+        made.List().SelectPicture(path);
         QCOMPARE(made.View().currentRow(), row);
         QCOMPARE(made.View().selectedItems().size(), row < 0 ? 0 : 1);
         if (row >= 0) {
@@ -272,7 +268,7 @@ private slots:
         ListInWindow made(2);
         made.View().setCurrentRow(5);
         made.View().setCurrentRow(0);
-        made.List().SelectPicture(QStringLiteral("/gone.png"), QString());
+        made.List().SelectPicture(QStringLiteral("/gone.png"));
         QCOMPARE(made.View().currentRow(), -1);
         QVERIFY(made.View().selectedItems().isEmpty());
         QCOMPARE(made.List().RowOf(QStringLiteral("://skins/add.png")), -1);
@@ -281,7 +277,7 @@ private slots:
     void TheAddEntryIsLeftEvenIfNothingWasSelectedBefore() {
         ListInWindow made(0);
         made.View().setCurrentRow(0);
-        made.List().SelectPicture(QString(), QString());
+        made.List().SelectPicture(QString());
         QCOMPARE(made.View().currentRow(), -1);
         QVERIFY(made.View().selectedItems().isEmpty());
     }

@@ -134,7 +134,7 @@ private slots:
     void AClickOnTheAddEntryLeavesItAgain() {
         ListInWindow made(2);
         Show(made);
-        made.List().SelectPicture(SecondBuiltIn(), QString());
+        made.List().SelectPicture(SecondBuiltIn());
         QSignalSpy picked(&made.List(), &PictureList::picked);
         Click(made, made.CentreOf(0));
         QCOMPARE(picked.count(), 1);
@@ -145,7 +145,7 @@ private slots:
     void APressOnTheAddEntryThatIsLetGoElsewhereLeavesIt() {
         ListInWindow made(2);
         Show(made);
-        made.List().SelectPicture(SecondBuiltIn(), QString());
+        made.List().SelectPicture(SecondBuiltIn());
         QTest::mousePress(made.View().viewport(), Qt::LeftButton, Qt::NoModifier, made.CentreOf(0));
         QTest::mouseRelease(made.View().viewport(), Qt::LeftButton, Qt::NoModifier, QPoint(389, 235));
         QTRY_COMPARE(made.List().PathAt(made.View().currentRow()), SecondBuiltIn());
@@ -154,7 +154,7 @@ private slots:
     void ARightPressOnTheAddEntryLeavesIt() {
         ListInWindow made(2);
         Show(made);
-        made.List().SelectPicture(SecondBuiltIn(), QString());
+        made.List().SelectPicture(SecondBuiltIn());
         QSignalSpy picked(&made.List(), &PictureList::picked);
         QSignalSpy rightClick(&made.View(), &MyListWidget::rightClick);
         Click(made, made.CentreOf(0), Qt::RightButton);
@@ -180,8 +180,8 @@ private slots:
     void TheAddEntryIsLeftForNoneWhenThePictureIsNotInTheList() {
         ListInWindow made(2);
         Show(made);
-        made.List().SelectPicture(SecondBuiltIn(), QString());
-        made.List().SelectPicture(QStringLiteral("/gone.png"), QString());
+        made.List().SelectPicture(SecondBuiltIn());
+        made.List().SelectPicture(QStringLiteral("/gone.png"));
         Click(made, made.CentreOf(0));
         QCOMPARE(made.View().currentRow(), -1);
         QVERIFY(made.View().selectedItems().isEmpty());
@@ -237,7 +237,7 @@ private slots:
         ListInWindow made(2);
         Show(made);
         made.View().setFocus();
-        made.List().SelectPicture(FirstBuiltIn(), QString());  // row 3, the end of the first line
+        made.List().SelectPicture(FirstBuiltIn());  // row 3, the end of the first line
         QSignalSpy picked(&made.List(), &PictureList::picked);
         QTest::keyClick(&made.View(), Qt::Key_Down);
         QCOMPARE(made.View().currentRow(), 7);
@@ -257,7 +257,7 @@ private slots:
         made.Window().activateWindow();
         QVERIFY(QTest::qWaitForWindowActive(&made.Window()));
         made.View().setFocus();
-        made.List().SelectPicture(FirstBuiltIn(), QString());
+        made.List().SelectPicture(FirstBuiltIn());
         QTest::keyClick(&made.View(), Qt::Key_Left);
         QCOMPARE(made.View().currentRow(), 0);
         QSignalSpy picked(&made.List(), &PictureList::picked);

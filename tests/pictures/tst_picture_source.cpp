@@ -445,8 +445,9 @@ private slots:
         ScreenState state = StateWith(kA, kB);
         state.layout.xZoom = 100;
         state.layout.xPt = 20;
-        QCOMPARE(DrawnState(state, {QImage(), PictureFailure::None}), state);
-        const ScreenState drawn = DrawnState(state, {QImage(), PictureFailure::Missing});
+        QCOMPARE(DrawnState(state, LayoutPicture{QImage(), PictureFailure::None}.IsStandIn()), state);
+        const ScreenState drawn =
+            DrawnState(state, LayoutPicture{QImage(), PictureFailure::Missing}.IsStandIn());
         QCOMPARE(drawn.layout.xZoom, 0);
         QCOMPARE(drawn.layout.xPt, 0);
         QCOMPARE(drawn.layout.picture, kA);
