@@ -32,7 +32,9 @@ diff packaging/debian/contents.txt "$work/contents" || fail "the package does no
 ! grep -vE '^(-rw-r--r--|-rwxr-xr-x|drwxr-xr-x|lrwxrwxrwx) root/root ' "$work/listing" || fail "owner or rights."
 dpkg-deb --extract "$package" "$work/tree"
 tree=$work/tree/usr
-file "$tree/lib/kivo-screen/kivo-screen" | grep -q ', stripped' || fail "the program is not stripped."
+for program in "$tree/lib/kivo-screen/kivo-screen" "$tree/bin/kivo-report-log"; do
+    file "$program" | grep -q ', stripped' || fail "$program is not stripped."
+done
 # Pictures and all: a program of this kind may not weigh more. Qt comes as packages of its own.
 most_bytes=$((12 * 1024 * 1024))
 bytes=$(find "$tree/lib/kivo-screen" -type f -printf '%s\n' | awk '{ sum += $1 } END { print sum }')
@@ -59,13 +61,16 @@ apt_get install -y -qq --no-install-recommends "$package"
 dpkg --listfiles kivo-screen >"$work/installed"
 home=$work/home
 mkdir -m 700 "$home" "$work/run" "$work/tmp"
-try() {
+try_program() {
     (cd / && env -i HOME="$home" XDG_RUNTIME_DIR="$work/run" TMPDIR="$work/tmp" PATH=/usr/bin:/bin LC_ALL=C.UTF-8 \
-        QT_LOGGING_RULES="*.debug=false" timeout 60 kivo-screen "$@")
+        QT_LOGGING_RULES="*.debug=false" timeout 60 "$@")
+}
+try() {
+    try_program kivo-screen "$@"
 }
 try --version
 status=0
-try --virtual-screen --panel-image "$work/panel.png" --run-for 5 >"$work/said" 2>"$work/complaints" || status=$?
+try --virtual-screen --panel-image "$work/panel.png" --report-log "$work/reports" --run-for 5 >"$work/said" 2>"$work/complaints" || status=$?
 cat "$work/said" "$work/complaints"
 [ $status -eq 0 ] || fail "the program ended with status $status."
 grep -qE '^Live values sent last: .*[0-9]+%.*[0-9]{2}:[0-9]{2}' "$work/said" || fail "it sent no live values."
@@ -74,6 +79,10 @@ grep -qE '^Live values sent last: .*[0-9]+%.*[0-9]{2}:[0-9]{2}' "$work/said" || 
 file "$work/panel.png" | grep -q 'PNG image data, 320 x 170' || fail "the panel's picture is not 320 x 170."
 # A photograph; a panel of one colour would be a few hundred bytes.
 [ "$(stat -c %s "$work/panel.png")" -gt 10000 ] || fail "the panel's picture is empty."
+
+# Its log is read by the program beside it.
+try_program kivo-report-log "$work/reports" >"$work/replayed" || fail "the log of its reports is wrong."
+grep -q 'frame chunks' "$work/replayed" || fail "the log holds no frame."
 
 # It starts at login for those who want it.
 entry=$home/.config/autostart/kivo-screen.desktop

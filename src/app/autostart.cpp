@@ -1,6 +1,8 @@
 #include "app/autostart.h"
 
+#include <QByteArrayList>
 #include <QList>
+#include <algorithm>
 
 namespace kivo {
 
@@ -56,6 +58,14 @@ QString QuotedForExec(const QString& program) {
     return quoted + QLatin1Char('"');
 }
 
+constexpr char kGroup[] = "[Desktop Entry]";
+
+// The key of a line of the entry's own group; empty for what is none.
+QByteArray KeyOf(const QByteArray& line) {
+    const int equals = line.indexOf('=');
+    return equals < 0 || line.trimmed().startsWith('#') ? QByteArray() : line.left(equals).trimmed();
+}
+
 }  // namespace
 
 QByteArray AutostartEntry(const QString& program) {
@@ -72,6 +82,46 @@ QByteArray AutostartEntry(const QString& program) {
     return entry.toUtf8();
 }
 
+QByteArray SwitchedOnEntry(const QByteArray& former, const QString& program) {
+    const QByteArrayList lines = former.split('\n');
+    const auto isGroup = [](const QByteArray& line) { return line.trimmed().startsWith('['); };
+    const auto group = std::find_if(lines.begin(), lines.end(),
+                                    [](const QByteArray& line) { return line.trimmed() == kGroup; });
+    if (group == lines.end()) {
+        return AutostartEntry(program);
+    }
+    const QByteArray name = EscapedValue(program).toUtf8();
+    const QByteArrayList wanted{"Type=Application", "Name=Kivo Screen",
+                                "Exec=" + EscapedValue(QuotedForExec(program)).toUtf8(), "TryExec=" + name,
+                                "X-GNOME-Autostart-enabled=true"};
+    const int first = int(group - lines.begin()) + 1;
+    const int end = int(std::find_if(lines.begin() + first, lines.end(), isGroup) - lines.begin());
+    QByteArrayList entry = lines.mid(0, first);
+    QByteArrayList missing = wanted;
+    for (int at = first; at < end; ++at) {
+        const QByteArray key = KeyOf(lines[at]);
+        const auto hasKey = [&key](const QByteArray& line) { return KeyOf(line) == key; };
+        const auto own = std::find_if(wanted.begin(), wanted.end(), hasKey);
+        if (own == wanted.end()) {
+            if (key != "Hidden") {
+                entry.append(lines[at]);
+            }
+        } else if (missing.removeOne(*own)) {  // of a key that stands twice the first one counts
+            // A command may have options of a person's own.
+            const bool stays = key == "Name" || (key == "Exec" && lines[at].contains(name));
+            entry.append(stays ? lines[at] : *own);
+        }
+    }
+    // Behind the last key, before what parts the groups.
+    int place = entry.size();
+    while (place > first && entry[place - 1].trimmed().isEmpty()) {
+        --place;
+    }
+    const bool endsInLine = place < entry.size() || end < lines.size();
+    entry = entry.mid(0, place) + missing + entry.mid(place) + lines.mid(end);
+    return entry.join('\n') + (endsInLine ? "" : "\n");
+}
+
 QString ProgramOfEntry(const QByteArray& entry) {
     QString program;
     bool inGroup = false;
@@ -79,7 +129,7 @@ QString ProgramOfEntry(const QByteArray& entry) {
     for (const QByteArray& raw : lines) {
         const QString line = QString::fromUtf8(raw).trimmed();
         if (line.startsWith(QLatin1Char('['))) {
-            inGroup = line == QLatin1String("[Desktop Entry]");
+            inGroup = line == QLatin1String(kGroup);
         }
         const int equals = line.indexOf(QLatin1Char('='));
         if (!inGroup || equals < 0) {

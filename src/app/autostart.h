@@ -18,6 +18,11 @@ QString SetStartsAtLogin(bool on);
 // The desktop entry that starts `program` (an absolute path), after the Desktop Entry Specification 1.5.
 QByteArray AutostartEntry(const QString& program);
 
+// `former`, an entry that somebody may have edited, switched on for that program: its other keys, groups and
+// comments stay, and so does a command that names the program already. What is no entry is replaced as a
+// whole.
+QByteArray SwitchedOnEntry(const QByteArray& former, const QString& program);
+
 // The program a desktop entry would start by itself; empty where it is switched off, by a desktop's own
 // tool for example, or names no program.
 QString ProgramOfEntry(const QByteArray& entry);

@@ -41,7 +41,10 @@ QString SetStartsAtLogin(bool on) {
         return QStringLiteral("The folder %1 cannot be created.").arg(folder);
     }
     QBuffer content;
-    content.setData(AutostartEntry(QCoreApplication::applicationFilePath()));
+    QFile former(path);
+    const QByteArray entry = former.open(QIODevice::ReadOnly) ? former.readAll() : QByteArray();
+    former.close();
+    content.setData(SwitchedOnEntry(entry, QCoreApplication::applicationFilePath()));
     content.open(QIODevice::ReadOnly);
     return ReplaceFile(path, &content);
 }

@@ -60,11 +60,14 @@ bool StartsAtLogin() {
 
 QString SetStartsAtLogin(bool on) {
     LSTATUS status = ERROR_SUCCESS;
-    if (on) {
-        const std::wstring command = RunCommand(QCoreApplication::applicationFilePath()).toStdWString();
+    const QString program = QCoreApplication::applicationFilePath();
+    // A command that starts it already may have options of a person's own.
+    const bool isThere = QFileInfo(ProgramOfCommand(Command())) == QFileInfo(program);
+    if (on && !isThere) {
+        const std::wstring command = RunCommand(program).toStdWString();
         status = RegSetKeyValueW(HKEY_CURRENT_USER, kRunKey, kValueName, REG_SZ, command.c_str(),
                                  static_cast<DWORD>((command.size() + 1) * sizeof(wchar_t)));
-    } else {
+    } else if (!on) {
         status = Remove(kRunKey);
     }
     // Also when switching on: what the system has switched off stays off, whatever stands under the Run key.

@@ -6,7 +6,7 @@
 #include <QStringList>
 #include <optional>
 
-class QCommandLineParser;
+#include "app/outside_commands.h"
 
 namespace kivo {
 
@@ -21,11 +21,16 @@ struct CommandLine {
     enum class Action { Run, ShowText, ShowSensors, SwitchAutostart, Refuse };
     Action action = Action::Run;
     Options options;
-    bool autostart = false;  // SwitchAutostart: on or off
+    QStringList toolkit;       // Qt's own options and their values
+    QString platform;          // Qt's platform among them, empty for none
+    OutsideCommands commands;  // for the copy that runs, else for this one
+    bool autostart = false;    // SwitchAutostart: on or off
     QString text;  // ShowText: help or version, ends in a line feed; Refuse: one line that says what is wrong
 };
 
-// arguments begin with the program's name. Needs a QCoreApplication (for the help text).
+// arguments begin with the program's name; Qt's own options among them are passed over. Needs a
+// QCoreApplication (for the help text). Of an option that is given twice the last value counts. A picture's
+// path becomes an absolute one, and has to name a file.
 CommandLine ParseCommandLine(const QStringList& arguments);
 
 }  // namespace kivo

@@ -1,14 +1,12 @@
 #include "app/display.h"
 
-#include <QByteArray>
 #include <QGuiApplication>
 
 namespace kivo {
 
-const char* PlatformWithoutDisplay(const char* asked) {
-    const QByteArray name(asked);
-    const bool needsDisplay = name.isEmpty() || name.startsWith("xcb") || name.startsWith("wayland");
-    return needsDisplay ? "offscreen" : asked;
+QByteArray PlatformWithoutDisplay(const QByteArray& asked) {
+    const bool needsDisplay = asked.isEmpty() || asked.startsWith("xcb") || asked.startsWith("wayland");
+    return needsDisplay ? QByteArray(kPlatformWithoutWindows) : asked;
 }
 
 bool DesktopPlacesWindows() {

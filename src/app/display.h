@@ -1,13 +1,23 @@
 #pragma once
 
+#include <QByteArray>
+
 namespace kivo {
 
-// Whether there is a display to open windows on, asked before the application object exists.
+// Whether a display is named to open windows on, asked before the application object exists.
 bool HasDisplay();
 
-// Qt's platform to use without a display, given the one that was asked for (QT_QPA_PLATFORM): one that opens
-// windows on a display would end the program.
-const char* PlatformWithoutDisplay(const char* asked);
+// Qt's platform to use without a display, given the one that was asked for: one that opens windows on a
+// display would end the program.
+QByteArray PlatformWithoutDisplay(const QByteArray& asked);
+
+// Qt's platforms to try one after the other where a display is named, between semicolons, given the one that
+// was asked for. The last one needs no display: without it a display that refuses would end the program.
+// Empty: what Qt chooses by itself can only work.
+QByteArray PlatformsWithDisplay(const QByteArray& asked);
+
+// The platform that needs no display.
+constexpr char kPlatformWithoutWindows[] = "offscreen";
 
 // Whether the desktop alone decides where a window stands and what is in front (Wayland): a window cannot
 // move itself, raise itself, or come back once it is minimised. Asked with an application object.

@@ -7,4 +7,8 @@ bool HasDisplay() {
     return true;
 }
 
+QByteArray PlatformsWithDisplay(const QByteArray&) {
+    return {};
+}
+
 }  // namespace kivo

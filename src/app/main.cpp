@@ -1,4 +1,5 @@
 #include <QApplication>
+#include <QByteArrayList>
 #include <QFont>
 #include <QTimer>
 #include <QTranslator>
@@ -7,14 +8,18 @@
 #include <cstdlib>
 #include <memory>
 #include <optional>
+#include <utility>
+#include <vector>
 
 #include "app/autostart.h"
 #include "app/command_line.h"
 #include "app/console.h"
 #include "app/display.h"
+#include "app/hand_over.h"
 #include "app/helper_window.h"
 #include "app/language.h"
 #include "app/main_window.h"
+#include "app/outside_control.h"
 #include "app/quit_signals.h"
 #include "app/sensor_report.h"
 #include "app/single_instance.h"
@@ -104,6 +109,9 @@ public:
         }
     }
 
+    // Whether every report so far stands in the log that was asked for.
+    bool IsLogWhole() const { return !m_log || m_log->IsLogging(); }
+
     kivo::HidApi& Hid() { return m_log ? *m_log : *m_hid; }
 
     // Who tells when it comes and goes. The screen outlives it.
@@ -119,7 +127,7 @@ private:
     std::unique_ptr<kivo::HidApi> m_hid;
     kivo::VirtualHidApi* m_panel = nullptr;  // m_hid, if it is a software panel
     bool m_hasWindow = false;
-    std::unique_ptr<kivo::HidApi> m_log;
+    std::unique_ptr<kivo::ReportLogHidApi> m_log;
     std::unique_ptr<kivo::PanelImageWriter> m_imageWriter;
     std::unique_ptr<kivo::VirtualScreenWindow> m_window;
 };
@@ -162,6 +170,67 @@ QString ValuesLine(const kivo::ItemTexts& texts) {
     return QStringLiteral("Live values sent last: %1\n").arg(shown.join(QStringLiteral(", ")));
 }
 
+// What Qt gets to see of the command line: its own options, and the platforms to try as the last word. It
+// keeps what they point to.
+class ToolkitArguments {
+public:
+    ToolkitArguments(const char* program, const kivo::CommandLine& line, const QByteArray& platforms) {
+        m_texts.append(program);
+        for (const QString& option : line.toolkit) {
+            m_texts.append(option.toLocal8Bit());
+        }
+        if (!platforms.isEmpty()) {
+            m_texts += QByteArrayList{"-platform", platforms};
+        }
+        for (QByteArray& text : m_texts) {
+            m_words.push_back(text.data());
+        }
+        m_count = int(m_words.size());
+        m_words.push_back(nullptr);
+    }
+    int& Count() { return m_count; }
+    char** Words() { return m_words.data(); }
+
+private:
+    QByteArrayList m_texts;
+    std::vector<char*> m_words;
+    int m_count = 0;
+};
+
+// The platforms for Qt to try, one after the other; empty: its own choice.
+QByteArray PlatformsFor(const kivo::CommandLine& line) {
+    const QByteArray asked =
+        line.platform.isEmpty() ? qgetenv("QT_QPA_PLATFORM") : line.platform.toLocal8Bit();
+    return kivo::HasDisplay() ? kivo::PlatformsWithDisplay(asked) : kivo::PlatformWithoutDisplay(asked);
+}
+
+// For what this start itself was told; the program goes on, whatever comes of it.
+kivo::OutsideReply OnConsole() {
+    return {[] { return true; },
+            [](const kivo::OutsideAnswer& answer) {
+                if (!answer.isTaken) {
+                    Say(stderr, QStringLiteral("kivo-screen: %1\n").arg(answer.line));
+                }
+            }};
+}
+
+// Before there is an application object with windows: a second start needs no display.
+std::optional<int> HandOver(int& argc, char** argv, kivo::SingleInstance& instance,
+                            const kivo::OutsideCommands& commands) {
+    const QCoreApplication application(argc, argv);
+    const kivo::HandOver handed = kivo::HandOverCommands(instance, commands);
+    switch (handed.outcome) {
+        case kivo::HandOver::Outcome::IsFirst:
+            return std::nullopt;
+        case kivo::HandOver::Outcome::Taken:
+            return 0;
+        case kivo::HandOver::Outcome::NotTaken:
+            break;
+    }
+    Say(stderr, QStringLiteral("kivo-screen: %1\n").arg(handed.line));
+    return kCannotBeDone;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -183,17 +252,28 @@ int main(int argc, char** argv) {
         return ShowSensors(argc, argv);
     }
 
-    const bool hasDisplay = kivo::HasDisplay();
-    if (!hasDisplay) {
-        qputenv("QT_QPA_PLATFORM", kivo::PlatformWithoutDisplay(qgetenv("QT_QPA_PLATFORM").constData()));
-        Say(stderr, QStringLiteral("kivo-screen: no display, running without windows.\n"));
+    kivo::SingleInstance instance;
+    const bool isTold = kivo::IsAnyAsked(line.commands);
+    if (isTold) {
+        if (const std::optional<int> status = HandOver(argc, argv, instance, line.commands)) {
+            return *status;
+        }
     }
+    const QByteArray platforms = PlatformsFor(line);
+    ToolkitArguments arguments(argv[0], line, platforms);
     QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
     QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
     QGuiApplication::setHighDpiScaleFactorRoundingPolicy(Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
     // By this name a desktop finds the program's entry, and with it the icon of its windows.
     QGuiApplication::setDesktopFileName(QStringLiteral("kivo-screen"));
-    QApplication application(argc, argv);
+    QApplication application(arguments.Count(), arguments.Words());
+    // A display that was named may have refused.
+    const bool hasDisplay = kivo::HasDisplay() &&
+                            (platforms.isEmpty() || platforms.startsWith(kivo::kPlatformWithoutWindows) ||
+                             QGuiApplication::platformName() != QLatin1String(kivo::kPlatformWithoutWindows));
+    if (!hasDisplay) {
+        Say(stderr, QStringLiteral("kivo-screen: no display, running without windows.\n"));
+    }
     kivo::InitResources();
     kivo::InstallFontSubstitutes();
     QFont font(kivo::FontFamily());
@@ -210,16 +290,17 @@ int main(int argc, char** argv) {
     bool endRequested = false;
     QObject::connect(&application, &QCoreApplication::aboutToQuit, &application,
                      [&endRequested] { endRequested = true; });
-    kivo::SingleInstance instance;
+    kivo::OutsideControl control;
     const kivo::QuitSignals quitSignals;
     QObject::connect(&quitSignals, &kivo::QuitSignals::quitRequested, &application,
-                     [&endRequested, &instance] {
+                     [&endRequested, &instance, &control] {
                          endRequested = true;
+                         control.Close();
                          instance.LetGo();
                          QCoreApplication::quit();
                      });
 
-    if (!instance.Start([&line] { return RequestFor(line.options); })) {
+    if (!isTold && !instance.Start([&line] { return RequestFor(line.options); })) {
         const kivo::InstanceAnswer answer = instance.AwaitAnswer();
         if (answer != kivo::InstanceAnswer::TookPlace) {
             Say(stderr, endRequested ? QString() : AnswerLine(answer));
@@ -228,6 +309,9 @@ int main(int argc, char** argv) {
     }
 
     Screen screen(line.options, hasDisplay);
+    if (!screen.IsLogWhole()) {
+        return kCannotBeDone;  // the log has said why
+    }
     kivo::MainWindow::Parts parts{screen.Hid(), &instance, QCoreApplication::applicationDirPath(),
                                   line.options.virtualScreen ? kivo::LiveSession::PanelKind::Software
                                                              : kivo::LiveSession::PanelKind::Real};
@@ -246,18 +330,28 @@ int main(int argc, char** argv) {
     } else {
         window->PutAway();
     }
+    if (isTold) {
+        window->TakeFromOutside(line.commands, OnConsole());
+    }
+    control.Open([&window](const kivo::OutsideCommands& commands, const kivo::OutsideReply& reply) {
+        window->TakeFromOutside(commands, reply);
+    });
     if (line.options.runSeconds) {
         QTimer::singleShot(std::chrono::milliseconds(qRound64(*line.options.runSeconds * 1000)), &application,
                            &QCoreApplication::quit);
     } else {
         kivo::LeaveParentConsole();
     }
-    const int status = endRequested ? 0 : QApplication::exec();
+    int status = endRequested ? 0 : QApplication::exec();
     // Before the wait for the workers: a start that comes now takes this copy's place.
+    control.Close();
     instance.LetGo();
     const bool stopped = window->Stop();
     if (line.options.runSeconds) {
         Say(stdout, ValuesLine(window->Session().ShownTexts()));
+    }
+    if (status == 0 && !screen.IsLogWhole()) {
+        status = kCannotBeDone;
     }
     if (!stopped) {
         // A worker hangs in a write to the screen and uses what lives here: nothing may be destroyed any

@@ -15,6 +15,7 @@
 #include <vector>
 
 #include "app/display.h"
+#include "app/outside_control.h"
 #include "app/tray.h"
 #include "app/tray_host.h"
 #include "app/untold_sleep.h"
@@ -39,6 +40,7 @@ class CustomPage;
 class EditBar;
 class EditHint;
 class FocusRing;
+struct EditState;
 class HidApi;
 class PictureChoice;
 class PictureList;
@@ -105,6 +107,10 @@ public:
     // Cleared when the screen goes. Deliberate: nothing in the program sets it; whether there is a screen is
     // told by the device table.
     quint8 screenAttached = 0;
+
+    // Does what a second start, or this one's own command line, asks for: saves it and brings it to the
+    // panel, without a dialog. What is being edited stays as it is, and waits.
+    void TakeFromOutside(const OutsideCommands& commands, const OutsideReply& reply);
 
     // Refresh thread on and off.
     void StartRefresh();
@@ -213,6 +219,17 @@ private:
     void SavePictures();
     void ShowPictureNotice();
 
+    // A request that waits until its picture has been looked at.
+    struct OutsidePicture {
+        QString path;
+        OutsideCommands commands;
+        OutsideReply reply;
+    };
+    void TakeOutsidePicture(const QString& path);
+    OutsideAnswer DoFromOutside(const OutsideCommands& commands);
+    bool AddOutsidePicture(const QString& path);
+    bool ApplyFromOutside(const EditState& next);
+
     const Parts m_parts;
     InterfaceLanguage m_language = InterfaceLanguage::Chinese;
     std::unique_ptr<QTranslator> m_translator;
@@ -248,6 +265,8 @@ private:
     QDeadlineTimer m_thermalUntil;  // for so long it stands before the live temperature
     bool m_isReadingZone = false;
     std::unique_ptr<SensorsDialog> m_sensors;  // null until it is asked for
+
+    std::vector<OutsidePicture> m_outsidePictures;
 
     bool m_live = false;  // workers run, so that there are live texts to show
     bool m_uploading = false;

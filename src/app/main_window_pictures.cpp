@@ -68,6 +68,7 @@ void MainWindow::WirePictures() {
     connect(m_choice, &PictureChoice::taken, this, &MainWindow::TakePicture);
     connect(m_choice, &PictureChoice::refused, this, &MainWindow::RefusePicture);
     connect(&m_source, &PictureSource::answered, this, &MainWindow::ShowPictureNotice);
+    connect(&m_source, &PictureSource::answered, this, &MainWindow::TakeOutsidePicture);
 
     m_ui->pictureList->installEventFilter(this);
     m_ui->pictureList->viewport()->installEventFilter(this);

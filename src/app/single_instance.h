@@ -3,7 +3,7 @@
 // One running copy of the program for a user. Every copy asks Start before it builds a window. The first copy
 // goes on and polls for requests; every other one asks the first for its window and waits for the answer. The
 // copies meet in one byte of shared memory, which is only touched while holding a system-wide semaphore. One
-// object a process, made after the application object, used on one thread.
+// object a process, used on one thread.
 
 #include <QDeadlineTimer>
 #include <QString>
@@ -56,6 +56,10 @@ public:
     // copy counts as a first one, for a program that does not start is worse than two; one log line tells.
     // Call once.
     bool Start(const std::function<InstanceRequest()>& request = {});
+
+    // The same without asking the other copy for anything; may be called again and again. True: this is the
+    // first copy, and Start is not to be called any more.
+    bool BecomeFirstWhereNoneRuns() { return !MeetsRunningCopy(InstanceRequest::None); }
 
     // After a Start that was not the first: waits until the other copy has answered or ended, however it
     // ends. A copy that took its place has a request of its own to come to the front. Handles events

@@ -2,6 +2,7 @@
 
 #include <tuple>
 
+#include "compose/wrapped_text.h"
 #include "config/setting_keys.h"
 #include "config/settings_file.h"
 #include "editor/trim_frame.h"
@@ -66,6 +67,20 @@ void ReplacePicture(LayoutRecord& layout, const QString& old, const QString& by)
         layout.picture = by;
         ClearTrim(layout);
     }
+}
+
+void SetPicture(LayoutRecord& layout, const QString& path) {
+    ScreenState shown;
+    shown.layout = layout;
+    if (!IsSamePicture(PicturePath(shown), path)) {
+        ClearTrim(layout);
+    }
+    layout.picture = path;
+}
+
+void SetFreeText(LayoutRecord& layout, int variant, const QString& typed) {
+    layout.freeText = WithoutBlankEnd(typed);
+    SettleTextFlag(layout, variant);
 }
 
 void SettleTextFlag(LayoutRecord& layout, int variant) {

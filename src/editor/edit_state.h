@@ -49,6 +49,13 @@ ItemFlags& CustomFlags(LayoutRecord& layout, int variant);
 // Gives a layout that has that picture of its own another one, untrimmed.
 void ReplacePicture(LayoutRecord& layout, const QString& old, const QString& by);
 
+// Gives a layout a picture of its own; its trim is cleared if that is another one than it shows.
+void SetPicture(LayoutRecord& layout, const QString& path);
+
+// Gives a custom layout its free text and ticks it exactly where there is one. Blanks and line breaks at the
+// end, which would push it out of its place, are not kept.
+void SetFreeText(LayoutRecord& layout, int variant, const QString& typed);
+
 // Ticks the free text of a custom layout exactly where there is one.
 void SettleTextFlag(LayoutRecord& layout, int variant);
 

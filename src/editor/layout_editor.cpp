@@ -151,8 +151,7 @@ void LayoutEditor::BeginText() {
 }
 
 void LayoutEditor::EndText(const QString& typed) {
-    Custom().freeText = WithoutBlankEnd(typed);
-    SettleTextFlag(Custom(), Variant());
+    SetFreeText(Custom(), Variant(), typed);
     NoteEdit();
 }
 
@@ -161,11 +160,7 @@ bool LayoutEditor::WouldChangeText(const QString& typed) const {
 }
 
 void LayoutEditor::SetPicture(const QString& path) {
-    LayoutRecord& layout = LayoutInForce(m_edited);
-    if (!IsSamePicture(PictureOf(layout), path)) {
-        kivo::ClearTrim(layout);
-    }
-    layout.picture = path;
+    kivo::SetPicture(LayoutInForce(m_edited), path);
     NoteEdit();
 }
 
@@ -230,6 +225,19 @@ bool LayoutEditor::Commit() {
         return false;
     }
     m_saved = next;
+    return true;
+}
+
+bool LayoutEditor::ReplaceSaved(const EditState& next, bool mayFollow) {
+    const bool follows = mayFollow && m_edited == m_saved;
+    if (next != m_saved && !m_save(next)) {
+        return false;
+    }
+    m_saved = next;
+    if (follows) {
+        m_edited = next;
+        NoteEdit();
+    }
     return true;
 }
 

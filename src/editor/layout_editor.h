@@ -100,6 +100,11 @@ public:
     // False when nothing could be written; Saved() is what it was then.
     bool Commit();
 
+    // Saves another state than the edited one, in one write: somebody else has applied it. The edited state
+    // follows if nothing in it waits to be applied and it may; else it stays as it is, and waits. False when
+    // nothing could be written; then nothing changes.
+    bool ReplaceSaved(const EditState& next, bool mayFollow);
+
     // Puts both custom layouts, slots and text row back to the saved ones, with nothing to undo. Page, theme,
     // style and orientation stay, and so does a layout's picture, which is chosen outside of editing; with a
     // picture other than the saved one its trim stays too, and how it is dimmed and blurred.

@@ -267,6 +267,20 @@ bool ZoomWidget::CommitLayout() {
     return m_editor.Commit();
 }
 
+bool ZoomWidget::ReplaceSaved(const EditState& next, bool mayFollow) {
+    const EditState former = Edited();
+    if (!m_editor.ReplaceSaved(next, mayFollow && !m_editing)) {
+        return false;
+    }
+    if (Edited() != former) {
+        EndDrag();
+        RetranslateTexts();
+        StyleTextBox();
+        NoteEdit(By::Caller);
+    }
+    return true;
+}
+
 void ZoomWidget::RevertLayout() {
     solteditingFinished();
     EndDrag();

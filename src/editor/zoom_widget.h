@@ -88,6 +88,8 @@ public:
     bool TakeKey(const QKeyEvent& event);
 
     bool CommitLayout();
+    // Another state is saved, see LayoutEditor::ReplaceSaved. An edit that is open stays open and as it is.
+    bool ReplaceSaved(const EditState& next, bool mayFollow);
     void RevertLayout();
 
     // Live values; an empty one leaves what is shown for that item, at first the layout's sample.

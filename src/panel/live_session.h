@@ -77,6 +77,10 @@ public:
     void SetChosen(const ScreenState& state) { m_sender.SetChosen(state); }
     ScreenState Applied() const { return m_sender.Applied(); }
 
+    // Has the refresh thread darken the panel, or bring back what it is to show; not kept over the end. What
+    // is uploaded meanwhile is shown afterwards.
+    void SetBlank(bool on) { m_sender.SetBlank(on); }
+
     // Starts the refresh thread where none runs; while an upload runs, when that is over. It sends whatever
     // the panel is owed, whole frames too.
     void StartRefresh();

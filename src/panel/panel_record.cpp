@@ -46,10 +46,14 @@ const ItemTexts& PlaceholderTexts() {
     return texts;
 }
 
+const SharedFrame& DesiredFrame(const PanelRecord& record) {
+    return record.desired.blank ? record.desired.blank : record.desired.frame;
+}
+
 OwedReports WhatIsOwed(const PanelRecord& record) {
     OwedReports owed;
     const PanelRecord::Acknowledged& taken = record.acknowledged;
-    const SharedFrame& desired = record.desired.frame;
+    const SharedFrame& desired = DesiredFrame(record);
     owed.frame = desired && (!taken.frame || taken.frame->id != desired->id);
     owed.orientation = !owed.frame && taken.frame && taken.orientation != taken.frame->state.orientation;
     owed.clock = !taken.isClockShown;
@@ -112,6 +116,11 @@ void NoteSighting(PanelRecord& record, const PanelSighting& sighting) {
 
 void SetDesired(PanelRecord& record, const SharedFrame& frame) {
     record.desired.frame = frame;
+    record.retry = {};
+}
+
+void SetBlank(PanelRecord& record, const SharedFrame& blank) {
+    record.desired.blank = blank;
     record.retry = {};
 }
 

@@ -30,6 +30,7 @@ struct AcknowledgedText {
 struct PanelRecord {
     struct Desired {
         SharedFrame frame;  // null until one was loaded or composed
+        SharedFrame blank;  // while not null the panel is to show this instead, whatever is applied
         ItemTexts texts;    // of each item, handed over last
     };
     struct Acknowledged {
@@ -66,6 +67,9 @@ constexpr int kRefusedRoundsBeforeTold = 3;
 // change.
 const ItemTexts& PlaceholderTexts();
 
+// The frame that the panel is to show now; null where there is none yet.
+const SharedFrame& DesiredFrame(const PanelRecord& record);
+
 struct OwedReports {
     bool frame = false;
     bool orientation = false;
@@ -94,6 +98,9 @@ void NoteSighting(PanelRecord& record, const PanelSighting& sighting);
 
 // A new frame is desired, and is tried at once.
 void SetDesired(PanelRecord& record, const SharedFrame& frame);
+
+// The panel is to show that frame and no value, until it is told to go on (null). Tried at once.
+void SetBlank(PanelRecord& record, const SharedFrame& blank);
 
 // A frame is about to be sent; then what became of one that was begun at that epoch, with these texts drawn
 // on it. True when the panel has it. Where the panel came back in the middle it may have lost the beginning,

@@ -3,6 +3,7 @@
 #include <QLoggingCategory>
 
 #include "compose/rgb565.h"
+#include "panel/blank_frame.h"
 #include "panel/frame_store.h"
 #include "panel/panel_memory.h"
 #include "telemetry/local_time.h"
@@ -69,6 +70,11 @@ ScreenState PanelSender::Applied() const {
 ItemTexts PanelSender::ShownTexts() const {
     const std::lock_guard<std::mutex> lock(m_recordMutex);
     return kivo::ShownTexts(m_record);
+}
+
+void PanelSender::SetBlank(bool on) {
+    const SharedFrame blank = on ? MakeBlankFrame() : nullptr;
+    ChangeRecord([&blank](PanelRecord& record) { kivo::SetBlank(record, blank); });
 }
 
 void PanelSender::NoteArrival() {
@@ -173,7 +179,7 @@ void PanelSender::PayFrameAndOrientation() {
         return;
     }
     if (owed.frame) {
-        SendFrame(record.desired.frame);
+        SendFrame(DesiredFrame(record));
     } else {
         SendOrientation();
     }
@@ -209,7 +215,7 @@ bool PanelSender::ComposeWholeFrame() {
     if (!LookAtPanel()) {
         return false;
     }
-    const bool isTaken = SendFrame(frame);
+    const bool isTaken = SendFrame(DesiredFrame(RecordNow()));
     NoteAttempt();
     return isTaken;
 }

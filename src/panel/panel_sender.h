@@ -52,6 +52,9 @@ public:
     ScreenState Applied() const;
     // What the panel has taken, item by item; empty for what it does not show.
     ItemTexts ShownTexts() const;
+    // Has the next round bring a black frame without values to the panel, or again what it is to show. A new
+    // sender is not blank.
+    void SetBlank(bool on);
     // A screen arrived, or the system woke up.
     void NoteArrival();
     PanelStatus Status() const;
@@ -70,9 +73,9 @@ public:
     bool RenderLiveItem(const QString& text, int item) override;
 
     // Composes the chosen state, saves its background, makes it the desired frame and sends it with the texts
-    // of this moment; then orientation, and what applying adds: orientation again and the time show. False
-    // when the panel did not take the frame; it stays owed then. Where the end comes before the picture,
-    // nothing is composed, saved or sent.
+    // of this moment; then orientation, and what applying adds: orientation again and the time show. While
+    // the panel is blank it is sent the black frame instead. False when the panel did not take the frame; it
+    // stays owed then. Where the end comes before the picture, nothing is composed, saved or sent.
     bool ComposeWholeFrame();
 
 private:

@@ -8,6 +8,7 @@ set(window_units
     window_life
     window_likeness
     window_noise
+    window_outside
     window_picture_list
     window_picture_names
     window_picture_looks
@@ -24,6 +25,8 @@ set(units
     live_session
     live_session_uploads
     nimb_process
+    outside_commands
+    outside_control
     picture_choice
     restore_offer
     screen_answers
@@ -36,7 +39,8 @@ set(units
 # Signals, homes without rights, the system's table of shared memory: as Linux has them. Windows has tests of its own for
 # the program as a process.
 if(NOT WIN32)
-    list(APPEND units access_commands autostart_entry program program_copies single_instance)
+    list(APPEND units access_commands autostart_entry outside_place program program_copies program_outside
+        single_instance)
 endif()
 kivo_add_tests(app UNITS ${units} LINK kivo_app kivo_virtualscreen)
 list(TRANSFORM window_units PREPEND app/ OUTPUT_VARIABLE window_tests)

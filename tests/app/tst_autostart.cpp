@@ -16,6 +16,8 @@ private Q_SLOTS:
     void TheProgramIsReadBack();
     void EntriesThatStartNothing_data();
     void EntriesThatStartNothing();
+    void AnEntryThatWasEditedIsSwitchedOn_data();
+    void AnEntryThatWasEditedIsSwitchedOn();
     void TheRunCommandNamesItsProgram_data();
     void TheRunCommandNamesItsProgram();
     void CommandsWithoutAProgram_data();
@@ -103,6 +105,42 @@ void TestAutostart::EntriesThatStartNothing_data() {
 void TestAutostart::EntriesThatStartNothing() {
     QFETCH(QByteArray, entry);
     QCOMPARE(ProgramOfEntry(entry), QString());
+}
+
+void TestAutostart::AnEntryThatWasEditedIsSwitchedOn_data() {
+    QTest::addColumn<QByteArray>("former");
+    QTest::addColumn<QByteArray>("entry");
+    const QByteArray own = AutostartEntry(QStringLiteral("/bin/kivo"));
+    QTest::newRow("as the program writes it") << own << own;
+    QTest::newRow("none") << QByteArray() << own;
+    QTest::newRow("noise") << QByteArray("\0\xff=[[\n=", 7) << own;
+    const QByteArray head("# mine\n[Desktop Entry]\nType=Application\nName=Panel\nName[ru]=Kivo\n");
+    const QByteArray tail("X-GNOME-Autostart-Delay=20\n\n[Desktop Action Day]\nExec=true\nHidden=true\n");
+    const QByteArray on("TryExec=/bin/kivo\nX-GNOME-Autostart-enabled=true\n");
+    QTest::newRow("switched off twice, with options")
+        << head +
+               "Hidden=true\nExec=nice /bin/kivo --theme 2\nTryExec=/bin/kivo\n"
+               "X-GNOME-Autostart-enabled=false\nX-GNOME-Autostart-enabled=false\n" +
+               tail
+        << head + "Exec=nice /bin/kivo --theme 2\n" + on + tail;
+    QTest::newRow("a program that has gone")
+        << head + "Exec=/old/kivo --theme 2\nTryExec=/old/kivo\nX-GNOME-Autostart-enabled=true\n" + tail
+        << head + "Exec=\"/bin/kivo\"\n" + on + tail;
+    QTest::newRow("keys that lack") << head + tail
+                                    << head + "X-GNOME-Autostart-Delay=20\nExec=\"/bin/kivo\"\n" + on +
+                                           "\n[Desktop Action Day]\nExec=true\nHidden=true\n";
+    QTest::newRow("no line feed at the end")
+        << QByteArray("[Desktop Entry]\nName=Panel")
+        << "[Desktop Entry]\nName=Panel\nType=Application\nExec=\"/bin/kivo\"\n" + on;
+}
+
+void TestAutostart::AnEntryThatWasEditedIsSwitchedOn() {
+    QFETCH(QByteArray, former);
+    QFETCH(QByteArray, entry);
+    const QByteArray switched = SwitchedOnEntry(former, QStringLiteral("/bin/kivo"));
+    QCOMPARE(switched, entry);
+    QCOMPARE(ProgramOfEntry(switched), QStringLiteral("/bin/kivo"));
+    QCOMPARE(SwitchedOnEntry(switched, QStringLiteral("/bin/kivo")), entry);
 }
 
 void TestAutostart::TheRunCommandNamesItsProgram_data() {

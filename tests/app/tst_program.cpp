@@ -56,7 +56,11 @@ class TestProgram : public QObject {
 private Q_SLOTS:
     void init();
     void OneStartOnTheWire();
-    void PicturesAndLogsThatCannotBeWritten();
+    void PictureThatCannotBeWritten();
+    void LogThatCannotBeWrittenEndsTheStart();
+    void DisplayThatRefusesIsNone_data();
+    void DisplayThatRefusesIsNone();
+    void RestoredSessionRuns();
     void EndsCleanlyWhenAsked();
     void HelpAndVersionNeedNoDisplay_data();
     void HelpAndVersionNeedNoDisplay();
@@ -143,16 +147,58 @@ void TestProgram::OneStartOnTheWire() {
     QCOMPARE(saved.convertToFormat(QImage::Format_RGB16), state.image);
 }
 
-void TestProgram::PicturesAndLogsThatCannotBeWritten() {
+void TestProgram::PictureThatCannotBeWritten() {
     QProcess process;
     QCOMPARE(
         Run(process, {QStringLiteral("--virtual-screen"), QStringLiteral("--run-for"), QStringLiteral("2"),
-                      QStringLiteral("--report-log"), QStringLiteral("/nowhere/wire.log"),
                       QStringLiteral("--panel-image"), QStringLiteral("/nowhere/panel.png")}),
         0);
+    QCOMPARE(process.readAllStandardError().count("/nowhere/panel.png"), 1);
+}
+
+// Without a limit: it would run for ever.
+void TestProgram::LogThatCannotBeWrittenEndsTheStart() {
+    QProcess process;
+    QCOMPARE(Run(process, {QStringLiteral("--virtual-screen"), QStringLiteral("--report-log"),
+                           QStringLiteral("/nowhere/wire.log")}),
+             1);
+    QCOMPARE(process.readAllStandardError().count("/nowhere/wire.log"), 1);
+    QVERIFY(!QFile::exists(m_home->File("data")));
+}
+
+void TestProgram::DisplayThatRefusesIsNone_data() {
+    QTest::addColumn<QByteArray>("variable");
+    QTest::addColumn<QStringList>("options");
+    QTest::newRow("X11") << QByteArray("DISPLAY") << QStringList();
+    QTest::newRow("Wayland") << QByteArray("WAYLAND_DISPLAY") << QStringList();
+    QTest::newRow("X11, asked for by name")
+        << QByteArray("DISPLAY") << QStringList{QStringLiteral("-platform"), QStringLiteral("xcb")};
+    QTest::newRow("Wayland, asked for by name")
+        << QByteArray("WAYLAND_DISPLAY")
+        << QStringList{QStringLiteral("-platform"), QStringLiteral("wayland")};
+}
+
+void TestProgram::DisplayThatRefusesIsNone() {
+    QFETCH(QByteArray, variable);
+    QFETCH(QStringList, options);
+    QProcessEnvironment environment = m_home->Environment();
+    environment.insert(QString::fromLatin1(variable), QStringLiteral(":4711"));
+    QProcess process;
+    process.setProcessEnvironment(environment);
+    process.start(test::BuiltProgram("kivo-screen"),
+                  options + QStringList{QStringLiteral("--virtual-screen"), QStringLiteral("--run-for"),
+                                        QStringLiteral("1")});
+    QCOMPARE(Result(process), 0);
     const QByteArray said = process.readAllStandardError();
-    QCOMPARE(said.count("/nowhere/wire.log"), 1);
-    QCOMPARE(said.count("/nowhere/panel.png"), 1);
+    QCOMPARE(said.count("kivo-screen: no display, running without windows.\n"), 1);
+}
+
+void TestProgram::RestoredSessionRuns() {
+    QProcess process;
+    QCOMPARE(Run(process, {QStringLiteral("-session"), QStringLiteral("10_abc_1"), QStringLiteral("-style"),
+                           QStringLiteral("fusion"), QStringLiteral("--virtual-screen"),
+                           QStringLiteral("--run-for"), QStringLiteral("1")}),
+             0);
 }
 
 void TestProgram::EndsCleanlyWhenAsked() {
@@ -167,6 +213,7 @@ void TestProgram::HelpAndVersionNeedNoDisplay_data() {
     QTest::addColumn<QString>("option");
     QTest::addColumn<QByteArray>("says");
     QTest::newRow("help") << QStringLiteral("--help") << QByteArray("--virtual-screen");
+    QTest::newRow("all of the help") << QStringLiteral("--help-all") << QByteArray("-session <session>");
     QTest::newRow("version") << QStringLiteral("--version") << QByteArray("Kivo Screen 1.0.0");
 }
 

@@ -5,6 +5,7 @@ if(KIVO_SANITIZERS OR WIN32)
 endif()
 kivo_add_tests(panel
     UNITS
+        blank_frame
         convergence
         ${measuring}
         frame_store
