@@ -8,13 +8,9 @@
 #include <QString>
 #include <array>
 
-#include "config/setting_keys.h"
-#include "telemetry/live_value.h"
+#include "model/item_table.h"
 
 namespace kivo {
-
-// The settings know the items only by their number.
-static_assert(kLiveValueCount == kItemCount);
 
 struct LayoutRecord {
     // The trim frame over the background picture, in panel pixels: (xPt, yPt) is its upper left corner
@@ -32,7 +28,7 @@ struct LayoutRecord {
 
     bool accentFromPicture = false;  // in the place of the theme's own
 
-    int highlight = 0;  // the emphasised item, 0..8
+    int highlight = 0;  // the emphasised item
 
     std::array<bool, kLiveValueCount> shown{};     // "Show_"; in custom layout 0 the ticked items
     std::array<bool, kLiveValueCount> selected{};  // "Show2_"; in custom layout 1 the chosen item

@@ -8,8 +8,8 @@
 #include <mutex>
 #include <optional>
 
-#include "telemetry/interface_language.h"
-#include "telemetry/live_value.h"
+#include "model/interface_language.h"
+#include "model/item_table.h"
 #include "telemetry/local_time.h"
 #include "telemetry/reading.h"
 
