@@ -145,7 +145,7 @@ void MainWindow::ReadState() {
 }
 
 void MainWindow::RestoreSettings() {
-    if (m_uploading) {
+    if (m_waitsForUpload) {
         return;
     }
     FinishEditing();
