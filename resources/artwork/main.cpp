@@ -87,7 +87,8 @@ bool SaveLayers(const QDir& folder, Theme theme, Orientation orientation, int sc
 }
 
 bool SaveSkins(const QDir& folder) {
-    for (const Theme theme : kThemes) {
+    for (const kivo::ThemeFacts& facts : kivo::kThemeTable) {
+        const Theme theme = facts.theme;
         for (const int scale : {1, 2}) {
             const QImage icon = DrawThemeIcon(theme, scale);
             if (!icon.isNull() &&

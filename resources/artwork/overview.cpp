@@ -1,6 +1,5 @@
 #include "overview.h"
 
-#include "compose/theme_accents.h"
 #include "svg_drawing.h"
 
 #include <QPainter>
@@ -61,8 +60,7 @@ QImage DrawOverview(Theme theme, Orientation orientation, const QImage& panel, i
     const bool portrait = orientation == Orientation::Portrait;
     const QPointF centre = portrait ? QPointF(16.5, 49) : QPointF(42.5, 26.5);
     const QRect small = portrait ? QRect(33, 3, 49, 92) : QRect(3, 53, 79, 42);
-    const QColor colour =
-        QColor::fromRgb(theme == Theme::Scene ? kSceneEmblem : kThemeAccents[static_cast<size_t>(theme)]);
+    const QColor colour = QColor::fromRgb(theme == Theme::Scene ? kSceneEmblem : FactsOf(theme).accent);
 
     QImage image(kOverviewSize * scale, QImage::Format_ARGB32_Premultiplied);
     image.fill(Qt::transparent);

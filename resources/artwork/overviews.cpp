@@ -52,13 +52,13 @@ bool SaveOverviews(const QDir& resources, InterfaceLanguage language) {
     for (const kivo::Orientation orientation : {kivo::Orientation::Landscape, kivo::Orientation::Portrait}) {
         const QStringList names = kivo::OverviewPictures(orientation, language);
         for (int theme = 0; theme < kivo::kThemeCount; ++theme) {
-            const QImage frame =
-                Frame(kivo::Theme(theme), orientation,
-                      kivo::Theme(theme) == kivo::Theme::Scene ? InterfaceLanguage::English : language);
+            const QImage frame = Frame(
+                kivo::Theme(theme), orientation,
+                kivo::Has(kivo::Theme(theme), kivo::kHourAlone) ? InterfaceLanguage::English : language);
             QString path = resources.filePath(QString(names[theme]).remove(QStringLiteral("://")));
             for (const int scale : {1, 2}) {
                 const QImage overview = kivo::artwork::DrawOverview(
-                    kivo::artwork::Theme(theme), kivo::artwork::Orientation(orientation), frame, scale);
+                    kivo::Theme(theme), kivo::artwork::Orientation(orientation), frame, scale);
                 if (scale == 2) {
                     path.replace(QStringLiteral(".png"), QStringLiteral("@2x.png"));
                 }

@@ -1,18 +1,18 @@
 #include "skins.h"
 
-#include "compose/theme_accents.h"
 #include "icons.h"
 #include "noise.h"
 
+#include <array>
 #include <cmath>
 
 namespace kivo::artwork {
 
 namespace {
 
-constexpr QRgb kMint = kThemeAccents[static_cast<size_t>(Theme::Default)];
-constexpr QRgb kAmber = kThemeAccents[static_cast<size_t>(Theme::Tdp)];
-constexpr QRgb kIce = kThemeAccents[static_cast<size_t>(Theme::Time)];
+constexpr QRgb kMint = FactsOf(Theme::Default).accent;
+constexpr QRgb kAmber = FactsOf(Theme::Tdp).accent;
+constexpr QRgb kIce = FactsOf(Theme::Time).accent;
 
 // The layers of one skin while they are painted.
 struct Canvas {
@@ -179,16 +179,7 @@ void DrawTime(Canvas& canvas, Orientation orientation) {
     DrawIcon(icons, Icon::Memory, QPointF(285.5, 145), 20, kIce);
 }
 
-QRectF Centred(double x, double y, double size) {
-    return {x - size / 2, y - size / 2, size, size};
-}
-
 }  // namespace
-
-QLatin1String NameOf(Theme theme) {
-    constexpr std::array<const char*, 4> kNames = {"default", "scene", "TDP", "time"};
-    return QLatin1String(kNames[static_cast<size_t>(theme)]);
-}
 
 SkinLayers DrawSkin(Theme theme, Orientation orientation, int scale) {
     Canvas canvas(orientation, scale);
@@ -221,22 +212,6 @@ SkinLayers DrawSkin(Theme theme, Orientation orientation, int scale) {
         layers.icons = canvas.icons.Finish();
     }
     return layers;
-}
-
-// The bolt: 13 panel pixels about (70, 152.5), portrait about (85.5, 141). The clock: about (159.5, 41) and
-// 17.74 pixels in landscape, so that it covers exactly the canvas pixels 204,43 24 x 24 and stays sharp;
-// 16 pixels about (84.5, 121) in portrait.
-QRectF IconRect(Theme theme, Orientation orientation) {
-    const bool portrait = orientation == Orientation::Portrait;
-    if (theme == Theme::Default) {
-        return portrait ? Centred(85.5, 141, 13) : Centred(70, 152.5, 13);
-    }
-    if (theme == Theme::Time) {
-        const double toX = 320.0 / 433;
-        const double toY = 170.0 / 230;
-        return portrait ? Centred(84.5, 121, 16) : QRectF(204 * toX, 43 * toY, 24 * toX, 24 * toY);
-    }
-    return {};
 }
 
 QImage DrawThemeIcon(Theme theme, int scale) {

@@ -4,16 +4,17 @@
 
 #include <QImage>
 #include <QLatin1String>
-#include <QRectF>
 
-#include <array>
+#include "model/theme_table.h"
 
 namespace kivo::artwork {
 
-enum class Theme { Default, Scene, Tdp, Time };
-constexpr std::array<Theme, 4> kThemes = {Theme::Default, Theme::Scene, Theme::Tdp, Theme::Time};
+using kivo::Theme;
 
-QLatin1String NameOf(Theme theme);  // as in the file names
+// As in the file names.
+inline QLatin1String NameOf(Theme theme) {
+    return QLatin1String(FactsOf(theme).files);
+}
 
 // One skin, cut as the frame composer stacks it: glass, ornaments, frame, icons. A theme without a layer
 // has a null image there.
@@ -26,9 +27,6 @@ struct SkinLayers {
 // At scale 2 it is for a window that shows the panel magnified, in 32-bit colour: without grain.
 SkinLayers DrawSkin(Theme theme, Orientation orientation, int scale);
 
-// Where the separate icon (default_icon.png, time_icon.png) is drawn last, in panel pixels; null rectangle
-// where the theme has none.
-QRectF IconRect(Theme theme, Orientation orientation);
 QImage DrawThemeIcon(Theme theme, int scale);  // null where the theme has none
 
 }  // namespace kivo::artwork

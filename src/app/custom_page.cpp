@@ -11,12 +11,10 @@
 namespace kivo {
 
 CustomPage::CustomPage(::Ui::MainWindow& ui, EditBar& editBar, QObject* parent)
-    : QObject(parent),
-      m_ui(ui),
-      m_editBar(editBar),
-      m_boxes{{ui.check1, ui.check2, ui.check3, ui.check4, ui.check5, ui.check6, ui.check7, ui.check8,
-               ui.check9}} {
-    for (QCheckBox* box : m_boxes) {
+    : QObject(parent), m_ui(ui), m_editBar(editBar) {
+    for (int kind = 0; kind < kLiveValueCount; ++kind) {
+        auto* box = ui.centralwidget->findChild<QCheckBox*>(QStringLiteral("check%1").arg(kind + 1));
+        m_boxes[size_t(kind)] = box;
         connect(box, &QCheckBox::clicked, this, &CustomPage::checkbox_clicked);
         m_usualTips.append(box->toolTip());
     }
@@ -33,8 +31,8 @@ void CustomPage::Show() {
     const ScreenState state = m_ui.zoomwidget->Shown();
     for (int kind = 0; kind < kLiveValueCount; ++kind) {
         // Of the one-item layout the slot tells: a flag may outlive the choice.
-        const bool ticked = state.variant == 1 && kind < int(OtherText) ? state.slotItems[kCentreSlot] == kind
-                                                                        : IsShown(state, kind);
+        const bool ticked = state.variant == 1 && HasLiveValue(kind) ? state.slotItems[kCentreSlot] == kind
+                                                                     : IsShown(state, kind);
         m_boxes[size_t(kind)]->setChecked(ticked);
         TellWhyNot(kind, ticked);
     }

@@ -1,6 +1,6 @@
 #pragma once
 
-// The page of the custom layouts: nine check boxes, one an item, over the two variants. What is ticked is
+// The page of the custom layouts: a check box an item over the two variants. What is ticked is
 // kept by the editor alone; the boxes only show it. GUI thread.
 
 #include <QCheckBox>
@@ -8,7 +8,7 @@
 #include <QStringList>
 #include <array>
 
-#include "telemetry/live_value.h"
+#include "model/item_table.h"
 
 namespace Ui {
 class MainWindow;
@@ -46,8 +46,8 @@ private:
 
     ::Ui::MainWindow& m_ui;
     EditBar& m_editBar;
-    std::array<QCheckBox*, kLiveValueCount> m_boxes;
-    QStringList m_usualTips;  // of the boxes
+    std::array<QCheckBox*, kLiveValueCount> m_boxes{};  // by item, named "check1" and on
+    QStringList m_usualTips;                            // of the boxes
 };
 
 }  // namespace kivo

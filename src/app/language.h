@@ -2,7 +2,7 @@
 
 #include <QString>
 
-#include "telemetry/interface_language.h"
+#include "model/interface_language.h"
 
 class QTranslator;
 

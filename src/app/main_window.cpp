@@ -123,7 +123,7 @@ MainWindow::MainWindow(const Parts& parts)
     WireShell();
     ProbeEnergyLibrary();
     QTimer::singleShot(kThreadsAfter, this, &MainWindow::slotCreateThread);
-    connect(&m_poll, &QTimer::timeout, this, &MainWindow::PollWakeUp);
+    connect(&m_poll, &QTimer::timeout, this, &MainWindow::Poll);
     m_poll.start(kPollEvery);
 }
 
@@ -176,7 +176,7 @@ void MainWindow::on_pushButton_3_clicked() {
 }
 
 void MainWindow::slotCreateThread() {
-    if (m_uploading || QApplication::activeModalWidget() != nullptr) {
+    if (m_waitsForUpload || QApplication::activeModalWidget() != nullptr) {
         QTimer::singleShot(kThreadsAfter, this, &MainWindow::slotCreateThread);
         return;
     }
@@ -194,7 +194,7 @@ void MainWindow::slotCreateThread() {
 }
 
 void MainWindow::FirstRunUpload() {
-    m_uploading = true;
+    m_waitsForUpload = true;
     PaintNow(*this);
     QThread::msleep(kFirstRunPauseMs);
     m_session->SendTimeSync();
@@ -210,7 +210,7 @@ void MainWindow::FirstRunUpload() {
 }
 
 bool MainWindow::UploadWithProgress() {
-    m_uploading = true;
+    m_waitsForUpload = true;
     Scrim scrim(*this);
     NimbProcessDialog dialog(this, this);
     const auto connectDialog = [&dialog](NimbProcessThread& thread) {
@@ -218,7 +218,7 @@ bool MainWindow::UploadWithProgress() {
     };
     const bool isOver =
         m_session->StartUpload(connectDialog) != nullptr && dialog.exec() == QDialog::Accepted;
-    m_uploading = false;
+    m_waitsForUpload = false;
     AskWantedExit();
     return isOver;
 }
@@ -231,7 +231,7 @@ void MainWindow::AskWantedExit() {
 }
 
 void MainWindow::slotApply() {
-    if (m_uploading) {
+    if (m_waitsForUpload) {
         return;
     }
     FinishEditing();
@@ -271,7 +271,7 @@ bool MainWindow::Stop() {
     return HaveSensorsEnded(deadline) && hasSessionEnded;
 }
 
-void MainWindow::PollWakeUp() {
+void MainWindow::Poll() {
     const InstanceRequest request = m_parts.instance != nullptr
                                         ? m_parts.instance->TakeWakeUpRequest(MayGiveWay())
                                         : InstanceRequest::None;
@@ -292,7 +292,7 @@ GivesWay MainWindow::MayGiveWay() const {
     if (m_parts.panel != LiveSession::PanelKind::Software) {
         return GivesWay::Never;
     }
-    const bool isBusy = m_uploading || QApplication::activeModalWidget() != nullptr ||
+    const bool isBusy = m_waitsForUpload || QApplication::activeModalWidget() != nullptr ||
                         QApplication::activePopupWidget() != nullptr;
     const ZoomWidget& editor = *m_ui->zoomwidget;
     return isBusy || editor.IsEditing() || editor.Edited() != editor.Saved() ? GivesWay::NotNow
@@ -371,7 +371,7 @@ void MainWindow::iconActivated(QSystemTrayIcon::ActivationReason reason) {
 }
 
 void MainWindow::slotExit() {
-    if (m_uploading) {
+    if (m_waitsForUpload) {
         m_exitWanted = true;
         return;
     }

@@ -196,7 +196,7 @@ private:
 
     void PlaceOnScreen();
     void KeepOnScreen();
-    void PollWakeUp();
+    void Poll();  // every now and then: another copy's requests, the tray, a wake-up, the live texts
     GivesWay MayGiveWay() const;
     void EndNow();
     void LookForTray();
@@ -269,7 +269,8 @@ private:
     std::vector<OutsidePicture> m_outsidePictures;
 
     bool m_live = false;  // workers run, so that there are live texts to show
-    bool m_uploading = false;
+    // Behind its dialog. The session may go on with an upload whose dialog has ended.
+    bool m_waitsForUpload = false;
     bool m_hasTray = false;     // it has been there
     bool m_isPutAway = false;   // minimised for want of a tray; a person who minimises the window may stay
     bool m_exitWanted = false;  // asked for while something else went on

@@ -145,7 +145,7 @@ void MainWindow::ReadState() {
 }
 
 void MainWindow::RestoreSettings() {
-    if (m_uploading) {
+    if (m_waitsForUpload) {
         return;
     }
     FinishEditing();
@@ -229,7 +229,7 @@ void MainWindow::ShowPageChoice(bool custom, const ThemeState& themes) {
         Rename(*button, button->toolTip());
     }
     // The other themes have one size of the date.
-    const bool hasDateSizes = !custom && themes.theme == int(Theme::Scene);
+    const bool hasDateSizes = !custom && Has(ThemeOf(themes), kHourAlone);
     m_ui->pageChoice->setVisible(custom || hasDateSizes);
     m_ui->dateSizeLabel->setVisible(hasDateSizes);
     m_ui->label_5->setText(

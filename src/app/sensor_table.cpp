@@ -100,7 +100,7 @@ SensorRow Row(int item, const QString& text, const SensorReadings& readings) {
 std::vector<SensorRow> SensorTable(const ItemTexts& texts, const SensorReadings& readings) {
     const ItemTexts names = ItemCaptions();
     std::vector<SensorRow> rows;
-    for (int item = CpuTemperature; item <= FanSpeed; ++item) {
+    for (const int item : kLiveItems) {
         SensorRow row = Row(item, texts[size_t(item)], readings);
         row.name = names[size_t(item)];
         row.now = NowText(item, texts[size_t(item)].trimmed());

@@ -1,9 +1,9 @@
 #include "app/theme_page.h"
 
-#include <QCoreApplication>
 #include <QIcon>
 #include <QListWidgetItem>
 
+#include "app/window_text.h"
 #include "compose/theme_catalogue.h"
 #include "ui_main_window.h"
 #include "widgets/nimb_item_delegate.h"
@@ -24,11 +24,8 @@ ThemePage::ThemePage(::Ui::MainWindow& ui, InterfaceLanguage language, QObject* 
     list->ShowAsGrid(kPictureSize, kItemSize);
     list->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     list->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    const QStringList names = {QCoreApplication::translate("MainWindow", "默认"),
-                               QCoreApplication::translate("MainWindow", "场景"),
-                               QCoreApplication::translate("MainWindow", "功耗表"),
-                               QCoreApplication::translate("MainWindow", "时钟")};
-    for (const QString& name : names) {
+    for (const ThemeFacts& theme : kThemeTable) {
+        const QString name = WindowText(theme.name);
         auto* item = new QListWidgetItem(list);
         item->setToolTip(name);
         item->setData(Qt::AccessibleTextRole, name);
@@ -60,7 +57,7 @@ void ThemePage::Show(const ThemeState& state) {
     }
     m_ui.themeList->setCurrentRow(state.theme);
     // The choice of a theme without an accent has this place for itself.
-    m_hasAccent = HasAccent(Theme(state.theme));
+    m_hasAccent = HasAccent(ThemeOf(state));
     m_ui.accentFromPicture->setVisible(m_hasAccent && !IsCustom(state));
     m_ui.accentFromPicture->setChecked(state.layouts[size_t(LayoutIndexInForce(state))].accentFromPicture);
 }

@@ -1,8 +1,7 @@
 #pragma once
 
-// The page of the ready-made themes: four overview pictures to choose from, whether the theme's accent is
-// taken from its picture and, for the theme that has two styles, the size of its date. Edits nothing itself.
-// GUI thread.
+// The page of the ready-made themes: their overview pictures to choose from, and whether the theme's accent
+// is taken from its picture. Edits nothing itself. GUI thread.
 
 #include <QObject>
 #include <QVector>
@@ -29,7 +28,7 @@ public:
     void Show(const ThemeState& state);
 
 Q_SIGNALS:
-    void themeChosen(int theme);  // 0..3
+    void themeChosen(int theme);
     void accentFromPictureChosen(bool on);
 
 private:

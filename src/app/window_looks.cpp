@@ -45,8 +45,8 @@ void DressPlainParts(::Ui::MainWindow& ui) {
         QStringLiteral("QPushButton{border:none;background:transparent;color:%1;font-size:12px}"
                        "QPushButton:hover{color:%2}")
             .arg(colors::kTextMid.name(), colors::kTextHigh.name()));
-    for (QCheckBox* box : {ui.check1, ui.check2, ui.check3, ui.check4, ui.check5, ui.check6, ui.check7,
-                           ui.check8, ui.check9, ui.accentFromPicture}) {
+    const auto boxes = ui.centralwidget->findChildren<QCheckBox*>();
+    for (QCheckBox* box : boxes) {
         box->setStyleSheet(CheckBoxStyle());
     }
 }

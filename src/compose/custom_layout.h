@@ -11,7 +11,7 @@
 #include "compose/layout_record.h"
 #include "config/folders.h"
 #include "config/setting_keys.h"
-#include "telemetry/interface_language.h"
+#include "model/interface_language.h"
 
 namespace kivo {
 

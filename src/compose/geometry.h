@@ -12,6 +12,7 @@
 #include <QVector>
 
 #include "device/reports.h"
+#include "model/corners.h"
 
 namespace kivo {
 
@@ -21,12 +22,6 @@ enum class Orientation { Landscape = 0, Portrait = 1 };
 constexpr QSize CanvasSize(Orientation orientation) {
     return orientation == Orientation::Landscape ? QSize(kPanelWidth, kPanelHeight)
                                                  : QSize(kPanelHeight, kPanelWidth);
-}
-
-// A rectangle by its inclusive corners, as the layout tables write it. QRect counts the same way: right() and
-// bottom() belong to the rectangle.
-constexpr QRect Corners(int left, int top, int right, int bottom) {
-    return QRect(QPoint(left, top), QPoint(right, bottom));
 }
 
 // Where a canvas rectangle lies in the panel's wire coordinates.

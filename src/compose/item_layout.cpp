@@ -1,13 +1,10 @@
 #include "compose/item_layout.h"
 
-#include "compose/theme_accents.h"
-
 namespace kivo {
 
 namespace {
 
 constexpr int kSmallPixelSize = kBasePixelSize * 3 / 5;  // dates and captions
-constexpr int kTdpMainValue = 26;
 constexpr int kSmallestPlainSize = 14;  // rectangles of somebody's own are not obeyed below that
 constexpr int kTimeDateGap = 4;         // kept free between a time and the date in the same slot
 constexpr int kTileCaptionMargin = 2;   // kept free between a tile's caption and the tile's right edge
@@ -27,7 +24,7 @@ double PowerFactor(const ScreenState& state) {
 }
 
 int ThemeTimeSize(const ScreenState& state) {
-    if (state.theme == Theme::Scene) {
+    if (IsHourAlone(state)) {
         return kBasePixelSize * 2;
     }
     return IsEmphasised(state, Time) ? Scaled(kBasePixelSize, 1.5) : kBasePixelSize;
@@ -37,11 +34,10 @@ int ThemeDateSize(const ScreenState& state) {
     if (!IsEmphasised(state, Time)) {
         return kSmallPixelSize;
     }
-    if (state.theme == Theme::Scene) {
+    if (IsHourAlone(state)) {
         return state.style == 1 ? Scaled(kSmallPixelSize, 1.8) : kSmallPixelSize * 2;
     }
-    const bool narrow = state.theme == Theme::Time && state.orientation == Orientation::Portrait;
-    return Scaled(kSmallPixelSize, narrow ? 1.3 : 1.5);
+    return Scaled(kSmallPixelSize, LayoutOf(state.theme, state.orientation).dateGrowth);
 }
 
 // One size for all plain values of a theme: the largest at which their usual texts fit all their rectangles.
@@ -49,7 +45,7 @@ int ThemeDateSize(const ScreenState& state) {
 // next card.
 int PlainValueSize(const ScreenState& state) {
     int size = kBasePixelSize;
-    for (int item = CpuTemperature; item <= FanSpeed; ++item) {
+    for (const int item : kLiveItems) {
         const QRect rect = state.layout.textRect[size_t(item)];
         if (item == Time || item == Date || IsEmphasised(state, item) || !IsShown(state, item) ||
             rect.isEmpty()) {
@@ -72,8 +68,8 @@ int ThemeValueSize(const ScreenState& state, int item, int plainSize) {
     if (!IsEmphasised(state, item)) {
         return plainSize;
     }
-    if (state.theme == Theme::Tdp) {
-        return kTdpMainValue;
+    if (const std::optional<int> size = FactsOf(state.theme).mainValueSize) {
+        return *size;
     }
     if (item != CpuPower) {
         return Scaled(kBasePixelSize, 1.4);
@@ -101,15 +97,16 @@ TextRun ThemeCaption(const ScreenState& state, int item) {
                 ThemeCaptionSize(state, item),
                 TextAlign::Top};
     int top = tile.top() + tile.height() * 2 / 3 - 5;
-    if (state.theme == Theme::Default && !emphasised) {
+    const CaptionPlace place = FactsOf(state.theme).captions;
+    if (place == CaptionPlace::CardHead && !emphasised) {
         run.align = TextAlign::TopLeft;
         run.rect = QRect(QPoint(tile.left() + 20, tile.top() + 5),
                          QPoint(tile.right() - kTileCaptionMargin, tile.top() + 5 + height - 1));
         return run;
     }
-    if (state.theme == Theme::Tdp) {
+    if (place == CaptionPlace::CardMiddle) {
         top = tile.top() + height - 5;
-    } else if (state.theme == Theme::Time && !emphasised) {
+    } else if (place == CaptionPlace::BesideCard && !emphasised) {
         // The cards of temperature and power stand on their captions, the others hang below theirs.
         top = item == CpuTemperature || item == CpuPower ? tile.bottom() + 5 : tile.top() - 14;
     }
@@ -118,22 +115,17 @@ TextRun ThemeCaption(const ScreenState& state, int item) {
     return run;
 }
 
-bool HasCaption(int item) {
-    return item != Time && item != OtherText && item != OtherText2;
-}
-
-// Only the default theme has a place for it.
 ValueScale ScaleUnder(const ScreenState& state, int item, const QRect& rect) {
-    if (state.theme != Theme::Default || !HasScaleRange(item)) {
+    if (!Has(state.theme, kScales) || !HasScaleRange(item)) {
         return ValueScale();
     }
-    return {ScaleRect(rect, state.layout.tile[size_t(item)]), kThemeAccents[size_t(state.theme)]};
+    return {ScaleRect(rect, state.layout.tile[size_t(item)]), FactsOf(state.theme).accent};
 }
 
 void LayOutTheme(const ScreenState& state, QVector<TextRun>& runs) {
     const QRect canvas(QPoint(0, 0), CanvasSize(state.orientation));
     const int plainSize = PlainValueSize(state);
-    for (int item = CpuTemperature; item <= FanSpeed; ++item) {
+    for (const int item : kLiveItems) {
         if (!IsShown(state, item)) {
             continue;
         }
@@ -146,8 +138,7 @@ void LayOutTheme(const ScreenState& state, QVector<TextRun>& runs) {
                          item == Date ? TextAlign::Top : TextAlign::Centre,
                          ThemeAxis(state.theme, state.orientation, item), ScaleUnder(state, item, rect)});
         }
-        // Time and date speak for themselves, and the scene theme shows nothing else.
-        if (HasCaption(item) && item != Date && state.theme != Theme::Scene) {
+        if (FactsOf(item).captionIn == CaptionIn::SlotsAndThemes) {
             TextRun caption = ThemeCaption(state, item);
             caption.rect &= canvas;
             if (!caption.rect.isEmpty()) {
@@ -180,7 +171,7 @@ void LayOutCustom(const ScreenState& state, QVector<TextRun>& runs) {
             continue;
         }
         runs.append(value(item, rect));
-        if (HasCaption(item)) {
+        if (FactsOf(item).captionIn != CaptionIn::Nowhere) {
             runs.append({item, TextRole::Caption, state.captions[size_t(item)],
                          SlotCaptionRect(slot, state.orientation), kSmallPixelSize, TextAlign::Top});
         }
@@ -190,19 +181,7 @@ void LayOutCustom(const ScreenState& state, QVector<TextRun>& runs) {
 }  // namespace
 
 bool IsSentInHalves(const ScreenState& state, int item) {
-    if (state.custom) {
-        return true;
-    }
-    switch (state.theme) {
-        case Theme::Default:
-            return false;
-        case Theme::Tdp:
-            return item == CpuPower;
-        case Theme::Scene:
-        case Theme::Time:
-            return item == Time || item == Date;
-    }
-    return false;
+    return state.custom || (IsItem(item) && (FactsOf(state.theme).sentInHalves >> item & 1U) != 0);
 }
 
 FittedLine FitRun(const TextRun& run) {

@@ -8,13 +8,9 @@
 #include <QString>
 #include <array>
 
-#include "config/setting_keys.h"
-#include "telemetry/live_value.h"
+#include "model/item_table.h"
 
 namespace kivo {
-
-// The settings know the items only by their number.
-static_assert(kLiveValueCount == kItemCount);
 
 // A yes or no of each item.
 using ItemFlags = std::array<bool, kLiveValueCount>;
@@ -35,7 +31,7 @@ struct LayoutRecord {
 
     bool accentFromPicture = false;  // in the place of the theme's own
 
-    int highlight = 0;  // the emphasised item, 0..8
+    int highlight = 0;  // the emphasised item
 
     ItemFlags shown{};                          // "Show_"; in custom layout 0 the ticked items
     ItemFlags selected{};                       // "Show2_"; in custom layout 1 the chosen item

@@ -54,14 +54,14 @@ void LogSceneDate(const QRect& rect) {
 
 // The parts an item is sent in, before any of them is cut down to the size of a report.
 QVector<QRect> Parts(const ScreenState& state, const TextRun& run, bool firstTime) {
-    const bool clock = run.item == Time && (state.custom || state.theme == Theme::Scene);
+    const bool clock = run.item == Time && (state.custom || IsHourAlone(state));
     if (clock && !firstTime) {
         return ClockRects(run);
     }
     if (!IsSentInHalves(state, run.item)) {
         return {run.rect};
     }
-    if (!state.custom && state.theme == Theme::Scene && run.item == Date) {
+    if (IsHourAlone(state) && run.item == Date) {
         LogSceneDate(run.rect);
     }
     return Halves(run.rect);
@@ -79,6 +79,8 @@ QRect WholeTextsAround(const QVector<TakenRoom>& taken, const QRect& region) {
     }
     return around.adjusted(-1, -1, 1, 1);
 }
+
+static_assert(kLiveValueCount <= 32, "Items are told as the bits of a quint32.");
 
 // The items of whose texts something lies in the region, as bits.
 quint32 ItemsIn(const QVector<TakenRoom>& taken, const QRect& region) {
@@ -102,14 +104,6 @@ bool IsUpdateSent(const ScreenState& state, int item, bool changed) {
         // Deliberate: the centre slot is the only one that keeps quiet about an unchanged text, the time's
         // excepted.
         return slot != kEmptySlot && (slot != kCentreSlot || item == Time || changed);
-    }
-    switch (state.theme) {
-        case Theme::Scene:
-            return item == Time || item == Date;
-        case Theme::Default:
-        case Theme::Tdp:
-        case Theme::Time:
-            break;
     }
     return changed || item == Time || item == Date;
 }
@@ -136,7 +130,7 @@ QVector<QRect> SendRects(const ScreenState& state, const QVector<TextRun>& runs,
 LiveUpdate RenderItem(const ScreenState& state, const PanelBackground& background, const ItemTexts& texts,
                       int item, bool firstTime) {
     LiveUpdate update;
-    if (item < 0 || item >= kLiveValueCount) {
+    if (!IsItem(item)) {
         return update;
     }
     const PanelTexts laidOut = LayOutPanelTexts(state, texts, background.accent);

@@ -68,13 +68,13 @@ LineMetrics Measure(int pixelSize) {
     const QRect letters = metrics.tightBoundingRect(QStringLiteral("HbdlpqgyjДЩфр"));
     line.letterAbove = -letters.top();
     line.letterBelow = qMax(0, letters.bottom() + 1);
-    // A temperature of three digits is so rare that it may be drawn smaller than the rest.
-    line.valueWidth[CpuTemperature] = metrics.horizontalAdvance(QStringLiteral("99℃"));
-    line.valueWidth[CpuUsage] = metrics.horizontalAdvance(QStringLiteral("100%"));
-    line.valueWidth[MemoryUsage] = line.valueWidth[CpuUsage];
-    line.valueWidth[CpuPower] = metrics.horizontalAdvance(QStringLiteral("125w"));
-    line.valueWidth[FanSpeed] = metrics.horizontalAdvance(QStringLiteral("3500"));
-    line.russianPowerWidth = metrics.horizontalAdvance(QStringLiteral("125Вт"));
+    for (const ItemFacts& facts : kItemTable) {
+        const auto widthIn = [&](InterfaceLanguage language) {
+            return metrics.horizontalAdvance(TextIn(facts.widest, language));
+        };
+        line.valueWidth[size_t(facts.item)] = widthIn(InterfaceLanguage::English);
+        line.russianValueWidth[size_t(facts.item)] = widthIn(InterfaceLanguage::Russian);
+    }
     const QRect valueInk = metrics.tightBoundingRect(QStringLiteral("0123456789%℃wВт"));
     line.valueAbove = -valueInk.top();
     line.valueBelow = qMax(0, valueInk.bottom() + 1);
@@ -157,9 +157,8 @@ LineMetrics MetricsOf(int pixelSize) {
 
 bool UsualValueFits(int item, InterfaceLanguage language, int pixelSize, const QRect& rect) {
     const LineMetrics line = MetricsOf(pixelSize);
-    const bool russianPower = item == CpuPower && language == InterfaceLanguage::Russian;
-    const int width = russianPower ? line.russianPowerWidth : line.valueWidth[size_t(item)];
-    return width <= rect.width() &&
+    const auto& widths = language == InterfaceLanguage::Russian ? line.russianValueWidth : line.valueWidth;
+    return widths[size_t(item)] <= rect.width() &&
            StaysInside(rect, BaseLine(rect, line, TextAlign::Centre), line.valueAbove, line.valueBelow);
 }
 

@@ -11,8 +11,8 @@
 #include <array>
 #include <optional>
 
-#include "telemetry/interface_language.h"
-#include "telemetry/live_value.h"
+#include "model/interface_language.h"
+#include "model/item_table.h"
 
 namespace kivo {
 
@@ -36,10 +36,9 @@ struct LineMetrics {
     int inkBelow = 0;
     int letterAbove = 0;  // ink of ordinary letters, which most signs keep within
     int letterBelow = 0;
-    // Advance of the widest text that each value usually has, by live-value index; the power's in Russian
-    // too.
+    // Advance of the widest text that each value usually has, by item; 0 where there is no such text.
     std::array<int, kLiveValueCount> valueWidth{};
-    int russianPowerWidth = 0;
+    std::array<int, kLiveValueCount> russianValueWidth{};
     int valueAbove = 0;  // ink of such a text
     int valueBelow = 0;
     int digitWidth = 0;  // advance of the widest digit

@@ -1,21 +1,11 @@
 #include "compose/screen_state.h"
 
-#include <QCoreApplication>
 #include <algorithm>
 #include <tuple>
 
 namespace kivo {
 
 namespace {
-
-// The context is the one the layout editor's own texts are translated in.
-constexpr const char* kCaptionContext = "ZoomWidget";
-constexpr std::array<const char*, kLiveValueCount> kCaptions{
-    QT_TRANSLATE_NOOP("ZoomWidget", "CPU温度"),    QT_TRANSLATE_NOOP("ZoomWidget", "CPU使用率"),
-    QT_TRANSLATE_NOOP("ZoomWidget", "内存使用率"), QT_TRANSLATE_NOOP("ZoomWidget", "时间"),
-    QT_TRANSLATE_NOOP("ZoomWidget", "功耗"),       QT_TRANSLATE_NOOP("ZoomWidget", "日期"),
-    QT_TRANSLATE_NOOP("ZoomWidget", "风扇转速"),   QT_TRANSLATE_NOOP("ZoomWidget", "其他"),
-    QT_TRANSLATE_NOOP("ZoomWidget", "其他")};
 
 auto Tied(const ScreenState& s) {
     return std::tie(s.custom, s.theme, s.style, s.variant, s.orientation, s.layout, s.slotItems, s.textRow,
@@ -37,12 +27,12 @@ bool operator==(const ScreenState& a, const ScreenState& b) {
     return Tied(a) == Tied(b);
 }
 
+bool IsHourAlone(const ScreenState& state) {
+    return !state.custom && Has(state.theme, kHourAlone);
+}
+
 bool IsShown(const ScreenState& state, int item) {
-    if (item < 0 || item >= kLiveValueCount) {
-        return false;
-    }
-    // The scene theme is the picture and the hour, whatever else its layout ticks.
-    if (!state.custom && state.theme == Theme::Scene && item != Time && item != Date) {
+    if (!IsItem(item) || (IsHourAlone(state) && item != Time && item != Date)) {
         return false;
     }
     return (state.custom && state.variant != 0 ? state.layout.selected : state.layout.shown)[size_t(item)];
@@ -62,8 +52,7 @@ int SlotOf(const ScreenState& state, int item) {
 
 int ItemDrawnIn(const ScreenState& state, int slot) {
     const int item = state.slotItems[size_t(slot)];
-    const bool drawn =
-        item >= CpuTemperature && item <= FanSpeed && IsShown(state, item) && SlotOf(state, item) == slot;
+    const bool drawn = HasLiveValue(item) && IsShown(state, item) && SlotOf(state, item) == slot;
     return drawn ? item : kEmptySlot;
 }
 
@@ -96,14 +85,6 @@ ScreenState DrawnState(ScreenState state, bool isStandIn) {
         state.layout.yZoom = 0;
     }
     return state;
-}
-
-ItemTexts ItemCaptions() {
-    ItemTexts captions;
-    for (size_t item = 0; item < captions.size(); ++item) {
-        captions[item] = QCoreApplication::translate(kCaptionContext, kCaptions[item]);
-    }
-    return captions;
 }
 
 }  // namespace kivo

@@ -12,18 +12,16 @@
 #include "compose/geometry.h"
 #include "compose/layout_record.h"
 #include "compose/theme_catalogue.h"
-#include "telemetry/interface_language.h"
+#include "model/interface_language.h"
 
 namespace kivo {
 
 constexpr int kBasePixelSize = 18;  // of the values; every other size of the panel follows from it
 
-using ItemTexts = std::array<QString, kLiveValueCount>;
-
 struct ScreenState {
     bool custom = false;           // the custom page: a custom layout instead of a theme
     Theme theme = Theme::Default;  // of the theme page, as is the style
-    int style = 0;                 // of theme 1: 1 has the smaller date
+    int style = 0;                 // of the scene theme: 1 has the smaller date
     int variant = 0;               // of the custom layout, 0 or 1, as are the slots and the row
     Orientation orientation = Orientation::Landscape;
     LayoutRecord layout;  // of the theme in this orientation, or of the custom variant
@@ -37,6 +35,9 @@ bool operator==(const ScreenState& a, const ScreenState& b);
 inline bool operator!=(const ScreenState& a, const ScreenState& b) {
     return !(a == b);
 }
+
+// Whether it is a theme of the picture and the hour: time and date are all it shows.
+bool IsHourAlone(const ScreenState& state);
 
 // Whether the item's flag of the layout in force is set.
 bool IsShown(const ScreenState& state, int item);
@@ -65,8 +66,5 @@ QStringList PicturePaths(const ScreenState& state);
 // What is drawn over a picture: of a stand-in all is shown, for a trim frame belongs to the picture that was
 // chosen.
 ScreenState DrawnState(ScreenState state, bool isStandIn);
-
-// The items' display names in the language of the translator that is installed (source texts: Chinese).
-ItemTexts ItemCaptions();
 
 }  // namespace kivo

@@ -4,7 +4,6 @@
 
 #include "compose/geometry.h"
 #include "compose/picture_accent.h"
-#include "compose/theme_accents.h"
 #include "compose/theme_catalogue.h"
 
 namespace kivo {
@@ -67,7 +66,7 @@ QImage United(const ScreenState& state, int scale, std::optional<QRgb> accent) {
     const auto isGlass = [&](const SkinLayer& layer) { return IsGlass(state, layer); };
     QImage drawing = Layers(state, size, scale, isGlass);
     QImage marks = Layers(state, size, scale, [&](const SkinLayer& layer) { return !isGlass(layer); });
-    Recolor(marks, kThemeAccents[size_t(state.theme)], *accent);
+    Recolor(marks, FactsOf(state.theme).accent, *accent);
     QPainter(&drawing).drawImage(0, 0, marks);
     return drawing;
 }

@@ -1,24 +1,23 @@
 #pragma once
 
-// The four built-in themes as data: pictures, places of the live items, sample texts. Everything that draws,
-// loads or previews a theme reads these tables. Pure; any thread.
+// What follows from the theme table: the pictures of each theme and its factory layouts; and the built-in
+// backgrounds. Pure; any thread.
 
 #include <QRectF>
 #include <QString>
 #include <QStringList>
 #include <QVector>
-#include <array>
 #include <optional>
 
 #include "compose/geometry.h"
 #include "compose/layout_record.h"
-#include "telemetry/interface_language.h"
+#include "model/interface_language.h"
+#include "model/theme_table.h"
 
 namespace kivo {
 
-// The numbers are the stored ones ("Config/ThemeID") and the order of the selection list.
-enum class Theme { Default = 0, Scene = 1, Tdp = 2, Time = 3 };
-constexpr int kThemeCount = 4;
+// The theme's row of that orientation.
+const ThemeLayout& LayoutOf(Theme theme, Orientation orientation);
 
 // A picture and where it goes, in panel pixels of that orientation's canvas.
 struct SkinLayer {
@@ -38,9 +37,6 @@ QString IconPicture(Theme theme);
 // the picture itself is seen through it.
 bool HasGlass(Theme theme);
 
-// Whether the theme has an accent, which an accent from the picture can take the place of.
-bool HasAccent(Theme theme);
-
 // The line on which a theme centres an item's value and caption, in pixels from the canvas's left edge; none
 // where that is the middle of their rectangles. Theirs are not always those of the drawing they stand in.
 std::optional<int> ThemeAxis(Theme theme, Orientation orientation, int item);
@@ -52,12 +48,6 @@ QStringList OverviewPictures(Orientation orientation, InterfaceLanguage language
 // The eleven built-in backgrounds, in list order, and the one a layout starts with.
 QStringList BuiltInBackgrounds();
 QString DefaultBackground();
-
-// What the preview shows for each item before a live value arrives.
-std::array<QString, kLiveValueCount> SampleTexts(InterfaceLanguage language);
-
-// The samples that the Russian interface puts in place of whatever a layout holds; null for all other items.
-QString SampleOverride(int item, InterfaceLanguage language);
 
 // A theme's layout as it comes from the factory.
 LayoutRecord FactoryThemeLayout(Theme theme, Orientation orientation, InterfaceLanguage language);

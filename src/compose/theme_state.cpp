@@ -90,15 +90,15 @@ Orientation OrientationOf(int layout) {
                                                                 : Orientation::Landscape;
 }
 
-Theme ThemeOf(const ThemeState& state) {
-    return Theme(qBound(0, state.theme, kThemeCount - 1));
-}
-
 auto Tied(const ThemeState& s) {
     return std::tie(s.mode, s.theme, s.themeStyle, s.customStyle, s.orientation, s.layouts);
 }
 
 }  // namespace
+
+Theme ThemeOf(const ThemeState& state) {
+    return Theme(qBound(0, state.theme, kThemeCount - 1));
+}
 
 bool IsCustom(const ThemeState& state) {
     return state.mode != 0;
@@ -197,7 +197,7 @@ ScreenState MakeScreenState(const ThemeState& state, const SlotTable& slotTable,
 
 void TickPlacedItems(ThemeState& state, const SlotTable& slotTable) {
     const auto tick = [](std::array<bool, kLiveValueCount>& flags, int item) {
-        if (item >= CpuTemperature && item <= FanSpeed) {
+        if (HasLiveValue(item)) {
             flags[size_t(item)] = true;
         }
     };

@@ -1,6 +1,6 @@
 #pragma once
 
-// The theme state as the settings keep it: page, theme, style, orientation and the ten layouts. Loaded once
+// The theme state as the settings keep it: page, theme, style, orientation and the layouts. Loaded once
 // when the program starts, saved when something is applied. GUI thread.
 
 #include <array>
@@ -14,15 +14,15 @@ namespace kivo {
 
 class SettingsWriter;
 
-// Four themes in landscape ("H1".."H4"), the same in portrait ("V1".."V4"), two custom layouts.
+// The themes in landscape, the same in portrait, the custom layouts: in the order of ThemeGroups.
 constexpr int kLayoutCount = kThemeGroupCount;
-constexpr int kFirstCustomLayout = 8;
+constexpr int kFirstCustomLayout = kLayoutCount - kVariantCount;
 
 struct ThemeState {
     int mode = 0;   // 0: theme page, any other value: custom page
-    int theme = 0;  // 0..3
+    int theme = 0;  // 0..kThemeCount - 1
     // The settings have one number for both: that of the page in front. The other page begins with 0.
-    int themeStyle = 0;   // of theme 1: 1 has the smaller date
+    int themeStyle = 0;   // of the scene theme: 1 has the smaller date
     int customStyle = 0;  // 0 is custom layout 0, any other value 1
     Orientation orientation = Orientation::Landscape;
     std::array<LayoutRecord, kLayoutCount> layouts;
@@ -35,6 +35,10 @@ constexpr int ThemeLayoutIndex(Theme theme, Orientation orientation) {
 constexpr int CustomLayoutIndex(int variant) {
     return kFirstCustomLayout + variant;
 }
+static_assert(ThemeLayoutIndex(Theme(kThemeCount - 1), Orientation::Portrait) + 1 == CustomLayoutIndex(0));
+
+// The theme that is chosen.
+Theme ThemeOf(const ThemeState& state);
 // Whether the custom page is chosen, and its variant: 0 (five items) or 1 (one item).
 bool IsCustom(const ThemeState& state);
 int VariantOf(const ThemeState& state);

@@ -4,7 +4,7 @@
 #include <QRegularExpression>
 #include <optional>
 
-#include "telemetry/live_value.h"
+#include "model/item_table.h"
 
 namespace kivo {
 
@@ -22,27 +22,14 @@ constexpr QRgb kAmber = 0xFFFFB45A;
 constexpr QRgb kRed = 0xFFFF6B5E;  // where amber would not be seen to be another colour
 constexpr int kNearHue = 30;       // degrees
 
-struct Range {
-    double least;
-    double most;
-};
-
-std::optional<Range> RangeOf(int item) {
-    switch (item) {
-        case CpuTemperature:
-            return Range{30, 100};
-        case CpuUsage:
-        case MemoryUsage:
-            return Range{0, 100};
-        default:
-            return std::nullopt;
-    }
+std::optional<ValueRange> RangeOf(int item) {
+    return IsItem(item) ? FactsOf(item).range : std::nullopt;
 }
 
 // The share of its range that a value has, 0 to 1; nothing where the text holds no number.
 std::optional<double> ShareOf(int item, const QString& text) {
     static const QRegularExpression number(QStringLiteral("-?[0-9]+"));
-    const std::optional<Range> range = RangeOf(item);
+    const std::optional<ValueRange> range = RangeOf(item);
     const QRegularExpressionMatch match = number.match(text);
     if (!range || !match.hasMatch()) {
         return std::nullopt;

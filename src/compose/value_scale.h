@@ -1,7 +1,7 @@
 #pragma once
 
-// The nine ticks under a value of the default theme: as many are lit as the value has of its range. Pure but
-// for the painter; any thread.
+// The nine ticks under a value of a theme that has them: as many are lit as the value has of its range. Pure
+// but for the painter; any thread.
 
 #include <QColor>
 #include <QRect>
@@ -17,8 +17,7 @@ struct ValueScale {
     QRgb accent = 0;
 };
 
-// Whether the item's value has a range of its own: the temperature in degrees Celsius, both usages in
-// percent.
+// Whether the item's value has a range of its own.
 bool HasScaleRange(int item);
 
 // Where the ticks stand: at the foot of the text rectangle, in the middle of the item's card as far as they

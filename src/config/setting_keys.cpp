@@ -18,11 +18,18 @@ constexpr std::array kSingleKeys{keys::kMode, keys::kThemeId,   keys::kStyle,
 }  // namespace
 
 const QStringList& ThemeGroups() {
-    static const QStringList groups{
-        QStringLiteral("H1"),      QStringLiteral("H2"),      QStringLiteral("H3"), QStringLiteral("H4"),
-        QStringLiteral("V1"),      QStringLiteral("V2"),      QStringLiteral("V3"), QStringLiteral("V4"),
-        QStringLiteral("CUSTOM0"), QStringLiteral("CUSTOM1"),
-    };
+    static const QStringList groups = [] {
+        QStringList names;
+        for (const char orientation : {'H', 'V'}) {
+            for (int theme = 1; theme <= kThemeCount; ++theme) {
+                names.append(QLatin1Char(orientation) + QString::number(theme));
+            }
+        }
+        for (int row = 0; row < kCustomShowRows; ++row) {
+            names.append(QStringLiteral("CUSTOM") + QString::number(row));
+        }
+        return names;
+    }();
     return groups;
 }
 
@@ -42,7 +49,7 @@ QList<NamedSetting> AllSettings() {
         for (const SettingKey& setting : kPlacementKeys) {
             all.append({GroupKey(group, setting), setting});
         }
-        for (int item = 0; item < kItemCount; ++item) {
+        for (int item = 0; item < kLiveValueCount; ++item) {
             for (const SettingKey& setting : kItemKeys) {
                 all.append({ItemKey(group, setting, item), setting});
             }

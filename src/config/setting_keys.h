@@ -8,6 +8,9 @@
 #include <array>
 #include <limits>
 
+#include "model/item_table.h"
+#include "model/theme_table.h"
+
 namespace kivo {
 
 enum class SettingType { Int, Text, Rect };
@@ -36,7 +39,7 @@ constexpr QLatin1String Name(const char (&literal)[N]) {
 
 // Group "Config".
 inline constexpr SettingKey kMode{Name("Config/Mode")};
-inline constexpr SettingKey kThemeId{Name("Config/ThemeID"), SettingType::Int, 0, 0, 0, 3};
+inline constexpr SettingKey kThemeId{Name("Config/ThemeID"), SettingType::Int, 0, 0, 0, kThemeCount - 1};
 inline constexpr SettingKey kStyle{Name("Config/Style")};
 inline constexpr SettingKey kHor{Name("Config/Hor"), SettingType::Int, 0, 0, 0, 1};
 inline constexpr SettingKey kCurRectId{Name("Config/CurRectID"), SettingType::Int, 2, 0, 0, 2};
@@ -61,7 +64,7 @@ inline constexpr SettingKey kXPt{Name("XPt"), SettingType::Int, 0, 0, -65535, 65
 inline constexpr SettingKey kYPt{Name("YPt"), SettingType::Int, 0, 0, -65535, 65535};
 inline constexpr SettingKey kXZoom{Name("XZoom"), SettingType::Int, 0, 0, -65535, 65535};
 inline constexpr SettingKey kYZoom{Name("YZoom"), SettingType::Int, 0, 0, -65535, 65535};
-inline constexpr SettingKey kHighlight{Name("highlight"), SettingType::Int, 0, 0, 0, 8};
+inline constexpr SettingKey kHighlight{Name("highlight"), SettingType::Int, 0, 0, 0, kLiveValueCount - 1};
 inline constexpr SettingKey kStringPixmap{Name("StringPixmap"), SettingType::Text};
 inline constexpr SettingKey kStringD1{Name("StringD1"), SettingType::Text};
 inline constexpr SettingKey kStringPixmapS{Name("StringPixmapS"), SettingType::Text};
@@ -71,7 +74,7 @@ inline constexpr SettingKey kDim{Name("Dim"), SettingType::Int, 0, 0, 0, 100, tr
 inline constexpr SettingKey kBlur{Name("Blur"), SettingType::Int, 0, 0, 0, 100, true};
 inline constexpr SettingKey kAccentOfPicture{Name("AccentOfPicture"), SettingType::Int, 0, 0, 0, 1, true};
 
-// Inside a layout group, followed by the item's number 0 .. 8.
+// Inside a layout group, followed by the item's number (LiveValue).
 inline constexpr SettingKey kShow{Name("Show_")};
 inline constexpr SettingKey kShow2{Name("Show2_")};
 inline constexpr SettingKey kShowRect{Name("ShowRect_"), SettingType::Rect};
@@ -80,12 +83,13 @@ inline constexpr SettingKey kString{Name("String_"), SettingType::Text};
 
 }  // namespace keys
 
-inline constexpr int kThemeGroupCount = 10;
 inline constexpr int kCustomShowRows = 2;
 inline constexpr int kCustomShowSlots = 5;
-inline constexpr int kItemCount = 9;
+// Each theme lying and standing, and the custom layouts.
+inline constexpr int kThemeGroupCount = 2 * kThemeCount + kCustomShowRows;
 
-// The layout groups in file order: "H1".."H4", "V1".."V4", "CUSTOM0", "CUSTOM1".
+// The layout groups in file order: "H1" and on for the themes lying, "V1" and on for them standing,
+// "CUSTOM0", "CUSTOM1".
 const QStringList& ThemeGroups();
 
 // Every key Config.ini can hold, written out in full in file order ("ImageList/<n>" once, with n = 0, and

@@ -26,8 +26,9 @@ void LogIfFailed(int written, const char* text) {
         qCDebug(transferLog, "%s", text);
 }
 
-// RGB565 with the high byte first. The image's memory holds native words and may pad its rows.
-std::vector<quint8> WirePixels(const QImage& rgb16) {
+// RGB565 rows of an image, each pixel with its high byte first. The image's memory holds native words and may
+// pad its rows.
+std::vector<quint8> HighByteFirst(const QImage& rgb16) {
     std::vector<quint8> bytes(static_cast<std::size_t>(rgb16.width()) *
                               static_cast<std::size_t>(rgb16.height()) * 2);
     const qsizetype rowBytes = qsizetype{rgb16.width()} * 2;
@@ -163,7 +164,7 @@ void Transfers::SendProbe(int length, quint8 reportId) {
 
 void Transfers::SendImageChunked(const QImage& image, int x, int y) {
     const QImage rgb16 = image.convertToFormat(QImage::Format_RGB16);
-    const std::vector<quint8> pixels = WirePixels(rgb16);
+    const std::vector<quint8> pixels = HighByteFirst(rgb16);
     const std::ptrdiff_t rowBytes = std::ptrdiff_t{rgb16.width()} * 2;
     const quint8* next = pixels.data();
     bool first = true;

@@ -10,14 +10,6 @@ namespace {
 // Cleared whenever a single item is chosen. Deliberate: the other two outer slots are left as they are.
 constexpr std::array kClearedSlots{0, 3};
 
-bool IsKind(int kind) {
-    return kind >= 0 && kind < kLiveValueCount;
-}
-
-bool NeedsSlot(int kind) {
-    return kind != OtherText && kind != OtherText2;
-}
-
 // The first slot that holds what becomes something else; nothing happens where none does.
 bool ReplaceFirst(SlotRow& row, int what, int by) {
     const auto slot = std::find(row.begin(), row.end(), what);
@@ -54,19 +46,19 @@ int PartnerOf(int kind) {
 }
 
 void SetFiveSlotItem(int kind, bool on, SlotRow& row, ItemFlags& ticked) {
-    if (!IsKind(kind)) {
+    if (!IsItem(kind)) {
         return;
     }
     if (!on) {
         TakeOut(kind, row, ticked);
-    } else if (NeedsSlot(kind)) {
+    } else if (HasLiveValue(kind)) {
         Place(kind, row);
     }
     ticked[size_t(kind)] = on;
 }
 
 void SetSingleItem(int kind, bool on, SlotRow& row, ItemFlags& chosen) {
-    if (!IsKind(kind)) {
+    if (!IsItem(kind)) {
         return;
     }
     if (!on) {

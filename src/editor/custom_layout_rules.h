@@ -17,7 +17,7 @@ namespace kivo {
 int PartnerOf(int kind);
 
 // Five-slot layout. Date and time share a slot: with both ticked it holds the time. The free texts need no
-// slot. A kind outside 0..8 changes nothing.
+// slot. A kind that is no item changes nothing.
 void SetFiveSlotItem(int kind, bool on, SlotRow& row, ItemFlags& ticked);
 
 // One-item layout: choosing a kind unchooses all others and puts it into the centre slot. Unchoosing empties

@@ -32,7 +32,7 @@ bool SaveEditState(const EditState& state) {
 
 void SettleFlags(EditState& state) {
     for (int& item : state.slotTable[0]) {
-        if (item == OtherText || item == OtherText2) {
+        if (IsFreeText(item)) {
             item = kEmptySlot;
         }
     }

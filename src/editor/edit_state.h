@@ -1,12 +1,12 @@
 #pragma once
 
-// What the editor works on, as one value: the ten layouts with page, theme, style and orientation, the slot
+// What the editor works on, as one value: the layouts with page, theme, style and orientation, the slot
 // table and the row of the free text. What is edited stays here until it is applied. GUI thread.
 
 #include "compose/custom_layout.h"
 #include "compose/screen_state.h"
 #include "compose/theme_state.h"
-#include "telemetry/interface_language.h"
+#include "model/interface_language.h"
 
 namespace kivo {
 

@@ -94,7 +94,7 @@ void LayoutEditor::SetItem(int kind, bool on) {
         SetFiveSlotItem(kind, on, EditedSlots(), flags);
     } else {
         SetSingleItem(kind, on, EditedSlots(), flags);
-        if (!on && kind >= 0 && kind < kLiveValueCount) {
+        if (!on && IsItem(kind)) {
             flags[size_t(kind)] = false;  // as its tick box shows it
         }
         // The free text stands beside the single item and is no choice against it.
@@ -107,7 +107,7 @@ void LayoutEditor::SetItem(int kind, bool on) {
 
 bool LayoutEditor::IsLeftOut(int kind) const {
     const ScreenState shown = Shown();
-    return shown.custom && kind < int(OtherText) && IsShown(shown, kind) && !HasPlace(shown, kind);
+    return shown.custom && HasLiveValue(kind) && IsShown(shown, kind) && !HasPlace(shown, kind);
 }
 
 bool LayoutEditor::SwapSlots(int a, int b) {

@@ -50,7 +50,7 @@ public:
     void Show(const ThemeState& themes);
     void Turn(Orientation orientation);  // each layout keeps its trim
 
-    // Items of the custom layout in force, kind 0..8. MayTick is the limit of the five-slot layout; SetItem
+    // Items of the custom layout in force, by kind. MayTick is the limit of the five-slot layout; SetItem
     // does not ask it. IsLeftOut: the kind is ticked and found no slot. WouldBeShown: one that is not ticked
     // may be, and would find one.
     bool MayTick(int kind) const;

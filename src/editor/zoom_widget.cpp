@@ -6,9 +6,9 @@
 
 #include "editor/preview_accessibility.h"
 #include "editor/text_box.h"
+#include "model/interface_language.h"
 #include "pictures/picture_path.h"
 #include "pictures/picture_source.h"
-#include "telemetry/interface_language.h"
 
 namespace kivo {
 

@@ -20,7 +20,7 @@ public:
     // there, and no text need be handed over in this round.
     virtual bool BeginRound() = 0;
 
-    // Brings the item's (0..8) newest text to the panel. Whether it was owed, so that something was sent or
+    // Brings the item's newest text to the panel. Whether it was owed, so that something was sent or
     // tried.
     virtual bool RenderLiveItem(const QString& text, int item) = 0;
 };

@@ -18,11 +18,11 @@
 #include "device/screen_change.h"
 #include "device/screen_session.h"
 #include "device/transfers.h"
+#include "model/interface_language.h"
 #include "panel/device_thread.h"
 #include "panel/frame_store.h"
 #include "panel/panel_memory.h"
 #include "panel/panel_sender.h"
-#include "telemetry/interface_language.h"
 #include "telemetry/metric_snapshot.h"
 
 class QThread;
@@ -108,7 +108,7 @@ public:
     void SetCpuPowClock(qint32 iPow, qint32 iClock) { m_snapshot.SetCpuPowClock(iPow, iClock); }
     // Whether the temperature is known now.
     bool HasTemperature() const { return Readings()[Quantity::Temperature].value.has_value(); }
-    // The text of a live value at this moment (0..8; empty for the free texts), and of all.
+    // The text of a live value at this moment (empty for the free texts), and of all.
     QString LiveText(int item) const { return m_snapshot.GetValueText(item); }
     ItemTexts LiveTexts() const { return m_snapshot.ValueTexts(); }
     // What the panel took last, item by item; empty for what it does not show.

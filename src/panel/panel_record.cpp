@@ -37,15 +37,6 @@ bool TellsSomething(const PanelRecord& record, quint64 epoch, TransferResult res
 
 }  // namespace
 
-const ItemTexts& PlaceholderTexts() {
-    // Deliberate, fixed: the memory's placeholder has the form of a date.
-    static const ItemTexts texts{
-        QStringLiteral("00℃"),   QStringLiteral("00%"),  QStringLiteral("0000.00.00"),
-        QStringLiteral("00:00"), QStringLiteral("0000"), QStringLiteral("0000.00.00"),
-        QStringLiteral("0000"),  QLatin1String(""),      QLatin1String("")};
-    return texts;
-}
-
 const SharedFrame& DesiredFrame(const PanelRecord& record) {
     return record.desired.blank ? record.desired.blank : record.desired.frame;
 }

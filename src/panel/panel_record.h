@@ -63,10 +63,6 @@ struct PanelRecord {
 // program.
 constexpr int kRefusedRoundsBeforeTold = 3;
 
-// What the panel is taken to have shown of each item after a whole frame, so that its next text counts as a
-// change.
-const ItemTexts& PlaceholderTexts();
-
 // The frame that the panel is to show now; null where there is none yet.
 const SharedFrame& DesiredFrame(const PanelRecord& record);
 
@@ -78,7 +74,7 @@ struct OwedReports {
 // What is to be sent before any text. While a frame is owed, the orientation is not: it belongs to the frame.
 OwedReports WhatIsOwed(const PanelRecord& record);
 
-// Whether this text of an item (0..8) has to be sent, over the frame that the panel has. The record's only
+// Whether this text of an item has to be sent, over the frame that the panel has. The record's only
 // gate for texts. Deliberate, fixed: time and date go out whenever they are handed over, changed or not.
 bool IsTextOwed(const PanelRecord& record, int item, const QString& text);
 

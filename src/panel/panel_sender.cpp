@@ -273,7 +273,7 @@ void PanelSender::SendTimeShow() {
 }
 
 bool PanelSender::RenderLiveItem(const QString& text, int item) {
-    if (text.isEmpty() || item < 0 || item >= kLiveValueCount) {
+    if (text.isEmpty() || !IsItem(item)) {
         return false;
     }
     const std::lock_guard<std::mutex> turn(m_turn);

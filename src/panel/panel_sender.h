@@ -28,7 +28,7 @@ public:
         Transfers& transfers;
         FrameStore& frames;
         PanelMemory* memory = nullptr;  // null: a panel that forgets with the process
-        // The text of a live value at this moment (item 0..8, empty for none). Called on the upload thread
+        // The text of a live value at this moment (empty for none). Called on the upload thread
         // and the refresh thread.
         std::function<QString(int item)> valueText;
         // The picture behind a state, which may take its time; nothing when the end has come. Called on the

@@ -4,7 +4,6 @@
 #include <QDebug>
 
 #include "telemetry/metric_snapshot.h"
-#include "telemetry/value_texts.h"
 
 namespace kivo {
 

@@ -10,11 +10,11 @@
 #include <atomic>
 #include <chrono>
 
+#include "model/interface_language.h"
+#include "model/item_table.h"
 #include "panel/live_item_renderer.h"
 #include "telemetry/cpu_counter.h"
 #include "telemetry/cpu_usage_sampler.h"
-#include "telemetry/interface_language.h"
-#include "telemetry/live_value.h"
 #include "telemetry/stop_pause.h"
 #include "telemetry/thread_end.h"
 

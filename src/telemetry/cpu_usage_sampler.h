@@ -15,12 +15,12 @@ public:
     // SetMode(0) restarts.
     void SetMode(quint8 mode);
 
-    // Percent since the previous call, cut towards zero, at most 100. 0 on the first call after a restart
-    // and after a failed reading. Deliberate: no lower clamp; a counter that runs backwards shows as a
-    // negative number here.
+    // Percent since the previous call, cut towards zero, at most 100. 0 on the first call, on the first one
+    // after a restart, and where the counter could not be read at this call or the previous one. Deliberate:
+    // no lower clamp; a counter that runs backwards shows as a negative number here.
     qint32 Sample();
 
-    // Whether the counter could be read at the last Sample.
+    // Whether the counter could be read at the last Sample; true before the first one.
     bool HasRead() const { return IsValid(m_previousRaw); }
 
 private:

@@ -4,7 +4,7 @@
 
 #include <utility>
 
-#include "telemetry/live_value.h"
+#include "model/item_table.h"
 #include "telemetry/memory_load.h"
 #include "telemetry/system_clocks.h"
 #include "telemetry/value_texts.h"

@@ -8,14 +8,15 @@
 #include <mutex>
 #include <optional>
 
-#include "telemetry/interface_language.h"
-#include "telemetry/live_value.h"
+#include "model/interface_language.h"
+#include "model/item_table.h"
 #include "telemetry/local_time.h"
 #include "telemetry/reading.h"
 
 namespace kivo {
 
-// Where the snapshot reads what it does not store; called on the thread that asks for a text.
+// Where the snapshot reads what is not handed in; called on the thread that asks for a text or hands a
+// reading in.
 struct MetricSources {
     std::function<LocalTime()> now;                            // Default: ReadLocalTime.
     std::function<std::optional<int>()> memoryLoad;            // Percent. Default: ReadMemoryLoad.
@@ -23,8 +24,10 @@ struct MetricSources {
 };
 
 // The latest reading of every live value, and its text. Readings come in from the GUI thread (the sensors')
-// and from the threads that send (utilisation); texts are asked for on those. A value that nothing has
-// measured, or renewed for ten seconds, has a text of dashes.
+// and from the threads that send (utilisation); texts are asked for on all of these. A quantity that no
+// sensor has measured, or renewed for ten seconds, has a text of dashes, and so have loads that could not be
+// read for as long. A fan that is not measured follows the temperature; a load that nobody has handed in
+// counts as 0.
 class MetricSnapshot {
 public:
     // Empty members of `sources` stand for the defaults.
@@ -37,7 +40,7 @@ public:
     std::array<QString, kLiveValueCount> ValueTexts() const;
 
     void SetReadings(const SensorReadings& readings);
-    // Values older than kLongestSilence are Silent.
+    // Values of sensors that are older than kLongestSilence are Silent.
     SensorReadings Readings() const;
 
     // Package power in watts and package temperature in degrees Celsius, for a quantity of which SetReadings
@@ -46,7 +49,7 @@ public:
     // temperature of 0 is none.
     void SetCpuPowClock(qint32 iPow, qint32 iClock);
 
-    // Percent, 0 to 100 (stored as it is).
+    // Percent, at most 100, as the sampler gives it: stored as it is.
     void SetCpuUsed(qint32 percent);
     // The counter could not be read, and counts as 0; after ten seconds of that there is no load.
     void SetCpuUnreadable();

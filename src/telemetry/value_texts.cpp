@@ -83,18 +83,4 @@ QString NoFanText() {
     return QStringLiteral("----");
 }
 
-std::array<QString, kLiveValueCount> StartTexts(InterfaceLanguage language) {
-    const bool russian = language == InterfaceLanguage::Russian;
-    std::array<QString, kLiveValueCount> texts;
-    texts[CpuTemperature] = FormatTemperature(45);
-    texts[CpuUsage] = FormatCpuUsage(65);
-    texts[MemoryUsage] = FormatMemoryUsage(20);
-    texts[Time] = QStringLiteral("18:46");
-    // Deliberate: the power starts with a sample in Russian only.
-    texts[CpuPower] = russian ? FormatPower(15, language) : QString();
-    texts[Date] = FormatDate(QDate(2019, 12, 21), language);
-    texts[FanSpeed] = QStringLiteral("1000");
-    return texts;
-}
-
 }  // namespace kivo

@@ -4,10 +4,7 @@
 #include <QString>
 #include <QTime>
 
-#include <array>
-
-#include "telemetry/interface_language.h"
-#include "telemetry/live_value.h"
+#include "model/interface_language.h"
 
 namespace kivo {
 
@@ -31,9 +28,5 @@ QString NoFanText();
 // What a fan that is not measured is shown as: 1000 up to 50 °C, 100 more per degree up to 74 °C, 3500 from
 // 75 °C on.
 int FanFigure(int degreesCelsius);
-
-// What the refresh thread holds as "sent last" when it starts: the sample texts of the themes, by live-value
-// index.
-std::array<QString, kLiveValueCount> StartTexts(InterfaceLanguage language);
 
 }  // namespace kivo

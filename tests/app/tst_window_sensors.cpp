@@ -282,7 +282,8 @@ void TestWindowSensors::SensorsListRefreshesItself() {
     desk.window->ShowSensors();
     QWidget* const list = Toplevel("sensors");
     QVERIFY(list != nullptr && QTest::qWaitForWindowExposed(list));
-    QTRY_VERIFY(TextsOf(*list).contains(QStringLiteral("The kernel's energy counters: No permission to read it")));
+    QTRY_VERIFY(
+        TextsOf(*list).contains(QStringLiteral("The kernel's energy counters: No permission to read it")));
     readings[Quantity::Power] = Reading::Of(37.0, SourceId::PowerCap);
     desk.window->Session().SetReadings(readings);
     QTRY_VERIFY(TextsOf(*list).contains(QStringLiteral("37 W")));

@@ -41,7 +41,13 @@ inline void SetUpDrawing() {
 constexpr std::array<InterfaceLanguage, 3> kLanguages{InterfaceLanguage::Chinese, InterfaceLanguage::English,
                                                       InterfaceLanguage::Russian};
 constexpr std::array<Orientation, 2> kOrientations{Orientation::Landscape, Orientation::Portrait};
-constexpr std::array<Theme, 4> kThemes{Theme::Default, Theme::Scene, Theme::Tdp, Theme::Time};
+inline const std::array<Theme, kThemeCount> kThemes = [] {
+    std::array<Theme, kThemeCount> themes{};
+    for (const ThemeFacts& facts : kThemeTable) {
+        themes[size_t(facts.theme)] = facts.theme;
+    }
+    return themes;
+}();
 
 inline QByteArray NameOf(InterfaceLanguage language) {
     constexpr std::array<const char*, 3> names{"Chinese", "English", "Russian"};
@@ -51,8 +57,7 @@ inline QByteArray NameOf(Orientation orientation) {
     return orientation == Orientation::Landscape ? "landscape" : "portrait";
 }
 inline QByteArray NameOf(Theme theme) {
-    constexpr std::array<const char*, 4> names{"default", "scene", "TDP", "time"};
-    return names[size_t(theme)];
+    return FactsOf(theme).files;
 }
 
 // The captions as the program gets them from the translation of that language.
@@ -147,19 +152,20 @@ inline QVector<NamedScreen> AllThemeScreens() {
 // Every item in every slot of layout 0 and alone in layout 1, and the slot that time and date share.
 inline QVector<NamedScreen> AllCustomScreens() {
     QVector<NamedScreen> screens;
-    constexpr int kItems = 7;
+    constexpr size_t kItems = kLiveItems.size();
     for (const InterfaceLanguage language : kLanguages) {
         for (const Orientation orientation : kOrientations) {
             const QByteArray end = ", " + NameOf(orientation) + ", " + NameOf(language);
-            for (int first = 0; first < kItems; ++first) {
+            for (size_t first = 0; first < kItems; ++first) {
                 SlotRow row;
                 for (int slot = 0; slot < kSlotCount; ++slot) {
-                    row[size_t(slot)] = (first + slot) % kItems;
+                    row[size_t(slot)] = kLiveItems[(first + size_t(slot)) % kItems];
                 }
-                const QByteArray number = QByteArray::number(first);
+                const QByteArray number = QByteArray::number(kLiveItems[first]);
                 screens.append({"five items from " + number + end, CustomScreen(row, orientation, language)});
-                screens.append({"item " + number + " alone" + end,
-                                CustomScreen(OnlySlot(kCentreSlot, first), orientation, language, 1)});
+                screens.append(
+                    {"item " + number + " alone" + end,
+                     CustomScreen(OnlySlot(kCentreSlot, kLiveItems[first]), orientation, language, 1)});
             }
             for (int slot = 0; slot < kSlotCount; ++slot) {
                 screens.append({"time and date in slot " + QByteArray::number(slot) + end,

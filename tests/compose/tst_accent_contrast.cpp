@@ -4,7 +4,6 @@
 #include <algorithm>
 
 #include "compose/frame_composer.h"
-#include "compose/theme_accents.h"
 #include "compose_test_support.h"
 #include "grounds.h"
 #include "light.h"
@@ -97,7 +96,7 @@ private Q_SLOTS:
         QByteArray where;
         for (const Ground& ground : Grounds()) {
             const PanelBackground background = ComposeBackground(state, ground.picture, skins);
-            const QRgb accent = background.accent.value_or(kThemeAccents[size_t(theme)]);
+            const QRgb accent = background.accent.value_or(FactsOf(theme).accent);
             for (const QVector<QPoint>& points : qAsConst(beside)) {
                 QVector<double> lights;
                 for (const QPoint& at : points) {

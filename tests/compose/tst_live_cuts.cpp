@@ -14,8 +14,6 @@ using namespace kivo::test;
 
 namespace {
 
-constexpr int kLiveItems = 7;
-
 // The panel: takes whole frames and cuts in wire order, like the screen does.
 class Panel {
 public:
@@ -68,7 +66,7 @@ enum class Known {
 void Walk(Panel& panel, const ScreenState& state, const ItemTexts& before, const ItemTexts& after,
           Known known) {
     ItemTexts texts = before;
-    for (int item = 0; item < kLiveItems; ++item) {
+    for (const int item : kLiveItems) {
         const bool changed = known != Known::Texts || before[size_t(item)] != after[size_t(item)];
         texts[size_t(item)] = after[size_t(item)];
         if (!IsUpdateSent(state, item, changed)) {
@@ -127,7 +125,7 @@ private slots:
         const QRect canvas = CanvasRect(state.orientation);
         for (const ItemTexts& texts : AllTexts(state.language)) {
             for (const bool firstTime : {false, true}) {
-                for (int item = 0; item < kLiveItems; ++item) {
+                for (const int item : kLiveItems) {
                     // Before the check that refuses what is too large: nothing may get that far.
                     const QVector<QRect> rects = SendRects(state, LayOutTexts(state, texts), item, firstTime);
                     QVERIFY(rects.size() <= 4);
@@ -144,7 +142,7 @@ private slots:
     void CutsCarryTheirPixels() {
         QFETCH(ScreenState, state);
         const ItemTexts texts = LiveTexts(state.language)[1];
-        for (int item = 0; item < kLiveItems; ++item) {
+        for (const int item : kLiveItems) {
             const QVector<Cut> cuts =
                 RenderItem(state, {Background(state.orientation)}, texts, item, true).cuts;
             const bool sent = IsUpdateSent(state, item, true);
@@ -160,14 +158,14 @@ private slots:
     void CutsHangOnTheTextsTheyName() {
         QFETCH(ScreenState, state);
         const ItemTexts texts = LiveTexts(state.language)[1];
-        for (int k = 0; k < 2 * kLiveItems; ++k) {
-            const int item = k / 2;
+        for (size_t k = 0; k < 2 * kLiveItems.size(); ++k) {
+            const int item = kLiveItems[k / 2];
             const bool firstTime = k % 2 != 0;
             const LiveUpdate update =
                 RenderItem(state, {Background(state.orientation)}, texts, item, firstTime);
             QVERIFY(update.cuts.isEmpty() || (update.drawnItems >> item & 1U) != 0);
             ItemTexts others = LiveTexts(state.language)[3];
-            for (int drawn = 0; drawn < kLiveItems; ++drawn) {
+            for (const int drawn : kLiveItems) {
                 if ((update.drawnItems >> drawn & 1U) != 0) {
                     others[size_t(drawn)] = texts[size_t(drawn)];
                 }

@@ -313,7 +313,7 @@ private slots:
             QVERIFY(changed([](ScreenState& s) { s.layout.colorIndex = 3; }).color != before.color);
             QVERIFY(changed([](ScreenState& s) { s.orientation = kStanding; }).bounds != before.bounds);
             QCOMPARE(changed([](ScreenState&) {}).bounds, before.bounds);
-            for (int item = CpuTemperature; item <= FanSpeed; ++item) {
+            for (const int item : kLiveItems) {
                 // More states than are kept.
                 changed([item](ScreenState& s) { s.slotItems[kCentreSlot] = item; });
                 changed([item](ScreenState& s) { s.slotItems[0] = item; });

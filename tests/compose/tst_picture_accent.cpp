@@ -2,7 +2,6 @@
 
 #include "compose/contrast.h"
 #include "compose/picture_accent.h"
-#include "compose/theme_accents.h"
 #include "compose_test_support.h"
 #include "light.h"
 #include "support/test_program.h"
@@ -163,7 +162,7 @@ private slots:
     void EveryMixtureIsRecolored_data() {
         QTest::addColumn<QRgb>("from");
         for (const Theme theme : {Theme::Default, Theme::Tdp, Theme::Time}) {
-            QTest::newRow(NameOf(theme)) << kThemeAccents[size_t(theme)];
+            QTest::newRow(NameOf(theme)) << FactsOf(theme).accent;
         }
     }
     void EveryMixtureIsRecolored() {
@@ -196,7 +195,7 @@ private slots:
     void SkinsHoldNothingElse() {
         QFETCH(Theme, theme);
         QFETCH(Orientation, orientation);
-        const QRgb accent = kThemeAccents[size_t(theme)];
+        const QRgb accent = FactsOf(theme).accent;
         const QVector<SkinLayer> layers = SkinLayers(theme, orientation);
         for (int k = 1; k < layers.size(); ++k) {
             for (const QString& ending : {QStringLiteral(".png"), QStringLiteral("@2x.png")}) {

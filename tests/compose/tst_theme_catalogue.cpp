@@ -140,14 +140,6 @@ private slots:
         }
     }
 
-    void ThemeNumbersAreTheStoredOnes() {
-        QCOMPARE(int(Theme::Default), 0);
-        QCOMPARE(int(Theme::Scene), 1);
-        QCOMPARE(int(Theme::Tdp), 2);
-        QCOMPARE(int(Theme::Time), 3);
-        QCOMPARE(kThemeCount, 4);
-    }
-
     void OnlyTheSceneHasNoGlass() {
         for (const Theme theme : {Theme::Default, Theme::Tdp, Theme::Time}) {
             QVERIFY(HasGlass(theme));
@@ -213,46 +205,6 @@ private slots:
             const QImage picture = reader.read();
             QVERIFY2(!picture.isNull(), qPrintable(path + QLatin1String(": ") + reader.errorString()));
         }
-    }
-
-    void Samples_data() {
-        QTest::addColumn<InterfaceLanguage>("language");
-        QTest::addColumn<QString>("power");
-        QTest::addColumn<QString>("date");
-        QTest::newRow("Chinese") << InterfaceLanguage::Chinese << QStringLiteral("1300")
-                                 << QStringLiteral("2019年12月31日");
-        QTest::newRow("English") << InterfaceLanguage::English << QStringLiteral("1300")
-                                 << QStringLiteral("2019年12月31日");
-        QTest::newRow("Russian") << InterfaceLanguage::Russian << QStringLiteral("15Вт")
-                                 << QStringLiteral("31.12.2019");
-    }
-    void Samples() {
-        QFETCH(InterfaceLanguage, language);
-        QFETCH(QString, power);
-        QFETCH(QString, date);
-        const auto samples = SampleTexts(language);
-        QCOMPARE(samples[CpuTemperature], QStringLiteral("45℃"));
-        QCOMPARE(samples[CpuUsage], QStringLiteral("65%"));
-        QCOMPARE(samples[MemoryUsage], QStringLiteral("20%"));
-        QCOMPARE(samples[Time], QStringLiteral("12:00"));
-        QCOMPARE(samples[CpuPower], power);
-        QCOMPARE(samples[Date], date);
-        QCOMPARE(samples[FanSpeed], QStringLiteral("1000"));
-        QCOMPARE(samples[OtherText], QString());
-        QCOMPARE(samples[OtherText2], QStringLiteral("2019-12-31"));
-    }
-
-    void OnlyRussianOverridesAndOnlyPowerAndDate() {
-        for (int item = 0; item < kLiveValueCount; ++item) {
-            QVERIFY(SampleOverride(item, InterfaceLanguage::Chinese).isNull());
-            QVERIFY(SampleOverride(item, InterfaceLanguage::English).isNull());
-            const QString russian = SampleOverride(item, InterfaceLanguage::Russian);
-            QCOMPARE(!russian.isNull(), item == CpuPower || item == Date);
-        }
-        QCOMPARE(SampleOverride(CpuPower, InterfaceLanguage::Russian), QStringLiteral("15Вт"));
-        QCOMPARE(SampleOverride(Date, InterfaceLanguage::Russian), QStringLiteral("31.12.2019"));
-        QVERIFY(SampleOverride(-1, InterfaceLanguage::Russian).isNull());
-        QVERIFY(SampleOverride(kLiveValueCount, InterfaceLanguage::Russian).isNull());
     }
 
     void FactoryRecord_data() {

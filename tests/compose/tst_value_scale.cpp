@@ -3,7 +3,6 @@
 #include "compose/frame_composer.h"
 #include "compose/live_renderer.h"
 #include "compose/rgb565.h"
-#include "compose/theme_accents.h"
 #include "compose/value_scale.h"
 #include "compose_test_support.h"
 #include "ink.h"
@@ -14,7 +13,7 @@ using namespace kivo::test;
 
 namespace {
 
-constexpr QRgb kMint = kThemeAccents[0];
+constexpr QRgb kMint = FactsOf(Theme::Default).accent;
 constexpr QRgb kAmber = 0xFFFFB45A;
 constexpr QRgb kRed = 0xFFFF6B5E;
 constexpr std::array<int, 3> kItemsWithScale{CpuTemperature, CpuUsage, MemoryUsage};
@@ -103,8 +102,8 @@ private slots:
         QTest::newRow("memory") << int(MemoryUsage) << Percent(100) << kMint << kAmber;
         QTest::newRow("warm") << int(CpuTemperature) << Degrees(92) << kMint << kMint;
         QTest::newRow("hot") << int(CpuTemperature) << Degrees(93) << kMint << kAmber;
-        QTest::newRow("amber accent") << int(CpuUsage) << Percent(95) << kThemeAccents[2] << kRed;
-        QTest::newRow("white accent") << int(CpuUsage) << Percent(95) << kThemeAccents[1] << kAmber;
+        QTest::newRow("amber accent") << int(CpuUsage) << Percent(95) << FactsOf(Theme::Tdp).accent << kRed;
+        QTest::newRow("white accent") << int(CpuUsage) << Percent(95) << kNoAccent << kAmber;
         QTest::newRow("no reading") << int(CpuTemperature) << QStringLiteral("--℃") << kMint << kMint;
     }
     void NineTenthsWarn() {

@@ -187,7 +187,7 @@ private slots:
                     hand.editor.Redo();
                     break;
                 case 10: {
-                    const int kind = dice.bounded(kLiveValueCount - 2);
+                    const int kind = kLiveItems[size_t(dice.bounded(int(kLiveItems.size())))];
                     const bool isOn = hand.editor.Variant() == 0 ? hand.Layout().shown[size_t(kind)]
                                                                  : hand.editor.Slots()[kCentreSlot] == kind;
                     if (isOn || hand.editor.MayTick(kind)) {
@@ -234,7 +234,7 @@ private:
             QCOMPARE(flags[OtherText], !layout.freeText.isEmpty());
             const SlotRow& row = editor.Edited().slotTable[size_t(variant)];
             for (const int item : row) {
-                QVERIFY(item >= kEmptySlot && item <= FanSpeed);
+                QVERIFY(item == kEmptySlot || HasLiveValue(item));
                 QVERIFY(item == kEmptySlot ||
                         (flags[size_t(item)] && std::count(row.begin(), row.end(), item) == 1));
             }

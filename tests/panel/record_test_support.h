@@ -36,7 +36,7 @@ inline PanelRecord Complete(const SharedFrame& frame) {
     ApplyComposedState(record, frame, kTexts);
     NoteOrientation(record, record.epoch, frame->state.orientation, TransferResult::Taken);
     NoteTimeShow(record, record.epoch, TransferResult::Taken);
-    for (int item = CpuTemperature; item <= FanSpeed; ++item) {
+    for (const int item : kLiveItems) {
         NoteText(record, record.epoch, item, kTexts[size_t(item)], TransferResult::Taken);
     }
     return record;

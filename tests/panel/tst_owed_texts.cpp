@@ -32,7 +32,7 @@ void TestOwedTexts::TextIsOwed_data() {
                         bool unchanged) { QTest::newRow(name) << state << item << changed << unchanged; };
     for (const Orientation orientation : kOrientations) {
         for (const Theme theme : kThemes) {
-            for (int item = CpuTemperature; item <= FanSpeed; ++item) {
+            for (const int item : kLiveItems) {
                 const bool clock = item == Time || item == Date;
                 const bool hidden =
                     (theme == Theme::Scene && !clock) || (theme == Theme::Time && item == FanSpeed);
@@ -41,7 +41,7 @@ void TestOwedTexts::TextIsOwed_data() {
             }
         }
         for (int slot = 0; slot < kSlotCount; ++slot) {
-            for (int item = CpuTemperature; item <= FanSpeed; ++item) {
+            for (const int item : kLiveItems) {
                 const bool always = item == Time || (item == Date && slot != kCentreSlot);
                 row("slot " + QByteArray::number(slot) + ", " + NameOf(orientation) + ", item " +
                         QByteArray::number(item),
@@ -132,7 +132,7 @@ void TestOwedTexts::AfterAWholeFrameTheFormerTextIsThePlaceholder() {
                                    QStringLiteral("0000.00.00"), QStringLiteral("00:00"),
                                    QStringLiteral("0000"),       QStringLiteral("0000.00.00"),
                                    QStringLiteral("0000")};
-    for (int item = CpuTemperature; item <= FanSpeed; ++item) {
+    for (const int item : kLiveItems) {
         QCOMPARE(FormerText(record, item), placeholders[item]);
         NoteText(record, record.epoch, item, QStringLiteral("12"), TransferResult::Taken);
         QCOMPARE(FormerText(record, item), QStringLiteral("12"));

@@ -30,7 +30,7 @@ QString Owed(const PanelRecord& record) {
     }
     int unknown = 0;
     int redrawn = 0;
-    for (int item = CpuTemperature; item <= FanSpeed; ++item) {
+    for (const int item : kLiveItems) {
         const AcknowledgedText& shown = record.acknowledged.texts[size_t(item)];
         unknown += shown.text.isNull() ? 1 : 0;
         redrawn += !shown.text.isNull() && !shown.isDrawnByItself ? 1 : 0;

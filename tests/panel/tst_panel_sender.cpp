@@ -187,7 +187,7 @@ void TestPanelSender::ArrivalSendsEverythingButTheFrame() {
     QCOMPARE(after.frames - before.frames, quint64(1));      // the black one
     QCOMPARE(after.commands - before.commands, quint64(3));  // clock, orientation, time show
     QCOMPARE(after.areas - before.areas, quint64(7));
-    for (int item = CpuTemperature; item <= FanSpeed; ++item) {
+    for (const int item : kLiveItems) {
         const QRect place = desk.run->sender.Applied().layout.textRect[size_t(item)];
         QCOMPARE(desk.Picture().copy(place), composed.copy(place));
     }

@@ -5,7 +5,7 @@
 #include <unistd.h>
 
 #include "made_up_sysfs.h"
-#include "telemetry/live_value.h"
+#include "model/item_table.h"
 #include "telemetry/metric_snapshot.h"
 #include "telemetry/package_sensors.h"
 #include "telemetry/sysfs_sources.h"

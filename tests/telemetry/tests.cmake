@@ -8,7 +8,6 @@ set(units
     firmware_zone_counters
     hardware_monitor_source
     hwinfo_source
-    interface_language
     measured_text
     memory_load
     metric_snapshot

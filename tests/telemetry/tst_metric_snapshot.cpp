@@ -5,8 +5,8 @@
 #include <limits>
 #include <thread>
 
+#include "model/item_table.h"
 #include "support/test_program.h"
-#include "telemetry/live_value.h"
 #include "telemetry/metric_snapshot.h"
 
 using namespace kivo;

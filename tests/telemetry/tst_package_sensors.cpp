@@ -1,8 +1,8 @@
 #include <QtTest>
 
 #include "energy_library_folders.h"
+#include "model/item_table.h"
 #include "support/test_program.h"
-#include "telemetry/live_value.h"
 #include "telemetry/metric_snapshot.h"
 #include "telemetry/package_sensors.h"
 

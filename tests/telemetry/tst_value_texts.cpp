@@ -149,25 +149,6 @@ private slots:
         QCOMPARE(FormatFanSpeed(degrees), text);
         QCOMPARE(FanFigure(degrees), text.toInt());
     }
-
-    void startTexts() {
-        const QStringList common{QStringLiteral(u"45\u2103"), QStringLiteral("65%"), QStringLiteral("20%"),
-                                 QStringLiteral("18:46")};
-        const auto chinese = StartTexts(InterfaceLanguage::Chinese);
-        const auto russian = StartTexts(InterfaceLanguage::Russian);
-        for (int index = CpuTemperature; index <= Time; ++index) {
-            QCOMPARE(chinese[index], common[index]);
-            QCOMPARE(russian[index], common[index]);
-        }
-        QCOMPARE(chinese[CpuPower], QString());
-        QCOMPARE(russian[CpuPower], QStringLiteral(u"15\u0412\u0442"));
-        QCOMPARE(chinese[Date], QStringLiteral("2019.12.21"));
-        QCOMPARE(russian[Date], QStringLiteral("21.12.2019"));
-        QCOMPARE(chinese[FanSpeed], QStringLiteral("1000"));
-        QCOMPARE(chinese[OtherText], QString());
-        QCOMPARE(chinese[OtherText2], QString());
-        QVERIFY(StartTexts(InterfaceLanguage::English) == chinese);
-    }
 };
 
 KIVO_APPLESS_TEST(TestValueTexts)

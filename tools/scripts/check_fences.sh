@@ -18,9 +18,11 @@ forbid() {
 
 forbid "Nothing below app may know a widget:" \
     '#include <(Q(Widget|Label|PushButton|Dialog|MainWindow|Application|ListWidget)|QtWidgets)' \
-    src/device src/telemetry src/config src/compose src/panel
+    src/model src/device src/telemetry src/config src/compose src/panel
+forbid "The tables of items and themes know nothing but themselves:" \
+    '#include "(app|compose|config|device|editor|panel|pictures|resources|telemetry|virtualscreen|widgets)/' src/model
 forbid "The widget kit knows nothing of the program:" \
-    '#include "(app|compose|config|device|editor|panel|pictures|telemetry|virtualscreen)/' src/widgets
+    '#include "(app|compose|config|device|editor|model|panel|pictures|telemetry|virtualscreen)/' src/widgets
 forbid "What is brought to the panel is handed in:" '#include "(app|editor|pictures|virtualscreen|widgets)/' src/panel
 forbid "The editor's tools know nothing of the window and of the device:" \
     '#include "(app|device|panel|virtualscreen)/' src/editor

@@ -1,4 +1,4 @@
-#include "telemetry/interface_language.h"
+#include "model/interface_language.h"
 
 #include <atomic>
 

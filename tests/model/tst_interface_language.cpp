@@ -1,7 +1,7 @@
 #include <QtTest>
 
+#include "model/interface_language.h"
 #include "support/test_program.h"
-#include "telemetry/interface_language.h"
 
 using namespace kivo;
 
