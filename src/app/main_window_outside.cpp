@@ -85,7 +85,7 @@ bool MainWindow::ApplyFromOutside(const EditState& next) {
     }
     ShowState();
     const ScreenState state = MakeScreenState(next, m_language);
-    if (m_live || m_uploading) {
+    if (m_live || m_waitsForUpload) {
         m_session->SetChosen(state);
         m_session->StartUpload();
     } else {
