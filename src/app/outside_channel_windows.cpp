@@ -272,10 +272,18 @@ DWORD Bytes(HANDLE pipe, Operation& operation, bool hasBegun, QDeadlineTimer dea
 }  // namespace
 
 std::unique_ptr<ChannelListener> ChannelListener::Listen(Arrived arrived, QString& trouble) {
+    const QString another = QStringLiteral("another copy has it");
+    // Wine gives a second copy a first instance too, so it is asked before whether there is one.
+    constexpr DWORD kShortestWaitMs = 1;
+    if (WaitNamedPipeW(PipeName(OwnUserText()).c_str(), kShortestWaitMs) != 0 ||
+        GetLastError() == ERROR_SEM_TIMEOUT) {
+        trouble = another;
+        return nullptr;
+    }
     Handle pipe = MakePipe(true);
     if (!pipe) {
-        trouble = GetLastError() == ERROR_ACCESS_DENIED ? QStringLiteral("another copy has it")
-                                                        : QStringLiteral("code %1").arg(GetLastError());
+        trouble =
+            GetLastError() == ERROR_ACCESS_DENIED ? another : QStringLiteral("code %1").arg(GetLastError());
         return nullptr;
     }
     return std::make_unique<PipeListener>(std::move(pipe), std::move(arrived));

@@ -96,7 +96,7 @@ void TestCommandLine::RefusesBadArguments_data() {
     QTest::newRow("no picture") << list({"--picture", ""}) << QStringLiteral("picture");
     QTest::newRow("a picture that is not there")
         << list({"--picture", "/nowhere/a.png"}) << QStringLiteral("/nowhere/a.png");
-    QTest::newRow("a folder as a picture") << list({"--picture", "/"}) << QStringLiteral("'/'");
+    QTest::newRow("a folder as a picture") << list({"--picture", "/"}) << QStringLiteral("/'");
     QTest::newRow("a text that is too long")
         << QStringList{QStringLiteral("--text"), QString(41, QLatin1Char('x'))} << QStringLiteral("40");
     QTest::newRow("a value of show") << list({"--show=now"}) << QStringLiteral("show");
