@@ -42,7 +42,7 @@ struct Opened {
         window.setFixedSize(960, 588);
         view->setGeometry(kListAt);
         list.LoadPictureList();
-        list.SelectPicture(list.PathAt(1), QString());  // the list opens at its top
+        list.SelectPicture(list.PathAt(1));  // the list opens at its top
         window.show();
         QCoreApplication::processEvents();
     }

@@ -103,7 +103,7 @@ QString TroubleOf(const OutsideCommands& commands) {
     }
     for (const OutsideOption& option : kOptions) {
         const std::optional<QString>& value = ValueOf(commands, option.kind);
-        const QString trouble = value ? TroubleOf(option, *value) : QString();
+        QString trouble = value ? TroubleOf(option, *value) : QString();
         if (!trouble.isEmpty()) {
             return trouble;
         }

@@ -37,7 +37,8 @@ QImage Layers(const ScreenState& state, QSize size, int scale, const IsWanted& i
     const QSizeF canvas = CanvasSize(state.orientation);
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
     painter.scale(size.width() / canvas.width(), size.height() / canvas.height());
-    for (const SkinLayer& layer : SkinLayers(state.theme, state.orientation)) {
+    const QVector<SkinLayer> layers = SkinLayers(state.theme, state.orientation);
+    for (const SkinLayer& layer : layers) {
         if (isWanted(layer)) {
             painter.drawImage(layer.rect, QImage(LayerPath(layer.path, scale)));
         }
@@ -129,7 +130,8 @@ const QVector<QImage>& SkinCache::GlassUnderIcons(const ScreenState& state) {
     };
     const QImage glass = half([&](const SkinLayer& layer) { return IsGlass(state, layer); });
     m_underIcons.clear();
-    for (const SkinLayer& icons : SkinLayers(state.theme, state.orientation)) {
+    const QVector<SkinLayer> layers = SkinLayers(state.theme, state.orientation);
+    for (const SkinLayer& icons : layers) {
         if (IsOfIcons(icons)) {
             QImage under = glass;
             KeepAround(half([&](const SkinLayer& layer) { return layer.path == icons.path; }), under);
