@@ -70,6 +70,12 @@ void DrawRedoIcon(QPainter& painter, const QRectF& rect, const QColor& /*color*/
     icon.Draw(painter, rect);
 }
 
+// One that is as it should be already keeps the look that the mouse has given it.
+void SwitchButton(NimbPushButton& button, bool on) {
+    if (button.isEnabled() != on)
+        button.SetButtonEnabled(on);
+}
+
 }  // namespace
 
 EditBar::EditBar(QWidget* parent)
@@ -159,12 +165,8 @@ bool EditBar::IsEditPressed() const {
 }
 
 void EditBar::SetWays(bool undo, bool redo) {
-    if (m_backButton->isEnabled() != undo) {
-        m_backButton->SetButtonEnabled(undo);
-    }
-    if (m_redoButton->isEnabled() != redo) {
-        m_redoButton->SetButtonEnabled(redo);
-    }
+    SwitchButton(*m_backButton, undo);
+    SwitchButton(*m_redoButton, redo);
 }
 
 void EditBar::SetSizeEnabled(bool on) {
@@ -177,11 +179,9 @@ void EditBar::SetFontSizeIndex(int index) {
 }
 
 void EditBar::SetTrimEnabled(bool on) {
-    if (m_trimButton->isEnabled() == on)
-        return;
     if (!on && IsEditPressed())
         SetEditPressed(false);
-    m_trimButton->SetButtonEnabled(on);
+    SwitchButton(*m_trimButton, on);
 }
 
 void EditBar::TellColorsShown(bool shown) {

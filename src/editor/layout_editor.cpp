@@ -182,20 +182,19 @@ void LayoutEditor::ClearTrim() {
 }
 
 bool LayoutEditor::SetDim(int percent) {
-    if (percent < 0 || percent > 100) {
-        return false;
-    }
-    LayoutInForce(m_edited).dim = percent;
-    NoteEdit(EditHistory::Kind::Dim);
-    return true;
+    return SetShare(&LayoutRecord::dim, percent, EditHistory::Kind::Dim);
 }
 
 bool LayoutEditor::SetBlur(int percent) {
+    return SetShare(&LayoutRecord::blur, percent, EditHistory::Kind::Blur);
+}
+
+bool LayoutEditor::SetShare(int LayoutRecord::*share, int percent, EditHistory::Kind kind) {
     if (percent < 0 || percent > 100) {
         return false;
     }
-    LayoutInForce(m_edited).blur = percent;
-    NoteEdit(EditHistory::Kind::Blur);
+    LayoutInForce(m_edited).*share = percent;
+    NoteEdit(kind);
     return true;
 }
 

@@ -112,6 +112,8 @@ public:
 
 private:
     void NoteEdit(EditHistory::Kind kind = EditHistory::Kind::Single) { m_history.Append(m_edited, kind); }
+    // Of the picture, in percent.
+    bool SetShare(int LayoutRecord::*share, int percent, EditHistory::Kind kind);
     // A custom layout, also while a theme is shown.
     LayoutRecord& Custom() { return m_edited.themes.layouts[size_t(CustomLayoutIndex(Variant()))]; }
     SlotRow& EditedSlots() { return m_edited.slotTable[size_t(Variant())]; }

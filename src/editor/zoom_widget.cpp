@@ -144,17 +144,17 @@ void ZoomWidget::ResetTrim() {
 }
 
 void ZoomWidget::SetDim(int percent) {
-    solteditingFinished();
-    EndDrag();
-    if (m_editor.SetDim(percent)) {
-        NoteEdit(By::Caller);
-    }
+    SetShare(&LayoutEditor::SetDim, percent);
 }
 
 void ZoomWidget::SetBlur(int percent) {
+    SetShare(&LayoutEditor::SetBlur, percent);
+}
+
+void ZoomWidget::SetShare(bool (LayoutEditor::*set)(int), int percent) {
     solteditingFinished();
     EndDrag();
-    if (m_editor.SetBlur(percent)) {
+    if ((m_editor.*set)(percent)) {
         NoteEdit(By::Caller);
     }
 }

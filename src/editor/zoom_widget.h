@@ -180,6 +180,7 @@ private:
     void NoteEdit(By by);
     void TellItems();  // what has changed of them since they were told last, where somebody listens
     void StepThrough(bool (LayoutEditor::*step)());
+    void SetShare(bool (LayoutEditor::*set)(int), int percent);  // of the picture: dim or blur
     void RetranslateTexts();
 
     // Text entry.
@@ -201,8 +202,9 @@ private:
 
     // Painting.
     ItemTexts PreviewTexts() const;
-    QRectF ScreenArea() const;      // of the magnified panel, in whole device pixels
-    ItemFlags HiddenByBox() const;  // items that make room for the open text box
+    QRectF ScreenArea() const;  // of the magnified panel, in whole device pixels
+    // The items that make room for the text box where it is open.
+    ItemFlags HiddenByBox(const ScreenState& state) const;
     void PaintScreen(QPainter& painter, const QRectF& area, const QImage& background,
                      const PanelTexts& texts);
     void PaintTexts(QPainter& painter, const PanelTexts& texts) const;

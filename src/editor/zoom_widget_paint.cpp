@@ -67,12 +67,12 @@ void ZoomWidget::paintEvent(QPaintEvent* /*event*/) {
         return;
     }
     const QRectF area = ScreenArea();
+    const ItemFlags hidden = HiddenByBox(state);
     // What is typed may have a pill of its own.
-    const PanelBackground& background =
-        m_background.Composed(m_textEntryOpen ? Typed().State() : state,
-                              (area.size() * devicePixelRatioF()).toSize(), HiddenByBox());
+    const PanelBackground& background = m_background.Composed(
+        m_textEntryOpen ? Typed().State() : state, (area.size() * devicePixelRatioF()).toSize(), hidden);
     const PanelTexts texts = LayOutPanelTexts(state, PreviewTexts(), background.accent);
-    PaintScreen(painter, area, background.image, texts);
+    PaintScreen(painter, area, background.image, WithoutItems(hidden, texts));
     if (m_drag.HoldsText() && m_editing) {
         PaintRowMarks(painter);
     } else if (m_editing && state.custom && !m_textEntryOpen) {
@@ -98,13 +98,13 @@ QRectF ZoomWidget::ScreenArea() const {
     return QRectF(origin, RoundedOut(canvas * map.scale, ratio).size() / ratio);
 }
 
-ItemFlags ZoomWidget::HiddenByBox() const {
+ItemFlags ZoomWidget::HiddenByBox(const ScreenState& state) const {
     if (!m_textEntryOpen) {
         return {};
     }
     const ScreenMapping map = Mapping();
     const QRectF box(m_editText->geometry());
-    return ItemsUnder(QRectF(map.OnCanvas(box.topLeft()), box.size() / map.scale), *LayOutPanel(Shown()));
+    return ItemsUnder(QRectF(map.OnCanvas(box.topLeft()), box.size() / map.scale), *LayOutPanel(state));
 }
 
 void ZoomWidget::PaintScreen(QPainter& painter, const QRectF& area, const QImage& background,
@@ -120,7 +120,7 @@ void ZoomWidget::PaintScreen(QPainter& painter, const QRectF& area, const QImage
     painter.translate(area.topLeft());
     painter.scale(map.scale, map.scale);
     if (m_textEntryOpen) {
-        PanelTexts around = WithoutItems(HiddenByBox(), texts);
+        PanelTexts around = texts;
         around.freeText = FreeTextBlock();
         PaintTexts(painter, around);
         PaintTyped(painter, Typed());

@@ -2,10 +2,22 @@
 
 // A home of its own for the program as a process of its own, and what it is started with.
 
+#include <QProcess>
 #include <QProcessEnvironment>
 #include <QTemporaryDir>
+#include <QtTest>
 
 namespace kivo::test {
+
+inline constexpr int kLongMs = 60000;  // until something is given up
+
+// Ends the program as the system would, and waits for it.
+inline void End(QProcess& process) {
+    process.terminate();
+    QVERIFY(process.waitForFinished(kLongMs));
+    QCOMPARE(process.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(process.exitCode(), 0);
+}
 
 class ProgramHome {
 public:

@@ -30,8 +30,6 @@ private:
 
 namespace {
 
-constexpr int kLongMs = 60000;
-
 // Waits for a line of the process's.
 bool Says(QProcess& process, const char* what) {
     QByteArray said;
@@ -48,13 +46,6 @@ bool Says(QProcess& process, const char* what) {
 int CountInFile(const QString& path, const char* what) {
     QFile file(path);
     return file.open(QIODevice::ReadOnly) ? file.readAll().count(what) : 0;
-}
-
-void End(QProcess& process) {
-    process.terminate();
-    QVERIFY(process.waitForFinished(kLongMs));
-    QCOMPARE(process.exitStatus(), QProcess::NormalExit);
-    QCOMPARE(process.exitCode(), 0);
 }
 
 }  // namespace

@@ -39,8 +39,6 @@ private:
 
 namespace {
 
-constexpr int kLongMs = 60000;
-
 bool IsBlack(const QImage& image) {
     if (image.isNull()) {
         return false;
@@ -48,13 +46,6 @@ bool IsBlack(const QImage& image) {
     QImage black(image.size(), QImage::Format_RGB32);
     black.fill(Qt::black);
     return image.convertToFormat(QImage::Format_RGB32) == black;
-}
-
-void End(QProcess& process) {
-    process.terminate();
-    QVERIFY(process.waitForFinished(kLongMs));
-    QCOMPARE(process.exitStatus(), QProcess::NormalExit);
-    QCOMPARE(process.exitCode(), 0);
 }
 
 }  // namespace

@@ -65,6 +65,15 @@ PictureFailure CardFailure(const Desk& desk, int row) {
     return static_cast<PictureFailure>(List(desk)->item(row)->data(PictureList::kFailureRole).toInt());
 }
 
+// A custom layout with that picture, while it is edited.
+void EditOver(Desk& desk, const QString& path) {
+    desk.Show();
+    ClickOn(desk, "btnImage");
+    AddByHand(desk, path);
+    desk.WaitForPictures();
+    ClickOn(desk, "btnEdit");
+}
+
 // The state as the panel has to show it, with the default picture in the place of its own.
 ScreenState WithDefaultPicture(ScreenState state) {
     state = DrawnState(state, true);
@@ -178,11 +187,7 @@ void TestWindowPictures::PictureThatComesBackIsShownAgain() {
 void TestWindowPictures::StandInCannotBeTrimmed() {
     const QString path = Write("mine.png", Qt::red);
     Desk desk;
-    desk.Show();
-    ClickOn(desk, "btnImage");
-    AddByHand(desk, path);
-    desk.WaitForPictures();
-    ClickOn(desk, "btnEdit");
+    EditOver(desk, path);
     ClickOn(desk, "trimButton");
     QVERIFY(desk.Editor()->IsTrimming());
     QVERIFY(QFile::remove(path));
@@ -202,11 +207,7 @@ void TestWindowPictures::StandInCannotBeTrimmed() {
 void TestWindowPictures::NoticeAndHintShareTheirLine() {
     const QString path = Write("mine.png", Qt::red);
     Desk desk;
-    desk.Show();
-    ClickOn(desk, "btnImage");
-    AddByHand(desk, path);
-    desk.WaitForPictures();
-    ClickOn(desk, "btnEdit");
+    EditOver(desk, path);
     const QWidget* hint = desk.Find("editHint");
     QCheckBox* fan = desk.Find<QCheckBox>("check7");
     QVERIFY(hint->isVisible());

@@ -7,6 +7,7 @@
 #include "compose_test_support.h"
 #include "grounds.h"
 #include "light.h"
+#include "skin_layers.h"
 #include "support/test_program.h"
 
 using namespace kivo;
@@ -26,16 +27,6 @@ const QVector<Ground>& Grounds() {
                                                            {"dark blue", Plain(QColor(0, 0, 90))}} +
                                            RandomGrounds(kRandomPictures);
     return grounds;
-}
-
-// Where one layer of icons lies on the panel, by its opacity.
-QImage IconsOnPanel(const SkinLayer& layer, Orientation orientation) {
-    QImage image(CanvasSize(orientation), QImage::Format_ARGB32_Premultiplied);
-    image.fill(Qt::transparent);
-    QPainter painter(&image);
-    painter.setRenderHint(QPainter::SmoothPixmapTransform);
-    painter.drawImage(layer.rect, QImage(layer.path));
-    return image;
 }
 
 QVector<QPoint> BesideIcons(const QImage& icons) {
@@ -86,7 +77,7 @@ private Q_SLOTS:
         QVector<QVector<QPoint>> beside;
         for (const SkinLayer& layer : SkinLayers(theme, orientation)) {
             if (layer.path.contains(QLatin1String("_icon"))) {
-                beside.append(BesideIcons(IconsOnPanel(layer, orientation)));
+                beside.append(BesideIcons(LayerOnPanel(layer, orientation)));
                 QVERIFY(beside.last().size() > 20);
             }
         }

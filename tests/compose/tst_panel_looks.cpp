@@ -2,9 +2,10 @@
 
 #include "compose/frame_composer.h"
 #include "compose_test_support.h"
+#include "grounds.h"
 #include "light.h"
-#include "pictures/picture_reader.h"
 #include "runs.h"
+#include "skin_layers.h"
 #include "support/test_program.h"
 
 using namespace kivo;
@@ -15,33 +16,9 @@ using namespace kivo::test;
 namespace {
 
 // The eleven built-in backgrounds, and the worst of the user's own.
-struct Ground {
-    QByteArray name;
-    QImage picture;
-};
 const QVector<Ground>& Grounds() {
-    static const QVector<Ground> grounds = [] {
-        QVector<Ground> all;
-        const QStringList paths = BuiltInBackgrounds();
-        for (int k = 0; k < paths.size(); ++k) {
-            all.append({"background " + QByteArray::number(k + 1), LoadPicture(paths[k])});
-        }
-        QImage white(1280, 680, QImage::Format_RGB32);
-        white.fill(Qt::white);
-        all.append({"white", white});
-        return all;
-    }();
+    static const QVector<Ground> grounds = BuiltInGrounds() + QVector<Ground>{{"white", Plain(Qt::white)}};
     return grounds;
-}
-
-// One layer of a skin as opacity on the panel's pixels.
-QImage LayerOnPanel(const SkinLayer& layer, Orientation orientation) {
-    QImage image(CanvasSize(orientation), QImage::Format_ARGB32_Premultiplied);
-    image.fill(Qt::transparent);
-    QPainter painter(&image);
-    painter.setRenderHint(QPainter::SmoothPixmapTransform);
-    painter.drawImage(layer.rect, QImage(layer.path));
-    return image;
 }
 
 }  // namespace
