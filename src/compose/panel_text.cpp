@@ -99,9 +99,13 @@ int LeftOf(const QRect& rect, int width, TextAlign align, std::optional<int> axi
     if (align == TextAlign::TopLeft) {
         return rect.left();
     }
+    if (!axis) {
+        return rect.left() + (rect.width() - width) / 2;
+    }
+    // A sign's ink may reach a pixel beyond its advance, so that pixel is kept free where there is one.
     const int spare = qMax(0, rect.width() - width);
-    return axis ? qBound(rect.left(), *axis - (width + 1) / 2, rect.left() + spare)
-                : rect.left() + (rect.width() - width) / 2;
+    const int edge = qMin(1, spare / 2);
+    return qBound(rect.left() + edge, *axis - (width + 1) / 2, rect.left() + spare - edge);
 }
 
 bool StaysInside(const QRect& rect, int baseLine, int above, int below) {
