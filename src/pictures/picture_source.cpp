@@ -154,6 +154,12 @@ struct PictureSource::Shared {
         change.notify_all();
     }
 
+    // Under the lock: a thumbnail that is made and not told of yet.
+    bool IsMade(const PictureJob& job) const {
+        return std::any_of(thumbnails.begin(), thumbnails.end(),
+                           [&job](const ThumbnailAnswer& answer) { return answer.job == job; });
+    }
+
     // Under the lock, or an older list could come after a newer one.
     void Enqueue(PictureWorkers& workers) const { workers.Want(wantedPictures + wantedThumbnails); }
 };
@@ -200,13 +206,25 @@ void PictureSource::WantThumbnails(const QStringList& paths, QSize pixels, int r
         m_shared->round = round;
         m_shared->wantedThumbnails.clear();
         for (const QString& path : paths) {
-            m_shared->wantedThumbnails.append({path, pixels, round});
+            const PictureJob job{path, pixels, round};
+            if (!m_shared->IsMade(job)) {
+                m_shared->wantedThumbnails.append(job);
+            }
         }
         m_shared->Enqueue(*m_workers);
     }
     if (!paths.isEmpty()) {
         Watch();
     }
+}
+
+void PictureSource::LetGoOfImages() {
+    const std::lock_guard lock(m_shared->mutex);
+    QStringList kept;
+    for (const QString& path : std::as_const(m_shared->answers)) {
+        kept.append(CleanPicturePath(path));
+    }
+    m_shared->shelf.RemoveImages(kept);
 }
 
 std::optional<Picture> PictureSource::Known(const QString& path) {

@@ -184,6 +184,21 @@ private slots:
         QCOMPARE(maker->Asked().size(), 3);
     }
 
+    // The list asks again at each paint, and a paint may come between a thumbnail and its telling.
+    void WhatIsMadeAndNotToldYetIsNotMadeAgain() {
+        auto maker = std::make_shared<SlowMaker>();
+        maker->Open();
+        PictureSource source(ReadersOf(maker), nullptr, kPatience);
+        QSignalSpy ready(&source, &PictureSource::thumbnailReady);
+        source.WantThumbnails(Paths(1), kPixels);
+        while (!source.IsBusy()) {  // no event is handled, so nothing is told
+            QThread::msleep(1);
+        }
+        source.WantThumbnails(Paths(2), kPixels);
+        QTRY_COMPARE(ready.count(), 2);
+        QCOMPARE(maker->Asked(), Paths(2));
+    }
+
     // What was seen before a new look at the files says nothing of it.
     void WhatIsBeingMadeIsMadeAgainForANewRound() {
         auto maker = std::make_shared<SlowMaker>();
