@@ -89,15 +89,17 @@ MainWindow::MainWindow(const Parts& parts)
       m_translator(std::make_unique<QTranslator>()),
       m_qtTranslator(std::make_unique<QTranslator>()),
       m_ui(std::make_unique<::Ui::MainWindow>()),
-      m_source(parts.makePictureReaders()) {
+      m_source(parts.makePictureReaders()),
+      m_rest(*this, parts.restsAfter, [this] { LetGoOfPictures(); }) {
     InstallLanguage(parts.locale);
     LiveSession::Options options{parts.panel};
     options.picture = [this](const ScreenState& state) { return PictureForFrame(m_source, state); };
     m_session = std::make_unique<LiveSession>(parts.hid, m_language, options);
 
-    m_ui->setupUi(this);
+    // Before it has its style sheet: Qt would apply that at once and decode the window's ground.
     setWindowFlags(Qt::Window | Qt::FramelessWindowHint | Qt::WindowSystemMenuHint |
                    Qt::WindowMinimizeButtonHint);
+    m_ui->setupUi(this);
     DressWindow(*m_ui);
     m_stateLine = new StateLine(m_ui->centralwidget);
     m_stateLine->move(kStateLineCorner);

@@ -19,6 +19,7 @@
 #include "app/tray.h"
 #include "app/tray_host.h"
 #include "app/untold_sleep.h"
+#include "app/window_rest.h"
 #include "compose/theme_state.h"
 #include "device/hotplug.h"
 #include "panel/live_session.h"
@@ -75,6 +76,8 @@ public:
         std::function<std::chrono::nanoseconds()> timeAsleep = &UntoldTimeAsleep;
         PackageSensorsFactory makeSensors = MakePackageSensors;
         ThermalZoneThread::Reader readThermalZone = ReadThermalZoneTemperature;
+        // After so long out of sight the window lets go of its pictures.
+        std::chrono::milliseconds restsAfter = WindowRest::kUsualWait;
     };
 
     explicit MainWindow(const Parts& parts);
@@ -84,6 +87,7 @@ public:
 
     LiveSession& Session() { return *m_session; }
     const PictureSource& Pictures() const { return m_source; }
+    bool IsResting() const { return m_rest.IsResting(); }
 
     // Shows the window as a person wants it back: restored, in front, active.
     void BringToFront();
@@ -218,6 +222,7 @@ private:
     void AddPictures(const QStringList& paths);
     void SavePictures();
     void ShowPictureNotice();
+    void LetGoOfPictures();
 
     // A request that waits until its picture has been looked at.
     struct OutsidePicture {
@@ -253,6 +258,7 @@ private:
     StateLine* m_stateLine = nullptr;
     RestoreOffer* m_restoreOffer = nullptr;
     FocusRing* m_focusRing = nullptr;
+    WindowRest m_rest;
     Tray m_tray{this};
     QTimer m_poll;
     std::unique_ptr<Hotplug> m_hotplug;

@@ -69,6 +69,8 @@ void MainWindow::WirePictures() {
     connect(m_choice, &PictureChoice::refused, this, &MainWindow::RefusePicture);
     connect(&m_source, &PictureSource::answered, this, &MainWindow::ShowPictureNotice);
     connect(&m_source, &PictureSource::answered, this, &MainWindow::TakeOutsidePicture);
+    // A frame was composed, perhaps, while nobody looks.
+    connect(&m_source, &PictureSource::answered, &m_rest, &WindowRest::Begin);
 
     m_ui->pictureList->installEventFilter(this);
     m_ui->pictureList->viewport()->installEventFilter(this);
@@ -111,6 +113,12 @@ void MainWindow::ShowPictureNotice() {
     m_pictureNotice->Show(path, failure);
     // Over its stand-in nobody can see which part of a picture they choose.
     m_editBar->SetTrimEnabled(failure == PictureFailure::None);
+}
+
+void MainWindow::LetGoOfPictures() {
+    m_ui->zoomwidget->LetGoOfPictures();
+    m_pictures->LetGoOfIcons();
+    m_source.LetGoOfImages();
 }
 
 void MainWindow::TakePicture(const QString& path, const QString& inPlaceOf) {

@@ -142,4 +142,13 @@ const QVector<QImage>& SkinCache::GlassUnderIcons(const ScreenState& state) {
     return m_underIcons;
 }
 
+qint64 SkinCache::HeldBytes() const {
+    qint64 bytes =
+        m_skin.drawing.sizeInBytes() + m_skin.glass.sizeInBytes() + m_skin.glassOnPanel.sizeInBytes();
+    for (const QImage& under : m_underIcons) {
+        bytes += under.sizeInBytes();
+    }
+    return bytes;
+}
+
 }  // namespace kivo

@@ -33,6 +33,9 @@ public:
     // else: an image for each layer of icons.
     const QVector<QImage>& GlassUnderIcons(const ScreenState& state);
 
+    // Of all images that are kept.
+    qint64 HeldBytes() const;
+
 private:
     QString m_key;
     Skin m_skin;

@@ -34,16 +34,28 @@ void PreviewBackground::Update(const ScreenState& state) {
         m_whole = QImage();
     }
     m_picture = *known;
+    m_pictureSize = known->image.size();
+    m_hasLetGo = false;
+}
+
+void PreviewBackground::LetGo() {
+    m_hasLetGo = m_hasLetGo || !m_picture.image.isNull();
+    m_picture.image = QImage();
+    m_skins = SkinCache();
 }
 
 QSize PreviewBackground::PictureSize(const ScreenState& state) {
     Update(state);
-    return m_picture.image.size();
+    return m_pictureSize;
 }
 
 const PanelBackground& PreviewBackground::Composed(const ScreenState& state, QSize devicePixels,
                                                    const ItemFlags& bare) {
     Update(state);
+    // Without its picture nothing can be composed anew.
+    if (m_hasLetGo && !m_composed.image.isNull()) {
+        return m_composed;
+    }
     if (m_composed.image.size() != devicePixels || state != m_state || bare != m_bare) {
         ScreenState drawn = DrawnState(state, m_picture.IsStandIn());
         const bool hasPicture = !m_picture.image.isNull();

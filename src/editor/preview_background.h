@@ -4,6 +4,7 @@
 // that decides it changes. Nothing is asked for before the first background is. GUI thread.
 
 #include <QImage>
+#include <QSize>
 #include <QString>
 
 #include <optional>
@@ -35,6 +36,12 @@ public:
     // one, each time.
     void Recheck() { m_path.clear(); }
 
+    // Nobody looks at the preview for the time being: lets go of the picture and of the skins. What was
+    // composed last stands until the picture has been read again.
+    void LetGo();
+    // Bytes of the picture and the skins that are held.
+    qint64 HeldBytes() const { return m_picture.image.sizeInBytes() + m_skins.HeldBytes(); }
+
     // How often a background was composed; tells tests what was not done again.
     int CompositionCount() const { return m_compositions; }
 
@@ -45,6 +52,8 @@ private:
     PictureSource* m_source = nullptr;
     QString m_path;           // whose file was looked at last
     LayoutPicture m_picture;  // the one that is shown
+    QSize m_pictureSize;
+    bool m_hasLetGo = false;  // of the picture that m_composed was made of
 
     SkinCache m_skins;
     ScreenState m_state;  // of m_composed

@@ -59,6 +59,8 @@ public:
 
     // Has the picture's file looked at again: somebody may have changed it meanwhile.
     void CheckPicture();
+    // Nobody looks at the preview for the time being, see PreviewBackground.
+    void LetGoOfPictures() { m_background.LetGo(); }
 
     // Gives the layout in force that picture and clears its trim, whether it can be shown or not.
     void SetBackground(const QString& path);

@@ -121,8 +121,10 @@ SharedFrame PanelSender::ComposeFrameOf(const ScreenState& state) {
     if (!picture) {
         return nullptr;
     }
+    // Frames are composed seldom: a skin that is kept for the next one would only lie there.
+    SkinCache skins;
     return MakePanelFrame(state,
-                          ComposeBackground(DrawnState(state, picture->isStandIn), picture->image, m_skins));
+                          ComposeBackground(DrawnState(state, picture->isStandIn), picture->image, skins));
 }
 
 void PanelSender::Prepare() {

@@ -109,7 +109,6 @@ private:
     Parts m_parts;
 
     std::mutex m_composeMutex;  // one composing thread at a time; taken before the turn
-    SkinCache m_skins;
 
     std::mutex m_turn;  // whoever writes to the panel; held over drawing, writing and noting
     std::array<DrawnUpdate, kLiveValueCount> m_drawn;

@@ -88,6 +88,9 @@ public:
     // is.
     void EditName(int row);
 
+    // Nobody looks at the list for the time being: lets go of every icon that is not in view.
+    void LetGoOfIcons();
+
     // For the file dialog, in Qt's form.
     static QString PictureFileFilter();
 
@@ -136,8 +139,13 @@ private:
     void RememberPicture(int row);
     void LeaveAddEntry();
 
+    struct Rows {
+        int from = 0;
+        int to = 0;  // the one behind the last
+    };
+    Rows RowsInView() const;
     void WantIconsInView();
-    void ForgetIconsOutside(int from, int to);
+    void ForgetIconsOutside(Rows rows);
     void SetIcons(const QString& path, QSize pixels, const Picture& thumbnail);
     void NoteAnswer(const QString& path);
     static void ShowThumbnail(QListWidgetItem& item, const QIcon& icon, PictureFailure failure);

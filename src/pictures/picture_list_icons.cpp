@@ -46,10 +46,14 @@ bool PictureList::IsIconKnown(const QString& path, QSize pixels) const {
            (known->round == m_round || IsResource(path));
 }
 
-void PictureList::WantIconsInView() {
+PictureList::Rows PictureList::RowsInView() const {
     const int height = m_view->viewport()->height();
-    const int first = FirstRow(*m_view, [](const QRect& row) { return row.bottom() >= 0; });
-    const int end = FirstRow(*m_view, [height](const QRect& row) { return row.top() >= height; });
+    return {FirstRow(*m_view, [](const QRect& row) { return row.bottom() >= 0; }),
+            FirstRow(*m_view, [height](const QRect& row) { return row.top() >= height; })};
+}
+
+void PictureList::WantIconsInView() {
+    const auto [first, end] = RowsInView();
     // A page more on either side, for whoever scrolls.
     const int page = end - first;
     const int before = qMax(0, first - page);
@@ -69,13 +73,20 @@ void PictureList::WantIconsInView() {
     want(before, first);
     m_source.WantThumbnails(wanted, pixels, m_round);
     if (m_known.size() > kMostIcons) {
-        ForgetIconsOutside(before, behind);
+        ForgetIconsOutside({before, behind});
     }
 }
 
-void PictureList::ForgetIconsOutside(int from, int to) {
+void PictureList::LetGoOfIcons() {
+    // A list that was never seen has no icons and no rows in view: laying them out would be for nothing.
+    if (!m_known.isEmpty()) {
+        ForgetIconsOutside(RowsInView());
+    }
+}
+
+void PictureList::ForgetIconsOutside(Rows rows) {
     QHash<QString, Known> kept;
-    for (int row = from; row < to; ++row) {
+    for (int row = rows.from; row < rows.to; ++row) {
         const auto known = m_known.constFind(PathAt(row));
         if (known != m_known.constEnd()) {
             kept.insert(known.key(), known.value());

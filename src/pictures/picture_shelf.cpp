@@ -34,6 +34,17 @@ void PictureShelf::Put(const QString& path, const Picture& picture) {
     }
 }
 
+void PictureShelf::RemoveImages(const QStringList& kept) {
+    for (auto place = m_places.begin(); place != m_places.end();) {
+        if (place->picture.image.isNull() || kept.contains(place.key())) {
+            ++place;
+            continue;
+        }
+        m_bytes -= place->picture.image.sizeInBytes();
+        place = m_places.erase(place);
+    }
+}
+
 void PictureShelf::RemoveOldest() {
     const auto oldest = std::min_element(m_places.begin(), m_places.end(),
                                          [](const Place& a, const Place& b) { return a.usedAt < b.usedAt; });

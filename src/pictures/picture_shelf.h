@@ -4,6 +4,7 @@
 
 #include <QHash>
 #include <QString>
+#include <QStringList>
 
 #include "pictures/picture.h"
 
@@ -20,6 +21,8 @@ public:
     const Picture* Use(const QString& path);
     // In the place of what was known. Lets go of the longest unused others.
     void Put(const QString& path, const Picture& picture);
+    // Lets go of every image but those of the paths in kept. Failures stay: they weigh nothing.
+    void RemoveImages(const QStringList& kept);
 
     qint64 Bytes() const { return m_bytes; }
     int Count() const { return m_places.size(); }

@@ -49,6 +49,10 @@ public:
     // one's: what was begun before it is not told any more.
     void WantThumbnails(const QStringList& paths, QSize pixels, int round = 0);
 
+    // Nobody looks at the pictures for the time being: lets go of every image but those that are about to be
+    // told of. What could not be shown stays known; an image is read again when it is wanted.
+    void LetGoOfImages();
+
     // --- Any thread. ---
 
     // What is known of the picture; nothing before it was read, and when it was let go of again. Waits for

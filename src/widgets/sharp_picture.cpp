@@ -26,14 +26,22 @@ QString DoublePicturePath(const QString& path) {
     return dot < 0 ? QString() : path.left(dot) + QLatin1String("@2x") + path.mid(dot);
 }
 
-SharpPicture::SharpPicture(const QString& path)
-    : m_single(Load(path)), m_double(Load(DoublePicturePath(path))) {}
+const QPixmap& SharpPicture::Suiting(qreal ratio) const {
+    const auto decoded = [](std::optional<QPixmap>& kept, const QString& path) -> const QPixmap& {
+        return kept ? *kept : kept.emplace(Load(path));
+    };
+    if (ratio >= kDoubleFrom) {
+        const QPixmap& twice = decoded(m_double, DoublePicturePath(m_path));
+        return twice.isNull() ? decoded(m_single, m_path) : twice;
+    }
+    const QPixmap& once = decoded(m_single, m_path);
+    return once.isNull() ? decoded(m_double, DoublePicturePath(m_path)) : once;
+}
 
 void SharpPicture::Draw(QPainter& painter, const QRectF& target) const {
-    if (IsNull())
+    const QPixmap& chosen = Suiting(painter.device()->devicePixelRatioF());
+    if (chosen.isNull())
         return;
-    const bool wantsDouble = painter.device()->devicePixelRatioF() >= kDoubleFrom;
-    const QPixmap& chosen = m_single.isNull() || (wantsDouble && !m_double.isNull()) ? m_double : m_single;
     painter.save();
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
     painter.drawPixmap(target, chosen, QRectF(chosen.rect()));
@@ -41,8 +49,7 @@ void SharpPicture::Draw(QPainter& painter, const QRectF& target) const {
 }
 
 QSizeF SharpPicture::FittedSize(const QSizeF& size) const {
-    const QPixmap& any = m_single.isNull() ? m_double : m_single;
-    return QSizeF(any.size()).scaled(size, Qt::KeepAspectRatio);
+    return QSizeF(Suiting(1.0).size()).scaled(size, Qt::KeepAspectRatio);
 }
 
 }  // namespace kivo

@@ -6,6 +6,7 @@
 #include <QPixmap>
 #include <QRectF>
 #include <QString>
+#include <optional>
 
 class QPainter;
 
@@ -18,10 +19,11 @@ QString DoublePicturePath(const QString& path);
 class SharpPicture {
 public:
     SharpPicture() = default;
-    // Loads at once. A path that names no picture gives an empty one, which draws nothing.
-    explicit SharpPicture(const QString& path);
+    // Decodes when it is first drawn or asked, and only what that needs. A path that names no picture gives
+    // an empty one, which draws nothing.
+    explicit SharpPicture(const QString& path) : m_path(path) {}
 
-    bool IsNull() const { return m_single.isNull() && m_double.isNull(); }
+    bool IsNull() const { return Suiting(1.0).isNull(); }
 
     // Scaled to all of `target` (the painter's coordinates), aspect ratio ignored, smooth.
     void Draw(QPainter& painter, const QRectF& target) const;
@@ -30,8 +32,13 @@ public:
     QSizeF FittedSize(const QSizeF& size) const;
 
 private:
-    QPixmap m_single;
-    QPixmap m_double;
+    // The picture for that device pixel ratio; the other one where there is only that.
+    const QPixmap& Suiting(qreal ratio) const;
+
+    QString m_path;
+    // Not decoded yet: nothing.
+    mutable std::optional<QPixmap> m_single;
+    mutable std::optional<QPixmap> m_double;
 };
 
 }  // namespace kivo

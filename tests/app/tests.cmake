@@ -13,6 +13,7 @@ set(window_units
     window_picture_names
     window_picture_looks
     window_pictures
+    window_rest
     window_sensors
     window_state
     window_text

@@ -133,6 +133,7 @@ struct Desk {
                   parts.makeHotplug = [this] { return std::make_unique<VirtualHotplug>(panel); };
               }
               parts.timeAsleep = [this] { return timeAsleep; };
+              parts.restsAfter = restsAfter;
               parts.makeSensors = MakeNoSensors;
               window = std::make_unique<MainWindow>(parts);
           }) {
@@ -202,7 +203,8 @@ struct Desk {
     QString pictureToChoose;     // several of them a line each
     bool hasFileDialog = false;  // the program's own; from the next start on
     PictureSource::Readers pictureReaders = FileReaders();
-    std::chrono::nanoseconds timeAsleep{0};  // of the machine
+    std::chrono::nanoseconds timeAsleep{0};                         // of the machine
+    std::chrono::milliseconds restsAfter = WindowRest::kUsualWait;  // from the next start on
     std::function<void()> startWindow;
     std::unique_ptr<MainWindow> window;
 };

@@ -243,6 +243,45 @@ private slots:
         QTRY_VERIFY(color().blue() > color().red());
     }
 
+    void AfterItHasLetGoWhatWasComposedStandsUntilThePictureIsBack() {
+        std::atomic<bool> isHeld{false};
+        PictureSource pictures(
+            {[&isHeld](const QString& path, const Picture* former, const PictureWork& work) {
+                 while (isHeld && !work.IsStopped()) {
+                     QThread::msleep(1);
+                 }
+                 return ReadPicture(path, former, work);
+             },
+             {}});
+        PreviewBackground background;
+        background.SetSource(pictures);
+        const ScreenState state = ThemeScreen(Theme::Time, kLying);
+        const QSize size(432, 230);
+        const auto image = [&] { return background.Composed(state, size).image; };
+        static_cast<void>(image());
+        QTRY_VERIFY(!pictures.IsBusy());
+        const QImage before = image();
+        const QSize pictureSize = background.PictureSize(state);
+        QVERIFY(background.HeldBytes() > before.sizeInBytes());
+
+        isHeld = true;
+        background.LetGo();
+        pictures.LetGoOfImages();
+        QCOMPARE(background.HeldBytes(), 0);
+        QCOMPARE(image().cacheKey(), before.cacheKey());
+        QCOMPARE(background.PictureSize(state), pictureSize);
+        // Another theme is not composed over a plain ground meanwhile.
+        QCOMPARE(background.Composed(ThemeScreen(Theme::Default, kLying), size).image.cacheKey(),
+                 before.cacheKey());
+        background.LetGo();
+        QCOMPARE(image().cacheKey(), before.cacheKey());
+
+        isHeld = false;
+        QTRY_VERIFY(!pictures.IsBusy());
+        QVERIFY(image().cacheKey() != before.cacheKey());
+        QCOMPARE(image(), before);
+    }
+
     void APictureThatIsGoneIsNeverBlack() {
         const LogLines quiet;
         ThemeState themes = CustomThemes();

@@ -401,6 +401,21 @@ private slots:
         QTRY_VERIFY(HasIcon(made.View(), 0));
     }
 
+    void AListThatNobodyLooksAtKeepsTheIconsInView() {
+        ListInWindow made(1000);
+        Show(made);
+        for (int row = 0; row < 24; ++row) {
+            QTRY_VERIFY(HasIcon(made.View(), row));
+        }
+        made.Window().hide();
+        made.List().LetGoOfIcons();
+        for (int row = 0; row < 24; ++row) {
+            QCOMPARE(HasIcon(made.View(), row), row < 12);
+        }
+        made.Window().show();
+        QTRY_VERIFY(HasIcon(made.View(), 23));
+    }
+
     void APictureThatIsAddedGetsItsIcon() {
         ListInWindow made(0);
         Show(made);

@@ -64,6 +64,21 @@ private slots:
         }
     }
 
+    void ImagesAreLetGoOfAndFailuresStay() {
+        PictureShelf shelf(10 * kEach);
+        shelf.Put(QStringLiteral("a"), Large());
+        shelf.Put(QStringLiteral("b"), Large());
+        shelf.Put(QStringLiteral("gone"), NoPicture(PictureFailure::Missing, QString()));
+        shelf.RemoveImages({QStringLiteral("b")});
+        QVERIFY(shelf.Find(QStringLiteral("a")) == nullptr);
+        QVERIFY(shelf.Find(QStringLiteral("b")) != nullptr);
+        QCOMPARE(shelf.Bytes(), kEach);
+        shelf.RemoveImages({});
+        QCOMPARE(shelf.Bytes(), 0);
+        QCOMPARE(shelf.Count(), 1);
+        QCOMPARE(shelf.Find(QStringLiteral("gone"))->failure, PictureFailure::Missing);
+    }
+
     void FailuresAreNotCollectedForEver() {
         PictureShelf shelf(3 * kEach);
         for (int n = 0; n < 1000; ++n) {

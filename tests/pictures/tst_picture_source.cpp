@@ -440,6 +440,45 @@ private slots:
         QCOMPARE(awaited.get(), shown.image.cacheKey());
     }
 
+    void WhatIsLetGoOfIsReadAgainOnceItIsWanted() {
+        Share share;
+        share.Put(kA, Qt::red);
+        PictureSource source(share.Readers(), nullptr, kAmple);
+        const LogCatcher log;
+        source.Want(kA);
+        source.Want(kB);
+        QTRY_VERIFY(source.Known(kA) && source.Known(kB) && !source.IsBusy());
+        source.LetGoOfImages();
+        QCOMPARE(source.KeptBytes(), 0);
+        QVERIFY(!source.Known(kA));
+        QCOMPARE(FailureOf(source.Known(kB)), PictureFailure::Missing);
+        QSignalSpy answered(&source, &PictureSource::answered);
+        source.Want(kA);
+        QTRY_COMPARE(answered.count(), 1);
+        QCOMPARE(ColorOf(source.Known(kA)), QColor(Qt::red));
+        source.LetGoOfImages();
+        auto awaited = std::async(std::launch::async, [&] { return ColorOf(source.Await(kA)); });
+        QCOMPARE(awaited.get(), QColor(Qt::red));
+    }
+
+    // Whoever is told of a picture finds it.
+    void AnAnswerThatIsNotToldYetIsKept() {
+        Share share;
+        share.Put(kA, Qt::red);
+        share.Put(kB, Qt::blue);
+        PictureSource source(share.Readers(), nullptr, kAmple);
+        source.Want(kB);
+        QTRY_VERIFY(source.Known(kB) && !source.IsBusy());
+        QColor found;
+        connect(&source, &PictureSource::answered, this,
+                [&](const QString& path) { found = ColorOf(source.Known(path)); });
+        auto awaited = std::async(std::launch::async, [&] { return ColorOf(source.Await(kA)); });
+        QCOMPARE(awaited.get(), QColor(Qt::red));
+        source.LetGoOfImages();
+        QVERIFY(!source.Known(kB));
+        QTRY_COMPARE(found, QColor(Qt::red));
+    }
+
     // It would show some part of the other picture, for which nobody has chosen it.
     void ATrimFrameDoesNotHoldForAStandIn() {
         ScreenState state = StateWith(kA, kB);

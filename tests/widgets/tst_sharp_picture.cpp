@@ -48,6 +48,17 @@ private slots:
         QCOMPARE(at(25, 35), QColor(Qt::black));
     }
 
+    // Most pictures of a window are those of states that nobody brings about.
+    void nothingIsReadBeforeItIsDrawn() {
+        const SharpPicture picture(m_folder.filePath(QStringLiteral("later.png")));
+        Save(QStringLiteral("later.png"), 10, Qt::green);
+        QImage image(10, 10, QImage::Format_RGB32);
+        QPainter painter(&image);
+        picture.Draw(painter, image.rect());
+        painter.end();
+        QCOMPARE(image.pixelColor(5, 5), QColor(Qt::green));
+    }
+
     void aMissingPictureDrawsNothing() {
         const SharpPicture picture(QStringLiteral("://skins/there_is_none.png"));
         QVERIFY(picture.IsNull());
