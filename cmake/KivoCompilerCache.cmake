@@ -20,7 +20,7 @@ endif()
 set(launcher
     ${CMAKE_COMMAND} -E env
     CCACHE_DIR=${folder}
-    CCACHE_MAXSIZE=2G
+    CCACHE_MAXSIZE=6G
     CCACHE_BASEDIR=${PROJECT_SOURCE_DIR}
     CCACHE_NOHASHDIR=1
     CCACHE_SLOPPINESS=pch_defines,time_macros)
