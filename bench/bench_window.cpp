@@ -7,7 +7,6 @@
 #include <QWindow>
 #include <memory>
 
-#include "app/main_window.h"
 #include "compose/panel_text.h"
 #include "config/default_profile.h"
 #include "config/first_run_marker.h"
@@ -17,6 +16,7 @@
 #include "resources/resources.h"
 #include "virtualscreen/virtual_hid_api.h"
 #include "widgets/window_style.h"
+#include "window/main_window.h"
 
 using namespace kivo;
 using namespace kivo::bench;

@@ -22,7 +22,6 @@
 #include <utility>
 #include <vector>
 
-#include "app/main_window.h"
 #include "compose/panel_text.h"
 #include "config/default_profile.h"
 #include "config/first_run_marker.h"
@@ -32,6 +31,7 @@
 #include "virtualscreen/virtual_hid_api.h"
 #include "widgets/exit_message_box.h"
 #include "widgets/window_style.h"
+#include "window/main_window.h"
 
 using namespace kivo;
 

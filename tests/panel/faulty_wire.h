@@ -7,9 +7,9 @@
 #include <functional>
 #include <vector>
 
-#include "../app/forwarding_hid_api.h"
 #include "simulated_clock.h"
 #include "simulated_panel.h"
+#include "support/forwarding_hid_api.h"
 
 namespace kivo::test {
 

@@ -9,6 +9,8 @@ kivo_add_tests(panel
         convergence
         ${measuring}
         frame_store
+        live_session
+        live_session_uploads
         nimb_process_thread
         owed_texts
         panel_frame
@@ -18,7 +20,9 @@ kivo_add_tests(panel
         panel_sender_faults
         refresh_data_thread
         retry_schedule
+        screen_answers
         screen_lookup
+        session_after_session
     LINK kivo_panel kivo_picture_source kivo_virtualscreen)
 kivo_platform_sources(process_use panel/process_use)
 target_sources(tests_panel PRIVATE panel/random_states.cpp panel/simulated_desk.cpp ${process_use})

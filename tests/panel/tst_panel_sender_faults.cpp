@@ -1,9 +1,9 @@
 #include <QtTest>
 #include <thread>
 
-#include "../app/forwarding_hid_api.h"
 #include "../config/log_catcher.h"
 #include "panel_desk.h"
+#include "support/forwarding_hid_api.h"
 #include "support/test_program.h"
 
 using namespace kivo;

@@ -1,8 +1,8 @@
 #include <QSemaphore>
 #include <QtTest>
 
-#include "../app/forwarding_hid_api.h"
 #include "panel/screen_lookup.h"
+#include "support/forwarding_hid_api.h"
 #include "support/test_program.h"
 #include "virtualscreen/virtual_hid_api.h"
 

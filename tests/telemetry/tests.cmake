@@ -11,7 +11,6 @@ set(units
     measured_text
     memory_load
     metric_snapshot
-    msr_driver
     package_sensors
     power_poller
     sensor_noise
@@ -22,7 +21,7 @@ set(units
     value_texts)
 if(WIN32)
     set(elsewhere cpu_counter)  # windows/tests.cmake
-    list(APPEND units energy_library_windows msr_driver_windows thermal_client)
+    list(APPEND units energy_library_windows thermal_client)
 else()
     set(elsewhere "")
     list(APPEND units linux_machines local_time sysfs_sources sysfs_thermal_zone)

@@ -21,7 +21,7 @@ kivo_add_tests(windows
         windows_program
         windows_program_end
     REGISTERED_ELSEWHERE counter_query hidapi_identity pdh_counter windows_program windows_program_end
-    LINK kivo_app kivo_virtualscreen)
+    LINK kivo_command_line kivo_virtualscreen)
 target_sources(tests_windows PRIVATE windows/windows_program.cpp)
 target_link_libraries(tests_windows PRIVATE ole32 setupapi shell32 uuid ws2_32)
 add_dependencies(tests_windows kivo-screen instance_copy thermal_stand_in)

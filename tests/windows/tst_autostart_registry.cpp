@@ -5,7 +5,7 @@
 
 #include <QtTest>
 
-#include "app/autostart.h"
+#include "session/autostart.h"
 #include "support/test_program.h"
 
 using namespace kivo;

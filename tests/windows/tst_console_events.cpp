@@ -4,8 +4,8 @@
 #include <QSignalSpy>
 #include <QtTest>
 
-#include "app/console.h"
-#include "app/quit_signals.h"
+#include "main/console.h"
+#include "session/quit_signals.h"
 #include "support/test_program.h"
 
 using namespace kivo;

@@ -1,7 +1,7 @@
 #include <QtTest>
 #include <memory>
 
-#include "../app/instance_copies.h"
+#include "../session/instance_copies.h"
 #include "support/test_program.h"
 
 using kivo::test::Copy;

@@ -6,8 +6,8 @@
 #include <QtTest>
 #include <cstring>
 
-#include "../app/window_test_support.h"
 #include "support/test_program.h"
+#include "support/window_test_support.h"
 
 using namespace kivo;
 using namespace kivo::test;

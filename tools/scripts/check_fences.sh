@@ -16,18 +16,22 @@ forbid() {
     [ -z "$hits" ] || complain "$message"$'\n'"$hits"
 }
 
-forbid "Nothing below app may know a widget:" \
+forbid "Nothing below the window may know a widget:" \
     '#include <(Q(Widget|Label|PushButton|Dialog|MainWindow|Application|ListWidget)|QtWidgets)' \
-    src/model src/device src/telemetry src/config src/compose src/panel
+    src/model src/device src/telemetry src/config src/compose src/panel src/session
 forbid "The tables of items and themes know nothing but themselves:" \
-    '#include "(app|compose|config|device|editor|panel|pictures|resources|telemetry|virtualscreen|widgets)/' src/model
+    '#include "(main|session|window|compose|config|device|editor|panel|pictures|resources|telemetry|virtualscreen|widgets)/' src/model
 forbid "The widget kit knows nothing of the program:" \
-    '#include "(app|compose|config|device|editor|model|panel|pictures|telemetry|virtualscreen)/' src/widgets
-forbid "What is brought to the panel is handed in:" '#include "(app|editor|pictures|virtualscreen|widgets)/' src/panel
+    '#include "(main|session|window|compose|config|device|editor|model|panel|pictures|telemetry|virtualscreen)/' src/widgets
+forbid "What is brought to the panel is handed in:" '#include "(main|session|window|editor|pictures|virtualscreen|widgets)/' src/panel
+forbid "The session knows nothing of what the window shows:" \
+    '#include "(compose|device|editor|main|panel|virtualscreen|widgets|window)/' src/session
+forbid "Only main knows main:" '#include "main/' src bench tests ':!src/main' ':!tests/main' ':!tests/windows' ':!tools/scripts'
+forbid "What nothing calls is called by nothing:" '#include "reserved/' src ':!src/reserved' bench
 forbid "The editor's tools know nothing of the window and of the device:" \
-    '#include "(app|device|panel|virtualscreen)/' src/editor
+    '#include "(main|session|window|device|panel|virtualscreen)/' src/editor
 forbid "The picture library knows settings, composition and the widget kit only:" \
-    '#include "(app|device|editor|panel|telemetry|virtualscreen)/' src/pictures
+    '#include "(main|session|window|device|editor|panel|telemetry|virtualscreen)/' src/pictures
 forbid "What reads pictures knows no widget:" '#include (<Q(Widget|Pixmap|Icon|Label|Application)>|"widgets/)' \
     src/pictures/picture.h src/pictures/picture_decoder.* src/pictures/picture_reader.* src/pictures/picture_s* \
     src/pictures/picture_work* src/pictures/layout_picture.*

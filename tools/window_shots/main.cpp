@@ -24,9 +24,6 @@
 #include <QTimer>
 #include <cstdio>
 
-#include "app/main_window.h"
-#include "app/nimb_process_dialog.h"
-#include "app/state_line.h"
 #include "compose/panel_text.h"
 #include "config/default_profile.h"
 #include "config/first_run_marker.h"
@@ -36,6 +33,9 @@
 #include "virtualscreen/virtual_hid_api.h"
 #include "widgets/exit_message_box.h"
 #include "widgets/window_style.h"
+#include "window/main_window.h"
+#include "window/nimb_process_dialog.h"
+#include "window/state_line.h"
 
 namespace {
 

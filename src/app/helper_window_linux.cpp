@@ -1,8 +1,0 @@
-#include "app/helper_window.h"
-
-namespace kivo {
-
-// The helper exists on Windows only.
-void CloseHelperWindow() {}
-
-}  // namespace kivo

@@ -1,0 +1,8 @@
+#include "session/helper_window.h"
+
+namespace kivo {
+
+// The helper exists on Windows only.
+void CloseHelperWindow() {}
+
+}  // namespace kivo

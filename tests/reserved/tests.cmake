@@ -1,0 +1,8 @@
+set(units msr_driver)
+if(WIN32)
+    list(APPEND units msr_driver_windows)
+endif()
+kivo_add_tests(reserved UNITS ${units} LINK kivo_reserved)
+if(WIN32)
+    target_link_libraries(tests_reserved PRIVATE advapi32)
+endif()

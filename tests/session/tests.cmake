@@ -1,0 +1,16 @@
+set(units
+    autostart
+    instance_answers
+    outside_commands
+    outside_control)
+# Homes without rights, the system's table of shared memory: as Linux has them.
+if(NOT WIN32)
+    list(APPEND units autostart_entry outside_place single_instance)
+endif()
+kivo_add_tests(session UNITS ${units} LINK kivo_session)
+
+# One of several copies of the program.
+kivo_platform_sources(become_nobody session/become_nobody)
+kivo_add_program(instance_copy SOURCES session/instance_copy.cpp ${become_nobody} LINK kivo_session)
+set_target_properties(instance_copy PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests)
+add_dependencies(tests_session instance_copy)
