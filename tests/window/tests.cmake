@@ -21,6 +21,7 @@ set(window_units
     window_tools)
 set(units
     nimb_process
+    outside_change
     picture_choice
     restore_offer
     sensor_table
