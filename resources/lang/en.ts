@@ -751,6 +751,10 @@ Enter types, Page Up and Page Down move the text</translation>
         <source>文字颜色</source>
         <translation>Text colour</translation>
     </message>
+    <message>
+        <source>当前颜色</source>
+        <translation>The colour in use</translation>
+    </message>
 </context>
 <context>
     <name>kivo::EditBar</name>

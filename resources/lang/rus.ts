@@ -751,6 +751,10 @@ Enter — ввод, Page Up и Page Down двигают текст</translation>
         <source>文字颜色</source>
         <translation>Цвет текста</translation>
     </message>
+    <message>
+        <source>当前颜色</source>
+        <translation>Выбранный цвет</translation>
+    </message>
 </context>
 <context>
     <name>kivo::EditBar</name>

@@ -752,6 +752,10 @@
         <source>文字颜色</source>
         <translation>文字颜色</translation>
     </message>
+    <message>
+        <source>当前颜色</source>
+        <translation>当前颜色</translation>
+    </message>
 </context>
 <context>
     <name>kivo::EditBar</name>

@@ -7,7 +7,7 @@
 #include <QPainterPath>
 #include <algorithm>
 
-#include "widgets/nimb_push_button.h"
+#include "widgets/check_mark.h"
 #include "widgets/window_colors.h"
 
 namespace kivo {
@@ -21,6 +21,7 @@ constexpr QRect kFirstButton(14, 17, 20, 22);
 constexpr int kStep = 23;
 constexpr qreal kDotDiameter = 16;
 constexpr qreal kRingDiameter = 19;
+constexpr int kDarkGray = 96;  // below it a check is light
 
 struct ColorEntry {
     const char* picture;
@@ -91,26 +92,45 @@ ColorBar::ColorBar(QWidget* parent) : QWidget(parent), m_ground(QStringLiteral("
         button->setFocusPolicy(Qt::TabFocus);  // the mouse leaves the focus with the text
         button->SetCornerRadius(kFirstButton.width() / 2.0);
         const bool hasPicture = !SharpPicture(picture).IsNull();
-        // The pictures are the same in every state, so a ring tells them apart.
         button->SetIconDrawing(
-            [color, hasPicture](QPainter& painter, const QRectF& rect, const QColor& /*ink*/,
-                                NimbPushButton::State state) {
-                if (!hasPicture)
+            [this, color, hasPicture](QPainter& painter, const QRectF& rect, const QColor& /*ink*/,
+                                      NimbPushButton::State state) {
+                if (!hasPicture) {
                     DrawColorDot(painter, rect, color, kDotDiameter);
-                if (state != NimbPushButton::Hover && state != NimbPushButton::Pressed)
-                    return;
-                QRectF ring(0, 0, kRingDiameter, kRingDiameter);
-                ring.moveCenter(rect.center());
-                const bool isDown = state == NimbPushButton::Pressed;
-                painter.setPen(QPen(isDown ? colors::kAccentBright : colors::kTextMid, 1));
-                painter.setBrush(Qt::NoBrush);
-                painter.drawEllipse(ring);
+                }
+                DrawState(painter, rect, color, state);
             },
             kFirstButton.size());
         connect(button, &QPushButton::clicked, this, &ColorBar::btn_clicked);
         m_buttons.at(static_cast<std::size_t>(color)) = button;
     }
     Translate();
+}
+
+// The pictures are the same in every state, so a ring and a check tell them apart.
+void ColorBar::DrawState(QPainter& painter, const QRectF& rect, int color,
+                         NimbPushButton::State state) const {
+    if (color == m_current) {
+        const bool isDark = qGray(FreeTextColor(color).rgb()) < kDarkGray;
+        DrawCheckMark(painter, rect.center(), isDark ? colors::kTextHigh : colors::kOnAccent);
+    }
+    if (state != NimbPushButton::Hover && state != NimbPushButton::Pressed) {
+        return;
+    }
+    QRectF ring(0, 0, kRingDiameter, kRingDiameter);
+    ring.moveCenter(rect.center());
+    const bool isDown = state == NimbPushButton::Pressed;
+    painter.setPen(QPen(isDown ? colors::kAccentBright : colors::kTextMid, 1));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawEllipse(ring);
+}
+
+void ColorBar::SetCurrentColor(int color) {
+    m_current = color;
+    Translate();
+    for (NimbPushButton* button : m_buttons) {
+        button->update();
+    }
 }
 
 void ColorBar::btn_clicked() {
@@ -151,6 +171,7 @@ void ColorBar::Translate() {
     for (NimbPushButton* button : m_buttons) {
         button->setAccessibleName(ColorName(button->CurIndex()));
         button->setToolTip(ColorName(button->CurIndex()));
+        button->setAccessibleDescription(button->CurIndex() == m_current ? tr("当前颜色") : QString());
     }
 }
 

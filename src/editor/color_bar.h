@@ -7,11 +7,10 @@
 #include <array>
 
 #include "compose/custom_layout.h"
+#include "widgets/nimb_push_button.h"
 #include "widgets/sharp_picture.h"
 
 namespace kivo {
-
-class NimbPushButton;
 
 // The picture of a colour's button, by the index of FreeTextColor.
 QString ColorButtonPicture(int color);
@@ -30,6 +29,9 @@ public:
 
     // In index order.
     const std::array<NimbPushButton*, kTextColorCount>& Buttons() const { return m_buttons; }
+
+    // The colour in use, which bears a check.
+    void SetCurrentColor(int color);
 
 Q_SIGNALS:
     void SendFontColor(quint8 color);
@@ -53,9 +55,11 @@ protected:
 
 private:
     void Translate();
+    void DrawState(QPainter& painter, const QRectF& rect, int color, NimbPushButton::State state) const;
 
     SharpPicture m_ground;
     std::array<NimbPushButton*, kTextColorCount> m_buttons{};
+    int m_current = -1;  // none yet
 };
 
 }  // namespace kivo

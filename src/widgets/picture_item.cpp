@@ -4,9 +4,9 @@
 #include <QIcon>
 #include <QPainter>
 #include <QStyleOptionViewItem>
-#include <array>
 #include <cmath>
 
+#include "widgets/check_mark.h"
 #include "widgets/window_colors.h"
 
 namespace kivo {
@@ -24,7 +24,6 @@ constexpr qreal kHoverFrameWidth = 1.5;
 constexpr qreal kFrameRadius = 8;
 constexpr qreal kCheckDisc = 14;
 constexpr qreal kCheckMargin = 4;  // from the picture's edges
-constexpr qreal kCheckWidth = 1.6;
 
 // As a brush and not by a clip, whose edges would be ragged.
 void DrawRoundedPicture(QPainter& painter, const QRectF& place, const QIcon& icon) {
@@ -68,12 +67,7 @@ void DrawCheck(QPainter& painter, const QRectF& picture) {
     painter.setPen(Qt::NoPen);
     painter.setBrush(colors::kAccentBright);
     painter.drawEllipse(disc);
-    painter.setPen(QPen(colors::kOnAccent, kCheckWidth, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
-    painter.setBrush(Qt::NoBrush);
-    const QPointF middle = disc.center();
-    const std::array<QPointF, 3> check{middle + QPointF(-3, 0.2), middle + QPointF(-0.9, 2.3),
-                                       middle + QPointF(3.1, -2.2)};
-    painter.drawPolyline(check.data(), int(check.size()));
+    DrawCheckMark(painter, disc.center(), colors::kOnAccent);
 }
 
 QColor NameColor(const QStyleOptionViewItem& option, const QModelIndex& index, bool isAction) {

@@ -318,6 +318,7 @@ void MainWindow::slotShowColorbar(quint8 iShow) {
         return;
     }
     m_editBar->SetEditPressed(false);  // text cannot be typed over the trim frame
+    m_colorBar->SetCurrentColor(m_editBar->IndicatorColor());
     m_colorBar->show();
     m_colorBar->raise();
     m_ui->zoomwidget->slotShowEdt();

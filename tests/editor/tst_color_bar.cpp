@@ -89,6 +89,28 @@ private slots:
         QCOMPARE(sent.count(), 1);
     }
 
+    // A check in ink that stands off its colour, on that colour alone.
+    void theColourInUseBearsACheck() {
+        ColorBar bar;
+        for (int current = 0; current < kTextColorCount; ++current) {
+            bar.SetCurrentColor(current);
+            for (NimbPushButton* button : bar.Buttons()) {
+                const QImage drawn = button->grab().toImage();
+                const bool isCurrent = button->CurIndex() == current;
+                int inked = 0;
+                for (int x = 6; x <= 14; ++x) {
+                    for (int y = 7; y <= 15; ++y) {
+                        const int away =
+                            qGray(drawn.pixel(x, y)) - qGray(FreeTextColor(button->CurIndex()).rgb());
+                        inked += qAbs(away) > 60 ? 1 : 0;
+                    }
+                }
+                QCOMPARE(inked >= 5, isCurrent);
+                QCOMPARE(!button->accessibleDescription().isEmpty(), isCurrent);
+            }
+        }
+    }
+
     void aStrangerSendsNoColour() {
         ColorBar bar;
         QSignalSpy sent(&bar, &ColorBar::SendFontColor);
