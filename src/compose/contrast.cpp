@@ -26,11 +26,20 @@ constexpr double kRed = 0.2126;
 constexpr double kGreen = 0.7152;
 constexpr double kBlue = 0.0722;
 
-// The panel's level that is nearest to a byte, as a byte: the brightest that glass makes of it. Blending may
-// be off by one.
+// The panel's level that is nearest to a byte, as a byte.
+size_t NearestLevel(double byte, int levels) {
+    return size_t(std::round(std::round(byte * levels / 255) * 255 / levels));
+}
+
+// The brightest level that glass makes of a byte: blending may be off by one.
 size_t BrightestLevel(double byte, int levels) {
-    const double level = std::round(qMin(255.0, byte + 1) * levels / 255);
-    return size_t(std::round(level * 255 / levels));
+    return NearestLevel(qMin(255.0, byte + 1), levels);
+}
+
+double LuminanceOnPanel(QRgb color) {
+    const ByteTable& linear = LinearLight();
+    return kRed * linear[NearestLevel(qRed(color), 31)] + kGreen * linear[NearestLevel(qGreen(color), 63)] +
+           kBlue * linear[NearestLevel(qBlue(color), 31)];
 }
 
 // Each byte of a channel under the plate, as its part of the luminance.
@@ -82,7 +91,7 @@ double Contrast(double luminance, double otherLuminance) {
 }
 
 bool IsReadable(QRgb ink, const QVector<QRgb>& ground) {
-    return IsReadableOn(ink, ground, Luminance);
+    return IsReadableOn(ink, ground, LuminanceOnPanel);
 }
 
 double LeastStrength(QRgb ink, QRgb tint, const QVector<QRgb>& ground, double least) {

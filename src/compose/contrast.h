@@ -20,7 +20,8 @@ double BrightestOnPanel(QRgb color);
 // 1 to 21.
 double Contrast(double luminance, double otherLuminance);
 
-// Whether ink can be read on these pixels.
+// Whether ink can be read on these pixels, as bright as the panel shows them: Qt widens a 16-bit pixel to
+// bytes that may be a little darker.
 bool IsReadable(QRgb ink, const QVector<QRgb>& ground);
 
 // The least opacity, from least to 1, of a plate in that tint over these pixels with which ink, the lighter
