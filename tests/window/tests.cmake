@@ -23,6 +23,7 @@ set(units
     nimb_process
     picture_choice
     restore_offer
+    screen_watch
     sensor_table
     state_line
     tray
