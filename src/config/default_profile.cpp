@@ -2,7 +2,6 @@
 
 #include <QDir>
 #include <QFileInfo>
-#include <QSettings>
 #include <QtDebug>
 
 #include <array>
@@ -77,11 +76,6 @@ void SeedDefaultProfile(const QString& applicationDir) {
             CopyDefaultFile(applicationDir + name, target);
         }
     }
-}
-
-QString LoadProductName(const QString& applicationDir) {
-    const QSettings profile(applicationDir + QStringLiteral("/DefaultProfile.bin"), QSettings::IniFormat);
-    return profile.value(QStringLiteral("PROFILE/ProductName")).toString();
 }
 
 }  // namespace kivo

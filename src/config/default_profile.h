@@ -18,8 +18,4 @@ void SeedDefaultProfile(const QString& applicationDir);
 // The default "Config.ini" of the application's folder.
 QString DefaultConfigFile(const QString& applicationDir);
 
-// Reserved. "PROFILE/ProductName" of the application folder's "DefaultProfile.bin" (an INI file); empty when
-// absent.
-QString LoadProductName(const QString& applicationDir);
-
 }  // namespace kivo

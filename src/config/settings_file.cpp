@@ -1,7 +1,6 @@
 #include "config/settings_file.h"
 
 #include <QDir>
-#include <QUuid>
 #include <QtDebug>
 
 #include "config/log_once.h"
@@ -191,26 +190,6 @@ bool SaveCurRectId(int row) {
     SettingsWriter settings;
     settings.SetInt(keys::kCurRectId.name, row);
     return settings.Commit();
-}
-
-int LoadLangId() {
-    return SettingsReader().Int(keys::kLangId);
-}
-
-void SaveLangId(int language) {
-    SettingsWriter().SetInt(keys::kLangId.name, language);
-}
-
-void CreateUuid() {
-    SettingsWriter().SetText(keys::kUuid.name, QUuid::createUuid().toString());
-}
-
-bool HasUuid() {
-    return !LoadUuid().isEmpty();
-}
-
-QString LoadUuid() {
-    return SettingsReader().Text(keys::kUuid.name);
 }
 
 }  // namespace kivo

@@ -89,12 +89,4 @@ private:
 int LoadCurRectId();
 bool SaveCurRectId(int row);
 
-// Reserved: no feature asks for these; they keep the file's vocabulary complete.
-int LoadLangId();
-void SaveLangId(int language);
-// Makes a new random identifier in Qt's braced form and stores it.
-void CreateUuid();
-bool HasUuid();
-QString LoadUuid();
-
 }  // namespace kivo

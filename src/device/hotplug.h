@@ -3,7 +3,6 @@
 // The seam to whoever knows that devices come and go: the system (hotplug_windows.cpp, hotplug_linux.cpp) or
 // the software panel (virtualscreen/virtual_hotplug.h). GUI thread.
 
-#include <QByteArray>
 #include <QString>
 #include <functional>
 #include <memory>
@@ -17,7 +16,8 @@ enum class ArrivalPath {
 };
 
 struct DeviceChange {
-    QString name;  // of the interface, in the form of interface_name.h
+    // Of the interface, in the form of interface_name.h; empty when what came or went is no interface.
+    QString name;
     bool arrived = false;
 };
 
@@ -25,36 +25,22 @@ struct DeviceChange {
 class Hotplug {
 public:
     using Listener = std::function<void(const DeviceChange&)>;
+    using WakeUpListener = std::function<void()>;
 
     Hotplug() = default;
     Hotplug(const Hotplug&) = delete;
     Hotplug& operator=(const Hotplug&) = delete;
     virtual ~Hotplug() = default;
 
-    // Once. The window's native handle is asked for only where messages come through it; they are then for
-    // ReadNativeEvent, and the listener, which is called by the event loop, stays unused. False when the
-    // system refuses.
-    virtual bool Register(const std::function<quintptr()>& nativeWindow, Listener listener) = 0;
+    // Once. Both listeners are called by the event loop. Only Windows asks for the window's native handle, to
+    // which it sends its messages, and tells of a wake-up. False when the system refuses.
+    virtual bool Register(const std::function<quintptr()>& nativeWindow, Listener listener,
+                          WakeUpListener onWakeUp) = 0;
 
     virtual ArrivalPath PathOfArrival() const = 0;
 };
 
 // The one of the system this is built for.
 std::unique_ptr<Hotplug> MakeSystemHotplug();
-
-enum class NativeEventKind {
-    Other,
-    Arrival,
-    Removal,
-    Resume,  // the system woke up
-};
-
-struct NativeEvent {
-    NativeEventKind kind = NativeEventKind::Other;
-    QString interfaceName;  // empty when what came or went is no interface
-};
-
-// What QWidget::nativeEvent was handed. Only Windows tells anything this way.
-NativeEvent ReadNativeEvent(const QByteArray& eventType, const void* message);
 
 }  // namespace kivo

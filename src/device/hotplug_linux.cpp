@@ -14,7 +14,8 @@ using UdevDevice = std::unique_ptr<udev_device, decltype(&udev_device_unref)>;
 
 class UdevHotplug final : public Hotplug {
 public:
-    bool Register(const std::function<quintptr()>& /*nativeWindow*/, Listener listener) override {
+    bool Register(const std::function<quintptr()>& /*nativeWindow*/, Listener listener,
+                  WakeUpListener /*onWakeUp*/) override {
         m_udev.reset(udev_new());
         if (!m_udev) {
             return false;
@@ -61,10 +62,6 @@ private:
 
 std::unique_ptr<Hotplug> MakeSystemHotplug() {
     return std::make_unique<UdevHotplug>();
-}
-
-NativeEvent ReadNativeEvent(const QByteArray& /*eventType*/, const void* /*message*/) {
-    return {};
 }
 
 }  // namespace kivo

@@ -2,6 +2,10 @@
 
 #include <dbt.h>
 
+#include <QAbstractNativeEventFilter>
+#include <QCoreApplication>
+#include <utility>
+
 #include "device/hotplug.h"
 
 namespace kivo {
@@ -11,39 +15,6 @@ namespace {
 // GUID_DEVINTERFACE_HID, here so that no import library is needed for it.
 constexpr GUID kHidInterfaces = {
     0x4D1E55B2, 0xF16F, 0x11CF, {0x88, 0xCB, 0x00, 0x11, 0x11, 0x00, 0x00, 0x30}};
-
-// Notifications are messages to the window, so there is nothing to listen to here.
-class WindowsHotplug final : public Hotplug {
-public:
-    ~WindowsHotplug() override {
-        if (m_notification != nullptr) {
-            UnregisterDeviceNotification(m_notification);
-        }
-        if (m_resume != nullptr) {
-            UnregisterSuspendResumeNotification(m_resume);
-        }
-    }
-
-    bool Register(const std::function<quintptr()>& nativeWindow, Listener /*listener*/) override {
-        DEV_BROADCAST_DEVICEINTERFACE_W filter = {};
-        static_assert(sizeof filter == 32);
-        filter.dbcc_size = sizeof filter;
-        filter.dbcc_devicetype = DBT_DEVTYP_DEVICEINTERFACE;
-        filter.dbcc_classguid = kHidInterfaces;
-        const auto window = reinterpret_cast<HANDLE>(nativeWindow());
-        m_notification = RegisterDeviceNotificationW(window, &filter, DEVICE_NOTIFY_WINDOW_HANDLE);
-        // A machine that is never quite off (modern standby) tells only those who asked; any other tells
-        // everybody, and a second message does no harm.
-        m_resume = RegisterSuspendResumeNotification(window, DEVICE_NOTIFY_WINDOW_HANDLE);
-        return m_notification != nullptr;
-    }
-
-    ArrivalPath PathOfArrival() const override { return ArrivalPath::Name; }
-
-private:
-    HDEVNOTIFY m_notification = nullptr;
-    HPOWERNOTIFY m_resume = nullptr;
-};
 
 // Messages of other kinds may carry anything in lParam; it is looked at for these two only.
 QString InterfaceOf(LPARAM parameter) {
@@ -55,27 +26,70 @@ QString InterfaceOf(LPARAM parameter) {
         reinterpret_cast<const DEV_BROADCAST_DEVICEINTERFACE_W*>(header)->dbcc_name);
 }
 
+// Notifications are messages to the window. They are read before Qt hands them on, and none is taken away.
+class WindowsHotplug final : public Hotplug, public QAbstractNativeEventFilter {
+public:
+    ~WindowsHotplug() override {
+        if (m_notification != nullptr) {
+            UnregisterDeviceNotification(m_notification);
+        }
+        if (m_resume != nullptr) {
+            UnregisterSuspendResumeNotification(m_resume);
+        }
+    }
+
+    bool Register(const std::function<quintptr()>& nativeWindow, Listener listener,
+                  WakeUpListener onWakeUp) override {
+        m_listener = std::move(listener);
+        m_wakeUpListener = std::move(onWakeUp);
+        m_window = reinterpret_cast<HWND>(nativeWindow());
+        QCoreApplication::instance()->installNativeEventFilter(this);
+        DEV_BROADCAST_DEVICEINTERFACE_W filter = {};
+        static_assert(sizeof filter == 32);
+        filter.dbcc_size = sizeof filter;
+        filter.dbcc_devicetype = DBT_DEVTYP_DEVICEINTERFACE;
+        filter.dbcc_classguid = kHidInterfaces;
+        m_notification = RegisterDeviceNotificationW(m_window, &filter, DEVICE_NOTIFY_WINDOW_HANDLE);
+        // A machine that is never quite off (modern standby) tells only those who asked; any other tells
+        // everybody, and a second message does no harm.
+        m_resume = RegisterSuspendResumeNotification(m_window, DEVICE_NOTIFY_WINDOW_HANDLE);
+        return m_notification != nullptr;
+    }
+
+    ArrivalPath PathOfArrival() const override { return ArrivalPath::Name; }
+
+    bool nativeEventFilter(const QByteArray& eventType, void* message, long* /*result*/) override {
+        if (eventType == "windows_generic_MSG" && message != nullptr) {
+            Read(*static_cast<const MSG*>(message));
+        }
+        return false;
+    }
+
+private:
+    void Read(const MSG& message) const {
+        if (message.hwnd != m_window) {
+            return;  // what everybody is told, each of the program's windows is
+        }
+        if (message.message == WM_DEVICECHANGE && message.wParam == DBT_DEVICEARRIVAL) {
+            m_listener({InterfaceOf(message.lParam), true});
+        } else if (message.message == WM_DEVICECHANGE && message.wParam == DBT_DEVICEREMOVECOMPLETE) {
+            m_listener({InterfaceOf(message.lParam), false});
+        } else if (message.message == WM_POWERBROADCAST && message.wParam == PBT_APMRESUMEAUTOMATIC) {
+            m_wakeUpListener();
+        }
+    }
+
+    Listener m_listener;
+    WakeUpListener m_wakeUpListener;
+    HWND m_window = nullptr;
+    HDEVNOTIFY m_notification = nullptr;
+    HPOWERNOTIFY m_resume = nullptr;
+};
+
 }  // namespace
 
 std::unique_ptr<Hotplug> MakeSystemHotplug() {
     return std::make_unique<WindowsHotplug>();
-}
-
-NativeEvent ReadNativeEvent(const QByteArray& eventType, const void* message) {
-    if (eventType != "windows_generic_MSG" || message == nullptr) {
-        return {};
-    }
-    const MSG& received = *static_cast<const MSG*>(message);
-    if (received.message == WM_DEVICECHANGE && received.wParam == DBT_DEVICEARRIVAL) {
-        return {NativeEventKind::Arrival, InterfaceOf(received.lParam)};
-    }
-    if (received.message == WM_DEVICECHANGE && received.wParam == DBT_DEVICEREMOVECOMPLETE) {
-        return {NativeEventKind::Removal, InterfaceOf(received.lParam)};
-    }
-    if (received.message == WM_POWERBROADCAST && received.wParam == PBT_APMRESUMEAUTOMATIC) {
-        return {NativeEventKind::Resume, {}};
-    }
-    return {};
 }
 
 }  // namespace kivo

@@ -1,14 +1,12 @@
 #pragma once
 
-// Every transfer to the screen; the screen never answers. What the program sends opens the data path, writes
+// What the program sends to the screen; the screen never answers. Each transfer opens the data path, writes
 // and closes. Any function may be called on any thread. With no screen they return quietly. A failed write
 // gives one line in the debug log, but for whole frames and short commands, which say so by their result
 // alone.
 
-#include <QImage>
 #include <QTime>
 #include <atomic>
-#include <chrono>
 #include <functional>
 #include <mutex>
 #include <shared_mutex>
@@ -34,11 +32,9 @@ struct WholeImageResult {
 class Transfers {
 public:
     using Clock = std::function<QTime()>;
-    using Pause = std::function<void(std::chrono::milliseconds)>;
 
-    // Clock and pause are called on the thread of the transfer; empty ones stand for the local wall clock and
-    // for sleeping.
-    explicit Transfers(ScreenSession& session, Clock clock = {}, Pause pause = {});
+    // The clock is called on the thread of the transfer; an empty one stands for the local wall clock.
+    explicit Transfers(ScreenSession& session, Clock clock = {});
 
     // Sends one area: width * height * 2 bytes, RGB565, high byte first, at most kMaxAreaPayload
     // (FitsAreaReport says whether), in the panel's landscape coordinates. Dropped, never queued, while a
@@ -57,17 +53,6 @@ public:
     // Both read the clock.
     TransferResult SendTimeSync();
     TransferResult SendTimeShow();
-
-    // These write on the session's open data handle and leave it open; without one they return at once.
-    void SendAreaImage(const quint8* pixels, int width, int height);
-    void SendFillRect(int x, int y, int width, int height, quint8 firstByte, quint8 secondByte,
-                      quint8 reportId);
-    void SendProbe(int length, quint8 reportId);
-    // Sends the image in parts, 100 ms apart, from (x, y) downwards.
-    void SendImageChunked(const QImage& image, int x, int y);
-
-    // 0, or -1 for a null handle or a failure.
-    static int SendFeature(const SharedScreenHandle& handle, const quint8* data, std::size_t length);
 
     // From now on none of the transfers above that open the data path begins any more, and a whole frame is
     // left at its next chunk: the program ends, and a screen that hangs must not hold it up for longer than
@@ -89,7 +74,6 @@ private:
 
     ScreenSession& m_session;
     Clock m_clock;
-    Pause m_pause;
     std::atomic<bool> m_stopped{false};
     std::atomic<quint8> m_wholeFrameBusy{0};
     std::mutex m_uploadMutex;           // one whole frame at a time

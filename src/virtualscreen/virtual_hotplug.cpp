@@ -22,7 +22,8 @@ VirtualHotplug::~VirtualHotplug() {
         m_screen.RemoveListener(m_screenListener);
 }
 
-bool VirtualHotplug::Register(const std::function<quintptr()>& /*nativeWindow*/, Listener listener) {
+bool VirtualHotplug::Register(const std::function<quintptr()>& /*nativeWindow*/, Listener listener,
+                              WakeUpListener /*onWakeUp*/) {
     m_listener = std::move(listener);
     m_screenListener = m_screen.AddListener([this](VirtualScreenEvent event) {
         if (event != VirtualScreenEvent::Plugged && event != VirtualScreenEvent::Unplugged)

@@ -16,7 +16,8 @@ public:
     explicit VirtualHotplug(VirtualHidApi& screen);
     ~VirtualHotplug() override;
 
-    bool Register(const std::function<quintptr()>& nativeWindow, Listener listener) override;
+    bool Register(const std::function<quintptr()>& nativeWindow, Listener listener,
+                  WakeUpListener onWakeUp) override;
     ArrivalPath PathOfArrival() const override { return ArrivalPath::Enumeration; }
 
 private:

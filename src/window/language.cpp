@@ -1,7 +1,6 @@
 #include "window/language.h"
 
 #include <QCoreApplication>
-#include <QTranslator>
 
 namespace kivo {
 
@@ -38,6 +37,16 @@ bool InstallQtTranslation(QTranslator& translator, InterfaceLanguage language,
                           const QString& applicationDir) {
     const QString file = FilesOf(language).qt;
     return !file.isEmpty() && Install(translator, applicationDir + file);
+}
+
+WindowLanguage::WindowLanguage(const QLocale& locale, const QString& applicationDir)
+    : m_language(LanguageForLocale(locale)) {
+    SetInterfaceLanguage(m_language);
+    if (!InstallTranslation(m_own, m_language, applicationDir)) {
+        qWarning("The translations in %s/lang cannot be read; texts stay Chinese.",
+                 qUtf8Printable(applicationDir));
+    }
+    InstallQtTranslation(m_qt, m_language, applicationDir);
 }
 
 }  // namespace kivo

@@ -1,10 +1,10 @@
 #pragma once
 
+#include <QLocale>
 #include <QString>
+#include <QTranslator>
 
 #include "model/interface_language.h"
-
-class QTranslator;
 
 namespace kivo {
 
@@ -15,5 +15,19 @@ bool InstallTranslation(QTranslator& translator, InterfaceLanguage language, con
 // The same for Qt's own texts, in the menus of text boxes and in file dialogs: "lang/qtbase_zh_CN.qm" and
 // "lang/qtbase_ru.qm". False for English, which they are written in.
 bool InstallQtTranslation(QTranslator& translator, InterfaceLanguage language, const QString& applicationDir);
+
+// The interface in a person's language, for as long as this lives. GUI thread.
+class WindowLanguage {
+public:
+    // Translations that cannot be read are logged.
+    WindowLanguage(const QLocale& locale, const QString& applicationDir);
+
+    InterfaceLanguage Language() const { return m_language; }
+
+private:
+    const InterfaceLanguage m_language;
+    QTranslator m_own;
+    QTranslator m_qt;
+};
 
 }  // namespace kivo

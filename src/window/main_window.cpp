@@ -6,33 +6,22 @@
 #include <QMouseEvent>
 #include <QScreen>
 #include <QThread>
-#include <QTranslator>
 #include <QWindow>
 #include <algorithm>
 #include <initializer_list>
 
 #include "config/first_run_marker.h"
 #include "config/settings_file.h"
-#include "editor/color_bar.h"
-#include "editor/edit_bar.h"
-#include "panel/nimb_process_thread.h"
+#include "device/hotplug.h"
 #include "pictures/layout_picture.h"
-#include "pictures/picture_list.h"
 #include "session/helper_window.h"
 #include "session/single_instance.h"
-#include "telemetry/energy_library.h"
-#include "ui_main_window.h"
-#include "widgets/exit_message_box.h"
 #include "widgets/focus_ring.h"
-#include "widgets/scrim.h"
-#include "window/language.h"
-#include "window/nimb_process_dialog.h"
-#include "window/picture_choice.h"
-#include "window/sensors_dialog.h"
-#include "window/state_line.h"
-#include "window/window_looks.h"
+#include "window/screen_watch.h"
+#include "window/upload_dialog.h"
+#include "window/window_parts.h"
 #include "window/window_place.h"
-#include "window/window_text.h"
+#include "window/window_sensors.h"
 
 namespace kivo {
 
@@ -75,23 +64,15 @@ std::optional<FramePicture> PictureForFrame(PictureSource& source, const ScreenS
     return FramePicture{picture->image, picture->IsStandIn()};
 }
 
-// Deliberate: nobody asks what comes of it. Whoever works with the library loads one of his own.
-void ProbeEnergyLibrary() {
-    EnergyLibrary library;
-    library.Load();
-    library.Release();
-}
-
 }  // namespace
 
 MainWindow::MainWindow(const Parts& parts)
     : m_parts(parts),
-      m_translator(std::make_unique<QTranslator>()),
-      m_qtTranslator(std::make_unique<QTranslator>()),
+      m_translations(parts.locale, parts.applicationDir),
+      m_language(m_translations.Language()),
       m_ui(std::make_unique<::Ui::MainWindow>()),
       m_source(parts.makePictureReaders()),
       m_rest(*this, parts.restsAfter, [this] { LetGoOfPictures(); }) {
-    InstallLanguage(parts.locale);
     LiveSession::Options options{parts.panel};
     options.picture = [this](const ScreenState& state) { return PictureForFrame(m_source, state); };
     m_session = std::make_unique<LiveSession>(parts.hid, m_language, options);
@@ -103,18 +84,18 @@ MainWindow::MainWindow(const Parts& parts)
     DressWindow(*m_ui);
     m_stateLine = new StateLine(m_ui->centralwidget);
     m_stateLine->move(kStateLineCorner);
-    ShowTemperature();
+    m_sensors = std::make_unique<WindowSensors>(
+        *m_session, *m_ui->pushButton, WindowSensors::Parts{parts.makeSensors, parts.readThermalZone});
+    connect(m_sensors.get(), &WindowSensors::sampled, this, &MainWindow::slotCpuPowClock);
+    m_sensors->ShowTemperature();
     PlaceOnScreen();
     WirePictures();
     WirePages();
     WireTools();
     LoadState();
 
-    connect(m_session.get(), &LiveSession::screenChanged, this, [this](bool closed) {
-        if (closed) {
-            screenAttached = 0;
-        }
-    });
+    m_screenWatch =
+        std::make_unique<ScreenWatch>(*m_session, hotplugSuspended, screenAttached, parts.timeAsleep);
     RegisterScreenNotification();
     // The screen is opened by this name, so it is the same in every language.
     const QString title = QCoreApplication::translate("MainWindow", "Kivo Screen");
@@ -130,27 +111,15 @@ MainWindow::MainWindow(const Parts& parts)
 }
 
 MainWindow::~MainWindow() {
-    m_hotplug.reset();
+    m_screenWatch.reset();
     // Hiding ends what is being typed or dragged, and that is told: not to a window that is half gone.
     hide();
     for (QObject* teller : std::initializer_list<QObject*>{m_ui->zoomwidget, m_editBar, m_colorBar,
                                                            m_ui->pictureList, m_pictures}) {
         teller->disconnect(this);
     }
-    m_translator.reset();
-    m_qtTranslator.reset();
     m_ui.reset();
     CloseHelperWindow();
-}
-
-void MainWindow::InstallLanguage(const QLocale& locale) {
-    m_language = LanguageForLocale(locale);
-    SetInterfaceLanguage(m_language);
-    if (!InstallTranslation(*m_translator, m_language, m_parts.applicationDir)) {
-        qWarning("The translations in %s/lang cannot be read; texts stay Chinese.",
-                 qUtf8Printable(m_parts.applicationDir));
-    }
-    InstallQtTranslation(*m_qtTranslator, m_language, m_parts.applicationDir);
 }
 
 void MainWindow::WireShell() {
@@ -213,13 +182,7 @@ void MainWindow::FirstRunUpload() {
 
 bool MainWindow::UploadWithProgress() {
     m_waitsForUpload = true;
-    Scrim scrim(*this);
-    NimbProcessDialog dialog(this, this);
-    const auto connectDialog = [&dialog](NimbProcessThread& thread) {
-        connect(&thread, &NimbProcessThread::DoProcessDlg, &dialog, &NimbProcessDialog::slotProcessDlg);
-    };
-    const bool isOver =
-        m_session->StartUpload(connectDialog) != nullptr && dialog.exec() == QDialog::Accepted;
+    const bool isOver = UploadBehindDialog(*this, *m_session);
     m_waitsForUpload = false;
     AskWantedExit();
     return isOver;
@@ -268,9 +231,50 @@ bool MainWindow::Stop() {
     m_poll.stop();
     const QDeadlineTimer deadline(LiveSession::kLongestStop);
     m_source.Stop();
-    AskSensorsToStop();
+    m_sensors->AskToStop();
     const bool hasSessionEnded = m_session->Stop(deadline);
-    return HaveSensorsEnded(deadline) && hasSessionEnded;
+    return m_sensors->HaveEnded(deadline) && hasSessionEnded;
+}
+
+void MainWindow::RegisterScreenNotification() {
+    if (m_parts.makeHotplug) {
+        m_screenWatch->Register(m_parts.makeHotplug(), [this] { return quintptr(winId()); });
+    }
+}
+
+bool MainWindow::nativeEvent(const QByteArray& /*eventType*/, void* /*message*/, long* /*result*/) {
+    return false;
+}
+
+bool MainWindow::HandleScreenChange(const QString& name, bool arrived) {
+    m_screenWatch->HandleScreenChange(name, arrived);
+    return true;
+}
+
+void MainWindow::ShowPanelStatus(const PanelStatus& status) {
+    m_stateLine->Show(status);
+}
+
+void MainWindow::StartPowerPoller() {
+    m_sensors->StartPowerPoller();
+}
+
+void MainWindow::StopPowerPoller() {
+    m_sensors->StopPowerPoller();
+}
+
+void MainWindow::slotCpuPowClock(qint32 iPow, qint32 iClock, qint32 iGPow, qint32 iGClock) {
+    Q_UNUSED(iGPow)
+    Q_UNUSED(iGClock)
+    m_session->SetCpuPowClock(iPow, iClock);
+}
+
+void MainWindow::on_pushButton_clicked() {
+    m_sensors->ReadThermalZone();
+}
+
+void MainWindow::ShowSensors() {
+    m_sensors->ShowList();
 }
 
 void MainWindow::Poll() {
@@ -286,7 +290,7 @@ void MainWindow::Poll() {
         BringToFront();
     }
     LookForTray();
-    LookForWakeUp();
+    m_screenWatch->LookForWakeUp();
     ShowLiveTexts();
 }
 
@@ -319,7 +323,7 @@ void MainWindow::ShowLiveTexts() {
         return;
     }
     m_ui->zoomwidget->SetLiveTexts(m_session->LiveTexts());
-    ShowTemperature();
+    m_sensors->ShowTemperature();
 }
 
 // In the middle of the screen at first.

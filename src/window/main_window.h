@@ -3,7 +3,6 @@
 // The program's one window and the owner of its session: language, pages, screen, tray, start and end. It
 // wires; what a page, the editor or the session do stands there. GUI thread.
 
-#include <QDeadlineTimer>
 #include <QLocale>
 #include <QMainWindow>
 #include <QModelIndex>
@@ -14,21 +13,17 @@
 #include <memory>
 #include <vector>
 
-#include "compose/theme_state.h"
-#include "device/hotplug.h"
 #include "panel/live_session.h"
 #include "pictures/thumbnail_picture.h"
 #include "session/display.h"
 #include "session/outside_control.h"
 #include "session/untold_sleep.h"
-#include "telemetry/intel_power_gadget_thread.h"
-#include "telemetry/sleep_watch.h"
+#include "telemetry/package_sensors.h"
 #include "telemetry/thermal_zone_thread.h"
+#include "window/language.h"
 #include "window/tray.h"
 #include "window/tray_host.h"
 #include "window/window_rest.h"
-
-class QTranslator;
 
 namespace Ui {
 class MainWindow;
@@ -43,17 +38,20 @@ class EditHint;
 class FocusRing;
 struct EditState;
 class HidApi;
+class Hotplug;
 class PictureChoice;
 class PictureList;
 class PictureLooks;
 class PictureNotice;
 class RestoreOffer;
-class SensorsDialog;
+class ScreenWatch;
 class SingleInstance;
 enum class GivesWay;
 class StateLine;
 class ThemePage;
+struct ThemeState;
 class TwoWayChoice;
+class WindowSensors;
 
 class MainWindow : public QMainWindow {
     Q_OBJECT
@@ -120,7 +118,7 @@ public:
     void StartRefresh();
     void StopRefresh();
 
-    // Power and temperature on and off. Stopping does not ask twice: see IntelPowerGadgetThread::Stop.
+    // Power and temperature on and off: see WindowSensors.
     void StartPowerPoller();
     void StopPowerPoller();
 
@@ -166,11 +164,11 @@ protected:
     void closeEvent(QCloseEvent* event) override;
     void showEvent(QShowEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
-    // Never takes a message away from Qt.
+    // Deliberate, fixed: reads no message and takes none away from Qt. Those that tell of devices are read
+    // before they come here (hotplug_windows.cpp).
     bool nativeEvent(const QByteArray& eventType, void* message, long* result) override;
 
 private:
-    void InstallLanguage(const QLocale& locale);
     void WirePages();
     void WireTools();
     void WirePictures();
@@ -194,9 +192,6 @@ private:
     bool IsCustomPage() const;
 
     void RegisterScreenNotification();
-    void NoteArrival(const QString& name);
-    void NoteRemoval(const QString& name);
-    void LookForWakeUp();
 
     void PlaceOnScreen();
     void KeepOnScreen();
@@ -205,10 +200,6 @@ private:
     void EndNow();
     void LookForTray();
     void ShowLiveTexts();
-    void ShowTemperature();
-    void ShowThermalZone(const QString& text);
-    void AskSensorsToStop();
-    bool HaveSensorsEnded(QDeadlineTimer deadline);
     void FirstRunUpload();
     // False when the program ends meanwhile.
     bool UploadWithProgress();
@@ -236,9 +227,8 @@ private:
     bool ApplyFromOutside(const EditState& next);
 
     const Parts m_parts;
-    InterfaceLanguage m_language = InterfaceLanguage::Chinese;
-    std::unique_ptr<QTranslator> m_translator;
-    std::unique_ptr<QTranslator> m_qtTranslator;
+    WindowLanguage m_translations;
+    const InterfaceLanguage m_language;
     std::unique_ptr<::Ui::MainWindow> m_ui;
     PictureSource m_source;  // outlives the session, whose workers ask it
     std::unique_ptr<LiveSession> m_session;
@@ -261,16 +251,8 @@ private:
     WindowRest m_rest;
     Tray m_tray{this};
     QTimer m_poll;
-    std::unique_ptr<Hotplug> m_hotplug;
-    SleepWatch m_sleepWatch;
-
-    std::unique_ptr<IntelPowerGadgetThread> m_power;
-    std::vector<std::unique_ptr<IntelPowerGadgetThread>> m_stoppedPollers;
-    std::unique_ptr<ThermalZoneThread> m_thermalZone;
-    QString m_thermalText;          // empty: there is none to show
-    QDeadlineTimer m_thermalUntil;  // for so long it stands before the live temperature
-    bool m_isReadingZone = false;
-    std::unique_ptr<SensorsDialog> m_sensors;  // null until it is asked for
+    std::unique_ptr<ScreenWatch> m_screenWatch;
+    std::unique_ptr<WindowSensors> m_sensors;
 
     std::vector<OutsidePicture> m_outsidePictures;
 
@@ -281,7 +263,6 @@ private:
     bool m_isPutAway = false;   // minimised for want of a tray; a person who minimises the window may stay
     bool m_exitWanted = false;  // asked for while something else went on
     bool m_exitConfirmed = false;
-    bool m_isEnding = false;
     bool m_dragging = false;
     QPoint m_dragOffset;
 };

@@ -4,13 +4,10 @@
 #include <QApplication>
 #include <algorithm>
 
-#include "pictures/picture_list.h"
 #include "pictures/picture_path.h"
-#include "ui_main_window.h"
 #include "window/main_window.h"
 #include "window/outside_change.h"
-#include "window/picture_choice.h"
-#include "window/state_line.h"
+#include "window/window_parts.h"
 
 namespace kivo {
 

@@ -6,21 +6,9 @@
 #include "config/default_profile.h"
 #include "config/folders.h"
 #include "config/kept_settings.h"
-#include "editor/color_bar.h"
-#include "editor/edit_bar.h"
-#include "pictures/picture_list.h"
-#include "ui_main_window.h"
-#include "window/custom_page.h"
-#include "window/edit_hint.h"
 #include "window/main_window.h"
-#include "window/picture_choice.h"
 #include "window/press_elsewhere.h"
-#include "window/restore_offer.h"
-#include "window/state_line.h"
-#include "window/theme_page.h"
-#include "window/two_way_choice.h"
-#include "window/window_looks.h"
-#include "window/window_text.h"
+#include "window/window_parts.h"
 
 namespace kivo {
 

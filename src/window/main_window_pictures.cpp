@@ -8,18 +8,10 @@
 #include <QTimer>
 
 #include "compose/theme_catalogue.h"
-#include "editor/edit_bar.h"
-#include "pictures/picture_list.h"
 #include "pictures/picture_path.h"
-#include "ui_main_window.h"
 #include "widgets/exit_item_delegate.h"
-#include "widgets/exit_message_box.h"
 #include "window/main_window.h"
-#include "window/picture_choice.h"
-#include "window/picture_looks.h"
-#include "window/picture_notice.h"
-#include "window/state_line.h"
-#include "window/window_text.h"
+#include "window/window_parts.h"
 
 namespace kivo {
 

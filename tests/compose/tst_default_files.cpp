@@ -29,7 +29,6 @@ private Q_SLOTS:
     void ConfigIsWhatTheTablesGive();
     void ConfigHoldsEveryKeyOfEveryLayout();
     void BackgroundIsTheDefaultStates();
-    void ProfileNamesTheProduct();
     void ScreenFileIsThere();
 };
 
@@ -84,10 +83,6 @@ void TestDefaultFiles::BackgroundIsTheDefaultStates() {
         }
     }
     QVERIFY2(different < 320 * 170 / 20, qPrintable(QString::number(different)));
-}
-
-void TestDefaultFiles::ProfileNamesTheProduct() {
-    QCOMPARE(LoadProductName(kDefaults), QStringLiteral("Kivo Screen"));
 }
 
 void TestDefaultFiles::ScreenFileIsThere() {

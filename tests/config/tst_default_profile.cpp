@@ -281,24 +281,6 @@ private slots:
         SeedDefaultProfile(program.path());
         QCOMPARE(SettingsReader().Int(keys::kThemeId), 2);
     }
-
-    void theProductName_data() {
-        QTest::addColumn<QByteArray>("content");
-        QTest::addColumn<QString>("name");
-        QTest::newRow("present") << QByteArray("[PROFILE]\nProductName=Kivo 320\n")
-                                 << QStringLiteral("Kivo 320");
-        QTest::newRow("absent key") << QByteArray("[PROFILE]\nOther=x\n") << QString();
-        QTest::newRow("another group") << QByteArray("[Other]\nProductName=x\n") << QString();
-        QTest::newRow("empty file") << QByteArray() << QString();
-        QTest::newRow("noise") << QByteArray("\0\xff\x01=[[", 6) << QString();
-    }
-    void theProductName() {
-        QFETCH(QByteArray, content);
-        const Program program;
-        QCOMPARE(LoadProductName(program.path()), QString());
-        QVERIFY(WriteFile(program.path() + QStringLiteral("/DefaultProfile.bin"), content));
-        QTEST(LoadProductName(program.path()), "name");
-    }
 };
 
 KIVO_GUILESS_TEST(TestDefaultProfile)

@@ -128,29 +128,11 @@ private slots:
     void accessorsSeeEachOthersValuesWithoutARestart() {
         const PrivateHome home;
         QCOMPARE(LoadCurRectId(), 2);
-        QCOMPARE(LoadLangId(), 0);
         SaveCurRectId(0);
-        SaveLangId(2);
         QCOMPARE(LoadCurRectId(), 0);
-        QCOMPARE(LoadLangId(), 2);
         SaveCurRectId(1);
         QCOMPARE(LoadCurRectId(), 1);
         QVERIFY(ReadFile(ConfigFilePath()).contains("CurRectID=1"));
-    }
-
-    void identifiersAreMadeOnRequestOnly() {
-        const PrivateHome home;
-        QVERIFY(!HasUuid());
-        QCOMPARE(LoadUuid(), QString());
-        CreateUuid();
-        QVERIFY(HasUuid());
-        const QString first = LoadUuid();
-        const QRegularExpression braced(QStringLiteral("^\\{[0-9a-f]{8}(-[0-9a-f]{4}){3}-[0-9a-f]{12}\\}$"));
-        QVERIFY2(braced.match(first).hasMatch(), qPrintable(first));
-        CreateUuid();
-        QVERIFY(LoadUuid() != first);
-        SettingsWriter().SetText(keys::kUuid.name, QString());
-        QVERIFY(!HasUuid());
     }
 };
 

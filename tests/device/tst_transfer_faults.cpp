@@ -130,17 +130,6 @@ private slots:
         QCOMPARE(m_screen->State().image, PictureOf(kOldPixel));
     }
 
-    void theSessionsHandleOfAVanishedScreenFails() {
-        m_session->OpenScreenByName("Kivo Screen");
-        m_screen->Unplug();
-        m_screen->Plug();
-        QTest::ignoreMessage(QtDebugMsg, "Unable to SendAreaImage.\n");
-        m_transfers->SendAreaImage(m_new.data(), 10, 10);
-        m_session->OpenScreenByName("Kivo Screen");
-        m_transfers->SendAreaImage(m_new.data(), 10, 10);
-        QCOMPARE(m_screen->State().counts.areas, quint64{1});
-    }
-
     void theLibraryFailsAtStart() {
         m_screen->FailInit();
         QCOMPARE(m_session->EnumerateScreens(), -1);

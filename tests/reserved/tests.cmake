@@ -1,8 +1,10 @@
-set(units msr_driver)
+set(units msr_driver photo_area reserved_transfers zoom_label)
 if(WIN32)
     list(APPEND units msr_driver_windows)
+else()
+    list(APPEND units reserved_settings)  # it moves the home folder
 endif()
-kivo_add_tests(reserved UNITS ${units} LINK kivo_reserved)
+kivo_add_tests(reserved UNITS ${units} LINK kivo_reserved kivo_virtualscreen)
 if(WIN32)
     target_link_libraries(tests_reserved PRIVATE advapi32)
 endif()

@@ -152,8 +152,7 @@ private:
         ScreenSession session(log);
         session.InitDeviceTable();
         session.EnumerateScreens();
-        Transfers transfers(
-            session, [] { return QTime(18, 46, 5); }, [](std::chrono::milliseconds /*pause*/) {});
+        Transfers transfers(session, [] { return QTime(18, 46, 5); });
         std::vector<quint8> frame(static_cast<std::size_t>(kFrameBytes));
         for (std::size_t i = 0; i < frame.size(); ++i)
             frame[i] = static_cast<quint8>(i % 253);

@@ -32,10 +32,12 @@ private Q_SLOTS:
         m_told.clear();
         m_screen = std::make_unique<VirtualHidApi>();
         m_hotplug = std::make_unique<VirtualHotplug>(*m_screen);
-        QVERIFY(m_hotplug->Register({}, [this](const DeviceChange& change) {
-            QCOMPARE(QThread::currentThread(), thread());
-            m_told.append({Short(change.name), change.arrived});
-        }));
+        QVERIFY(m_hotplug->Register({},
+                                    [this](const DeviceChange& change) {
+                                        QCOMPARE(QThread::currentThread(), thread());
+                                        m_told.append({Short(change.name), change.arrived});
+                                    },
+                                    {}));
     }
     void cleanup() {
         m_hotplug.reset();

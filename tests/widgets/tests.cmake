@@ -13,5 +13,4 @@ kivo_add_tests(widgets
         self_plain_text_edit
         sharp_picture
         window_style
-        zoom_label
     LINK kivo_widgets)

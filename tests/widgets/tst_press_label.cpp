@@ -2,7 +2,6 @@
 #include <QtTest>
 
 #include "support/test_program.h"
-#include "widgets/photo_area.h"
 #include "widgets/press_label.h"
 
 using namespace kivo;
@@ -55,13 +54,6 @@ private slots:
         QTest::keyClick(&label, Qt::Key_Return);
         QTest::keyClick(&label, Qt::Key_A);
         QCOMPARE(clicked.count(), 2);
-    }
-
-    void aPhotoAreaIsFoundByItsType() {
-        QWidget window;
-        PhotoArea area(&window);
-        QWidget other(&window);
-        QCOMPARE(window.findChildren<PhotoArea*>(), QList<PhotoArea*>{&area});
     }
 };
 

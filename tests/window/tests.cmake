@@ -24,6 +24,7 @@ set(units
     outside_change
     picture_choice
     restore_offer
+    screen_watch
     sensor_table
     state_line
     tray

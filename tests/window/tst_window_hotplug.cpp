@@ -28,8 +28,6 @@ private Q_SLOTS:
     void OtherDevicesChangeNothing();
     void NativeEventsAreNeverTakenAway_data();
     void NativeEventsAreNeverTakenAway();
-    void RefusedRegistrationIsLogged();
-    void NotificationsAreLogged();
     void DeniedScreenIsToldOnceAndTakenWhenAllowed();
     void SystemThatSleptRedrawsTheValues();
     void SystemThatSleptSendsTheOwedFrame();
@@ -94,21 +92,6 @@ public:
     }
 
     std::atomic<int> count{0};
-};
-
-// Does what the test says.
-class ScriptedHotplug final : public Hotplug {
-public:
-    ScriptedHotplug(bool accepts, Listener* listener) : m_accepts(accepts), m_listener(listener) {}
-    bool Register(const std::function<quintptr()>& /*nativeWindow*/, Listener listener) override {
-        *m_listener = std::move(listener);
-        return m_accepts;
-    }
-    ArrivalPath PathOfArrival() const override { return ArrivalPath::Name; }
-
-private:
-    const bool m_accepts;
-    Listener* const m_listener;
 };
 
 class OpenWindow : public MainWindow {
@@ -380,38 +363,6 @@ void TestWindowHotplug::NativeEventsAreNeverTakenAway() {
     QVERIFY(!window.nativeEvent(type, hasMessage ? message.data() : nullptr, &result));
     QCOMPARE(result, 4711L);
     QTRY_COMPARE(window.Session().Screen().Entry(0).dataFound, 1U);
-    QVERIFY(window.Stop());
-}
-
-void TestWindowHotplug::RefusedRegistrationIsLogged() {
-    VirtualHidApi panel;
-    MainWindow::Parts parts = PartsFor(panel);
-    Hotplug::Listener listener;
-    parts.makeHotplug = [&listener] { return std::make_unique<ScriptedHotplug>(false, &listener); };
-    const HotplugLog hotplug;
-    MainWindow window(parts);
-    QCOMPARE(hotplug.log.lines(), QStringList{QStringLiteral("注册失败")});
-    QTRY_VERIFY_WITH_TIMEOUT(panel.State().counts.areas > 0, kPatienceMs);
-    QVERIFY(window.Stop());
-}
-
-void TestWindowHotplug::NotificationsAreLogged() {
-    VirtualHidApi panel;
-    MainWindow::Parts parts = PartsFor(panel);
-    Hotplug::Listener listener;
-    parts.makeHotplug = [&listener] { return std::make_unique<ScriptedHotplug>(true, &listener); };
-    MainWindow window(parts);
-    const HotplugLog hotplug;
-    listener({kData, true});
-    // Here the name is the path.
-    QTRY_COMPARE(TextOf(window.Session().Screen().Entry(0).dataPath), kData.toLatin1());
-    panel.Unplug();
-    listener({kData, false});
-    QTRY_COMPARE(window.Session().Screen().Entry(0).dataFound, 0U);
-    listener({QString(), true});
-    QCOMPARE(hotplug.log.lines(), (QStringList{QStringLiteral("DBT_DEVICEARRIVAL\n"), kData,
-                                               QStringLiteral("DBT_DEVICEREMOVECOMPLETE\n"),
-                                               QStringLiteral("DBT_DEVICEARRIVAL\n")}));
     QVERIFY(window.Stop());
 }
 

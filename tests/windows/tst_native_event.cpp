@@ -3,6 +3,7 @@
 #include <dbt.h>
 // clang-format on
 
+#include <QAbstractEventDispatcher>
 #include <QtTest>
 #include <cstring>
 
@@ -36,21 +37,18 @@ QByteArray VolumeHeader() {
     return QByteArray(reinterpret_cast<const char*>(&volume), int(sizeof(volume)));
 }
 
-class OpenWindow : public MainWindow {
-public:
-    using MainWindow::MainWindow;
-    using MainWindow::nativeEvent;
-
-    // As Qt hands a message over; true where it was taken away from Qt, or an answer given.
-    bool IsTaken(UINT message, WPARAM wParam, const QByteArray& header) {
-        MSG received = {};
-        received.message = message;
-        received.wParam = wParam;
-        received.lParam = header.isEmpty() ? 0 : reinterpret_cast<LPARAM>(header.constData());
-        long result = 4711;
-        return nativeEvent(kMessageType, &received, &result) || result != 4711;
-    }
-};
+// As Qt hands a message over before any window gets it; true where it was taken away, or an answer given.
+bool IsTaken(const QWidget& window, UINT message, WPARAM wParam, const QByteArray& header,
+             const QByteArray& type = kMessageType) {
+    MSG received = {};
+    received.hwnd = reinterpret_cast<HWND>(window.winId());
+    received.message = message;
+    received.wParam = wParam;
+    received.lParam = header.isEmpty() ? 0 : reinterpret_cast<LPARAM>(header.constData());
+    long result = 4711;
+    return QAbstractEventDispatcher::instance()->filterNativeEvent(type, &received, &result) ||
+           result != 4711;
+}
 
 MainWindow::Parts PartsFor(HidApi& hid) {
     MainWindow::Parts parts{hid,
@@ -65,7 +63,7 @@ MainWindow::Parts PartsFor(HidApi& hid) {
 
 }  // namespace
 
-// The window's own messages: what is read from them, and that none is ever taken away from Qt.
+// The messages to the window: what is read from them, and that none is ever taken away from Qt.
 class TestNativeEvent : public QObject {
     Q_OBJECT
 
@@ -77,62 +75,80 @@ private Q_SLOTS:
         QTest::addColumn<int>("message");
         QTest::addColumn<int>("wParam");
         QTest::addColumn<QByteArray>("header");
-        QTest::addColumn<int>("kind");
-        QTest::addColumn<QString>("name");
+        QTest::addColumn<QStringList>("told");
         const QByteArray header = InterfaceHeader(kData);
-        const int other = int(NativeEventKind::Other);
+        const QStringList nothing;
         QTest::newRow("arrival") << WM_DEVICECHANGE << DBT_DEVICEARRIVAL << header
-                                 << int(NativeEventKind::Arrival) << kData;
+                                 << QStringList{QStringLiteral("arrived ") + kData};
         QTest::newRow("removal") << WM_DEVICECHANGE << DBT_DEVICEREMOVECOMPLETE << header
-                                 << int(NativeEventKind::Removal) << kData;
+                                 << QStringList{QStringLiteral("went ") + kData};
         QTest::newRow("arrival of a volume") << WM_DEVICECHANGE << DBT_DEVICEARRIVAL << VolumeHeader()
-                                             << int(NativeEventKind::Arrival) << QString();
+                                             << QStringList{QStringLiteral("arrived ")};
         QTest::newRow("removal of a volume") << WM_DEVICECHANGE << DBT_DEVICEREMOVECOMPLETE << VolumeHeader()
-                                             << int(NativeEventKind::Removal) << QString();
+                                             << QStringList{QStringLiteral("went ")};
         QTest::newRow("arrival of nothing") << WM_DEVICECHANGE << DBT_DEVICEARRIVAL << QByteArray()
-                                            << int(NativeEventKind::Arrival) << QString();
+                                            << QStringList{QStringLiteral("arrived ")};
         QTest::newRow("something changed")
-            << WM_DEVICECHANGE << DBT_DEVNODES_CHANGED << QByteArray() << other << QString();
+            << WM_DEVICECHANGE << DBT_DEVNODES_CHANGED << QByteArray() << nothing;
         QTest::newRow("a removal that is only asked for")
-            << WM_DEVICECHANGE << DBT_DEVICEQUERYREMOVE << header << other << QString();
+            << WM_DEVICECHANGE << DBT_DEVICEQUERYREMOVE << header << nothing;
         QTest::newRow("another message with the same numbers")
-            << WM_USER << DBT_DEVICEARRIVAL << QByteArray(1, '\xff') << other << QString();
+            << WM_USER << DBT_DEVICEARRIVAL << QByteArray(1, '\xff') << nothing;
         QTest::newRow("awake again") << WM_POWERBROADCAST << PBT_APMRESUMEAUTOMATIC << QByteArray()
-                                     << int(NativeEventKind::Resume) << QString();
-        QTest::newRow("going to sleep")
-            << WM_POWERBROADCAST << PBT_APMSUSPEND << QByteArray() << other << QString();
+                                     << QStringList{QStringLiteral("awake")};
+        QTest::newRow("going to sleep") << WM_POWERBROADCAST << PBT_APMSUSPEND << QByteArray() << nothing;
         QTest::newRow("plugged into the wall")
-            << WM_POWERBROADCAST << PBT_APMPOWERSTATUSCHANGE << QByteArray() << other << QString();
+            << WM_POWERBROADCAST << PBT_APMPOWERSTATUSCHANGE << QByteArray() << nothing;
     }
 
+    // Once, though each of the program's windows may get it, and whatever becomes of it elsewhere.
     void Read() {
         QFETCH(int, message);
         QFETCH(int, wParam);
         QFETCH(QByteArray, header);
-        MSG received = {};
-        received.message = UINT(message);
-        received.wParam = WPARAM(wParam);
-        received.lParam = header.isEmpty() ? 0 : reinterpret_cast<LPARAM>(header.constData());
-        const NativeEvent event = ReadNativeEvent(kMessageType, &received);
-        QTEST(int(event.kind), "kind");
-        QTEST(event.interfaceName, "name");
-        QCOMPARE(int(ReadNativeEvent("windows_dispatcher_MSG", &received).kind), int(NativeEventKind::Other));
+        QFETCH(QStringList, told);
+        const QWidget window;
+        const QWidget another;
+        QStringList heard;
+        {
+            const std::unique_ptr<Hotplug> hotplug = MakeSystemHotplug();
+            QVERIFY(hotplug->Register(
+                [&window] { return quintptr(window.winId()); },
+                [&heard](const DeviceChange& change) {
+                    heard.append((change.arrived ? QStringLiteral("arrived ") : QStringLiteral("went ")) +
+                                 change.name);
+                },
+                [&heard] { heard.append(QStringLiteral("awake")); }));
+            QVERIFY(!IsTaken(window, UINT(message), WPARAM(wParam), header));
+            QCOMPARE(heard, told);
+            QVERIFY(!IsTaken(another, UINT(message), WPARAM(wParam), header));
+            QVERIFY(!IsTaken(window, UINT(message), WPARAM(wParam), header, "windows_dispatcher_MSG"));
+            QCOMPARE(heard, told);
+        }
+        QVERIFY(!IsTaken(window, UINT(message), WPARAM(wParam), header));
+        QCOMPARE(heard, told);  // nobody listens any more
     }
 
-    void ArrivalAndRemovalAreNotTakenAway() {
+    // Sent by the system's own way, through the window's procedure.
+    void ArrivalAndRemovalReachTheSession() {
         VirtualHidApi panel;
-        OpenWindow window(PartsFor(panel));
+        MainWindow window(PartsFor(panel));
         const ScreenSession& screen = window.Session().Screen();
-        QVERIFY(!window.IsTaken(WM_DEVICECHANGE, DBT_DEVICEARRIVAL, InterfaceHeader(kData)));
+        const QByteArray header = InterfaceHeader(kData);
+        const auto send = [&window, &header](WPARAM what) {
+            SendMessageW(reinterpret_cast<HWND>(window.winId()), WM_DEVICECHANGE, what,
+                         reinterpret_cast<LPARAM>(header.constData()));
+        };
+        send(DBT_DEVICEARRIVAL);
         QTRY_COMPARE(TextOf(screen.Entry(0).dataPath), kData.toLatin1());
         QCOMPARE(screen.Entry(0).dataFound, 1U);
         panel.Unplug();
-        QVERIFY(!window.IsTaken(WM_DEVICECHANGE, DBT_DEVICEREMOVECOMPLETE, InterfaceHeader(kData)));
+        send(DBT_DEVICEREMOVECOMPLETE);
         QTRY_COMPARE(screen.Entry(0).dataFound, 0U);
-        QVERIFY(!window.IsTaken(WM_DEVICECHANGE, DBT_DEVICEARRIVAL, VolumeHeader()));
-        QVERIFY(!window.IsTaken(WM_DEVICECHANGE, DBT_DEVNODES_CHANGED, QByteArray()));
+        QVERIFY(!IsTaken(window, WM_DEVICECHANGE, DBT_DEVICEARRIVAL, VolumeHeader()));
+        QVERIFY(!IsTaken(window, WM_DEVICECHANGE, DBT_DEVNODES_CHANGED, QByteArray()));
         QCOMPARE(screen.Entry(0).dataFound, 0U);
-        QVERIFY(!window.IsTaken(WM_POWERBROADCAST, PBT_APMRESUMEAUTOMATIC, QByteArray()));
+        QVERIFY(!IsTaken(window, WM_POWERBROADCAST, PBT_APMRESUMEAUTOMATIC, QByteArray()));
         QVERIFY(window.Stop());
     }
 
@@ -140,7 +156,7 @@ private Q_SLOTS:
     void TheSystemRegistersAWindow() {
         QWidget window;
         const std::unique_ptr<Hotplug> hotplug = MakeSystemHotplug();
-        QVERIFY(hotplug->Register([&window] { return quintptr(window.winId()); }, {}));
+        QVERIFY(hotplug->Register([&window] { return quintptr(window.winId()); }, {}, {}));
         QCOMPARE(int(hotplug->PathOfArrival()), int(ArrivalPath::Name));
     }
 };

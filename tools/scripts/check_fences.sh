@@ -39,6 +39,50 @@ forbid "Platform macros belong into platform files:" '\b(Q_OS_[A-Z]+|_WIN32|__li
     src ':!src/*_windows.cpp' ':!src/*_linux.cpp'
 forbid "Unfinished or switched off:" '\b(TODO|FIXME|XXX)\b|QSKIP\(' '*.cpp' '*.h'
 
+# Files and folders that the documents name in backticks: of src/, of the project, of the folder that the section of
+# docs/fixed_names.md is about, or by a name without a folder. "<...>" and "*" stand for anything.
+missing=$(git ls-files --cached --others --exclude-standard | awk '
+    function is_there(name, pattern, file) {
+        if (name in answers) return answers[name]
+        pattern = name
+        gsub(/<[^>]*>/, "*", pattern)
+        gsub(/\./, "[.]", pattern)
+        gsub(/\*/, "[^/]*", pattern)
+        pattern = (name ~ /\// ? "^(src/)?" pattern "(/|$)" : "(^|/)" pattern "$")
+        for (file in files) if (file ~ pattern) return answers[name] = 1
+        return answers[name] = 0
+    }
+    function look(name) {
+        sub(/\/$/, "/*", name)
+        if (!is_there(name)) print FILENAME ":" FNR ": " name
+    }
+    FILENAME == "-" {
+        files[$0]
+        sub(/^src\//, "")
+        sub(/\/.*/, "")
+        folders[$0]
+        next
+    }
+    FNR == 1 { section = "" }
+    /^## / {
+        section = FILENAME ~ /fixed_names/ && NF == 2 && $2 ~ /\/$/ ? $2 : ""
+        for (k = 2; k <= NF; ++k) if ($k ~ /^[a-z]+\/[,:]?$/) { sub(/[,:]$/, "", $k); look($k) }
+    }
+    {
+        rest = $0
+        while (match(rest, /`[^` ]+`/)) {
+            name = substr(rest, RSTART + 1, RLENGTH - 2)
+            rest = substr(rest, RSTART + RLENGTH)
+            folder = name
+            sub(/\/.*/, "", folder)
+            if (name ~ /^[a-z][A-Za-z0-9_.\/<>*]*([.](cpp|h|ui|sh|md|nsi|patch|rules|cmake|qrc|svg|[*])|[a-z][*]|[a-z]\/)$/)
+                look(name ~ /\// ? name : section name)
+            else if (name ~ /\// && folder in folders)
+                look(name)
+        }
+    }' - docs/decisions.md docs/architecture.md docs/fixed_names.md)
+[ -z "$missing" ] || complain "No such file or folder:"$'\n'"$missing"
+
 includers=$(git grep -lE '#include [<"](hidapi/)?hidapi\.h[>"]' -- src bench tools || true)
 [ "$(echo "$includers" | wc -w)" -eq 1 ] || complain "hidapi.h is included by: $includers (one source may)"
 

@@ -1,13 +1,13 @@
-// The window's sensors: the poller that brings power and temperature, and the read-out at the top.
+#include "window/window_sensors.h"
 
-#include <QPushButton>
+#include <QAbstractButton>
 #include <QRegularExpression>
 #include <QThread>
 #include <algorithm>
 #include <utility>
 
-#include "ui_main_window.h"
-#include "window/main_window.h"
+#include "panel/live_session.h"
+#include "telemetry/energy_library.h"
 #include "window/sensor_table.h"
 #include "window/sensors_dialog.h"
 #include "window/window_text.h"
@@ -27,7 +27,12 @@ QString Shortened(QString thermalText) {
 
 }  // namespace
 
-void MainWindow::StartPowerPoller() {
+WindowSensors::WindowSensors(LiveSession& session, QAbstractButton& readOut, Parts parts)
+    : m_session(session), m_readOut(readOut), m_parts(std::move(parts)) {}
+
+WindowSensors::~WindowSensors() = default;
+
+void WindowSensors::StartPowerPoller() {
     if (m_power || m_isEnding) {
         return;
     }
@@ -35,12 +40,11 @@ void MainWindow::StartPowerPoller() {
     m_power->isStop = 0;
     m_power->start(QThread::InheritPriority);
     // Deliberate: a sample that comes before this is lost; there is one every second.
-    connect(m_power.get(), &IntelPowerGadgetThread::readingsTaken, m_session.get(),
-            &LiveSession::SetReadings);
-    connect(m_power.get(), &IntelPowerGadgetThread::RefreshCpuPowClock, this, &MainWindow::slotCpuPowClock);
+    connect(m_power.get(), &IntelPowerGadgetThread::readingsTaken, &m_session, &LiveSession::SetReadings);
+    connect(m_power.get(), &IntelPowerGadgetThread::RefreshCpuPowClock, this, &WindowSensors::sampled);
 }
 
-void MainWindow::StopPowerPoller() {
+void WindowSensors::StopPowerPoller() {
     if (!m_power) {
         return;
     }
@@ -51,7 +55,7 @@ void MainWindow::StopPowerPoller() {
     m_stoppedPollers.push_back(std::move(m_power));
 }
 
-void MainWindow::AskSensorsToStop() {
+void WindowSensors::AskToStop() {
     m_isEnding = true;
     if (m_power) {
         m_power->AskToStop();
@@ -61,18 +65,12 @@ void MainWindow::AskSensorsToStop() {
     }
 }
 
-bool MainWindow::HaveSensorsEnded(QDeadlineTimer deadline) {
+bool WindowSensors::HaveEnded(QDeadlineTimer deadline) {
     const bool hasPollerEnded = !m_power || m_power->wait(deadline);
     return (!m_thermalZone || m_thermalZone->wait(deadline)) && hasPollerEnded;
 }
 
-void MainWindow::slotCpuPowClock(qint32 iPow, qint32 iClock, qint32 iGPow, qint32 iGClock) {
-    Q_UNUSED(iGPow)
-    Q_UNUSED(iGClock)
-    m_session->SetCpuPowClock(iPow, iClock);
-}
-
-void MainWindow::on_pushButton_clicked() {
+void WindowSensors::ReadThermalZone() {
     // One reading at a time. The button stays enabled, or the keyboard's focus would leave it.
     if (std::exchange(m_isReadingZone, true)) {
         return;
@@ -81,49 +79,55 @@ void MainWindow::on_pushButton_clicked() {
     m_thermalUntil = QDeadlineTimer(QDeadlineTimer::Forever);
     ShowTemperature();
     m_thermalZone = std::make_unique<ThermalZoneThread>(m_parts.readThermalZone);
-    connect(m_thermalZone.get(), &ThermalZoneThread::temperatureRead, this, &MainWindow::ShowThermalZone);
+    connect(m_thermalZone.get(), &ThermalZoneThread::temperatureRead, this, &WindowSensors::ShowThermalZone);
     m_thermalZone->start();
 }
 
-void MainWindow::ShowThermalZone(const QString& text) {
+void WindowSensors::ShowThermalZone(const QString& text) {
     m_thermalText = Shortened(text);
     m_thermalUntil = QDeadlineTimer(kThermalTextStands);
     m_isReadingZone = false;
     ShowTemperature();
 }
 
-void MainWindow::ShowSensors() {
-    if (!m_sensors) {
-        m_sensors = std::make_unique<SensorsDialog>(
-            [this] { return SensorTable(m_session->LiveTexts(), m_session->Readings()); });
+void WindowSensors::ShowList() {
+    if (!m_list) {
+        m_list = std::make_unique<SensorsDialog>(
+            [this] { return SensorTable(m_session.LiveTexts(), m_session.Readings()); });
     }
-    m_sensors->BringToFront();
+    m_list->BringToFront();
 }
 
 // What was asked for stands a while, then the live temperature again. A machine without a sensor keeps it.
-void MainWindow::ShowTemperature() {
-    const bool isLive = m_session->HasTemperature();
+void WindowSensors::ShowTemperature() {
+    const bool isLive = m_session.HasTemperature();
     if (isLive && m_thermalUntil.hasExpired()) {
         m_thermalText.clear();
     }
     // What a click does, then whose number it is.
     QStringList lines{WindowText(QT_TRANSLATE_NOOP("MainWindow", "CPU温度，点击读取系统温区"))};
     if (!m_thermalText.isEmpty()) {
-        m_ui->pushButton->setText(m_thermalText);
+        m_readOut.setText(m_thermalText);
         lines.append(WindowText(QT_TRANSLATE_NOOP("MainWindow", "系统温区")));
     } else {
-        m_ui->pushButton->setText(m_session->LiveText(CpuTemperature));
-        const Reading reading = m_session->Readings()[Quantity::Temperature];
+        m_readOut.setText(m_session.LiveText(CpuTemperature));
+        const Reading reading = m_session.Readings()[Quantity::Temperature];
         lines.append(SensorPhrase(reading));
         lines.append(SensorHelp(Quantity::Temperature, reading));
         lines.removeAll(QString());
     }
     // Only what is new: a screen reader is told of it each time.
     const QString description = lines.join(QLatin1Char('\n'));
-    if (description != m_ui->pushButton->toolTip()) {
-        m_ui->pushButton->setToolTip(description);
-        m_ui->pushButton->setAccessibleDescription(description);
+    if (description != m_readOut.toolTip()) {
+        m_readOut.setToolTip(description);
+        m_readOut.setAccessibleDescription(description);
     }
+}
+
+void ProbeEnergyLibrary() {
+    EnergyLibrary library;
+    library.Load();
+    library.Release();
 }
 
 }  // namespace kivo

@@ -1,4 +1,4 @@
-#include "widgets/photo_area.h"
+#include "reserved/photo_area.h"
 
 namespace kivo {
 

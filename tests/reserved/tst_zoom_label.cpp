@@ -1,7 +1,7 @@
 #include <QtTest>
 
+#include "reserved/zoom_label.h"
 #include "support/test_program.h"
-#include "widgets/zoom_label.h"
 
 using namespace kivo;
 

@@ -1,4 +1,4 @@
-#include "widgets/zoom_label.h"
+#include "reserved/zoom_label.h"
 
 namespace kivo {
 
