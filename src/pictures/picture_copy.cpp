@@ -91,6 +91,7 @@ PictureCopy KeepPictureCopy(const QByteArray& bytes, const QString& title, const
     const QDir dir(folder);
     // Whole before it has its name.
     QTemporaryFile file(dir.filePath(QStringLiteral("XXXXXX.part")));
+    bool isWritten = false;
     for (int number = 1; number <= kMostOfOneTitle; ++number) {
         const QString name = number == 1 ? title : QStringLiteral("%1 %2").arg(title).arg(number);
         const QString path = dir.filePath(name + QLatin1Char('.') + suffix);
@@ -100,7 +101,8 @@ PictureCopy KeepPictureCopy(const QByteArray& bytes, const QString& title, const
         if (IsTaken(path)) {
             continue;
         }
-        if (!file.isOpen() && !(file.open() && file.write(bytes) == bytes.size() && file.flush())) {
+        isWritten = isWritten || (file.open() && file.write(bytes) == bytes.size() && file.flush());
+        if (!isWritten) {
             return {QString(), false, file.errorString()};
         }
         // It writes over nothing: what has come there meanwhile takes the name.
