@@ -624,6 +624,42 @@
         <source>让背景图片模糊</source>
         <translation>Blurs the background picture</translation>
     </message>
+    <message>
+        <source>布局文件</source>
+        <translation>Layout files</translation>
+    </message>
+    <message>
+        <source>此文件不是布局文件，或已损坏。</source>
+        <translation>This file holds no layout, or it is damaged.</translation>
+    </message>
+    <message>
+        <source>此布局由更新版本的程序创建。</source>
+        <translation>This layout was made by a newer version of the program.</translation>
+    </message>
+    <message>
+        <source>此布局中的图片无法显示。</source>
+        <translation>The picture in this layout cannot be shown.</translation>
+    </message>
+    <message>
+        <source>背景图片无法打开，布局未导出。</source>
+        <translation>The background picture cannot be opened, so the layout is not exported.</translation>
+    </message>
+    <message>
+        <source>无法保存此布局。</source>
+        <translation>This layout cannot be saved.</translation>
+    </message>
+    <message>
+        <source>无法读取此文件。</source>
+        <translation>This file cannot be read.</translation>
+    </message>
+    <message>
+        <source>导入布局</source>
+        <translation>Import a layout</translation>
+    </message>
+    <message>
+        <source>导出布局</source>
+        <translation>Export this layout</translation>
+    </message>
 </context>
 <context>
     <name>PreviewItem</name>

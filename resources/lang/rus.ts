@@ -624,6 +624,42 @@
         <source>让背景图片模糊</source>
         <translation>Размывает фоновое изображение</translation>
     </message>
+    <message>
+        <source>布局文件</source>
+        <translation>Файлы оформления</translation>
+    </message>
+    <message>
+        <source>此文件不是布局文件，或已损坏。</source>
+        <translation>Этот файл не содержит оформления или повреждён.</translation>
+    </message>
+    <message>
+        <source>此布局由更新版本的程序创建。</source>
+        <translation>Это оформление создано более новой версией программы.</translation>
+    </message>
+    <message>
+        <source>此布局中的图片无法显示。</source>
+        <translation>Изображение этого оформления нельзя показать.</translation>
+    </message>
+    <message>
+        <source>背景图片无法打开，布局未导出。</source>
+        <translation>Фоновое изображение не открывается, поэтому оформление не экспортировано.</translation>
+    </message>
+    <message>
+        <source>无法保存此布局。</source>
+        <translation>Не удалось сохранить это оформление.</translation>
+    </message>
+    <message>
+        <source>无法读取此文件。</source>
+        <translation>Не удалось прочитать этот файл.</translation>
+    </message>
+    <message>
+        <source>导入布局</source>
+        <translation>Импортировать оформление</translation>
+    </message>
+    <message>
+        <source>导出布局</source>
+        <translation>Экспортировать оформление</translation>
+    </message>
 </context>
 <context>
     <name>PreviewItem</name>

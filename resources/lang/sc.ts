@@ -625,6 +625,42 @@
         <source>让背景图片模糊</source>
         <translation>让背景图片模糊</translation>
     </message>
+    <message>
+        <source>布局文件</source>
+        <translation>布局文件</translation>
+    </message>
+    <message>
+        <source>此文件不是布局文件，或已损坏。</source>
+        <translation>此文件不是布局文件，或已损坏。</translation>
+    </message>
+    <message>
+        <source>此布局由更新版本的程序创建。</source>
+        <translation>此布局由更新版本的程序创建。</translation>
+    </message>
+    <message>
+        <source>此布局中的图片无法显示。</source>
+        <translation>此布局中的图片无法显示。</translation>
+    </message>
+    <message>
+        <source>背景图片无法打开，布局未导出。</source>
+        <translation>背景图片无法打开，布局未导出。</translation>
+    </message>
+    <message>
+        <source>无法保存此布局。</source>
+        <translation>无法保存此布局。</translation>
+    </message>
+    <message>
+        <source>无法读取此文件。</source>
+        <translation>无法读取此文件。</translation>
+    </message>
+    <message>
+        <source>导入布局</source>
+        <translation>导入布局</translation>
+    </message>
+    <message>
+        <source>导出布局</source>
+        <translation>导出布局</translation>
+    </message>
 </context>
 <context>
     <name>PreviewItem</name>

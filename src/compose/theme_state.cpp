@@ -14,12 +14,6 @@ QRect LoadRect(const SettingsReader& settings, const QString& key, const QRect& 
     return settings.Contains(key) ? settings.Rect(key, factory) : QRect();
 }
 
-// An item whose text would stand off the panel is put back where the factory has it.
-QRect PlaceOnCanvas(const QRect& rect, const QRect& factory, Orientation orientation) {
-    const QRect canvas(QPoint(0, 0), CanvasSize(orientation));
-    return rect.isNull() || rect.intersects(canvas) ? rect : factory;
-}
-
 LayoutRecord LoadLayout(const SettingsReader& settings, const QString& group, const LayoutRecord& factory,
                         Orientation orientation, InterfaceLanguage language) {
     const auto number = [&](const SettingKey& key) { return settings.Int(GroupKey(group, key), key); };
@@ -95,6 +89,11 @@ auto Tied(const ThemeState& s) {
 }
 
 }  // namespace
+
+QRect PlaceOnCanvas(const QRect& rect, const QRect& factory, Orientation orientation) {
+    const QRect canvas(QPoint(0, 0), CanvasSize(orientation));
+    return rect.isNull() || rect.intersects(canvas) ? rect : factory;
+}
 
 Theme ThemeOf(const ThemeState& state) {
     return Theme(qBound(0, state.theme, kThemeCount - 1));

@@ -54,6 +54,9 @@ inline bool operator!=(const ThemeState& a, const ThemeState& b) {
     return !(a == b);
 }
 
+// Where an item's text may stand: one that would stand off the panel is put back where the factory has it.
+QRect PlaceOnCanvas(const QRect& rect, const QRect& factory, Orientation orientation);
+
 ThemeState FactoryThemeState(InterfaceLanguage language);
 
 // Reads the settings file. A missing group has its factory values; a value that makes no sense has its

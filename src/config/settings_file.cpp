@@ -13,14 +13,14 @@ bool IsNear(int edge) {
     return edge >= -kFarthestRectEdge && edge <= kFarthestRectEdge;
 }
 
+}  // namespace
+
 // Edges first: the width of a rectangle with far edges does not fit an int.
 bool IsBelievable(const QRect& rect) {
     const bool edgesAreNear =
         IsNear(rect.left()) && IsNear(rect.top()) && IsNear(rect.right()) && IsNear(rect.bottom());
     return edgesAreNear && rect.width() >= 0 && rect.height() >= 0;
 }
-
-}  // namespace
 
 SettingsReader::SettingsReader(const QString& filePath) : m_filePath(filePath) {
     const SettingsFileState state = InspectSettingsFile(filePath);

@@ -23,6 +23,9 @@ inline constexpr qint64 kLargestSettingsFile = qint64{1024} * 1024;
 inline constexpr int kLongestSettingText = 32767;  // Characters; the longest path Windows knows.
 inline constexpr int kFarthestRectEdge = 65535;    // Any edge further from 0 is noise.
 
+// Whether a rectangle has near edges and no negative size.
+bool IsBelievable(const QRect& rect);
+
 // A short run of reads. Values that cannot be used are read as their defaults, and one log line counts them.
 class SettingsReader {
 public:

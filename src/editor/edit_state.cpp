@@ -83,6 +83,27 @@ void SetFreeText(LayoutRecord& layout, int variant, const QString& typed) {
     SettleTextFlag(layout, variant);
 }
 
+void TakeLayout(EditState& state, const ScreenState& layout) {
+    ThemeState& themes = state.themes;
+    if (layout.custom) {
+        themes.mode = IsCustom(themes) ? themes.mode : 1;
+        themes.customStyle = layout.variant;
+        state.slotTable[size_t(layout.variant)] = layout.slotItems;
+        state.textRow = layout.textRow;
+    } else {
+        themes.mode = 0;
+        themes.theme = int(layout.theme);
+        themes.themeStyle = layout.style;
+    }
+    themes.orientation = layout.orientation;
+    LayoutRecord& record = LayoutInForce(state);
+    LayoutRecord taken = layout.layout;
+    taken.sample = record.sample;
+    taken.defaultPicture = record.defaultPicture;
+    record = taken;
+    SettleFlags(state);
+}
+
 void SettleTextFlag(LayoutRecord& layout, int variant) {
     CustomFlags(layout, variant)[OtherText] = !layout.freeText.isEmpty();
 }

@@ -56,6 +56,11 @@ void SetPicture(LayoutRecord& layout, const QString& path);
 // end, which would push it out of its place, are not kept.
 void SetFreeText(LayoutRecord& layout, int variant, const QString& typed);
 
+// Brings a layout into force that comes from elsewhere: page, theme or variant, orientation, its record, and
+// of a custom one slots and text row. What belongs to the user here stays: the samples, and the picture that
+// stands in for one that is no more. All other layouts stay.
+void TakeLayout(EditState& state, const ScreenState& layout);
+
 // Ticks the free text of a custom layout exactly where there is one.
 void SettleTextFlag(LayoutRecord& layout, int variant);
 

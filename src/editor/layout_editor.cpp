@@ -240,6 +240,25 @@ bool LayoutEditor::ReplaceSaved(const EditState& next, bool mayFollow) {
     return true;
 }
 
+bool LayoutEditor::TakeLayout(const ScreenState& layout) {
+    EditState next = m_saved;
+    kivo::TakeLayout(next, layout);
+    if (next != m_saved && !m_save(next)) {
+        return false;
+    }
+    m_saved = next;
+    EditState edited = m_edited;
+    kivo::TakeLayout(edited, layout);
+    // Into force as it was first, so that there is something to go back to.
+    const auto records = m_edited.themes.layouts;
+    m_edited.themes = edited.themes;
+    m_edited.themes.layouts = records;
+    NoteEdit();
+    m_edited = edited;
+    NoteEdit();
+    return true;
+}
+
 void LayoutEditor::Revert() {
     m_edited.slotTable = m_saved.slotTable;
     m_edited.textRow = m_saved.textRow;

@@ -105,6 +105,11 @@ public:
     // nothing could be written; then nothing changes.
     bool ReplaceSaved(const EditState& next, bool mayFollow);
 
+    // Takes a layout that comes from elsewhere into force (TakeLayout of edit_state.h): saved at once, in one
+    // write, and edited as one step. What else is edited stays and waits. False when nothing could be
+    // written; then nothing changes.
+    bool TakeLayout(const ScreenState& layout);
+
     // Puts both custom layouts, slots and text row back to the saved ones, with nothing to undo. Page, theme,
     // style and orientation stay, and so does a layout's picture, which is chosen outside of editing; with a
     // picture other than the saved one its trim stays too, and how it is dimmed and blurred.

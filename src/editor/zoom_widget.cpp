@@ -281,6 +281,18 @@ bool ZoomWidget::ReplaceSaved(const EditState& next, bool mayFollow) {
     return true;
 }
 
+bool ZoomWidget::TakeLayout(const ScreenState& layout) {
+    solteditingFinished();
+    EndDrag();
+    if (!m_editor.TakeLayout(layout)) {
+        return false;
+    }
+    RetranslateTexts();
+    StyleTextBox();
+    NoteEdit(By::Person);
+    return true;
+}
+
 void ZoomWidget::RevertLayout() {
     solteditingFinished();
     EndDrag();

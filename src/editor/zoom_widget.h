@@ -92,6 +92,9 @@ public:
     bool CommitLayout();
     // Another state is saved, see LayoutEditor::ReplaceSaved. An edit that is open stays open and as it is.
     bool ReplaceSaved(const EditState& next, bool mayFollow);
+    // A layout from elsewhere comes into force and is saved, see LayoutEditor::TakeLayout. What was being
+    // typed or dragged has ended before.
+    bool TakeLayout(const ScreenState& layout);
     void RevertLayout();
 
     // Live values; an empty one leaves what is shown for that item, at first the layout's sample.

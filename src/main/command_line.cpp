@@ -53,7 +53,7 @@ QList<QCommandLineOption> CommandOptions() {
     return options;
 }
 
-// Picture files are found from where the person stands, not from where the running copy was started.
+// Files are found from where the person stands, not from where the running copy was started.
 OutsideCommands CommandsOf(const QCommandLineParser& parser) {
     OutsideCommands commands;
     for (const OutsideOption& option : OutsideOptions()) {
@@ -62,7 +62,7 @@ OutsideCommands CommandsOf(const QCommandLineParser& parser) {
             continue;
         }
         QString value = option.valueName == nullptr ? QString() : parser.value(name);
-        if (option.kind == OutsideKind::Picture && !value.isEmpty()) {
+        if (NamesFile(option.kind) && !value.isEmpty()) {
             value = QFileInfo(value).absoluteFilePath();
         }
         commands[size_t(option.kind)] = value;
@@ -70,9 +70,16 @@ OutsideCommands CommandsOf(const QCommandLineParser& parser) {
     return commands;
 }
 
-QString MissingPicture(const OutsideCommands& commands) {
-    const std::optional<QString>& picture = ValueOf(commands, OutsideKind::Picture);
-    return picture && !QFileInfo(*picture).isFile() ? *picture : QString();
+// Which file is missing, as one sentence.
+QString MissingFile(const OutsideCommands& commands) {
+    for (const auto& [kind, what] : {std::pair(OutsideKind::Picture, QStringLiteral("picture")),
+                                     std::pair(OutsideKind::Apply, QStringLiteral("layout"))}) {
+        const std::optional<QString>& file = ValueOf(commands, kind);
+        if (file && !QFileInfo(*file).isFile()) {
+            return QStringLiteral("There is no %1 file '%2'.").arg(what, *file);
+        }
+    }
+    return {};
 }
 
 QString HelpText(const QCommandLineParser& parser, bool withToolkit) {
@@ -151,8 +158,8 @@ CommandLine StartLine(const QCommandLineParser& parser, const KnownOptions& know
     if (!trouble.isEmpty()) {
         return Refused(trouble);
     }
-    const QString missing = MissingPicture(line.commands);
-    return missing.isEmpty() ? line : Refused(QStringLiteral("There is no picture file '%1'.").arg(missing));
+    const QString missing = MissingFile(line.commands);
+    return missing.isEmpty() ? line : Refused(missing);
 }
 
 }  // namespace

@@ -29,8 +29,8 @@ struct CommandLine {
 };
 
 // arguments begin with the program's name; Qt's own options among them are passed over. Needs a
-// QCoreApplication (for the help text). Of an option that is given twice the last value counts. A picture's
-// path becomes an absolute one, and has to name a file.
+// QCoreApplication (for the help text). Of an option that is given twice the last value counts. A file's
+// path becomes an absolute one, and has to name a file that is there.
 CommandLine ParseCommandLine(const QStringList& arguments);
 
 }  // namespace kivo

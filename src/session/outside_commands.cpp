@@ -21,6 +21,7 @@ constexpr std::array<OutsideOption, kOutsideKindCount> kOptions{{
      "Turn what the screen shows."},
     {OutsideKind::Picture, "picture", "file", nullptr, "Put a picture behind the theme or layout."},
     {OutsideKind::Text, "text", "text", nullptr, "Set the layout's free text; an empty one takes it away."},
+    {OutsideKind::Apply, "apply", "file", nullptr, "Show the layout that somebody has exported as a file."},
     {OutsideKind::Blank, "blank", "on|off", "on|off",
      "Show nothing on the screen, or again what it is to show."},
     {OutsideKind::Show, "show", nullptr, nullptr, "Bring the window to the front."},
@@ -61,7 +62,7 @@ QString TroubleOf(const OutsideOption& option, const QString& value) {
     if (value.contains(QChar(0)) || QString::fromUtf8(value.toUtf8()) != value) {
         return QStringLiteral("Option '--%1' holds what is no text.").arg(name);
     }
-    if (option.kind == OutsideKind::Picture && (!QDir::isAbsolutePath(value) || IsResource(value))) {
+    if (NamesFile(option.kind) && (!QDir::isAbsolutePath(value) || IsResource(value))) {
         return QStringLiteral("Option '--%1' needs a file name.").arg(name);
     }
     if (option.kind == OutsideKind::Text && value.size() > kLongestOutsideText) {
@@ -100,6 +101,16 @@ QString TroubleOf(const OutsideCommands& commands) {
     }
     if (ValueOf(commands, OutsideKind::Theme) && ValueOf(commands, OutsideKind::Text)) {
         return QStringLiteral("Options '--theme' and '--text' do not go together: a theme has no free text.");
+    }
+    if (ValueOf(commands, OutsideKind::Apply)) {
+        // A file says all of that itself.
+        for (const OutsideKind other : {OutsideKind::Theme, OutsideKind::Layout, OutsideKind::Orientation,
+                                        OutsideKind::Picture, OutsideKind::Text}) {
+            if (ValueOf(commands, other)) {
+                return QStringLiteral("Options '--apply' and '--%1' do not go together.")
+                    .arg(QLatin1String(OutsideOptionOf(other).name));
+            }
+        }
     }
     for (const OutsideOption& option : kOptions) {
         const std::optional<QString>& value = ValueOf(commands, option.kind);

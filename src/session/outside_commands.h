@@ -13,8 +13,13 @@
 namespace kivo {
 
 // In the order in which they are carried out: what is to be changed comes into force first.
-enum class OutsideKind { Theme, Layout, Orientation, Picture, Text, Blank, Show };
-constexpr int kOutsideKindCount = 7;
+enum class OutsideKind { Theme, Layout, Orientation, Picture, Text, Apply, Blank, Show };
+constexpr int kOutsideKindCount = 8;
+
+// Whether its value is a file's name, which has to be an absolute one between the two copies.
+constexpr bool NamesFile(OutsideKind kind) {
+    return kind == OutsideKind::Picture || kind == OutsideKind::Apply;
+}
 
 struct OutsideOption {
     OutsideKind kind;
@@ -41,8 +46,8 @@ std::optional<int> WordOf(const OutsideCommands& commands, OutsideKind kind);
 // The longest free text that can be typed in the window.
 constexpr int kLongestOutsideText = 40;
 
-// What is wrong with them, as one sentence; empty where nothing is. A picture is named by an absolute path;
-// whether it is there is not looked at.
+// What is wrong with them, as one sentence; empty where nothing is. Files are named by an absolute path;
+// whether they are there is not looked at.
 QString TroubleOf(const OutsideCommands& commands);
 
 // --- The message. "KIVO", its version (1), its length in three bytes, low byte first, and that many bytes of

@@ -104,6 +104,7 @@ MainWindow::MainWindow(const Parts& parts)
     connect(m_session.get(), &LiveSession::statusChanged, this, &MainWindow::ShowPanelStatus);
     setWindowTitle(title);
     WireShell();
+    WireSharing();
     ProbeEnergyLibrary();
     QTimer::singleShot(kThreadsAfter, this, &MainWindow::slotCreateThread);
     connect(&m_poll, &QTimer::timeout, this, &MainWindow::Poll);

@@ -21,6 +21,7 @@
 #include "telemetry/package_sensors.h"
 #include "telemetry/thermal_zone_thread.h"
 #include "window/language.h"
+#include "window/layout_sharing.h"
 #include "window/tray.h"
 #include "window/tray_host.h"
 #include "window/window_rest.h"
@@ -57,6 +58,9 @@ class MainWindow : public QMainWindow {
     Q_OBJECT
 
 public:
+    // What the file of a layout is asked for.
+    enum class LayoutFile { ToExport, ToImport };
+
     // What a window is made from. hid and instance outlive it.
     struct Parts {
         HidApi& hid;
@@ -67,6 +71,8 @@ public:
         QLocale locale = QLocale::system();
         std::function<bool()> hasTray = &IsTrayThere;
         std::function<QStringList(QWidget*)> choosePictures = {};  // default: a file dialog; none: cancelled
+        // Default: a file dialog; empty: cancelled. proposed: a name for what is exported.
+        std::function<QString(QWidget*, LayoutFile use, const QString& proposed)> chooseLayoutFile = {};
         std::function<PictureSource::Readers()> makePictureReaders = FileReaders;
         std::function<bool()> desktopPlacesWindows = &DesktopPlacesWindows;
         // Who tells of screens that come and go; default: nobody does.
@@ -173,6 +179,7 @@ private:
     void WireTools();
     void WirePictures();
     void WireShell();
+    void WireSharing();
     void LoadState();
     void ReadState();
     void RestoreSettings();
@@ -215,6 +222,16 @@ private:
     void ShowPictureNotice();
     void LetGoOfPictures();
 
+    QString ChooseLayoutFile(LayoutFile use, const QString& proposed);
+    void ExportLayout();
+    void ImportLayout();
+    void TakeImported(const LayoutSharing::Outcome& outcome);
+    // With its picture in the list. Why it cannot be saved, as one sentence in English; then nothing has
+    // changed.
+    QString SaveImported(const LayoutSharing::Outcome& outcome,
+                         const std::function<bool(const ScreenState& layout)>& save);
+    void TellOfSharing(const QString& text);
+
     // A request that waits until its picture has been looked at.
     struct OutsidePicture {
         QString path;
@@ -223,6 +240,9 @@ private:
     };
     void TakeOutsidePicture(const QString& path);
     OutsideAnswer DoFromOutside(const OutsideCommands& commands);
+    // What does not change the layout.
+    OutsideAnswer DoBesides(const OutsideCommands& commands);
+    OutsideAnswer ApplyImported(const LayoutSharing::Outcome& outcome, const OutsideCommands& commands);
     bool AddOutsidePicture(const QString& path);
     bool ApplyFromOutside(const EditState& next);
 
@@ -245,6 +265,7 @@ private:
     PictureChoice* m_choice = nullptr;
     PictureNotice* m_pictureNotice = nullptr;
     PictureLooks* m_looks = nullptr;
+    LayoutSharing* m_sharing = nullptr;
     StateLine* m_stateLine = nullptr;
     RestoreOffer* m_restoreOffer = nullptr;
     FocusRing* m_focusRing = nullptr;

@@ -18,7 +18,34 @@ void MainWindow::TakeFromOutside(const OutsideCommands& commands, const OutsideR
         m_source.Check(*picture);
         return;
     }
+    if (const std::optional<QString>& file = ValueOf(commands, OutsideKind::Apply)) {
+        m_sharing->Import(*file, [this, commands, reply](const LayoutSharing::Outcome& outcome) {
+            if (reply.isAwaited()) {
+                reply.give(ApplyImported(outcome, commands));
+            } else {
+                LayoutSharing::Forget(outcome);  // the second start has ended, and has said so
+            }
+        });
+        return;
+    }
     reply.give(DoFromOutside(commands));
+}
+
+OutsideAnswer MainWindow::ApplyImported(const LayoutSharing::Outcome& outcome,
+                                        const OutsideCommands& commands) {
+    const QString& file = *ValueOf(commands, OutsideKind::Apply);
+    const QString trouble =
+        outcome.layout ? SaveImported(outcome,
+                                      [this](const ScreenState& layout) {
+                                          EditState next = m_ui->zoomwidget->Saved();
+                                          TakeLayout(next, layout);
+                                          return next == m_ui->zoomwidget->Saved() || ApplyFromOutside(next);
+                                      })
+                       : outcome.reason;
+    if (!trouble.isEmpty()) {
+        return {false, QStringLiteral("The layout '%1' cannot be applied. %2").arg(file, trouble)};
+    }
+    return DoBesides(commands);
 }
 
 void MainWindow::TakeOutsidePicture(const QString& path) {
@@ -54,6 +81,10 @@ OutsideAnswer MainWindow::DoFromOutside(const OutsideCommands& commands) {
     if (*next != m_ui->zoomwidget->Saved() && !ApplyFromOutside(*next)) {
         return {false, QStringLiteral("The settings cannot be saved.")};
     }
+    return DoBesides(commands);
+}
+
+OutsideAnswer MainWindow::DoBesides(const OutsideCommands& commands) {
     if (const std::optional<int> blank = WordOf(commands, OutsideKind::Blank)) {
         m_session->SetBlank(*blank == 0);
     }

@@ -21,6 +21,7 @@ kivo_add_tests(compose
         picture_accent
         resource_use
         rgb565
+        shared_layout
         theme_catalogue
         theme_state
         value_scale

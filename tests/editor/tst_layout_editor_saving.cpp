@@ -30,6 +30,26 @@ struct Disk {
 
 }  // namespace
 
+namespace {
+
+// A layout of one item that somebody else has made.
+ScreenState FromElsewhere() {
+    ScreenState layout;
+    layout.custom = true;
+    layout.variant = 1;
+    layout.orientation = Orientation::Portrait;
+    layout.slotItems[kCentreSlot] = MemoryUsage;
+    layout.layout.selected[MemoryUsage] = true;
+    layout.layout.selected[OtherText] = true;
+    layout.layout.freeText = QStringLiteral("Hello");
+    layout.layout.dim = 30;
+    layout.layout.picture = Other();
+    layout.textRow = 1;
+    return layout;
+}
+
+}  // namespace
+
 // What a commit writes, and what the next start makes of it.
 class TestLayoutEditorSaving : public QObject {
     Q_OBJECT
@@ -55,6 +75,51 @@ private slots:
         QCOMPARE(disk.writes, 1);
         QCOMPARE(disk.written, editor.Edited());
         QCOMPARE(editor.Saved(), editor.Edited());
+    }
+
+    // Saved at once and one step; what else is edited waits, and the user's own samples stay.
+    void ALayoutFromElsewhereIsTaken() {
+        Disk disk;
+        LayoutEditor editor(disk.Writer());
+        editor.Show(CustomThemes());
+        editor.SetDim(70);
+        const EditState before = editor.Edited();
+        const EditState saved = editor.Saved();
+        QVERIFY(editor.TakeLayout(FromElsewhere()));
+        QCOMPARE(disk.writes, 1);
+        QCOMPARE(disk.written, editor.Saved());
+        const size_t taken = size_t(CustomLayoutIndex(1));
+        const LayoutRecord& record = editor.Edited().themes.layouts[taken];
+        LayoutRecord expected = FromElsewhere().layout;
+        expected.sample = before.themes.layouts[taken].sample;
+        expected.defaultPicture = before.themes.layouts[taken].defaultPicture;
+        QVERIFY(record == expected);
+        QVERIFY(editor.Saved().themes.layouts[taken] == expected);
+        QVERIFY(editor.Shown() == MakeScreenState(editor.Saved(), CurrentInterfaceLanguage()));
+        QCOMPARE(editor.TextRow(), 1);
+        // The edit of the other layout waits.
+        QCOMPARE(editor.Edited().themes.layouts[size_t(CustomLayoutIndex(0))].dim, 70);
+        QCOMPARE(editor.Saved().themes.layouts[size_t(CustomLayoutIndex(0))].dim, 0);
+        QCOMPARE(editor.Saved().slotTable[0], saved.slotTable[0]);
+        // One step back.
+        QVERIFY(editor.Undo());
+        QVERIFY(editor.Edited().themes.layouts == before.themes.layouts);
+        QCOMPARE(editor.Edited().slotTable, before.slotTable);
+        QCOMPARE(editor.TextRow(), before.textRow);
+        QVERIFY(!editor.CanUndo());
+    }
+
+    void ALayoutThatCannotBeSavedIsNotTaken() {
+        Disk disk;
+        LayoutEditor editor(disk.Writer());
+        editor.Show(CustomThemes());
+        editor.SetDim(70);
+        const EditState before = editor.Edited();
+        const EditState saved = editor.Saved();
+        disk.works = false;
+        QVERIFY(!editor.TakeLayout(FromElsewhere()));
+        QCOMPARE(editor.Edited(), before);
+        QCOMPARE(editor.Saved(), saved);
     }
 
     void WhatCouldNotBeWrittenIsNotSaved() {

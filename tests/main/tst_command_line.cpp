@@ -96,6 +96,10 @@ void TestCommandLine::RefusesBadArguments_data() {
     QTest::newRow("no picture") << list({"--picture", ""}) << QStringLiteral("picture");
     QTest::newRow("a picture that is not there")
         << list({"--picture", "/nowhere/a.png"}) << QStringLiteral("/nowhere/a.png");
+    QTest::newRow("a layout that is not there") << list({"--apply", "/nowhere/a.kivolayout"})
+                                                << QStringLiteral("layout file '/nowhere/a.kivolayout'");
+    QTest::newRow("a layout and a theme")
+        << list({"--apply", "/a", "--theme", "1"}) << QStringLiteral("theme");
     QTest::newRow("a folder as a picture") << list({"--picture", "/"}) << QStringLiteral("/'");
     QTest::newRow("a text that is too long")
         << QStringList{QStringLiteral("--text"), QString(41, QLatin1Char('x'))} << QStringLiteral("40");
@@ -140,7 +144,7 @@ void TestCommandLine::ShowsHelpAndVersion() {
     for (const char* option :
          {"--virtual-screen", "--panel-image", "--run-for", "--report-log", "--autostart", "--sensors",
           "--version", "--theme <0..3>", "--layout <five|one>", "--orientation <landscape|portrait>",
-          "--picture <file>", "--text <text>", "--blank <on|off>", "--show"}) {
+          "--picture <file>", "--text <text>", "--apply <file>", "--blank <on|off>", "--show"}) {
         QVERIFY2(help.text.contains(QLatin1String(option)), option);
     }
     QCOMPARE(int(Parse({QStringLiteral("--version")}).action), int(CommandLine::Action::ShowText));
@@ -235,13 +239,14 @@ void TestCommandLine::PictureIsFoundFromWhereThePersonStands() {
 // In any order, with values where none belong and without them where they do.
 void TestCommandLine::RandomArgumentsAreReadOrRefused() {
     QRandomGenerator random(20261122);
-    const QStringList parts = QString::fromUtf8(
-                                  "--theme --layout --orientation --picture --text --blank --show --theme=1 "
-                                  "--virtual-screen --panel-image --run-for --report-log --autostart "
-                                  "--sensors --help --help-all --version -h -v -session -platform -style "
-                                  "-style=x -reverse - -- --= = 0 3 4 -1 five one on off portrait 你好 1e9 "
-                                  "nan / /nowhere . ../.. %1 %2 \"")
-                                  .split(QLatin1Char(' '));
+    const QStringList parts =
+        QString::fromUtf8(
+            "--theme --layout --orientation --picture --text --apply --blank --show --theme=1 "
+            "--virtual-screen --panel-image --run-for --report-log --autostart "
+            "--sensors --help --help-all --version -h -v -session -platform -style "
+            "-style=x -reverse - -- --= = 0 3 4 -1 five one on off portrait 你好 1e9 "
+            "nan / /nowhere . ../.. %1 %2 \"")
+            .split(QLatin1Char(' '));
     int read = 0;
     for (int run = 0; run < 10000; ++run) {
         QStringList options;

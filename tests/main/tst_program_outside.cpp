@@ -19,6 +19,7 @@ private Q_SLOTS:
     void init();
     void CommandsAreTakenByTheRunningCopy();
     void BareEnvironmentIsEnough();
+    void LayoutOfAFileIsApplied();
     void WhatIsNotTakenSaysWhy();
     void BadValuesAreNotSent();
     void BlankPanelStaysBlank();
@@ -31,6 +32,10 @@ private:
     std::unique_ptr<QProcess> Run(const QStringList& arguments = {}) const;
     // Exit status of a second start; said gets what it said.
     int Tell(const QStringList& arguments, QByteArray* said = nullptr) const;
+    bool Write(const char* name, const QByteArray& bytes) const {
+        QFile file(m_home->File(name));
+        return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
+    }
     QImage Panel() const { return QImage(m_home->File("panel.png")); }
     static QStringList Words(const char* text) { return QString::fromUtf8(text).split(QLatin1Char(' ')); }
 
@@ -129,6 +134,28 @@ void TestProgramOutside::BareEnvironmentIsEnough() {
     End(*copy);
 }
 
+void TestProgramOutside::LayoutOfAFileIsApplied() {
+    QVERIFY(Write("upright.kivolayout",
+                  "{\"Kivo Screen layout\": 1, \"shows\": \"theme\", \"theme\": 2, \"orientation\": "
+                  "\"portrait\"}"));
+    QVERIFY(Write("bad.kivolayout", "{\"Kivo Screen layout\": 1, \"dim\": 101}"));
+    const std::unique_ptr<QProcess> copy = Run();
+    QVERIFY(copy);
+    const QImage before = Panel();
+    QByteArray said;
+    QCOMPARE(Tell(Words("--apply upright.kivolayout"), &said), 0);
+    QCOMPARE(said, QByteArray());
+    QTRY_VERIFY_WITH_TIMEOUT(!Panel().isNull() && Panel() != before, kLongMs);
+    QCOMPARE(Tell(Words("--apply bad.kivolayout"), &said), 1);
+    QVERIFY2(said.contains("bad.kivolayout") && said.contains("'dim'"), said.constData());
+    QCOMPARE(said.count('\n'), 1);
+    End(*copy);
+    QFile settings(m_home->File("data/Kivo Tool/Config.ini"));
+    QVERIFY(settings.open(QIODevice::ReadOnly));
+    const QByteArray kept = settings.readAll();
+    QVERIFY(kept.contains("ThemeID=2") && kept.contains("Hor=1"));
+}
+
 void TestProgramOutside::WhatIsNotTakenSaysWhy() {
     const std::unique_ptr<QProcess> copy = Run();
     QVERIFY(copy);
@@ -145,8 +172,9 @@ void TestProgramOutside::WhatIsNotTakenSaysWhy() {
 }
 
 void TestProgramOutside::BadValuesAreNotSent() {
-    for (const char* arguments : {"--theme 4", "--layout six", "--orientation up", "--blank maybe",
-                                  "--picture missing.png", "--quit", "--theme", "--show now"}) {
+    for (const char* arguments :
+         {"--theme 4", "--layout six", "--orientation up", "--blank maybe", "--picture missing.png",
+          "--apply missing.kivolayout", "--apply panel.png --theme 1", "--quit", "--theme", "--show now"}) {
         QByteArray said;
         QCOMPARE(Tell(Words(arguments), &said), 2);
         QCOMPARE(said.count('\n'), 1);

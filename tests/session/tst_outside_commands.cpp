@@ -33,6 +33,11 @@ void TestOutsideCommands::MessageCarriesEveryCommand() {
     const OutsideMessage message = LookAtOutsideMessage(OutsideRequest(commands));
     QVERIFY(message.state == OutsideMessage::State::Whole);
     QVERIFY(ReadOutsideRequest(message.body) == commands);
+
+    OutsideCommands file = Asked(OutsideKind::Apply);
+    file[size_t(OutsideKind::Apply)] = QDir::tempPath() + QStringLiteral("/图 a.kivolayout");
+    file[size_t(OutsideKind::Blank)] = QStringLiteral("off");
+    QVERIFY(ReadOutsideRequest(LookAtOutsideMessage(OutsideRequest(file)).body) == file);
 }
 
 void TestOutsideCommands::PartOfAMessageIsPartial() {
@@ -66,6 +71,8 @@ void TestOutsideCommands::BodyThatNobodySendsIsRefused_data() {
     QTest::newRow("an unknown value") << QByteArray("theme\0007\0", 8);
     QTest::newRow("twice") << QByteArray("theme\0001\0theme\0001\0", 16);
     QTest::newRow("a relative picture") << QByteArray("picture\0a.png\0", 14);
+    QTest::newRow("a relative layout") << QByteArray("apply\0a.kivolayout\0", 19);
+    QTest::newRow("a layout and a theme") << QByteArray("theme\0001\0apply\0/a.kivolayout\0", 28);
     QTest::newRow("a picture of the program's own") << QByteArray("picture\0:/skins/a.png\0", 22);
     QTest::newRow("a long text") << "text" + QByteArray(1, '\0') + QByteArray(41, 'x') + QByteArray(1, '\0');
     QTest::newRow("zero bytes") << QByteArray(100, '\0');

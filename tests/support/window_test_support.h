@@ -127,6 +127,10 @@ struct Desk {
                   wire, nullptr, kBin, LiveSession::PanelKind::Real, locale, [hasTray] { return hasTray; }};
               if (!hasFileDialog) {
                   parts.choosePictures = [this](QWidget*) { return PicturesToChoose(); };
+                  parts.chooseLayoutFile = [this](QWidget*, MainWindow::LayoutFile, const QString& proposed) {
+                      proposedLayoutFile = proposed;
+                      return layoutFile;
+                  };
               }
               parts.makePictureReaders = [this] { return pictureReaders; };
               if (plugging == Plugging::Told) {
@@ -201,6 +205,8 @@ struct Desk {
         return pictureToChoose.isEmpty() ? QStringList() : pictureToChoose.split(QLatin1Char('\n'));
     }
     QString pictureToChoose;     // several of them a line each
+    QString layoutFile;          // in the file dialog of layouts; empty: cancelled
+    QString proposedLayoutFile;  // what that dialog was opened with
     bool hasFileDialog = false;  // the program's own; from the next start on
     PictureSource::Readers pictureReaders = FileReaders();
     std::chrono::nanoseconds timeAsleep{0};                         // of the machine

@@ -15,6 +15,7 @@ set(window_units
     window_pictures
     window_rest
     window_sensors
+    window_sharing
     window_state
     window_text
     window_themes
@@ -30,9 +31,9 @@ set(units
     tray
     window_place
     ${window_units})
-# What a person pastes into a shell.
+# What a person pastes into a shell; pipes and full disks.
 if(NOT WIN32)
-    list(APPEND units access_commands)
+    list(APPEND units access_commands layout_sharing)
 endif()
 kivo_add_tests(window UNITS ${units} LINK kivo_window kivo_virtualscreen)
 add_dependencies(tests_window ${energy_library_targets})
