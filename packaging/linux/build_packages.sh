@@ -16,11 +16,18 @@ mkdir -p build/package
 rm -f build/package/*.rpm build/package/*.tar.gz
 work=build/release/package
 log=build/release/cpack.log
-if ! (umask 022 && cpack --config build/release/CPackConfig.cmake -B "$work") >"$log" 2>&1; then
+umask 022
+if ! cpack --config build/release/CPackConfig.cmake -B "$work" >"$log" 2>&1; then
     cat "$log" >&2
     exit 1
 fi
-mv "$work"/*.rpm "$work"/*.tar.gz build/package/
+mv "$work"/*.rpm build/package/
+# CPack packs in the order in which the folder gives its files.
+archive=$(basename "$work"/*.tar.gz)
+mkdir "$work/sorted"
+tar -xf "$work/$archive" -C "$work/sorted"
+tar --sort=name --mtime="@$SOURCE_DATE_EPOCH" --owner=0 --group=0 --numeric-owner -C "$work/sorted" -cf - \
+    "${archive%.tar.gz}" | gzip -9n >"build/package/$archive"
 rm -rf "$work"
 for package in build/package/*.rpm build/package/*.tar.gz; do
     echo "$(stat -c %s "$package") bytes: $package"
