@@ -52,6 +52,8 @@ dpkg-deb --contents build/package/kivo-screen-dbgsym_*.deb | grep -c '/\.build-i
 # Programs know nothing of where they were built.
 ! grep -rlaF "$PWD" "$tree" || fail "the package holds the path of the clone."
 packaging/debian/lint_packages.sh build/package/*.changes
+! grep '"command": ' build/release/compile_commands.json | grep -v -e '-D_FORTIFY_SOURCE=2.*-fstack-protector-strong' ||
+    fail "these are compiled without hardening."
 
 # The changelogs and the shop window tell the same version and day.
 eval "$(cmake -P cmake/KivoRelease.cmake)"
