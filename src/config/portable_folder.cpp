@@ -13,8 +13,15 @@
 namespace kivo {
 namespace {
 
-std::mutex foundMutex;
-std::optional<QString> found;
+struct Found {
+    std::mutex mutex;
+    std::optional<QString> folder;  // none: not looked for yet
+};
+
+Found& FoundOnce() {
+    static Found found;
+    return found;
+}
 
 // By trying: the rights that a system reports are not all that may stand in the way.
 bool CanBeWritten(const QString& folder) {
@@ -28,7 +35,7 @@ QString FindPortableFolder(const QString& applicationDir) {
     if (!QFileInfo(applicationDir + QStringLiteral("/portable.txt")).isFile()) {
         return QString();
     }
-    const QString folder = QDir::cleanPath(applicationDir + QStringLiteral("/data"));
+    QString folder = QDir::cleanPath(applicationDir + QStringLiteral("/data"));
     if (!QDir().mkpath(folder) || !CanBeWritten(folder)) {
         WarnOnce(QStringLiteral("portable.txt asks for the settings to lie in %1, but nothing can be written "
                                 "there; those of your own folders are used.")
@@ -39,19 +46,21 @@ QString FindPortableFolder(const QString& applicationDir) {
 }
 
 QString PortableFolder() {
-    const std::lock_guard lock(foundMutex);
-    if (!found) {
+    Found& found = FoundOnce();
+    const std::lock_guard lock(found.mutex);
+    if (!found.folder) {
         if (QCoreApplication::instance() == nullptr) {
             return QString();
         }
-        found = FindPortableFolder(QCoreApplication::applicationDirPath());
+        found.folder = FindPortableFolder(QCoreApplication::applicationDirPath());
     }
-    return *found;
+    return *found.folder;
 }
 
 void SetPortableFolder(const QString& folder) {
-    const std::lock_guard lock(foundMutex);
-    found = folder;
+    Found& found = FoundOnce();
+    const std::lock_guard lock(found.mutex);
+    found.folder = folder;
 }
 
 }  // namespace kivo
