@@ -13,6 +13,14 @@ if(WIN32)
     # Else the system's header makes macros of min and max. 1, as libstdc++ defines it too.
     target_compile_definitions(kivo_build_flags INTERFACE NOMINMAX=1)
 endif()
+if(NOT WIN32 AND NOT KIVO_SANITIZERS)
+    # What people run is hardened as a distribution's own programs are. A distribution that builds without a type brings its
+    # own flags, and they hold alone.
+    set(optimised $<CONFIG:Release,RelWithDebInfo>)
+    target_compile_options(kivo_build_flags INTERFACE $<${optimised}:-fstack-protector-strong>)
+    target_compile_definitions(kivo_build_flags INTERFACE $<${optimised}:_FORTIFY_SOURCE=2>)
+    target_link_options(kivo_build_flags INTERFACE $<${optimised}:-pie> "$<${optimised}:LINKER:-z,relro,-z,now>")
+endif()
 if(KIVO_SANITIZERS)
     target_compile_options(kivo_build_flags INTERFACE
         -fsanitize=${KIVO_SANITIZERS} -fno-omit-frame-pointer -fno-sanitize-recover=all)

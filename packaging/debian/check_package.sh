@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Builds the Debian package and tries it: contents, metadata, install, a run as a new user would make it, removal.
+# Builds the Debian package and tries it: contents, metadata, lintian, the same bytes once more, install, a run as a new user
+# would make it, removal. Then the packages of other systems and the source package, as far as they can be tried here.
 # Needs root or sudo, and a system where kivo-screen is not installed.
 set -euo pipefail
 cd "$(dirname "$0")/../.."
@@ -17,7 +18,7 @@ if is_installed; then
 fi
 
 packaging/debian/build_package.sh
-package=$PWD/$(echo build/package/*.deb)
+package=$PWD/$(echo build/package/kivo-screen_*.deb)
 work=$(mktemp -d)
 clean_up() {
     ! is_installed || apt_get purge -y -qq kivo-screen || true
@@ -44,6 +45,30 @@ for icon in "$tree"/share/icons/hicolor/*/apps/kivo-screen.png; do
     side=$(basename "$(dirname "$(dirname "$icon")")")
     file "$icon" | grep -q "PNG image data, ${side/x/ x }" || fail "$icon is not $side."
 done
+
+# A crash report without line numbers helps nobody; who wants them installs the package beside it.
+dpkg-deb --contents build/package/kivo-screen-dbgsym_*.deb | grep -c '/\.build-id/.*\.debug$' | grep -qx 2 ||
+    fail "the dbgsym package does not have both programs."
+# Programs know nothing of where they were built.
+! grep -rlaF "$PWD" "$tree" || fail "the package holds the path of the clone."
+packaging/debian/lint_packages.sh build/package/*.changes
+! grep '"command": ' build/release/compile_commands.json | grep -v -e '-D_FORTIFY_SOURCE=2.*-fstack-protector-strong' ||
+    fail "these are compiled without hardening."
+
+# The changelogs and the shop window tell the same version and day.
+eval "$(cmake -P cmake/KivoRelease.cmake)"
+heading=$(sed -n 's/^## //p' CHANGELOG.md | head -n 1)
+[ "$(zcat "$tree/share/doc/kivo-screen/changelog.gz" | sed -n 's/^## //p' | head -n 1)" = "$heading" ] ||
+    fail "the package has another changelog."
+grep -q "<release version=\"$KIVO_VERSION\" date=\"$KIVO_RELEASE_DATE\" type=\"$KIVO_RELEASE_KIND\"/>" \
+    "$tree"/share/metainfo/*.metainfo.xml || fail "the AppStream data have another release than \"$heading\"."
+[[ $(dpkg-deb --field "$package" Version) == "$KIVO_VERSION"-* ]] || fail "the package has another version."
+
+# Packed once more by somebody else, somewhere else on Earth, it is the same.
+sha256sum build/package/*.deb >"$work/sums"
+(umask 077 && TZ=Pacific/Auckland LC_ALL=C packaging/debian/build_package.sh >/dev/null)
+sha256sum --check --quiet "$work/sums" || fail "packed twice, it is not the same."
+cat "$work/sums"
 
 # The rule has to come before the one that gives out the seat's rights.
 rule=$(basename "$tree"/lib/udev/rules.d/*.rules)
@@ -102,4 +127,29 @@ while read -r path; do
     fi
 done <"$work/installed"
 (cd "$home" && find . -type f -exec sha256sum {} + | sort) | diff "$work/before" - || fail "the user's files changed."
+
+# Other systems get the same files, but nothing that is Debian's alone: the changelog and the licence in their place.
+debian_only='/(changelog\.Debian|changelog|copyright)|/lintian/'
+sed -E 's|^\./usr||; s/ -> .*//' packaging/debian/contents.txt | grep -vE "$debian_only" |
+    sed -E 's|(/man/.*)\.gz$|\1|' >"$work/expected"
+printf '/share/doc/kivo-screen/%s\n' CHANGELOG.md LICENSE >>"$work/expected"
+LC_ALL=C sort -o "$work/expected" "$work/expected"
+list() { (cd "$1" && find . -type f -o -type l) | sed 's/^\.//' | LC_ALL=C sort; }
+cmake --install build/release --prefix "$work/other" >/dev/null
+list "$work/other" | diff "$work/expected" - || fail "cmake --install brings something else."
+packaging/linux/build_packages.sh
+mkdir "$work/unpacked"
+tar -xf build/package/kivo-screen-*.tar.gz -C "$work/unpacked" --strip-components=1
+list "$work/unpacked" | diff "$work/expected" - || fail "the tar.gz holds something else."
+rpm=$(echo build/package/*.rpm)
+rpm --query --package --list "$rpm" | grep -vxE '/usr/(lib|share/doc)/kivo-screen(/[a-z]+)?' | sed 's|^/usr||' | LC_ALL=C sort |
+    diff "$work/expected" - || fail "the RPM holds something else."
+rpm --query --package --requires "$rpm" >"$work/requires"
+grep -q '^libQt5Widgets\.so\.5' "$work/requires" || fail "the RPM does not require Qt."
+sha256sum build/package/*.rpm build/package/*.tar.gz >"$work/sums"
+packaging/linux/build_packages.sh >/dev/null
+sha256sum --check --quiet "$work/sums" || fail "packed twice, the RPM or the tar.gz is not the same."
+
+packaging/debian/build_source_package.sh
+packaging/debian/lint_packages.sh build/source/*.dsc
 echo "The package holds: $package"

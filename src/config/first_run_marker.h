@@ -7,7 +7,7 @@ namespace kivo {
 
 // The mark that this user's profile has been set up. Windows: registry, HKEY_CURRENT_USER\Software\Kivo
 // Tool\Kivo Config, value "isInitialized". Linux: the key "isInitialized" in "<XDG config folder>/Kivo
-// Tool/Kivo Config.ini".
+// Tool/Kivo Config.ini". A program with a portable folder has the latter file there, on every system.
 
 // True unless the mark stands with exactly the expected type and data. What cannot be read counts as a first
 // run.

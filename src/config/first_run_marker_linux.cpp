@@ -1,49 +1,24 @@
-#include <QBuffer>
-#include <QDir>
-#include <QFileInfo>
-#include <QSettings>
 #include <QStandardPaths>
 
-#include "config/first_run_marker.h"
-#include "config/replace_file.h"
+#include "config/first_run_marker_platform.h"
+#include "config/marker_file.h"
 
 namespace kivo {
 namespace {
-
-// The codes Windows gives for the same troubles.
-constexpr qint32 kSuccess = 0;
-constexpr qint32 kPathNotFound = 3;
-constexpr qint32 kAccessDenied = 5;
 
 QString MarkerFilePath() {
     return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
            QStringLiteral("/Kivo Tool/Kivo Config.ini");
 }
 
-// The data as the registry would hold it: a text carries its closing zero.
-QByteArray AsRegistryText(const QString& text) {
-    return text.toUtf8() + '\0';
-}
-
 }  // namespace
 
-bool IsFirstRun() {
-    const QSettings file(MarkerFilePath(), QSettings::IniFormat);
-    const QVariant value = file.value(QStringLiteral("isInitialized"));
-    const bool isText = value.userType() == QMetaType::QString;
-    return !MeansInitialized(isText ? kMarkerTextType : 0, AsRegistryText(value.toString()));
+bool IsUserMarked() {
+    return HasMark(MarkerFilePath());
 }
 
-qint32 MarkInitialized() {
-    const QString path = MarkerFilePath();
-    if (!QDir().mkpath(QFileInfo(path).path())) {
-        return kPathNotFound;
-    }
-    // Not by QSettings: it would remember a mark that it failed to write, and IsFirstRun would believe it.
-    QBuffer content;
-    content.setData(QByteArrayLiteral("[General]\nisInitialized=true\n"));
-    content.open(QIODevice::ReadOnly);
-    return ReplaceFile(path, &content).isEmpty() ? kSuccess : kAccessDenied;
+qint32 MarkUser() {
+    return WriteMark(MarkerFilePath());
 }
 
 }  // namespace kivo

@@ -1,6 +1,7 @@
 #include <windows.h>
 
 #include "config/first_run_marker.h"
+#include "config/first_run_marker_platform.h"
 
 namespace kivo {
 namespace {
@@ -12,10 +13,10 @@ constexpr char kValueName[] = "isInitialized";
 
 static_assert(kMarkerTextType == REG_SZ);
 
-bool IsFirstRun() {
+bool IsUserMarked() {
     HKEY key = nullptr;
     if (RegOpenKeyExA(HKEY_CURRENT_USER, kKeyPath, 0, KEY_READ, &key) != ERROR_SUCCESS) {
-        return true;
+        return false;
     }
     // Longer data does not fit and makes the query fail, which is wanted: it is not the mark.
     QByteArray bytes(MarkerBytes().size(), '\0');
@@ -24,10 +25,10 @@ bool IsFirstRun() {
     const LSTATUS status =
         RegQueryValueExA(key, kValueName, nullptr, &type, reinterpret_cast<BYTE*>(bytes.data()), &size);
     RegCloseKey(key);
-    return status != ERROR_SUCCESS || !MeansInitialized(type, bytes.left(static_cast<int>(size)));
+    return status == ERROR_SUCCESS && MeansInitialized(type, bytes.left(static_cast<int>(size)));
 }
 
-qint32 MarkInitialized() {
+qint32 MarkUser() {
     HKEY key = nullptr;
     const LSTATUS opened = RegCreateKeyExA(HKEY_CURRENT_USER, kKeyPath, 0, nullptr, REG_OPTION_NON_VOLATILE,
                                            KEY_WRITE, nullptr, &key, nullptr);

@@ -5,6 +5,7 @@
 #include <QStandardPaths>
 
 #include "config/log_once.h"
+#include "config/portable_folder.h"
 
 namespace kivo {
 namespace {
@@ -16,6 +17,12 @@ QString FolderName() {
 // The root folder ends in a slash already.
 QString Inside(const QString& parent) {
     return QDir::cleanPath(parent + FolderName());
+}
+
+QString UsersSettingsFolder() {
+    // One level up, whether or not the location exists (QDir::cdUp would refuse).
+    const QString own = QDir::cleanPath(QStandardPaths::writableLocation(QStandardPaths::AppDataLocation));
+    return Inside(QFileInfo(own).path());
 }
 
 enum class Folder { Existed, Created, Missing };
@@ -32,9 +39,8 @@ Folder Provide(const QString& path) {
 std::atomic<quint8> configFolderCreated{0};
 
 QString SettingsFolder() {
-    // One level up, whether or not the location exists (QDir::cdUp would refuse).
-    const QString own = QDir::cleanPath(QStandardPaths::writableLocation(QStandardPaths::AppDataLocation));
-    QString path = Inside(QFileInfo(own).path());
+    const QString portable = PortableFolder();
+    QString path = portable.isEmpty() ? UsersSettingsFolder() : portable + QStringLiteral("/settings");
     switch (Provide(path)) {
         case Folder::Existed:
             break;
@@ -51,16 +57,17 @@ QString SettingsFolder() {
 }
 
 QString WorkingFolder() {
+    const QString portable = PortableFolder();
     // Not beside the documents: those may lie in a cloud's folder, where two computers would share a panel's
     // picture.
-    QString profile = QDir::homePath();
-    QString path = Inside(profile);
+    QString parent = portable.isEmpty() ? QDir::homePath() : portable;
+    QString path = portable.isEmpty() ? Inside(parent) : parent + QStringLiteral("/working");
     if (Provide(path) != Folder::Missing) {
         return path;
     }
     WarnOnce(QStringLiteral("The working folder %1 cannot be created; %2 is used instead.")
-                 .arg(QDir::toNativeSeparators(path), QDir::toNativeSeparators(profile)));
-    return profile;
+                 .arg(QDir::toNativeSeparators(path), QDir::toNativeSeparators(parent)));
+    return parent;
 }
 
 QString ConfigFilePath() {

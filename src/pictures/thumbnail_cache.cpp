@@ -9,6 +9,8 @@
 
 #include <utility>
 
+#include "config/portable_folder.h"
+
 namespace kivo {
 
 namespace {
@@ -44,6 +46,11 @@ ThumbnailCache::ThumbnailCache(QString folder, qint64 mostBytes)
       m_mostBytes(mostBytes),
       // The first one that is stored in a run prunes what earlier runs left.
       m_storedSincePrune(mostBytes) {}
+
+QString ThumbnailCache::DefaultFolder() {
+    const QString portable = PortableFolder();
+    return portable.isEmpty() ? UsersFolder() : portable + QStringLiteral("/thumbnails");
+}
 
 QString ThumbnailCache::FilePath(const QString& key) const {
     return m_folder + QLatin1Char('/') + key + Suffix();

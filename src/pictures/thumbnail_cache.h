@@ -18,7 +18,8 @@ namespace kivo {
 class ThumbnailCache {
 public:
     // The user's cache folder (Linux: "~/.cache"; Windows: the local application data, as the uninstaller
-    // has it too) followed by "/Kivo Tool/thumbnails". Empty where there is none.
+    // has it too) followed by "/Kivo Tool/thumbnails"; with a portable folder "thumbnails" in that. Empty
+    // where there is none.
     static QString DefaultFolder();
     // Thousands of pictures on a sharp screen.
     static constexpr qint64 kDefaultMostBytes = 64LL * 1024 * 1024;
@@ -43,6 +44,7 @@ public:
     void RememberAsBroken(const QString& key);
 
 private:
+    static QString UsersFolder();
     QString FilePath(const QString& key) const;
 
     const QString m_folder;

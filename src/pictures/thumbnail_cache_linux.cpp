@@ -4,7 +4,7 @@
 
 namespace kivo {
 
-QString ThumbnailCache::DefaultFolder() {
+QString ThumbnailCache::UsersFolder() {
     const QString parent = QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation);
     return parent.isEmpty() ? QString() : parent + QStringLiteral("/Kivo Tool/thumbnails");
 }

@@ -2,6 +2,7 @@
 #include <QtTest>
 
 #include "config/folders.h"
+#include "config/portable_folder.h"
 #include "config/settings_file.h"
 #include "log_catcher.h"
 #include "private_home.h"
@@ -123,6 +124,25 @@ private slots:
         SaveCurRectId(1);
         QCOMPARE(LoadCurRectId(), 1);
         QVERIFY(QFileInfo(ConfigFilePath()).isFile());
+    }
+
+    void aPortableFolderThatMayNotBeWrittenGivesTheUsersAndOneLine() {
+        const PrivateHome program;
+        QVERIFY(WriteFile(program.path(QStringLiteral("/portable.txt")), ""));
+        QVERIFY(QDir().mkpath(program.path(QStringLiteral("/data"))));
+        QVERIFY(QFile::setPermissions(program.path(), QFile::Permissions(0x7755)));
+        const PrivateHome home;
+        const LogCatcher log;
+        {
+            // The folder is there, and nothing can be written into it.
+            const Unprivileged rights;
+            QCOMPARE(FindPortableFolder(program.path()), QString());
+            QCOMPARE(FindPortableFolder(program.path()), QString());
+        }
+        QCOMPARE(log.lines().size(), 1);
+        QVERIFY2(log.lines().constFirst().contains(program.path(QStringLiteral("/data"))),
+                 qPrintable(log.lines().constFirst()));
+        QCOMPARE(FindPortableFolder(program.path()), program.path(QStringLiteral("/data")));
     }
 
     void accessorsSeeEachOthersValuesWithoutARestart() {

@@ -71,6 +71,7 @@ private Q_SLOTS:
     void BadArgumentsEndWithOneLine();
     void WithoutAScreenItSaysSoAndRunsOn();
     void HomeThatCannotBeWritten();
+    void PortableProgramKeepsEverythingBesideItself();
 
 private:
     void Start(QProcess& process, const QStringList& arguments) const;
@@ -314,6 +315,30 @@ void TestProgram::HomeThatCannotBeWritten() {
     QTRY_VERIFY_WITH_TIMEOUT(ColoursOf(image).size() > 100, kPatienceMs);
     QCOMPARE(End(process), 0);
     QVERIFY(ColoursOf(image).size() > 100);
+}
+
+void TestProgram::PortableProgramKeepsEverythingBesideItself() {
+    const QDir stick(m_home->File("stick"));
+    QVERIFY(stick.mkpath(QStringLiteral(".")));
+    const QDir built(QFileInfo(test::BuiltProgram("kivo-screen")).path());
+    for (const char* name : {"kivo-screen", "Config.ini", "whole.png", "Default.ini", "DefaultProfile.bin"}) {
+        const QString file = QString::fromLatin1(name);
+        QVERIFY(QFile::copy(built.filePath(file), stick.filePath(file)));
+    }
+    QFile asks(stick.filePath(QStringLiteral("portable.txt")));
+    QVERIFY(asks.open(QIODevice::WriteOnly));
+    QProcess process;
+    process.setProcessEnvironment(m_home->Environment());
+    process.start(stick.filePath(QStringLiteral("kivo-screen")), {QStringLiteral("--virtual-screen")});
+    for (const char* kept : {"data/settings/Config.ini", "data/working/whole.png", "data/Kivo Config.ini"}) {
+        QTRY_VERIFY2_WITH_TIMEOUT(QFileInfo::exists(stick.filePath(QString::fromLatin1(kept))), kept,
+                                  kPatienceMs);
+    }
+    QCOMPARE(End(process), 0);
+    // Nothing in the user's folders.
+    for (const char* folder : {"Kivo Tool", "data/Kivo Tool", "config/Kivo Tool"}) {
+        QVERIFY2(!QFileInfo::exists(m_home->File(folder)), folder);
+    }
 }
 
 KIVO_GUILESS_TEST(TestProgram)

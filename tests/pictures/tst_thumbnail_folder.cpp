@@ -1,6 +1,7 @@
 #include <QDir>
 #include <QTest>
 
+#include "config/portable_folder.h"
 #include "pictures/thumbnail_cache.h"
 #include "support/test_program.h"
 
@@ -17,6 +18,12 @@ private Q_SLOTS:
         qunsetenv("XDG_CACHE_HOME");
         QCOMPARE(ThumbnailCache::DefaultFolder(),
                  QDir::homePath() + QStringLiteral("/.cache/Kivo Tool/thumbnails"));
+    }
+
+    void LiesInThePortableFolder() {
+        SetPortableFolder(QStringLiteral("/stick/data"));
+        QCOMPARE(ThumbnailCache::DefaultFolder(), QStringLiteral("/stick/data/thumbnails"));
+        SetPortableFolder(QString());
     }
 };
 

@@ -61,7 +61,7 @@ QByteArray TestAccessCommands::Read(const char* file) const {
 
 void TestAccessCommands::TheyWriteThePackagesRule() {
     QCOMPARE(Run(AccessCommands()), 0);
-    QFile packaged(kivo::test::InSourceFolder("packaging/debian/60-kivo-screen.rules"));
+    QFile packaged(kivo::test::InSourceFolder("packaging/linux/60-kivo-screen.rules"));
     QVERIFY(packaged.open(QFile::ReadOnly));
     QByteArray rule;
     for (const QByteArray& line : packaged.readAll().split('\n')) {
