@@ -60,15 +60,17 @@ std::vector<HidDeviceInfo> HidapiHidApi::Enumerate(quint16 vendorId, quint16 pro
     const std::unique_ptr<hid_device_info, decltype(&hid_free_enumeration)> list(
         hid_enumerate(vendorId, productId), &hid_free_enumeration);
     std::vector<HidDeviceInfo> devices;
-    for (const hid_device_info* info = list.get(); info != nullptr; info = info->next)
+    for (const hid_device_info* info = list.get(); info != nullptr; info = info->next) {
         devices.push_back(FromHidapi(*info));
+    }
     return devices;
 }
 
 HidHandle* HidapiHidApi::OpenPath(const QByteArray& path) {
     const NodeHold hold(path);
-    if (hold.IsGone())
+    if (hold.IsGone()) {
         return nullptr;
+    }
     hid_device* const device = hid_open_path(path.constData());
     return device == nullptr ? nullptr : std::make_unique<HidapiHandle>(device, path).release();
 }
@@ -78,13 +80,15 @@ bool HidapiHidApi::IsDenied(const QByteArray& path) {
 }
 
 std::vector<HidDeviceInfo> HidapiHidApi::Identify(HidHandle* handle) {
-    if (const auto known = CollectionsOfNode(static_cast<HidapiHandle*>(handle)->path))
+    if (const auto known = CollectionsOfNode(static_cast<HidapiHandle*>(handle)->path)) {
         return *known;
+    }
     std::vector<HidDeviceInfo> collections;
     // The list belongs to the device.
     for (const hid_device_info* info = hid_get_device_info(DeviceOf(handle)); info != nullptr;
-         info = info->next)
+         info = info->next) {
         collections.push_back(NumbersFromHidapi(*info));
+    }
     return collections;
 }
 

@@ -45,24 +45,28 @@ ReportLogHidApi::ReportLogHidApi(HidApi& inner, const QString& fileName) : m_inn
 void ReportLogHidApi::OpenLog() {
     const QFileInfo info(m_file.fileName());
     // A pipe would hold the program up until somebody reads it.
-    if (info.exists() && !info.isFile())
+    if (info.exists() && !info.isFile()) {
         return GiveUp(QStringLiteral("it is not a regular file"));
+    }
     const bool fresh = info.size() == 0;
     if (!fresh) {
         ReportLogReader former(m_file.fileName());
         while (former.Skip()) {
         }
         // A program that died in the middle of a record leaves half of it; what follows could not be read.
-        if (former.Error() == CutShort())
+        if (former.Error() == CutShort()) {
             m_file.resize(former.WholeBytes());
-        else if (!former.Error().isEmpty())
+        } else if (!former.Error().isEmpty()) {
             return GiveUp(former.Error());
+        }
     }
     // Unbuffered: a record is one write, and what was logged is in the file when the program dies.
-    if (!m_file.open(QIODevice::WriteOnly | QIODevice::Append | QIODevice::Unbuffered))
+    if (!m_file.open(QIODevice::WriteOnly | QIODevice::Append | QIODevice::Unbuffered)) {
         return GiveUp(m_file.errorString());
-    if (fresh && m_file.write(kMagic, kMagicBytes) != kMagicBytes)
+    }
+    if (fresh && m_file.write(kMagic, kMagicBytes) != kMagicBytes) {
         return GiveUp(m_file.errorString());
+    }
     Append(LoggedKind::StartMark, 0, MonotonicNanoseconds(), nullptr, 0);
 }
 
@@ -74,8 +78,9 @@ bool ReportLogHidApi::IsLogging() const {
 void ReportLogHidApi::Append(LoggedKind kind, qint32 result, quint64 nanoseconds, const quint8* data,
                              std::size_t length) {
     const std::lock_guard lock(m_logMutex);
-    if (!m_file.isOpen())
+    if (!m_file.isOpen()) {
         return;
+    }
     const auto bytes = static_cast<quint32>(std::min<std::size_t>(length, kLongestReport));
     QByteArray record(kHeaderBytes + static_cast<int>(bytes), Qt::Uninitialized);
     qToLittleEndian(bytes, record.data() + kLengthAt);
@@ -83,8 +88,9 @@ void ReportLogHidApi::Append(LoggedKind kind, qint32 result, quint64 nanoseconds
     qToLittleEndian(result, record.data() + kResultAt);
     qToLittleEndian(nanoseconds, record.data() + kTimeAt);
     std::copy_n(data, bytes, record.begin() + kHeaderBytes);
-    if (m_file.write(record) != record.size())
+    if (m_file.write(record) != record.size()) {
         GiveUp(m_file.errorString());
+    }
 }
 
 void ReportLogHidApi::GiveUp(const QString& reason) {
@@ -148,18 +154,21 @@ ReportLogReader::ReportLogReader(const QString& fileName) : m_file(fileName) {
         m_error = m_file.errorString();
         return;
     }
-    if (m_file.read(kMagicBytes) != QByteArray(kMagic, kMagicBytes))
+    if (m_file.read(kMagicBytes) != QByteArray(kMagic, kMagicBytes)) {
         m_error = NotALog();
-    else
+    } else {
         m_wholeBytes = kMagicBytes;
+    }
 }
 
 std::optional<ReportLogReader::Header> ReportLogReader::NextHeader() {
-    if (!m_error.isEmpty())
+    if (!m_error.isEmpty()) {
         return std::nullopt;
+    }
     const QByteArray bytes = m_file.read(kHeaderBytes);
-    if (bytes.isEmpty())
+    if (bytes.isEmpty()) {
         return std::nullopt;
+    }
     if (bytes.size() < kHeaderBytes) {
         m_error = CutShort();
         return std::nullopt;
@@ -182,8 +191,9 @@ std::optional<ReportLogReader::Header> ReportLogReader::NextHeader() {
 
 std::optional<LoggedReport> ReportLogReader::Next() {
     const std::optional<Header> header = NextHeader();
-    if (!header)
+    if (!header) {
         return std::nullopt;
+    }
     return LoggedReport{header->kind, header->result, header->nanoseconds, m_file.read(header->length)};
 }
 

@@ -56,8 +56,9 @@ void PutAreaHeader(std::array<quint8, size>& report, int x, int y, int width, in
 
 // Bytes of an area, never more than the limit; 64 bits, for the sides are anybody's numbers.
 int AreaBytes(int width, int height, int limit) {
-    if (width <= 0 || height <= 0)
+    if (width <= 0 || height <= 0) {
         return 0;
+    }
     return static_cast<int>(std::min<qint64>(qint64{width} * height * 2, limit));
 }
 
@@ -139,8 +140,9 @@ ProbeReport BuildProbeReport(quint8 reportId) {
 }
 
 std::vector<int> PlanImageParts(int width, int height) {
-    if (width <= 0 || height <= 0)
+    if (width <= 0 || height <= 0) {
         return {};
+    }
     const qint64 total = qint64{width} * height * 2;
     const qint64 parts = (total + kAreaBufferPayload - 1) / kAreaBufferPayload;
     const int rowsPerPart = static_cast<int>(height / parts);

@@ -11,8 +11,9 @@ bool HasIds(const ScreenDeviceEntry& entry, const HidDeviceInfo& device) {
 }
 
 bool HasAcceptedRelease(const ScreenDeviceEntry& entry, const HidDeviceInfo& device) {
-    if (entry.releaseMax == 0)
+    if (entry.releaseMax == 0) {
         return true;
+    }
     return device.releaseNumber >= entry.releaseMin && device.releaseNumber <= entry.releaseMax;
 }
 

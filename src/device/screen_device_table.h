@@ -60,8 +60,9 @@ template <std::size_t size>
 void SetText(std::array<char, size>& field, const QByteArray& text) {
     field.fill('\0');
     const int fitting = qMin(text.size(), static_cast<int>(size) - 1);
-    for (int i = 0; i < fitting; ++i)
+    for (int i = 0; i < fitting; ++i) {
         field[static_cast<std::size_t>(i)] = text.at(i);
+    }
 }
 
 // The text up to its closing zero.

@@ -8,8 +8,9 @@ SharedScreenHandle ScreenHandle::Open(HidApi& api, std::recursive_mutex& deviceM
                                       const QByteArray& path) {
     const std::lock_guard lock(deviceMutex);
     HidHandle* const handle = api.OpenPath(path);
-    if (handle == nullptr)
+    if (handle == nullptr) {
         return nullptr;
+    }
     return std::make_shared<ScreenHandle>(api, deviceMutex, path, handle);
 }
 

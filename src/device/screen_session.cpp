@@ -70,13 +70,15 @@ void ScreenSession::InitDeviceTable() {
 
 int ScreenSession::EnumerateScreens() {
     const std::lock_guard lock(m_deviceMutex);
-    if (m_api.Init() != 0)
+    if (m_api.Init() != 0) {
         return -1;
+    }
     const std::vector<HidDeviceInfo> devices = m_api.Enumerate(0, 0);
     const std::lock_guard table(m_tableMutex);
     for (const HidDeviceInfo& device : devices) {
-        if (IsScreen(device))
+        if (IsScreen(device)) {
             LogDevice(device);
+        }
         NoteDevice(*m_screenDeviceTable, device);
     }
     return 0;
@@ -84,25 +86,29 @@ int ScreenSession::EnumerateScreens() {
 
 void ScreenSession::OpenScreenByName(const QByteArray& name) {
     const std::lock_guard lock(m_deviceMutex);
-    if (m_api.Init() != 0)
+    if (m_api.Init() != 0) {
         return;
+    }
     const quint32 count = EntryCount();
     for (quint32 i = 0; i < count; ++i) {
         const ScreenDeviceEntry& entry = m_screenDeviceTable->entries.at(i);
-        if (entry.dataFound == 1 && TextOf(entry.name) == name)
+        if (entry.dataFound == 1 && TextOf(entry.name) == name) {
             OpenEntry(entry);
+        }
     }
 }
 
 SharedScreenHandle ScreenSession::OpenScreenById(quint32 vendorId, quint32 productId) {
     const std::lock_guard lock(m_deviceMutex);
-    if (m_api.Init() != 0)
+    if (m_api.Init() != 0) {
         return nullptr;
+    }
     const quint32 count = EntryCount();
     for (quint32 i = 0; i < count; ++i) {
         const ScreenDeviceEntry& entry = m_screenDeviceTable->entries.at(i);
-        if (entry.dataFound == 1 && entry.vendorId == vendorId && entry.productId == productId)
+        if (entry.dataFound == 1 && entry.vendorId == vendorId && entry.productId == productId) {
             OpenEntry(entry);
+        }
     }
     return m_dataHandle;
 }
@@ -118,8 +124,9 @@ void ScreenSession::OpenEntry(const ScreenDeviceEntry& entry) {
 
 void ScreenSession::CloseScreen() {
     const std::lock_guard lock(m_deviceMutex);
-    if (!m_dataHandle)
+    if (!m_dataHandle) {
         return;
+    }
     m_controlHandle.reset();
     m_dataHandle.reset();
 }
@@ -153,12 +160,14 @@ void ScreenSession::ForgetMissingPaths() {
 }
 
 std::optional<quint16> ScreenSession::GetReleaseNumber(const SharedScreenHandle& handle) {
-    if (!handle)
+    if (!handle) {
         return std::nullopt;
+    }
     const std::lock_guard lock(m_deviceMutex);
     for (const HidDeviceInfo& device : m_api.Enumerate(0, 0)) {
-        if (device.path == handle->Path())
+        if (device.path == handle->Path()) {
             return device.releaseNumber;
+        }
     }
     return std::nullopt;
 }

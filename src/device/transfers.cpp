@@ -21,35 +21,41 @@ Transfers::Transfers(ScreenSession& session, Clock clock) : m_session(session), 
 }
 
 Transfers::Opened Transfers::Open() {
-    if (m_stopped)
+    if (m_stopped) {
         return {};
+    }
     Opened opened{m_session.OpenForTransfer(), TransferResult::NotThere};
-    if (!opened.handle)
+    if (!opened.handle) {
         m_session.DoubtNode();
+    }
     return opened;
 }
 
 // A node that refuses a report may not be the screen's any more: it is asked before the next one.
 TransferResult Transfers::Result(int written) {
-    if (written >= 0)
+    if (written >= 0) {
         return TransferResult::Taken;
+    }
     m_session.DoubtNode();
     return TransferResult::Refused;
 }
 
 TransferResult Transfers::SendAreaImageWithPos(const quint8* pixels, int x, int y, int width, int height) {
-    if (wholeFrameBusy() != 0)
+    if (wholeFrameBusy() != 0) {
         return TransferResult::Dropped;
+    }
     const Opened opened = Open();
-    if (!opened.handle)
+    if (!opened.handle) {
         return opened.otherwise;
+    }
     const AreaReport report = BuildAreaReport(pixels, x, y, width, height);
 
     // A frame may have begun meanwhile; then this update is dropped. The gate keeps one that begins from now
     // on waiting until this report is through, so that no area ever lands between its chunks.
     const std::shared_lock gate(m_areaGateMutex, std::try_to_lock);
-    if (!gate.owns_lock() || wholeFrameBusy() != 0)
+    if (!gate.owns_lock() || wholeFrameBusy() != 0) {
         return TransferResult::Dropped;
+    }
 
     const int written = opened.handle->Write(report.data(), kAreaWriteBytes);
     if (written < 0) {
@@ -73,19 +79,22 @@ WholeImageResult Transfers::SendWholeImage(const quint8* frame, quint8 reportId)
 WholeImageResult Transfers::WriteChunks(ScreenHandle& handle, const quint8* frame, quint8 reportId) {
     for (int number = 1; number <= kChunkCount; ++number) {
         const ChunkReport report = BuildChunkReport(frame, number, reportId);
-        if (m_stopped)
+        if (m_stopped) {
             return {TransferResult::Dropped, number - 1};
+        }
         const TransferResult result = Result(handle.Write(report.data(), report.size()));
-        if (result != TransferResult::Taken)
+        if (result != TransferResult::Taken) {
             return {result, number - 1};
+        }
     }
     return {TransferResult::Taken, kChunkCount};
 }
 
 TransferResult Transfers::SendRawReport(const quint8* message, int length) {
     const Opened opened = Open();
-    if (!opened.handle)
+    if (!opened.handle) {
         return opened.otherwise;
+    }
     const CommandReport report = BuildCommandReport(message, length);
     return Result(opened.handle->Write(report.data(), report.size()));
 }

@@ -135,8 +135,9 @@ void ColorBar::SetCurrentColor(int color) {
 
 void ColorBar::btn_clicked() {
     const auto* const found = std::find(m_buttons.begin(), m_buttons.end(), sender());
-    if (found == m_buttons.end())
+    if (found == m_buttons.end()) {
         return;
+    }
     Q_EMIT SendFontColor(static_cast<quint8>(found - m_buttons.begin()));
     hide();
 }
@@ -161,8 +162,9 @@ void ColorBar::hideEvent(QHideEvent* event) {
 }
 
 void ColorBar::changeEvent(QEvent* event) {
-    if (event->type() == QEvent::LanguageChange)
+    if (event->type() == QEvent::LanguageChange) {
         Translate();
+    }
     QWidget::changeEvent(event);
 }
 
@@ -178,10 +180,11 @@ void ColorBar::Translate() {
 void ColorBar::paintEvent(QPaintEvent* /*event*/) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    if (m_ground.IsNull())
+    if (m_ground.IsNull()) {
         DrawPlainGround(painter);
-    else
+    } else {
         m_ground.Draw(painter, rect());
+    }
 }
 
 }  // namespace kivo

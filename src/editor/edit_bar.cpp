@@ -72,8 +72,9 @@ void DrawRedoIcon(QPainter& painter, const QRectF& rect, const QColor& /*color*/
 
 // One that is as it should be already keeps the look that the mouse has given it.
 void SwitchButton(NimbPushButton& button, bool on) {
-    if (button.isEnabled() != on)
+    if (button.isEnabled() != on) {
         button.SetButtonEnabled(on);
+    }
 }
 
 }  // namespace
@@ -113,8 +114,10 @@ EditBar::EditBar(QWidget* parent)
     SetUpToolButton(m_redoButton, kRedoButton, QStringLiteral("ret"), QStringLiteral("back"));
     m_redoButton->SetIconDrawing(DrawRedoIcon, kIconSize);
     // The mouse leaves the focus with the text or the trim frame that the tools are there for.
-    for (QWidget* tool : std::initializer_list<QWidget*>{m_sizeBox, m_trimButton, m_backButton, m_redoButton})
+    for (QWidget* tool :
+         std::initializer_list<QWidget*>{m_sizeBox, m_trimButton, m_backButton, m_redoButton}) {
         tool->setFocusPolicy(Qt::TabFocus);
+    }
     MakeColourChoices();
     Translate();
     ControlLabelColor(0);
@@ -150,14 +153,16 @@ void EditBar::MakeColourChoices() {
 
 void EditBar::HideColourChoices(int /*which*/) {
     m_choiceGround->hide();
-    for (NimbPushButton* choice : m_choices)
+    for (NimbPushButton* choice : m_choices) {
         choice->hide();
+    }
 }
 
 void EditBar::SetEditPressed(bool on) {
     m_trimButton->SetPressed(on);
-    if (!on)
+    if (!on) {
         Q_EMIT SendEdit(0);
+    }
 }
 
 bool EditBar::IsEditPressed() const {
@@ -174,13 +179,15 @@ void EditBar::SetSizeEnabled(bool on) {
 }
 
 void EditBar::SetFontSizeIndex(int index) {
-    if (index >= 0 && index < m_sizeBox->count())
+    if (index >= 0 && index < m_sizeBox->count()) {
         m_sizeBox->setCurrentIndex(index);
+    }
 }
 
 void EditBar::SetTrimEnabled(bool on) {
-    if (!on && IsEditPressed())
+    if (!on && IsEditPressed()) {
         SetEditPressed(false);
+    }
     SwitchButton(*m_trimButton, on);
 }
 
@@ -196,8 +203,9 @@ void EditBar::btn_clicked() {
         Q_EMIT SendImageReset();
     } else {
         const auto* const found = std::find(m_choices.begin(), m_choices.end(), sender());
-        if (found == m_choices.end())
+        if (found == m_choices.end()) {
             return;
+        }
         const auto color = static_cast<quint8>(found - m_choices.begin());
         Q_EMIT SendFontColor(color);
         ControlLabelColor(color);
@@ -205,39 +213,44 @@ void EditBar::btn_clicked() {
 }
 
 void EditBar::label_clicked() {
-    if (sender() != m_colorLabel)
+    if (sender() != m_colorLabel) {
         return;
+    }
     Q_EMIT ShowColorbarSignal(1);
     SetEditPressed(false);
 }
 
 void EditBar::combo_clicked() {
-    if (sender() != m_sizeBox)
+    if (sender() != m_sizeBox) {
         return;
+    }
     Q_EMIT SizeClicked();
     SetEditPressed(false);
 }
 
 void EditBar::slotFontsizeCurIndex(int iIndex) {
     qDebug("slotFontsizeCurIndex = %d \n", iIndex);
-    if (m_sizeChangeArmed)
+    if (m_sizeChangeArmed) {
         Q_EMIT SendFontSize(static_cast<quint8>(iIndex));
-    else
+    } else {
         m_sizeChangeArmed = true;
+    }
 }
 
 void EditBar::slotSetFontSize(int iIndex) {
     // A size that is set already makes no change to swallow: then the person's next one would be lost.
     const bool changes = iIndex != m_sizeBox->currentIndex() && iIndex >= 0 && iIndex < m_sizeBox->count();
-    if (!changes)
+    if (!changes) {
         return;
+    }
     m_sizeChangeArmed = false;
     m_sizeBox->setCurrentIndex(iIndex);
 }
 
 void EditBar::ControlLabelColor(quint8 iColor) {
-    if (iColor >= kTextColorCount)
+    if (iColor >= kTextColorCount) {
         return;
+    }
     m_color = iColor;
     ShowIndicator();
 }
@@ -251,24 +264,27 @@ void EditBar::ShowIndicator() {
     QPainter painter(&pixmap);
     const QRectF place(QPointF(0, 0), QSizeF(kColorLabel.size()));
     const SharpPicture picture(IndicatorPicture(m_color));
-    if (picture.IsNull())
+    if (picture.IsNull()) {
         DrawColorDot(painter, place, m_color, kDotDiameter);
-    else
+    } else {
         picture.Draw(painter, place);
+    }
     painter.end();
     m_colorLabel->setPixmap(pixmap);
     m_colorLabel->setAccessibleDescription(ColorName(m_color));
 }
 
 bool EditBar::event(QEvent* event) {
-    if (event->type() == QEvent::Show || event->type() == QEvent::ScreenChangeInternal)
+    if (event->type() == QEvent::Show || event->type() == QEvent::ScreenChangeInternal) {
         ShowIndicator();
+    }
     return QWidget::event(event);
 }
 
 void EditBar::changeEvent(QEvent* event) {
-    if (event->type() == QEvent::LanguageChange)
+    if (event->type() == QEvent::LanguageChange) {
         Translate();
+    }
     QWidget::changeEvent(event);
 }
 
@@ -287,8 +303,9 @@ void EditBar::Translate() {
     m_backButton->setToolTip(tr("撤销上一步"));
     m_redoButton->setText(tr("重做"));
     m_redoButton->setToolTip(tr("恢复撤销的步骤"));
-    for (NimbPushButton* choice : m_choices)
+    for (NimbPushButton* choice : m_choices) {
         choice->setAccessibleName(ColorName(choice->CurIndex()));
+    }
 }
 
 void EditBar::paintEvent(QPaintEvent* /*event*/) {

@@ -35,8 +35,9 @@ std::vector<quint8> HighByteFirst(const QImage& rgb16) {
                               static_cast<std::size_t>(rgb16.height()) * 2);
     const qsizetype rowBytes = qsizetype{rgb16.width()} * 2;
     quint8* row = bytes.data();
-    for (int y = 0; y < rgb16.height(); ++y, row += rowBytes)
+    for (int y = 0; y < rgb16.height(); ++y, row += rowBytes) {
         qToBigEndian<quint16>(rgb16.constScanLine(y), rgb16.width(), row);
+    }
     return bytes;
 }
 
@@ -53,8 +54,9 @@ ReservedTransfers::ReservedTransfers(ScreenSession& session, Pause pause)
 
 void ReservedTransfers::SendAreaImage(const quint8* pixels, int width, int height) {
     const SharedScreenHandle handle = m_session.dataHandle();
-    if (!handle)
+    if (!handle) {
         return;
+    }
     const AreaReport report = BuildAreaReport(pixels, 0, 0, width, height);
     LogIfFailed(handle->Write(report.data(), kAreaWriteBytes), kUnableArea);
 }
@@ -62,16 +64,18 @@ void ReservedTransfers::SendAreaImage(const quint8* pixels, int width, int heigh
 void ReservedTransfers::SendFillRect(int x, int y, int width, int height, quint8 firstByte, quint8 secondByte,
                                      quint8 reportId) {
     const SharedScreenHandle handle = m_session.dataHandle();
-    if (!handle)
+    if (!handle) {
         return;
+    }
     const FillReport report = BuildFillReport(x, y, width, height, firstByte, secondByte, reportId);
     LogIfFailed(handle->Write(report.data(), report.size()), kUnableFeature);
 }
 
 void ReservedTransfers::SendProbe(int length, quint8 reportId) {
     const SharedScreenHandle handle = m_session.dataHandle();
-    if (!handle)
+    if (!handle) {
         return;
+    }
     const ProbeReport report = BuildProbeReport(reportId);
     const int fitting = std::clamp(length, 0, static_cast<int>(report.size() - kProbeStart));
     LogIfFailed(handle->Write(report.data() + kProbeStart, static_cast<std::size_t>(fitting)),
@@ -85,12 +89,14 @@ void ReservedTransfers::SendImageChunked(const QImage& image, int x, int y) {
     const quint8* next = pixels.data();
     bool first = true;
     for (const int rows : PlanImageParts(rgb16.width(), rgb16.height())) {
-        if (!std::exchange(first, false))
+        if (!std::exchange(first, false)) {
             m_pause(kPartPause);
+        }
         // Asked for anew each time: the screen may have been closed during the pause.
         const SharedScreenHandle handle = m_session.dataHandle();
-        if (!handle)
+        if (!handle) {
             return;
+        }
         const AreaReport report = BuildAreaReport(next, x, y, rgb16.width(), rows);
         LogIfFailed(handle->Write(report.data(), report.size()), kUnableFeature);
         next += rows * rowBytes;
@@ -99,8 +105,9 @@ void ReservedTransfers::SendImageChunked(const QImage& image, int x, int y) {
 }
 
 int ReservedTransfers::SendFeature(const SharedScreenHandle& handle, const quint8* data, std::size_t length) {
-    if (!handle)
+    if (!handle) {
         return -1;
+    }
     const int sent = handle->SendFeatureReport(data, length);
     LogIfFailed(sent, kUnableFeature);
     return sent < 0 ? -1 : 0;

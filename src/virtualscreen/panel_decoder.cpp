@@ -99,8 +99,9 @@ PanelReport PanelDecoder::Decode(const quint8* data, std::size_t length) {
         Reject(report, PanelError::Size, QStringLiteral("%1 bytes").arg(length));
         return report;
     }
-    if (data[0] != 0)
+    if (data[0] != 0) {
         Reject(report, PanelError::ReportId, Hex(data[0]));
+    }
     if (data[1] != kMarkerByte) {
         Reject(report, PanelError::Marker, Hex(data[1]));
         return report;
@@ -123,8 +124,9 @@ PanelReport PanelDecoder::Decode(const quint8* data, std::size_t length) {
 }
 
 void PanelDecoder::DecodeCommand(const quint8* data, std::size_t length, PanelReport& report) {
-    if (length != kShortCommandSize)
+    if (length != kShortCommandSize) {
         return Reject(report, PanelError::Size, QStringLiteral("short command of %1 bytes").arg(length));
+    }
 
     constexpr std::size_t kParameters = 4;
     const quint8* const parameters = data + kParameters;
@@ -146,61 +148,75 @@ void PanelDecoder::DecodeCommand(const quint8* data, std::size_t length, PanelRe
 
     if (kind == PanelReportKind::Orientation) {
         report.orientation = parameters[0];
-        if (report.orientation != 1 && report.orientation != 2)
+        if (report.orientation != 1 && report.orientation != 2) {
             Reject(report, PanelError::Parameter, QStringLiteral("orientation %1").arg(report.orientation));
+        }
     } else {
         report.time = QTime(parameters[0], parameters[1], parameters[2]);
-        if (!report.time.isValid())
+        if (!report.time.isValid()) {
             Reject(report, PanelError::Parameter,
                    QStringLiteral("time %1:%2:%3").arg(parameters[0]).arg(parameters[1]).arg(parameters[2]));
+        }
     }
-    if (!AllZero(parameters + parameterBytes, data + length))
+    if (!AllZero(parameters + parameterBytes, data + length)) {
         Reject(report, PanelError::Padding, QStringLiteral("short command %1").arg(Hex(data[3])));
-    if (!report.errors.empty())
+    }
+    if (!report.errors.empty()) {
         return;
+    }
 
     report.kind = kind;
     ++m_state.counts.commands;
-    if (kind == PanelReportKind::Orientation)
+    if (kind == PanelReportKind::Orientation) {
         m_state.orientation = report.orientation;
-    else if (kind == PanelReportKind::TimeSync)
+    } else if (kind == PanelReportKind::TimeSync) {
         m_state.clock = report.time;
-    else
+    } else {
         m_state.shownTime = report.time;
+    }
 }
 
 void PanelDecoder::DecodeArea(const quint8* data, std::size_t length, PanelReport& report) {
     if (IsProbe(data, length)) {
-        if (!report.errors.empty())
+        if (!report.errors.empty()) {
             return;
+        }
         report.kind = PanelReportKind::Probe;
         ++m_state.counts.probes;
         return;
     }
-    if (length != kAreaSize && length != kAreaSizeOfParts && length != kFillSize)
+    if (length != kAreaSize && length != kAreaSizeOfParts && length != kFillSize) {
         return Reject(report, PanelError::Size, QStringLiteral("area of %1 bytes").arg(length));
+    }
 
     const QRect area(ReadU16(data + 3), ReadU16(data + 5), data[7], data[8]);
     const QString where =
         QStringLiteral("%1,%2 %3x%4").arg(area.x()).arg(area.y()).arg(area.width()).arg(area.height());
-    if (area.isEmpty())
+    if (area.isEmpty()) {
         return Reject(report, PanelError::AreaEmpty, where);
-    if (!QRect(0, 0, kWidth, kHeight).contains(area))
+    }
+    if (!QRect(0, 0, kWidth, kHeight).contains(area)) {
         Reject(report, PanelError::AreaOutside, where);
+    }
     const std::size_t pixelBytes = std::size_t{data[7]} * data[8] * 2;
-    if (pixelBytes > length - kHeaderSize)
+    if (pixelBytes > length - kHeaderSize) {
         return Reject(report, PanelError::AreaTooLarge, where);
-    if (!AllZero(data + kHeaderSize + pixelBytes, data + length))
+    }
+    if (!AllZero(data + kHeaderSize + pixelBytes, data + length)) {
         Reject(report, PanelError::Padding, QStringLiteral("area ") + where);
+    }
     const quint8* const pixels = data + kHeaderSize;
     // Each byte equals the one two before it.
-    if (length == kFillSize && !std::equal(pixels + 2, pixels + pixelBytes, pixels))
+    if (length == kFillSize && !std::equal(pixels + 2, pixels + pixelBytes, pixels)) {
         Reject(report, PanelError::FillNotUniform, where);
-    if (FrameInProgress())
+    }
+    if (FrameInProgress()) {
         Reject(report, PanelError::AreaInFrame,
                QStringLiteral("%1 before chunk %2").arg(where).arg(m_nextChunk));
-    if (!report.errors.empty())
+    }
+    if (!report.errors.empty()) {
         return;
+    }
 
     report.kind = length == kFillSize ? PanelReportKind::Fill : PanelReportKind::Area;
     report.area = area;
@@ -210,8 +226,9 @@ void PanelDecoder::DecodeArea(const quint8* data, std::size_t length, PanelRepor
 }
 
 void PanelDecoder::DecodeChunk(const quint8* data, std::size_t length, PanelReport& report) {
-    if (length != kFrameChunkSize)
+    if (length != kFrameChunkSize) {
         return Reject(report, PanelError::Size, QStringLiteral("chunk of %1 bytes").arg(length));
+    }
 
     constexpr quint8 kFirst = 0xF0;
     constexpr quint8 kMiddle = 0xF1;
@@ -231,18 +248,22 @@ void PanelDecoder::DecodeChunk(const quint8* data, std::size_t length, PanelRepo
     }
 
     const quint8 expectedPhase = number == 1 ? kFirst : number == kChunks ? kLast : kMiddle;
-    if (phase != expectedPhase)
+    if (phase != expectedPhase) {
         Reject(report, PanelError::Phase, QStringLiteral("%1 in chunk %2").arg(Hex(phase)).arg(number));
+    }
     const std::size_t offset = static_cast<std::size_t>(number - 1) * kPayloadSize;
-    if (ReadU16(data + 5) != static_cast<int>(offset % 65536))
+    if (ReadU16(data + 5) != static_cast<int>(offset % 65536)) {
         Reject(report, PanelError::Offset,
                QStringLiteral("%1 in chunk %2").arg(ReadU16(data + 5)).arg(number));
+    }
     const std::size_t payload = number == kChunks ? kLastPayloadSize : kPayloadSize;
-    if (ReadU16(data + 7) != static_cast<int>(payload))
+    if (ReadU16(data + 7) != static_cast<int>(payload)) {
         Reject(report, PanelError::PayloadLength,
                QStringLiteral("%1 in chunk %2").arg(ReadU16(data + 7)).arg(number));
-    if (!AllZero(data + kHeaderSize + payload, data + length))
+    }
+    if (!AllZero(data + kHeaderSize + payload, data + length)) {
         Reject(report, PanelError::Padding, QStringLiteral("chunk %1").arg(number));
+    }
 
     m_nextChunk = number == kChunks ? 0 : number + 1;
     if (!report.errors.empty()) {
@@ -264,9 +285,10 @@ void PanelDecoder::AbandonFrame() {
 
 void PanelDecoder::DrawArea(const quint8* pixels, const QRect& area) {
     const int rowBytes = area.width() * 2;
-    for (int row = 0; row < area.height(); ++row)
+    for (int row = 0; row < area.height(); ++row) {
         StoreRow(m_state.image, area.x(), area.y() + row, pixels + std::ptrdiff_t{row} * rowBytes,
                  area.width());
+    }
 }
 
 void PanelDecoder::ShowFrame() {

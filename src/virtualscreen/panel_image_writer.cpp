@@ -18,8 +18,9 @@ constexpr std::chrono::milliseconds kInterval{500};
 PanelImageWriter::PanelImageWriter(VirtualHidApi& screen, const QString& fileName)
     : m_screen(screen), m_fileName(fileName), m_thread([this] { Run(); }) {
     m_listener = m_screen.AddListener([this](VirtualScreenEvent event) {
-        if (event != VirtualScreenEvent::Picture)
+        if (event != VirtualScreenEvent::Picture) {
             return;
+        }
         {
             const std::lock_guard lock(m_mutex);
             m_dirty = true;
@@ -50,8 +51,9 @@ void PanelImageWriter::Run() {
             written = WriteImage();
             lock.lock();
         }
-        if (m_stop && (isLast || !m_dirty))
+        if (m_stop && (isLast || !m_dirty)) {
             return;
+        }
         // Somebody may just be looking at the file: Windows lets nobody replace it then.
         m_dirty = m_dirty || !written;
         // Whatever changes during this time goes into the next picture.
@@ -64,9 +66,10 @@ bool PanelImageWriter::WriteImage() {
     const bool written =
         file.open(QIODevice::WriteOnly) && m_screen.State().image.save(&file, "PNG") && file.commit();
     // One line for a row of failures.
-    if (!written && !m_failed)
+    if (!written && !m_failed) {
         qCWarning(imageLog, "The panel's picture cannot be written to %s: %s", qUtf8Printable(m_fileName),
                   qUtf8Printable(file.errorString()));
+    }
     m_failed = !written;
     return written;
 }

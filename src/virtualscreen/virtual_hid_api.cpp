@@ -72,8 +72,9 @@ std::vector<HidDeviceInfo> VirtualHidApi::Enumerate(quint16 vendorId, quint16 pr
             std::any_of(devices.begin(), devices.end(),
                         [&path](const HidDeviceInfo& listed) { return listed.path == path; });
         if (device && !isListed && (vendorId == 0 || vendorId == device->vendorId) &&
-            (productId == 0 || productId == device->productId))
+            (productId == 0 || productId == device->productId)) {
             devices.push_back(*device);
+        }
     }
     return devices;
 }
@@ -81,8 +82,9 @@ std::vector<HidDeviceInfo> VirtualHidApi::Enumerate(quint16 vendorId, quint16 pr
 HidHandle* VirtualHidApi::OpenPath(const QByteArray& path) {
     const std::lock_guard lock(m_mutex);
     const std::optional<HidDeviceInfo> device = CollectionAt(path);
-    if (!device || (IsScreen(*device) && (m_failOpens || m_denyOpens)))
+    if (!device || (IsScreen(*device) && (m_failOpens || m_denyOpens))) {
         return nullptr;
+    }
     ++m_openHandles;
     return std::make_unique<Handle>(StampAt(path), *device).release();
 }
@@ -115,8 +117,9 @@ int VirtualHidApi::Write(HidHandle* handle, const quint8* data, std::size_t leng
     constexpr int kFailed = -1;
     const auto* const open = static_cast<const Handle*>(handle);
     std::unique_lock lock(m_mutex);
-    if (open->stamp != StampAt(open->collection.path))
+    if (open->stamp != StampAt(open->collection.path)) {
         return kFailed;
+    }
     if (!IsScreen(open->collection)) {
         m_decoder.Count(PanelError::Interface, QStringLiteral("a report for another device"));
         return kFailed;
@@ -130,8 +133,9 @@ int VirtualHidApi::Write(HidHandle* handle, const quint8* data, std::size_t leng
         Notify(VirtualScreenEvent::Unplugged);
         return kFailed;
     }
-    if (m_failWritesFrom && m_writesSinceFault >= *m_failWritesFrom)
+    if (m_failWritesFrom && m_writesSinceFault >= *m_failWritesFrom) {
         return kFailed;
+    }
     if (open->collection.interfaceNumber == 0) {
         m_decoder.Count(PanelError::Interface, QStringLiteral("a report for the control interface"));
         return kFailed;
@@ -139,10 +143,11 @@ int VirtualHidApi::Write(HidHandle* handle, const quint8* data, std::size_t leng
 
     const PanelReport report = m_decoder.Decode(data, length);
     // A refused chunk belongs to the frame too: who sends one and closes has given up on it.
-    if (!m_decoder.FrameInProgress())
+    if (!m_decoder.FrameInProgress()) {
         m_frameHandle = nullptr;
-    else if (m_frameHandle == nullptr)
+    } else if (m_frameHandle == nullptr) {
         m_frameHandle = open;
+    }
     lock.unlock();
     Notify(report.changedPicture ? VirtualScreenEvent::Picture : VirtualScreenEvent::Report);
     return static_cast<int>(length);
@@ -157,8 +162,9 @@ void VirtualHidApi::Close(HidHandle* handle) {
     const std::unique_ptr<HidHandle> owned(handle);
     const std::lock_guard lock(m_mutex);
     --m_openHandles;
-    if (m_frameHandle != handle)
+    if (m_frameHandle != handle) {
         return;
+    }
     // Whoever sent the frame gave up on it.
     m_frameHandle = nullptr;
     m_decoder.AbandonFrame();
@@ -171,8 +177,9 @@ int VirtualHidApi::Exit() {
 void VirtualHidApi::Unplug() {
     {
         const std::lock_guard lock(m_mutex);
-        if (!m_plugged)
+        if (!m_plugged) {
             return;
+        }
         PullOut();
     }
     Notify(VirtualScreenEvent::Unplugged);
@@ -187,14 +194,17 @@ void VirtualHidApi::PullOut() {
 void VirtualHidApi::Plug(NodeNumbers numbers) {
     {
         const std::lock_guard lock(m_mutex);
-        if (m_plugged)
+        if (m_plugged) {
             return;
+        }
         m_plugged = true;
         ++m_generation;
-        if (numbers == NodeNumbers::New)
+        if (numbers == NodeNumbers::New) {
             ++m_nodeNumber;
-        if (numbers == NodeNumbers::Swapped)
+        }
+        if (numbers == NodeNumbers::Swapped) {
             m_swapped = !m_swapped;
+        }
     }
     Notify(VirtualScreenEvent::Plugged);
 }
@@ -230,19 +240,23 @@ QByteArray VirtualHidApi::InterfacePath(int number) const {
 }
 
 std::optional<HidDeviceInfo> VirtualHidApi::CollectionAt(const QByteArray& path) const {
-    if (!m_keyboardPath.isEmpty() && path == m_keyboardPath)
+    if (!m_keyboardPath.isEmpty() && path == m_keyboardPath) {
         return Keyboard(path);
-    if (m_plugged && path == InterfacePath(0))
+    }
+    if (m_plugged && path == InterfacePath(0)) {
         return Collection(path, 0x000C, 0);
-    if (m_plugged && path == InterfacePath(1))
+    }
+    if (m_plugged && path == InterfacePath(1)) {
         return Collection(path, 0xFFA0, 1);
+    }
     return std::nullopt;
 }
 
 QByteArray VirtualHidApi::StampAt(const QByteArray& path) const {
     const std::optional<HidDeviceInfo> device = CollectionAt(path);
-    if (!device)
+    if (!device) {
         return {};
+    }
     return IsScreen(*device) ? "screen " + QByteArray::number(m_generation)
                              : "keyboard " + QByteArray::number(m_keyboardGeneration);
 }
@@ -310,8 +324,9 @@ void VirtualHidApi::RemoveListener(int id) {
 
 void VirtualHidApi::Notify(VirtualScreenEvent event) {
     const std::lock_guard lock(m_listenerMutex);
-    for (const auto& [id, listener] : m_listeners)
+    for (const auto& [id, listener] : m_listeners) {
         listener(event);
+    }
 }
 
 }  // namespace kivo

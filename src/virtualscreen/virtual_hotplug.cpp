@@ -18,16 +18,18 @@ QString InterfaceName(int number) {
 VirtualHotplug::VirtualHotplug(VirtualHidApi& screen) : m_screen(screen) {}
 
 VirtualHotplug::~VirtualHotplug() {
-    if (m_screenListener != 0)
+    if (m_screenListener != 0) {
         m_screen.RemoveListener(m_screenListener);
+    }
 }
 
 bool VirtualHotplug::Register(const std::function<quintptr()>& /*nativeWindow*/, Listener listener,
                               WakeUpListener /*onWakeUp*/) {
     m_listener = std::move(listener);
     m_screenListener = m_screen.AddListener([this](VirtualScreenEvent event) {
-        if (event != VirtualScreenEvent::Plugged && event != VirtualScreenEvent::Unplugged)
+        if (event != VirtualScreenEvent::Plugged && event != VirtualScreenEvent::Unplugged) {
             return;
+        }
         const bool arrived = event == VirtualScreenEvent::Plugged;
         QMetaObject::invokeMethod(
             &m_context, [this, arrived] { Tell(arrived); }, Qt::QueuedConnection);
@@ -37,8 +39,9 @@ bool VirtualHotplug::Register(const std::function<quintptr()>& /*nativeWindow*/,
 
 // The interfaces come in their order, as a system finds them, and the data interface goes first.
 void VirtualHotplug::Tell(bool arrived) const {
-    for (const int number : {arrived ? 0 : 1, arrived ? 1 : 0})
+    for (const int number : {arrived ? 0 : 1, arrived ? 1 : 0}) {
         m_listener({InterfaceName(number), arrived});
+    }
 }
 
 }  // namespace kivo

@@ -42,12 +42,14 @@ public:
 
     // A null image stands for a screen that is pulled out. `key` changes with every picture of the panel.
     void Show(const QImage& image, quint64 key) {
-        if (key == m_key && image.size() == m_image.size())
+        if (key == m_key && image.size() == m_image.size()) {
             return;
+        }
         m_key = key;
         m_image = image;
-        if (!image.isNull())
+        if (!image.isNull()) {
             setFixedSize(image.size() * kScale);
+        }
         update();
     }
 
@@ -98,8 +100,9 @@ VirtualScreenWindow::VirtualScreenWindow(VirtualHidApi& screen, QWidget* parent)
 
     m_listener = m_screen.AddListener([this](VirtualScreenEvent /*event*/) {
         // Any number of events until the window looks makes one message.
-        if (!m_noted.exchange(true))
+        if (!m_noted.exchange(true)) {
             QMetaObject::invokeMethod(this, &VirtualScreenWindow::StartRefreshing, Qt::QueuedConnection);
+        }
     });
 }
 
@@ -109,8 +112,9 @@ VirtualScreenWindow::~VirtualScreenWindow() {
 
 void VirtualScreenWindow::StartRefreshing() {
     m_noted = false;
-    if (m_refreshTimer.isActive())
+    if (m_refreshTimer.isActive()) {
         return;
+    }
     m_rateTime.start();
     m_refreshTimer.start();
     Refresh();
@@ -124,15 +128,17 @@ void VirtualScreenWindow::Refresh() {
     m_view->Show(plugged ? state.UprightImage() : QImage(), pictureKey);
     m_unplugButton->setEnabled(plugged);
     m_plugButton->setEnabled(!plugged);
-    if (MeasureRate(state.counts))
+    if (MeasureRate(state.counts)) {
         m_refreshTimer.stop();
+    }
 }
 
 // True when a whole measure saw no report: then there is nothing left to show.
 bool VirtualScreenWindow::MeasureRate(const PanelCounts& counts) {
     const qint64 elapsedMs = m_rateTime.elapsed();
-    if (elapsedMs < kRateMs)
+    if (elapsedMs < kRateMs) {
         return false;
+    }
     const quint64 reports = counts.reports - m_measuredReports;
     const quint64 bytes = counts.bytes - m_measuredBytes;
     m_measuredReports = counts.reports;

@@ -46,13 +46,15 @@ void ExitItemDelegate::paint(QPainter* painter, const QStyleOptionViewItem& opti
                              const QModelIndex& index) const {
     DrawPictureItem(*painter, option, index, PaintedName(index), index.row() == 0);
     DrawItemFrame(*painter, option);
-    if (!CanDelete(index.row(), index.model()->rowCount()))
+    if (!CanDelete(index.row(), index.model()->rowCount())) {
         return;
+    }
     const QRectF square(CrossRect(option.rect));
-    if (m_cross.IsNull())
+    if (m_cross.IsNull()) {
         DrawPlainCross(*painter, square);
-    else
+    } else {
         m_cross.Draw(*painter, QRectF(square.topLeft(), m_cross.FittedSize(square.size())));
+    }
 }
 
 QString ExitItemDelegate::PaintedName(const QModelIndex& index) const {
@@ -73,8 +75,9 @@ bool ExitItemDelegate::editorEvent(QEvent* event, QAbstractItemModel* model,
             const QPoint position(qRound(mouse->localPos().x()), qRound(mouse->localPos().y()));
             const bool isHit =
                 CanDelete(index.row(), model->rowCount()) && CrossRect(option.rect).contains(position);
-            if (mouse->button() == Qt::LeftButton && TakeLeftButton(event->type(), isHit, index.row()))
+            if (mouse->button() == Qt::LeftButton && TakeLeftButton(event->type(), isHit, index.row())) {
                 return true;
+            }
             break;
         }
         default:
@@ -88,11 +91,13 @@ bool ExitItemDelegate::editorEvent(QEvent* event, QAbstractItemModel* model,
 bool ExitItemDelegate::TakeLeftButton(QEvent::Type type, bool isHit, int row) {
     const bool endsPress = type == QEvent::MouseButtonRelease && m_isPressed;
     m_isPressed = type != QEvent::MouseButtonRelease;
-    if (endsPress)
+    if (endsPress) {
         return m_isClickOnCross;
+    }
     m_isClickOnCross = isHit;
-    if (isHit && type != QEvent::MouseButtonDblClick)
+    if (isHit && type != QEvent::MouseButtonDblClick) {
         Q_EMIT handleDeleteClick(row);
+    }
     return isHit;
 }
 

@@ -66,8 +66,9 @@ int TextWidth(int panelWidth) {
 QString ShortenedText(const QString& text, const QFont& font, int width, int mostLines) {
     QTextLayout layout(text, font);
     LayOutText(layout, width);
-    if (layout.lineCount() <= mostLines)
+    if (layout.lineCount() <= mostLines) {
         return text;
+    }
     const int lastLine = layout.lineAt(mostLines - 1).textStart();
     QString rest = text.mid(lastLine);
     rest.replace(QChar::LineSeparator, QLatin1Char(' '));
@@ -139,8 +140,9 @@ ExitMessageBox::ExitMessageBox(const QString& text, QWidget* window)
     connect(m_cancelButton, &QPushButton::clicked, this, &QDialog::reject);
 
     new FocusRing(this);
-    if (m_window != nullptr)
+    if (m_window != nullptr) {
         m_window->installEventFilter(this);
+    }
     m_overWindow = IsWindowSeen();
     Place();
 }
@@ -150,8 +152,9 @@ ExitMessageBox::ExitMessageBox(const Question& question, QWidget* window)
     setWindowTitle(question.title);
     setAccessibleName(question.title);
     m_okButton->setText(question.yes);
-    if (question.isDeletion)
+    if (question.isDeletion) {
         m_okButton->SetLook(NimbPushButton::Look::Delete);
+    }
     PlaceButtons();
 }
 
@@ -176,8 +179,9 @@ bool ExitMessageBox::IsWindowSeen() const {
 
 // Once the window has been seen the box belongs to it, also while it is away again.
 void ExitMessageBox::LookBelow() {
-    if (!IsWindowSeen())
+    if (!IsWindowSeen()) {
         return;
+    }
     m_overWindow = true;
     // A picture of the window under the veil, so that nothing depends on a desktop that can blend windows.
     m_below = m_window->grab();
@@ -187,8 +191,9 @@ void ExitMessageBox::Place() {
     LayOutPanel();
     if (m_overWindow) {
         clearMask();
-        if (IsWindowSeen())
+        if (IsWindowSeen()) {
             setGeometry(m_window->geometry());
+        }
     } else {
         QRect place(QPoint(0, 0), m_panelSize);
         place.moveCenter(FreeRoom().center());
@@ -215,8 +220,9 @@ void ExitMessageBox::LayOutPanel() {
     for (;; width = qMin(width + kWideningStep, widest)) {
         QTextLayout layout(text, textFont);
         textHeight = LayOutText(layout, TextWidth(width));
-        if (width == widest || around + textHeight <= width * 2 / 3)
+        if (width == widest || around + textHeight <= width * 2 / 3) {
             break;
+        }
     }
     const int mostLines = qMax(1, (room.height() - around) / kLineHeight);
     m_shownText = ShortenedText(text, textFont, TextWidth(width), mostLines);
@@ -283,8 +289,9 @@ void ExitMessageBox::mousePressEvent(QMouseEvent* event) {
 }
 
 void ExitMessageBox::mouseMoveEvent(QMouseEvent* event) {
-    if (!m_dragging || event->buttons() == Qt::NoButton)
+    if (!m_dragging || event->buttons() == Qt::NoButton) {
         return;
+    }
     DraggedWidget().move(event->globalPos() - m_dragOffset);
 }
 
@@ -322,10 +329,11 @@ void ExitMessageBox::DrawPanel(QPainter& painter) const {
     painter.setPen(colors::kTextBody);
     layout.draw(&painter, QPointF(kTextLeft, kIcon.top() + lift));
 
-    if (m_warning.IsNull())
+    if (m_warning.IsNull()) {
         DrawPlainWarning(painter, kIcon);
-    else
+    } else {
         m_warning.Draw(painter, kIcon);
+    }
 }
 
 }  // namespace kivo

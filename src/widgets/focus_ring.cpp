@@ -43,8 +43,9 @@ bool FocusRing::eventFilter(QObject* watched, QEvent* event) {
             lastInputWasKey = false;
             break;
         case QEvent::FocusIn:
-            if (auto* const widget = qobject_cast<QWidget*>(watched))
+            if (auto* const widget = qobject_cast<QWidget*>(watched)) {
                 OnFocusIn(widget, static_cast<QFocusEvent*>(event)->reason());
+            }
             break;
         case QEvent::Move:
         case QEvent::Resize:
@@ -53,8 +54,9 @@ bool FocusRing::eventFilter(QObject* watched, QEvent* event) {
         case QEvent::ZOrderChange:
         case QEvent::DynamicPropertyChange:
             if (m_target && watched != this && watched->isWidgetType() &&
-                IsInWindow(static_cast<QWidget*>(watched)))
+                IsInWindow(static_cast<QWidget*>(watched))) {
                 Follow();
+            }
             break;
         default:
             break;
@@ -68,16 +70,18 @@ bool FocusRing::IsInWindow(QWidget* widget) const {
 }
 
 void FocusRing::OnFocusIn(QWidget* widget, Qt::FocusReason reason) {
-    if (!IsInWindow(widget))
+    if (!IsInWindow(widget)) {
         return;
+    }
     const bool hadRing = m_target != nullptr || m_isRefused;
     bool getsRing = false;
-    if (IsKeyboardReason(reason))
+    if (IsKeyboardReason(reason)) {
         // Qt gives the tab key as the reason too when the focus widget hides and when a dialog opens, which
         // the mouse may have brought about.
         getsRing = lastInputWasKey;
-    else if (reason != Qt::MouseFocusReason)
+    } else if (reason != Qt::MouseFocusReason) {
         getsRing = hadRing && lastInputWasKey;
+    }
     m_isRefused = getsRing && widget->property("noFocusRing").toBool();
     m_target = getsRing && !m_isRefused ? widget : nullptr;
     Follow();
@@ -102,8 +106,9 @@ void FocusRing::Follow() {
 }
 
 void FocusRing::paintEvent(QPaintEvent* /*event*/) {
-    if (!m_target)
+    if (!m_target) {
         return;
+    }
     const QVariant own = m_target->property("focusRadius");
     const qreal radius = (own.isValid() ? own.toReal() : kUsualRadius) + kGap + kWidth / 2.0;
     const qreal half = kWidth / 2.0;

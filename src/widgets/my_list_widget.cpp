@@ -36,8 +36,9 @@ void MyListWidget::ShowAsGrid(const QSize& pictureSize, const QSize& cellSize) {
 void MyListWidget::mousePressEvent(QMouseEvent* event) {
     m_pressed = indexAt(event->pos());
     QListWidget::mousePressEvent(event);
-    if (event->button() == Qt::RightButton)
+    if (event->button() == Qt::RightButton) {
         Q_EMIT rightClick();
+    }
 }
 
 // QListView tells assistive programs that its row has the focus, whoever has it.

@@ -2,114 +2,19 @@
 
 #include <QKeyEvent>
 #include <QMouseEvent>
-#include <QPainter>
 #include <QPointer>
-#include <optional>
 #include <utility>
 
-#include "widgets/window_colors.h"
-
 namespace kivo {
-
-namespace colors = window_colors;
-
-namespace {
-
-constexpr qreal kPlateRadius = 10;
-constexpr qreal kChoiceRadius = 8;
-constexpr qreal kIconGap = 8;
-constexpr qreal kSideRoom = 6;  // between the edge and the widest text
-constexpr int kSmallestText = 11;
-constexpr QSizeF kAccentBar(24, 2.5);
-
-struct PlateColors {
-    QColor fill;
-    QColor edge;
-    QColor text;
-};
-
-PlateColors QuietColors(NimbPushButton::State state) {
-    switch (state) {
-        case NimbPushButton::Hover:
-            return {colors::kHoverFill, colors::kButtonEdgeHover, colors::kTextHigh};
-        case NimbPushButton::Pressed:
-            return {colors::kSelectedFill, colors::kAccentBright, Qt::white};
-        case NimbPushButton::Disabled:
-            return {colors::kButton, colors::kButtonEdgeOff, colors::kButtonTextOff};
-        case NimbPushButton::Normal:
-            break;
-    }
-    return {colors::kButton, colors::kButtonEdge, colors::kButtonText};
-}
-
-PlateColors PrimaryColors(NimbPushButton::State state) {
-    switch (state) {
-        case NimbPushButton::Hover:
-            return {colors::kAccentDeepHover, colors::kAccentBright, Qt::white};
-        case NimbPushButton::Pressed:
-            return {colors::kAccentDeepPress, colors::kAccentDeepEdge, Qt::white};
-        case NimbPushButton::Disabled:
-            return QuietColors(state);
-        case NimbPushButton::Normal:
-            break;
-    }
-    return {colors::kAccentDeep, colors::kAccentDeepEdge, Qt::white};
-}
-
-PlateColors DeleteColors(NimbPushButton::State state) {
-    switch (state) {
-        case NimbPushButton::Hover:
-            return {colors::kDeleteFillHover, colors::kDelete, colors::kDelete};
-        case NimbPushButton::Pressed:
-            return {colors::kDeleteFillPress, colors::kDelete, colors::kDelete};
-        case NimbPushButton::Disabled:
-            return QuietColors(state);
-        case NimbPushButton::Normal:
-            break;
-    }
-    return {colors::kDeleteFill, colors::kDeleteEdge, colors::kDelete};
-}
-
-// Of the looks that have a plate in every state.
-std::optional<PlateColors> ColorsOf(NimbPushButton::Look look, NimbPushButton::State state) {
-    switch (look) {
-        case NimbPushButton::Look::Quiet:
-            return QuietColors(state);
-        case NimbPushButton::Look::Primary:
-            return PrimaryColors(state);
-        case NimbPushButton::Look::Delete:
-            return DeleteColors(state);
-        case NimbPushButton::Look::Tab:
-        case NimbPushButton::Look::Choice:
-        case NimbPushButton::Look::Bare:
-            break;
-    }
-    return std::nullopt;
-}
-
-QColor ChoiceColor(NimbPushButton::State state, const QColor& off, const QColor& hover, const QColor& on) {
-    switch (state) {
-        case NimbPushButton::Hover:
-            return hover;
-        case NimbPushButton::Pressed:
-            return on;
-        case NimbPushButton::Disabled:
-            return colors::kChoiceOff;
-        case NimbPushButton::Normal:
-            break;
-    }
-    return off;
-}
-
-}  // namespace
 
 // While it lives, what the base class tells comes from the mouse. The button may go meanwhile.
 class NimbPushButton::ByMouse {
 public:
     explicit ByMouse(NimbPushButton* button) : m_button(button) { button->m_byMouse = true; }
     ~ByMouse() {
-        if (m_button)
+        if (m_button) {
             m_button->m_byMouse = false;
+        }
     }
     Q_DISABLE_COPY_MOVE(ByMouse)
 
@@ -154,8 +59,9 @@ void NimbPushButton::SetButtonEnabled(bool enabled) {
     m_enabledFlag = enabled;
     m_paintState = enabled ? Normal : Disabled;
     // Deliberate: a toggle that is on is lit, whether it can be used or not, until the mouse leaves it.
-    if (m_toggleMode && m_checked)
+    if (m_toggleMode && m_checked) {
         m_paintState = Hover;
+    }
     setEnabled(enabled);
     update();
 }
@@ -232,28 +138,35 @@ void NimbPushButton::SetCornerRadius(qreal radius) {
 void NimbPushButton::enterEvent(QEvent* event) {
     const QPointer<NimbPushButton> guard(this);
     Q_EMIT OverSignal(this, true);
-    if (!guard)
+    if (!guard) {
         return;
-    if (!m_toggleMode && m_enabledFlag)
+    }
+    if (!m_toggleMode && m_enabledFlag) {
         m_paintState = Hover;
-    if (m_enabledFlag)
+    }
+    if (m_enabledFlag) {
         update();
+    }
     QPushButton::enterEvent(event);
 }
 
 void NimbPushButton::leaveEvent(QEvent* event) {
     const QPointer<NimbPushButton> guard(this);
-    if (m_leftSincePress)
+    if (m_leftSincePress) {
         Q_EMIT OverSignal(this, false);
-    if (!guard)
+    }
+    if (!guard) {
         return;
+    }
     m_leftSincePress = true;
-    if (m_toggleMode)
+    if (m_toggleMode) {
         m_paintState = m_checked ? Pressed : Normal;
-    else if (m_enabledFlag)
+    } else if (m_enabledFlag) {
         m_paintState = Normal;
-    if (m_toggleMode || m_enabledFlag)
+    }
+    if (m_toggleMode || m_enabledFlag) {
         update();
+    }
     QPushButton::leaveEvent(event);
 }
 
@@ -261,15 +174,17 @@ void NimbPushButton::leaveEvent(QEvent* event) {
 bool NimbPushButton::TakePress(QMouseEvent* event) {
     const QPointer<NimbPushButton> guard(this);
     Q_EMIT mousePressSignal(event);
-    if (!guard)
+    if (!guard) {
         return false;
+    }
     m_checked = !m_checked;
     m_paintState = m_toggleMode && !m_checked ? Normal : Pressed;
     TellChecked();
     update();
     Q_EMIT EnterSignal(this);
-    if (!guard)
+    if (!guard) {
         return false;
+    }
     m_leftSincePress = false;
     return true;
 }
@@ -284,12 +199,14 @@ void NimbPushButton::TellChecked() {
 
 // Somebody has changed the base class's state without a press, as assistive programs do: that is a click.
 void NimbPushButton::TakeToggle(bool checked) {
-    if (checked == m_checked)
+    if (checked == m_checked) {
         return;
+    }
     const QPointer<NimbPushButton> guard(this);
     click();
-    if (guard)
+    if (guard) {
         TellChecked();
+    }
 }
 
 void NimbPushButton::mousePressEvent(QMouseEvent* event) {
@@ -298,8 +215,9 @@ void NimbPushButton::mousePressEvent(QMouseEvent* event) {
         return;
     }
     const ByMouse byMouse(this);
-    if (event->button() == Qt::LeftButton && !TakePress(event))
+    if (event->button() == Qt::LeftButton && !TakePress(event)) {
         return;
+    }
     QPushButton::mousePressEvent(event);
 }
 
@@ -325,13 +243,15 @@ void NimbPushButton::keyPressEvent(QKeyEvent* event) {
         QPushButton::keyPressEvent(event);
         return;
     }
-    if (!event->isAutoRepeat())
+    if (!event->isAutoRepeat()) {
         click();
+    }
 }
 
 void NimbPushButton::TakePressWithoutMouse() {
-    if (m_byMouse || !m_enabledFlag)
+    if (m_byMouse || !m_enabledFlag) {
         return;
+    }
     const QPointF middle = QRectF(rect()).center();
     QMouseEvent press(QEvent::MouseButtonPress, middle, mapToGlobal(middle.toPoint()), Qt::LeftButton,
                       Qt::LeftButton, Qt::NoModifier);
@@ -340,144 +260,11 @@ void NimbPushButton::TakePressWithoutMouse() {
 
 // The mouse's going ends a press by mouse; this ends the others.
 void NimbPushButton::LetGoWithoutMouse() {
-    if (m_byMouse || m_toggleMode || !m_enabledFlag)
+    if (m_byMouse || m_toggleMode || !m_enabledFlag) {
         return;
+    }
     m_paintState = underMouse() ? Hover : Normal;
     update();
-}
-
-// What the person sees: the paint state, and beside it what a look has to tell apart.
-NimbPushButton::State NimbPushButton::DrawnState() const {
-    if (!isEnabled() && (m_look != Look::Bare || m_enabledFlag))
-        return Disabled;
-    if (m_toggleMode && m_enabledFlag && m_paintState == Normal && underMouse())
-        return Hover;
-    return static_cast<State>(m_paintState);
-}
-
-QColor NimbPushButton::TextColor(State state) const {
-    if (const std::optional<PlateColors> plate = ColorsOf(m_look, state))
-        return plate->text;
-    // The accent marks what is chosen: the icon, or the text where there is none.
-    if (m_look == Look::Choice)
-        return ChoiceColor(state, colors::kTextMid, colors::kTextHigh,
-                           m_iconSize.isEmpty() ? colors::kAccentBright : colors::kTextHigh);
-    return m_textColors.value(state);
-}
-
-QColor NimbPushButton::IconColor(State state) const {
-    if (m_look == Look::Choice)
-        return ChoiceColor(state, colors::kChoiceIcon, colors::kTextHigh, colors::kAccentBright);
-    return TextColor(state);
-}
-
-qreal NimbPushButton::CornerRadius() const {
-    if (m_cornerRadius >= 0)
-        return m_cornerRadius;
-    return m_look == Look::Choice ? kChoiceRadius : kPlateRadius;
-}
-
-QFont NimbPushButton::FittedFont(qreal width) const {
-    QFont font = m_hasTextFont ? m_textFont : this->font();
-    for (int pixels = m_textPixelSize;; --pixels) {
-        font.setPixelSize(pixels);
-        if (pixels <= kSmallestText || QFontMetricsF(font).horizontalAdvance(text()) <= width)
-            return font;
-    }
-}
-
-QSize NimbPushButton::sizeHint() const {
-    const QFontMetricsF metrics(FittedFont(QWIDGETSIZE_MAX));
-    qreal width = 2 * kPlateRadius + metrics.horizontalAdvance(text());
-    if (!m_iconSize.isEmpty())
-        width += m_iconSize.width() + (text().isEmpty() ? 0 : kIconGap);
-    const qreal height = qMax(metrics.height(), static_cast<qreal>(m_iconSize.height())) + kPlateRadius;
-    return QSizeF(width, height).toSize();
-}
-
-void NimbPushButton::paintEvent(QPaintEvent* /*event*/) {
-    const State state = DrawnState();
-    QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
-    const SharpPicture& picture = m_pictures[state];
-    if (m_usesPictures && !picture.IsNull())
-        picture.Draw(painter, rect());
-    else if (m_look == Look::Bare)
-        DrawBareGround(painter, state);
-    else
-        DrawPlate(painter, state);
-    DrawContents(painter, state);
-}
-
-void NimbPushButton::DrawPlate(QPainter& painter, State state) const {
-    const qreal radius = CornerRadius();
-    painter.save();
-    if (const std::optional<PlateColors> plate = ColorsOf(m_look, state)) {
-        // On the half pixel, so that the edge covers whole ones.
-        painter.setPen(QPen(plate->edge, 1));
-        painter.setBrush(plate->fill);
-        painter.drawRoundedRect(QRectF(rect()).adjusted(.5, .5, -.5, -.5), radius - .5, radius - .5);
-    } else if (state == Pressed) {
-        painter.setPen(Qt::NoPen);
-        painter.setBrush(colors::kSelectedFill);
-        painter.drawRoundedRect(QRectF(rect()), radius, radius);
-        if (m_look == Look::Tab) {
-            const QPointF corner((width() - kAccentBar.width()) / 2, height() - kAccentBar.height());
-            painter.setBrush(colors::kAccentBright);
-            painter.drawRoundedRect(QRectF(corner, kAccentBar), kAccentBar.height() / 2,
-                                    kAccentBar.height() / 2);
-        }
-    }
-    painter.restore();
-}
-
-void NimbPushButton::DrawBareGround(QPainter& painter, State state) const {
-    // A state without a picture shows that of the normal one.
-    if (m_usesPictures) {
-        m_pictures[Normal].Draw(painter, rect());
-        return;
-    }
-    painter.save();
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(m_backColors.value(state));
-    if (m_ellipse)
-        painter.drawEllipse(rect());
-    else
-        painter.drawRect(rect());
-    painter.restore();
-}
-
-// Icon and text as one group in the middle.
-void NimbPushButton::DrawContents(QPainter& painter, State state) const {
-    const bool hasText = !text().isEmpty();
-    const qreal iconRoom = m_iconSize.isEmpty() ? 0 : m_iconSize.width() + (hasText ? kIconGap : 0);
-    const qreal room = width() - 2 * kSideRoom - iconRoom;
-    const QFont font = FittedFont(room);
-    const QFontMetricsF metrics(font);
-    const QString shown = hasText ? metrics.elidedText(text(), Qt::ElideRight, room) : QString();
-    const qreal textWidth = qMin(metrics.horizontalAdvance(shown), qMax(room, 0.0));
-    // On a whole pixel, or an icon's lines would be blurred.
-    const qreal left = qRound((width() - iconRoom - textWidth) / 2);
-    if (!m_iconSize.isEmpty())
-        DrawIcon(painter, QRectF(QPointF(left, qRound((height() - m_iconSize.height()) / 2.0)), m_iconSize),
-                 state);
-    if (!hasText)
-        return;
-    painter.setFont(font);
-    painter.setPen(TextColor(state));
-    painter.drawText(QRectF(left + iconRoom, 0, textWidth + 1, height()),
-                     Qt::AlignVCenter | Qt::AlignLeft | Qt::TextSingleLine | Qt::TextDontClip, shown);
-}
-
-void NimbPushButton::DrawIcon(QPainter& painter, const QRectF& rect, State state) const {
-    painter.save();
-    if (state == Disabled)
-        painter.setOpacity(m_iconDrawing ? 1.0 : 0.45);
-    if (m_iconDrawing)
-        m_iconDrawing(painter, rect, IconColor(state), state);
-    else
-        (state == Pressed ? m_iconPressed : m_iconNormal).Draw(painter, rect);
-    painter.restore();
 }
 
 }  // namespace kivo

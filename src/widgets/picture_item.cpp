@@ -34,8 +34,9 @@ void DrawRoundedPicture(QPainter& painter, const QRectF& place, const QIcon& ico
         toDevice.inverted().mapRect(QRectF(device.topLeft().toPoint(), device.size().toSize()));
     const qreal ratio = painter.device()->devicePixelRatioF();
     QPixmap pixmap = icon.pixmap((target.size() * ratio).toSize());
-    if (pixmap.isNull())
+    if (pixmap.isNull()) {
         return;
+    }
     pixmap.setDevicePixelRatio(1.0);
     QTransform fit = QTransform::fromTranslate(target.x(), target.y());
     fit.scale(target.width() / pixmap.width(), target.height() / pixmap.height());
@@ -72,10 +73,12 @@ void DrawCheck(QPainter& painter, const QRectF& picture) {
 
 QColor NameColor(const QStyleOptionViewItem& option, const QModelIndex& index, bool isAction) {
     const QVariant own = index.data(Qt::ForegroundRole);
-    if (own.canConvert<QBrush>())
+    if (own.canConvert<QBrush>()) {
         return own.value<QBrush>().color();
-    if (IsSelected(option))
+    }
+    if (IsSelected(option)) {
         return colors::kTextHigh;
+    }
     return isAction ? colors::kTextMid : colors::kTextLow;
 }
 
@@ -99,10 +102,12 @@ void DrawPictureItem(QPainter& painter, const QStyleOptionViewItem& option, cons
     painter.save();
     const QRectF picture = PicturePlace(option.rect, option.decorationSize);
     const QVariant decoration = index.data(Qt::DecorationRole);
-    if (decoration.canConvert<QIcon>())
+    if (decoration.canConvert<QIcon>()) {
         DrawRoundedPicture(painter, picture, decoration.value<QIcon>());
-    if (IsSelected(option))
+    }
+    if (IsSelected(option)) {
         DrawCheck(painter, picture);
+    }
 
     if (!name.isEmpty()) {
         QFont font = option.font;
@@ -120,8 +125,9 @@ void DrawPictureItem(QPainter& painter, const QStyleOptionViewItem& option, cons
 
 void DrawItemFrame(QPainter& painter, const QStyleOptionViewItem& option) {
     const bool isSelected = IsSelected(option);
-    if (!isSelected && !option.state.testFlag(QStyle::State_MouseOver))
+    if (!isSelected && !option.state.testFlag(QStyle::State_MouseOver)) {
         return;
+    }
     const qreal width = isSelected ? kSelectedFrameWidth : kHoverFrameWidth;
     const qreal half = width / 2;
     painter.save();

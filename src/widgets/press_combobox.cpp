@@ -56,8 +56,9 @@ PressCombobox::PressCombobox(QWidget* parent) : QComboBox(parent) {
 }
 
 void PressCombobox::mousePressEvent(QMouseEvent* event) {
-    if (event->button() == Qt::LeftButton)
+    if (event->button() == Qt::LeftButton) {
         Q_EMIT clicked();
+    }
     QComboBox::mousePressEvent(event);
 }
 
@@ -69,10 +70,12 @@ void PressCombobox::keyPressEvent(QKeyEvent* event) {
 // Which keys open the list is the base class's business: here it has decided.
 void PressCombobox::showPopup() {
     // Assistive programs are offered it also while nobody sees the chooser.
-    if (!isVisible())
+    if (!isVisible()) {
         return;
-    if (m_atKey && count() > 0)
+    }
+    if (m_atKey && count() > 0) {
         Q_EMIT clicked();
+    }
     QComboBox::showPopup();
 }
 

@@ -7,8 +7,9 @@
 namespace kivo {
 
 void PressLabel::SetOpens(Opens opens) {
-    if (opens == m_opens)
+    if (opens == m_opens) {
         return;
+    }
     m_opens = opens;
     QAccessible::State changed;
     changed.expanded = true;
@@ -18,8 +19,9 @@ void PressLabel::SetOpens(Opens opens) {
 }
 
 void PressLabel::mousePressEvent(QMouseEvent* event) {
-    if (event->button() == Qt::LeftButton)
+    if (event->button() == Qt::LeftButton) {
         Press();
+    }
     QLabel::mousePressEvent(event);
 }
 
@@ -29,8 +31,9 @@ void PressLabel::keyPressEvent(QKeyEvent* event) {
         QLabel::keyPressEvent(event);
         return;
     }
-    if (!event->isAutoRepeat())
+    if (!event->isAutoRepeat()) {
         Press();
+    }
 }
 
 }  // namespace kivo

@@ -10,26 +10,30 @@ SelfPlainTextEdit::SelfPlainTextEdit(QWidget* parent) : QPlainTextEdit(parent) {
 
 void SelfPlainTextEdit::EnforceMaxLength() {
     const QString text = toPlainText();
-    if (text.size() <= m_maxLength)
+    if (text.size() <= m_maxLength) {
         return;
+    }
     int length = qMax(0, m_maxLength);
-    if (length > 0 && text.at(length - 1).isHighSurrogate())
+    if (length > 0 && text.at(length - 1).isHighSurrogate()) {
         --length;
+    }
     setPlainText(text.left(length));
     moveCursor(QTextCursor::End);
 }
 
 // Setting the text would break off the composition, so the limit waits until it is over.
 void SelfPlainTextEdit::OnTextChanged() {
-    if (!m_composing)
+    if (!m_composing) {
         EnforceMaxLength();
+    }
 }
 
 void SelfPlainTextEdit::inputMethodEvent(QInputMethodEvent* event) {
     m_composing = !event->preeditString().isEmpty();
     QPlainTextEdit::inputMethodEvent(event);
-    if (!m_composing)
+    if (!m_composing) {
         EnforceMaxLength();
+    }
 }
 
 // Not every input method tells that it has given up.

@@ -12,8 +12,9 @@ namespace {
 constexpr qreal kDoubleFrom = 1.1;
 
 QPixmap Load(const QString& path) {
-    if (path.isEmpty() || !QFileInfo::exists(path))
+    if (path.isEmpty() || !QFileInfo::exists(path)) {
         return {};
+    }
     QPixmap pixmap(path);
     pixmap.setDevicePixelRatio(1.0);  // what its name says about it is known here already
     return pixmap;
@@ -40,8 +41,9 @@ const QPixmap& SharpPicture::Suiting(qreal ratio) const {
 
 void SharpPicture::Draw(QPainter& painter, const QRectF& target) const {
     const QPixmap& chosen = Suiting(painter.device()->devicePixelRatioF());
-    if (chosen.isNull())
+    if (chosen.isNull()) {
         return;
+    }
     painter.save();
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
     painter.drawPixmap(target, chosen, QRectF(chosen.rect()));

@@ -122,8 +122,9 @@ QPalette WindowPalette() {
     palette.setColor(QPalette::LinkVisited, colors::kAccentBright);
     palette.setColor(QPalette::ToolTipBase, colors::kToolTip);
     palette.setColor(QPalette::ToolTipText, colors::kTextHigh);
-    for (const QPalette::ColorRole role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
+    for (const QPalette::ColorRole role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
         palette.setColor(QPalette::Disabled, role, colors::kButtonTextOff);
+    }
     palette.setColor(QPalette::Disabled, QPalette::Highlight, colors::kSelectedFill);
     return palette;
 }

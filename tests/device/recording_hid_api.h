@@ -47,8 +47,9 @@ public:
     // Opened and not closed, in the order of opening.
     std::vector<QByteArray> OpenPaths() const {
         std::vector<QByteArray> paths;
-        for (const auto& [handle, path] : m_open)
+        for (const auto& [handle, path] : m_open) {
             paths.push_back(path);
+        }
         return paths;
     }
 
@@ -59,18 +60,21 @@ public:
 
     std::vector<HidDeviceInfo> Enumerate(quint16 vendorId, quint16 productId) override {
         const Exclusive call(*this);
-        if (vendorId != 0 || productId != 0)
+        if (vendorId != 0 || productId != 0) {
             ++misuses;  // the program asks for all devices
+        }
         return devices;
     }
 
     HidHandle* OpenPath(const QByteArray& path) override {
-        if (beforeOpen)
+        if (beforeOpen) {
             beforeOpen();
+        }
         const Exclusive call(*this);
         opened.push_back(path);
-        if (path.isEmpty() || (refusesOpen && refusesOpen(path)))
+        if (path.isEmpty() || (refusesOpen && refusesOpen(path))) {
             return nullptr;
+        }
         auto* const handle = std::make_unique<Handle>().release();
         m_open.emplace_back(handle, path);
         return handle;
@@ -82,15 +86,17 @@ public:
     }
 
     std::vector<HidDeviceInfo> Identify(HidHandle* handle) override {
-        if (beforeIdentify)
+        if (beforeIdentify) {
             beforeIdentify();
+        }
         const Exclusive call(*this);
         ++identified;
         std::vector<HidDeviceInfo> collections;
         for (const auto& [open, path] : m_open) {
             for (const HidDeviceInfo& device : devices) {
-                if (open == handle && device.path == path)
+                if (open == handle && device.path == path) {
                     collections.push_back(device);
+                }
             }
         }
         return collections;
@@ -104,8 +110,9 @@ public:
     QByteArray PanelKey(const QByteArray& path) override { return ValueOf(panelKeys, path); }
 
     int Write(HidHandle* handle, const quint8* data, std::size_t length) override {
-        if (beforeWrite)
+        if (beforeWrite) {
             beforeWrite();
+        }
         return Record(writes, handle, data, length);
     }
 
@@ -116,8 +123,9 @@ public:
     void Close(HidHandle* handle) override {
         const Exclusive call(*this);
         for (auto it = m_open.begin(); it != m_open.end(); ++it) {
-            if (it->first != handle)
+            if (it->first != handle) {
                 continue;
+            }
             closed.push_back(it->second);
             m_open.erase(it);
             const std::unique_ptr<HidHandle> owned(handle);
@@ -139,8 +147,9 @@ private:
         explicit Exclusive(RecordingHidApi& api) : m_api(api) {
             const bool overlaps = m_api.m_inside.exchange(true);
             m_api.m_recordMutex.lock();
-            if (overlaps)
+            if (overlaps) {
                 ++m_api.misuses;
+            }
         }
         ~Exclusive() {
             m_api.m_recordMutex.unlock();
@@ -161,8 +170,9 @@ private:
     int Record(std::vector<RecordedWrite>& to, HidHandle* handle, const quint8* data, std::size_t length) {
         const std::lock_guard<std::mutex> lock(m_recordMutex);
         for (const auto& [open, path] : m_open) {
-            if (open != handle)
+            if (open != handle) {
                 continue;
+            }
             to.push_back({path, QByteArray(reinterpret_cast<const char*>(data), static_cast<int>(length))});
             return writeResult == 0 ? static_cast<int>(length) : writeResult;
         }

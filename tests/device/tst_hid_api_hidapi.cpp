@@ -21,8 +21,9 @@ private slots:
     void listsDevicesWithPaths() {
         HidapiHidApi api;
         QCOMPARE(api.Init(), 0);
-        for (const HidDeviceInfo& device : api.Enumerate(0, 0))
+        for (const HidDeviceInfo& device : api.Enumerate(0, 0)) {
             QVERIFY(!device.path.isEmpty());
+        }
         QCOMPARE(api.Exit(), 0);
     }
 

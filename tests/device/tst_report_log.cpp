@@ -15,8 +15,9 @@ const QByteArray kTimeSync = QByteArray::fromHex("0055a2") + QByteArray(10, '\0'
 
 int WriteTo(HidApi& api, const QByteArray& path, const QByteArray& report) {
     HidHandle* const handle = api.OpenPath(path);
-    if (handle == nullptr)
+    if (handle == nullptr) {
         return -100;
+    }
     const int written = api.Write(handle, reinterpret_cast<const quint8*>(report.constData()),
                                   static_cast<std::size_t>(report.size()));
     api.Close(handle);
@@ -26,10 +27,12 @@ int WriteTo(HidApi& api, const QByteArray& path, const QByteArray& report) {
 std::vector<LoggedReport> ReadAll(const QString& fileName, QString* error = nullptr) {
     ReportLogReader reader(fileName);
     std::vector<LoggedReport> reports;
-    while (auto report = reader.Next())
+    while (auto report = reader.Next()) {
         reports.push_back(*report);
-    if (error != nullptr)
+    }
+    if (error != nullptr) {
         *error = reader.Error();
+    }
     return reports;
 }
 
@@ -134,8 +137,9 @@ private slots:
         QCOMPARE(reports[2].result, -1);
         QVERIFY(reports[3].kind == LoggedKind::FeatureReport);
         QCOMPARE(reports[3].bytes, QByteArray("\x42"));
-        for (std::size_t i = 1; i < reports.size(); ++i)
+        for (std::size_t i = 1; i < reports.size(); ++i) {
             QVERIFY(reports[i].nanoseconds >= reports[i - 1].nanoseconds);
+        }
         QVERIFY(reports[0].nanoseconds > 0);
     }
 
@@ -269,26 +273,31 @@ private slots:
             std::array<HidHandle*, kThreads> handles{};
             std::vector<std::thread> threads;
             threads.reserve(kThreads);
-            for (HidHandle*& handle : handles)
+            for (HidHandle*& handle : handles) {
                 handle = log.OpenPath(screen.DataPath());
+            }
             for (HidHandle* const handle : handles) {
                 threads.emplace_back([&log, handle] {
                     const QByteArray report = ValidReport();
-                    for (std::size_t i = 0; i < kEach; ++i)
+                    for (std::size_t i = 0; i < kEach; ++i) {
                         log.Write(handle, reinterpret_cast<const quint8*>(report.constData()), 4097);
+                    }
                 });
             }
-            for (std::thread& thread : threads)
+            for (std::thread& thread : threads) {
                 thread.join();
-            for (HidHandle* const handle : handles)
+            }
+            for (HidHandle* const handle : handles) {
                 log.Close(handle);
+            }
         }
         QString error;
         const std::vector<LoggedReport> reports = ReadAll(m_fileName, &error);
         QCOMPARE(error, QString());
         QCOMPARE(reports.size(), kThreads * kEach + 1);
-        for (std::size_t i = 1; i < reports.size(); ++i)
+        for (std::size_t i = 1; i < reports.size(); ++i) {
             QCOMPARE(reports[i].bytes, ValidReport());
+        }
     }
 
 private:

@@ -20,8 +20,9 @@ QByteArray Padded(const QByteArray& start, int size) {
 // Bytes that differ from their neighbours, and from those a chunk further on.
 std::vector<quint8> Pattern(int size) {
     std::vector<quint8> bytes(static_cast<std::size_t>(size));
-    for (std::size_t i = 0; i < bytes.size(); ++i)
+    for (std::size_t i = 0; i < bytes.size(); ++i) {
         bytes[i] = static_cast<quint8>(i % 251 + 1);
+    }
     return bytes;
 }
 
@@ -145,8 +146,9 @@ private slots:
     void chunksTogetherAreTheFrame() {
         const std::vector<quint8> frame = Pattern(kFrameBytes);
         QByteArray joined;
-        for (int number = 1; number <= 27; ++number)
+        for (int number = 1; number <= 27; ++number) {
             joined += Bytes(BuildChunkReport(frame.data(), number, 0)).mid(9, number == 27 ? 2304 : 4096);
+        }
         QCOMPARE(joined, Slice(frame, 0, kFrameBytes));
     }
 

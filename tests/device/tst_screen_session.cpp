@@ -12,8 +12,9 @@ namespace {
 QStringList* g_messages = nullptr;
 
 void CollectMessage(QtMsgType type, const QMessageLogContext& /*context*/, const QString& text) {
-    if (type == QtDebugMsg)
+    if (type == QtDebugMsg) {
         g_messages->append(text);
+    }
 }
 
 // What is logged at debug level during its life.

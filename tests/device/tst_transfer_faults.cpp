@@ -152,8 +152,9 @@ private:
 
     static void AddChunkRows() {
         QTest::addColumn<quint64>("chunk");
-        for (quint64 chunk = 1; chunk <= 27; ++chunk)
+        for (quint64 chunk = 1; chunk <= 27; ++chunk) {
             QTest::addRow("chunk %d", static_cast<int>(chunk)) << chunk;
+        }
     }
 
     const std::vector<quint8> m_old = FrameOf(0x12, 0x34);

@@ -57,8 +57,9 @@ private slots:
             std::vector<std::thread> threads;
             const auto repeat = [&threads](int times, const std::function<void()>& work) {
                 threads.emplace_back([times, work] {
-                    for (int i = 0; i < times; ++i)
+                    for (int i = 0; i < times; ++i) {
                         work();
+                    }
                 });
             };
             const auto upload = [&] {
@@ -91,8 +92,9 @@ private slots:
                     screen.Plug();
                 });
             }
-            for (std::thread& thread : threads)
+            for (std::thread& thread : threads) {
                 thread.join();
+            }
 
             const std::vector<quint8> last = FrameOf(kLastPixel);
             QCOMPARE(transfers.SendWholeImage(last.data(), 0).result, TransferResult::Taken);
@@ -100,8 +102,9 @@ private slots:
         const PanelState state = screen.State();
         QCOMPARE(state.counts.errors, quint64{0});
         QCOMPARE(state.counts.frames, static_cast<quint64>(frames) + 1);
-        if (!plugging)
+        if (!plugging) {
             QCOMPARE(static_cast<int>(frames), 2 * (kRounds / 10));
+        }
         QImage expected(kPanelWidth, kPanelHeight, QImage::Format_RGB16);
         expected.fill(kLastPixel);
         QCOMPARE(state.image, expected);

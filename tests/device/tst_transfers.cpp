@@ -83,15 +83,18 @@ private slots:
         std::atomic<bool> areaDone{false};
         std::atomic<int> openings{0};
         m_api->beforeWrite = [&] {
-            while (!areaDone)
+            while (!areaDone) {
                 std::this_thread::yield();
+            }
         };
         m_api->beforeOpen = [&] {
-            if (openings++ != 0)
+            if (openings++ != 0) {
                 return;
+            }
             uploader = std::thread([this] { m_transfers->SendWholeImage(m_pixels.data(), 0); });
-            while (m_transfers->wholeFrameBusy() == 0)
+            while (m_transfers->wholeFrameBusy() == 0) {
                 std::this_thread::yield();
+            }
         };
         const TransferResult sent = m_transfers->SendAreaImageWithPos(m_pixels.data(), 0, 0, 1, 1);
         areaDone = true;
@@ -122,8 +125,9 @@ private slots:
 
     void frameCarriesTheReportIdGiven() {
         QCOMPARE(m_transfers->SendWholeImage(m_pixels.data(), 3).result, TransferResult::Taken);
-        for (std::size_t i = 0; i < 27; ++i)
+        for (std::size_t i = 0; i < 27; ++i) {
             QCOMPARE(Report(i).at(0), '\3');
+        }
     }
 
     void frameWithoutAScreenIsNotThere() {
@@ -146,12 +150,13 @@ private slots:
     void shortCommands() {
         QFETCH(int, which);
         QFETCH(QByteArray, start);
-        if (which < 2)
+        if (which < 2) {
             QCOMPARE(m_transfers->SendOrientation(which), TransferResult::Taken);
-        else if (which == 2)
+        } else if (which == 2) {
             QCOMPARE(m_transfers->SendTimeSync(), TransferResult::Taken);
-        else
+        } else {
             QCOMPARE(m_transfers->SendTimeShow(), TransferResult::Taken);
+        }
         QCOMPARE(m_api->writes.size(), std::size_t{1});
         QCOMPARE(Report(0), Padded(start, 4097));
         QCOMPARE(m_api->writes.at(0).path, QByteArray("d"));
@@ -160,8 +165,9 @@ private slots:
     void shortCommandsGoOutDuringAFrame() {
         bool once = true;
         m_api->beforeWrite = [this, &once] {
-            if (std::exchange(once, false))
+            if (std::exchange(once, false)) {
                 QCOMPARE(m_transfers->SendTimeSync(), TransferResult::Taken);
+            }
         };
         QCOMPARE(m_transfers->SendWholeImage(m_pixels.data(), 0).result, TransferResult::Taken);
         QCOMPARE(m_api->writes.size(), std::size_t{28});

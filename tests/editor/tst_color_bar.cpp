@@ -38,8 +38,9 @@ private slots:
 
     void aPickIsToldAndClosesTheStrip_data() {
         QTest::addColumn<int>("color");
-        for (int color = 0; color < kTextColorCount; ++color)
+        for (int color = 0; color < kTextColorCount; ++color) {
             QTest::addRow("colour %d", color) << color;
+        }
     }
     void aPickIsToldAndClosesTheStrip() {
         QFETCH(int, color);

@@ -63,8 +63,9 @@ private slots:
     void theColourButtonsOfItsOwnStayHidden() {
         int hidden = 0;
         for (const NimbPushButton* button : m_bar->findChildren<NimbPushButton*>()) {
-            if (button->isHidden())
+            if (button->isHidden()) {
                 ++hidden;
+            }
         }
         QCOMPARE(hidden, 6);
         Choices().first()->show();
@@ -199,8 +200,9 @@ private slots:
     void theIndicatorShowsTheColour_data() {
         QTest::addColumn<int>("color");
         QTest::addColumn<int>("shown");
-        for (int color = 0; color < kTextColorCount; ++color)
+        for (int color = 0; color < kTextColorCount; ++color) {
             QTest::addRow("colour %d", color) << color << color;
+        }
         QTest::newRow("none such") << 6 << 5;
         QTest::newRow("far out") << 255 << 5;
     }

@@ -121,9 +121,10 @@ private Q_SLOTS:
         m_session->OpenScreenByName("Kivo Screen");
         // Three pixels a row: the rows of the image in memory are padded, those on the wire are not.
         QImage image(3, 2, QImage::Format_RGB16);
-        for (int i = 0; i < 6; ++i)
+        for (int i = 0; i < 6; ++i) {
             reinterpret_cast<quint16*>(image.scanLine(i / 3))[i % 3] =
                 static_cast<quint16>(0x0102 + i * 0x0202);
+        }
         m_transfers->SendImageChunked(image, 0, 0);
         QCOMPARE(Report(0).mid(9, 12), QByteArray::fromHex("0102030405060708090a0b0c"));
     }
@@ -139,8 +140,9 @@ private Q_SLOTS:
     void chunkedImageGoesOnAfterAFailedPart() {
         m_session->OpenScreenByName("Kivo Screen");
         m_api->writeResult = -1;
-        for (int i = 0; i < 3; ++i)
+        for (int i = 0; i < 3; ++i) {
             QTest::ignoreMessage(QtDebugMsg, "Unable to send a feature report.\n");
+        }
         m_transfers->SendImageChunked(QImage(100, 50, QImage::Format_RGB16), 0, 0);
         QCOMPARE(m_api->writes.size(), std::size_t{3});
     }
@@ -161,8 +163,9 @@ private Q_SLOTS:
         QFETCH(int, reports);
         m_session->OpenScreenByName("Kivo Screen");
         QImage image(size, QImage::Format_ARGB32);
-        if (!image.isNull())
+        if (!image.isNull()) {
             image.fill(Qt::green);
+        }
         m_transfers->SendImageChunked(image, 0, 0);
         QCOMPARE(static_cast<int>(m_api->writes.size()), reports);
     }
@@ -216,8 +219,9 @@ private Q_SLOTS:
             QImage image(100, 50, QImage::Format_RGB16);
             image.fill(Qt::red);
             std::thread writer([&] {
-                for (int i = 0; i < rounds; ++i)
+                for (int i = 0; i < rounds; ++i) {
                     transfers.SendImageChunked(image, 0, 0);
+                }
             });
             for (int i = 0; i < rounds; ++i) {
                 session.OpenScreenByName("Kivo Screen");

@@ -44,8 +44,9 @@ PanelReport Feed(PanelDecoder& panel, const QByteArray& report) {
 }
 
 void FeedChunks(PanelDecoder& panel, int from, int to) {
-    for (int number = from; number <= to; ++number)
+    for (int number = from; number <= to; ++number) {
         QVERIFY(Feed(panel, Chunk(number)).kind == PanelReportKind::Chunk);
+    }
 }
 
 QImage Plain(quint16 pixel) {
@@ -80,8 +81,9 @@ private slots:
 
     void everyErrorHasANameOfItsOwn() {
         QSet<QString> names;
-        for (int i = 0; i < kPanelErrorKinds; ++i)
+        for (int i = 0; i < kPanelErrorKinds; ++i) {
             names.insert(PanelErrorName(static_cast<PanelError>(i)));
+        }
         QCOMPARE(names.size(), kPanelErrorKinds);
         QVERIFY(!names.contains(QString()));
         QCOMPARE(PanelErrorName(PanelError::Interface), QStringLiteral("interface"));
@@ -198,8 +200,9 @@ private slots:
     void takesTheProbe() {
         PanelDecoder panel;
         const QByteArray probe = QByteArray::fromHex("0055a2010203040506");
-        for (const int size : {9, 64, 4096})
+        for (const int size : {9, 64, 4096}) {
             QVERIFY(Feed(panel, Padded(probe, size)).kind == PanelReportKind::Probe);
+        }
         QCOMPARE(panel.State().counts.probes, quint64{3});
         QCOMPARE(panel.State().image, Plain(0));
     }
@@ -293,8 +296,9 @@ private slots:
         PanelDecoder panel;
         ExpectLine(error);
         // The missing marker moves every byte, and gives a second line.
-        if (report.size() == 4096 && report.at(0) == 0x55)
+        if (report.size() == 4096 && report.at(0) == 0x55) {
             ExpectLine(PanelError::Marker);
+        }
         const PanelReport result = Feed(panel, report);
         QVERIFY(result.kind == PanelReportKind::Invalid);
         QVERIFY(result.errors.at(0) == error);
@@ -393,8 +397,9 @@ private slots:
         const QImage upright = panel.State().UprightImage();
         QCOMPARE(upright.size(), QSize(170, 320));
         for (int y = 0; y < 170; ++y) {
-            for (int x = 0; x < 320; ++x)
+            for (int x = 0; x < 320; ++x) {
                 QCOMPARE(upright.pixel(169 - y, x), panel.State().image.pixel(x, y));
+            }
         }
         QCOMPARE(upright.pixel(0, 0), qRgb(255, 0, 0));
         QCOMPARE(upright.pixel(169, 319), qRgb(0, 0, 255));

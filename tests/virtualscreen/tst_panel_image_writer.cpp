@@ -19,8 +19,9 @@ constexpr int kPatienceMs = 60000;
 std::atomic<int> g_warnings{0};
 
 void CountWarnings(QtMsgType type, const QMessageLogContext& /*context*/, const QString& text) {
-    if (type == QtWarningMsg && text.startsWith(QLatin1String("The panel's picture cannot be written to ")))
+    if (type == QtWarningMsg && text.startsWith(QLatin1String("The panel's picture cannot be written to "))) {
         ++g_warnings;
+    }
 }
 
 }  // namespace
@@ -58,8 +59,9 @@ private slots:
     void writesTheLastPictureAtTheEnd() {
         {
             const PanelImageWriter writer(*m_screen, m_fileName);
-            for (int i = 0; i < 50; ++i)
+            for (int i = 0; i < 50; ++i) {
                 SendPixel(0xF8, static_cast<quint8>(i));
+            }
             SendPixel(0x07, 0xE0);
         }
         QCOMPARE(FilePixel(), qRgb(0, 255, 0));
@@ -96,10 +98,12 @@ private slots:
             QVERIFY(!patience.hasExpired());
             SendNumber(i);
             const qint64 beforeMs = timer.elapsed();
-            if (const std::optional<QImage> picture = FilePicture())
+            if (const std::optional<QImage> picture = FilePicture()) {
                 seen.insert(picture->pixel(0, 0));
-            if (seen.size() < 2)
+            }
+            if (seen.size() < 2) {
                 firstStoodMs = beforeMs;
+            }
         }
         // Three pictures after that: two whole waits lie between them, however late they are seen.
         QVERIFY(timer.elapsed() - firstStoodMs >= 1000);
@@ -162,8 +166,9 @@ private:
     // None where the file cannot be opened. It is open for as short a time as can be.
     std::optional<QImage> FilePicture() const {
         QFile file(m_fileName);
-        if (!file.open(QIODevice::ReadOnly))
+        if (!file.open(QIODevice::ReadOnly)) {
             return {};
+        }
         const QByteArray bytes = file.readAll();
         file.close();
         return QImage::fromData(bytes, "PNG");

@@ -23,8 +23,9 @@ Outcome RunTool(const QStringList& arguments) {
     QProcess process;
     process.start(test::BuiltProgram("kivo-report-log"), arguments);
     Outcome outcome;
-    if (!process.waitForFinished())
+    if (!process.waitForFinished()) {
         return outcome;
+    }
     outcome.status = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
     // Windows ends its lines in two characters.
     const QString output = QString::fromUtf8(process.readAllStandardOutput()).remove(QLatin1Char('\r'));
@@ -154,8 +155,9 @@ private:
         session.EnumerateScreens();
         Transfers transfers(session, [] { return QTime(18, 46, 5); });
         std::vector<quint8> frame(static_cast<std::size_t>(kFrameBytes));
-        for (std::size_t i = 0; i < frame.size(); ++i)
+        for (std::size_t i = 0; i < frame.size(); ++i) {
             frame[i] = static_cast<quint8>(i % 253);
+        }
         send(transfers, frame.data());
     }
 

@@ -13,8 +13,9 @@ namespace {
 std::vector<quint8> Noise(int size, quint32 seed) {
     QRandomGenerator generator(seed);
     std::vector<quint8> bytes(static_cast<std::size_t>(size));
-    for (quint8& byte : bytes)
+    for (quint8& byte : bytes) {
         byte = static_cast<quint8>(generator.bounded(256));
+    }
     return bytes;
 }
 
@@ -42,8 +43,9 @@ private slots:
             QVERIFY(panel.Decode(report.data(), report.size()).errors.empty());
         }
         QCOMPARE(panel.State().counts.frames, quint64{1});
-        for (int i = 0; i < kPanelWidth * kPanelHeight; ++i)
+        for (int i = 0; i < kPanelWidth * kPanelHeight; ++i) {
             QCOMPARE(PanelPixel(panel, i % kPanelWidth, i / kPanelWidth), Word(pixels, i));
+        }
     }
 
     void areas() {
@@ -60,8 +62,9 @@ private slots:
             const PanelReport result = panel.Decode(report.data(), kAreaWriteBytes);
             QVERIFY(result.errors.empty());
             QCOMPARE(result.area, QRect(x, y, width, height));
-            for (int p = 0; p < width * height; ++p)
+            for (int p = 0; p < width * height; ++p) {
                 QCOMPARE(PanelPixel(panel, x + p % width, y + p / width), Word(pixels, p));
+            }
         }
     }
 

@@ -31,8 +31,9 @@ class Open {
 public:
     Open(HidApi& api, const QByteArray& path) : m_api(api), m_handle(api.OpenPath(path)) {}
     ~Open() {
-        if (m_handle != nullptr)
+        if (m_handle != nullptr) {
             m_api.Close(m_handle);
+        }
     }
     Open(const Open&) = delete;
     Open& operator=(const Open&) = delete;
@@ -374,8 +375,9 @@ private slots:
         std::atomic<bool> stop{false};
         std::thread writer([&] {
             const Open data(screen, screen.DataPath());
-            while (!stop)
+            while (!stop) {
                 data.Write(RedPixel());
+            }
         });
         for (int i = 0; i < 200; ++i) {
             // Gone from the stack after its removal: a call that came later would be a fault.

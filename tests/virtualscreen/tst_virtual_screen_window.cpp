@@ -87,16 +87,18 @@ private slots:
         QTRY_COMPARE(label->text(), QStringLiteral("0 报告/秒   0 字节/秒"));
         // Nothing is polled when nothing happens.
         const auto timers = m_window->findChildren<QTimer*>();
-        for (const QTimer* timer : timers)
+        for (const QTimer* timer : timers) {
             QTRY_VERIFY(!timer->isActive());
+        }
         QVERIFY(!timers.isEmpty());
     }
 
     void reportsOfAnotherThreadAreShown() {
         std::thread sender([this] {
             const std::vector<quint8> red = Pixels(0xF8, 0x00);
-            for (int i = 0; i < 200; ++i)
+            for (int i = 0; i < 200; ++i) {
                 m_transfers->SendAreaImageWithPos(red.data(), i, 0, 1, 1);
+            }
         });
         QTRY_COMPARE(ViewPixel(398, 0), qRgb(255, 0, 0));
         sender.join();
@@ -105,8 +107,9 @@ private slots:
     void theWindowMayGoWhileReportsArrive() {
         std::atomic<bool> stop{false};
         std::thread sender([this, &stop] {
-            while (!stop)
+            while (!stop) {
                 m_transfers->SendTimeSync();
+            }
         });
         QTest::qWait(50);
         m_window.reset();
@@ -121,8 +124,9 @@ private:
     // The one child that is neither a button nor a label.
     QWidget* View() const {
         for (QWidget* child : m_window->findChildren<QWidget*>()) {
-            if (qobject_cast<QPushButton*>(child) == nullptr && qobject_cast<QLabel*>(child) == nullptr)
+            if (qobject_cast<QPushButton*>(child) == nullptr && qobject_cast<QLabel*>(child) == nullptr) {
                 return child;
+            }
         }
         return nullptr;
     }
@@ -131,8 +135,9 @@ private:
 
     QPushButton* Button(const QString& text) const {
         for (QPushButton* button : m_window->findChildren<QPushButton*>()) {
-            if (button->text() == text)
+            if (button->text() == text) {
                 return button;
+            }
         }
         return nullptr;
     }

@@ -42,8 +42,9 @@ private slots:
         for (int row = 0; row < count; ++row) {
             const QImage image = DrawRow(row);
             // The list's pictures are plain red, so anything else in the corner is the cross.
-            if (image.pixelColor(89 - 12, 11) != QColor(Qt::red))
+            if (image.pixelColor(89 - 12, 11) != QColor(Qt::red)) {
                 withCross.append(row);
+            }
         }
         QCOMPARE(withCross, rows);
     }
@@ -70,8 +71,9 @@ private slots:
         QSignalSpy asked(m_delegate, &ExitItemDelegate::handleDeleteClick);
         QCOMPARE(Send(QEvent::MouseButtonPress, 2, position), isHit);
         QCOMPARE(asked.count(), isHit ? 1 : 0);
-        if (isHit)
+        if (isHit) {
             QCOMPARE(asked.first().first().toInt(), 2);
+        }
     }
 
     void otherRowsAndButtonsDoNotAsk_data() {
@@ -165,8 +167,9 @@ private slots:
             QCOMPARE(image.pixelColor(88, y), QColor(Qt::black));
         }
         bool hasInk = false;
-        for (int x = 0; x < 89; ++x)
+        for (int x = 0; x < 89; ++x) {
             hasInk = hasInk || image.pixelColor(x, 70) != QColor(Qt::black);
+        }
         QVERIFY(hasInk);
     }
 
@@ -179,8 +182,9 @@ private:
         m_list->setItemDelegate(m_delegate);
         QPixmap red(77, 54);
         red.fill(Qt::red);
-        for (int row = 0; row < count; ++row)
+        for (int row = 0; row < count; ++row) {
             m_list->addItem(new QListWidgetItem(QIcon(red), QString()));
+        }
         m_list->setCurrentRow(5);
         m_list->resize(390, 340);
         m_list->show();

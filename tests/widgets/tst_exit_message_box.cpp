@@ -60,18 +60,19 @@ private slots:
         QFETCH(QString, way);
         QFETCH(bool, accepted);
         Answer([way](ExitMessageBox& box) {
-            if (way == QLatin1String("ok"))
+            if (way == QLatin1String("ok")) {
                 QTest::mouseClick(OkOf(box), Qt::LeftButton);
-            else if (way == QLatin1String("cancel"))
+            } else if (way == QLatin1String("cancel")) {
                 QTest::mouseClick(CancelOf(box), Qt::LeftButton);
-            else if (way == QLatin1String("escape"))
+            } else if (way == QLatin1String("escape")) {
                 QTest::keyClick(&box, Qt::Key_Escape);
-            else if (way == QLatin1String("enter"))
+            } else if (way == QLatin1String("enter")) {
                 QTest::keyClick(&box, Qt::Key_Return);
-            else if (way == QLatin1String("tab enter"))
+            } else if (way == QLatin1String("tab enter")) {
                 QTest::keyClick(CancelOf(box), Qt::Key_Return);
-            else
+            } else {
                 box.close();
+            }
         });
         QCOMPARE(ExitMessageBox::Ask(m_window.get(), kAsked), accepted);
     }
@@ -195,10 +196,12 @@ private slots:
         const QImage image = box.grab().toImage();
         const QRect panel = box.PanelRect();
         const QColor ground = image.pixelColor(panel.left() + 3, panel.center().y());
-        for (int y = panel.top() + 64; y < OkOf(box)->geometry().top(); ++y)
+        for (int y = panel.top() + 64; y < OkOf(box)->geometry().top(); ++y) {
             QCOMPARE(image.pixelColor(panel.right() - 20, y), ground);
-        for (int x = panel.left() + 24; x < panel.right() - 24; ++x)
+        }
+        for (int x = panel.left() + 24; x < panel.right() - 24; ++x) {
             QCOMPARE(image.pixelColor(x, OkOf(box)->geometry().top() - 6), ground);
+        }
     }
 
     // Wider first, then as high as there is room, and the rest is left out: the buttons are always there.
@@ -228,8 +231,9 @@ private slots:
         const QImage image = box.grab().toImage();
         const int line = OkOf(box)->geometry().top() - 6;
         const QColor ground = image.pixelColor(box.PanelRect().left() + 10, line);
-        for (int x = box.PanelRect().left() + 24; x < box.PanelRect().right() - 24; ++x)
+        for (int x = box.PanelRect().left() + 24; x < box.PanelRect().right() - 24; ++x) {
             QCOMPARE(image.pixelColor(x, line), ground);
+        }
         QCOMPARE(box.accessibleDescription(), text);
     }
 
@@ -241,10 +245,11 @@ private slots:
     void aWindowThatAppearsLaterIsCovered() {
         QFETCH(bool, isMinimized);
         m_window->setStyleSheet(QStringLiteral("background: white"));
-        if (isMinimized)
+        if (isMinimized) {
             m_window->showMinimized();
-        else
+        } else {
             m_window->hide();
+        }
         ExitMessageBox box(kQuestion, m_window.get());
         box.show();
         QVERIFY(box.width() < 500);

@@ -76,8 +76,9 @@ private slots:
             list.setItemDelegate(new NimbItemDelegate(&list));
             list.setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
         }
-        for (int row = 0; row < 8; ++row)
+        for (int row = 0; row < 8; ++row) {
             list.addItem(new QListWidgetItem);
+        }
         list.show();
         QVERIFY(QTest::qWaitForWindowExposed(&list));
         QCOMPARE(list.visualItemRect(list.item(5)), sixth);

@@ -108,8 +108,9 @@ private:
         picture.fill(Qt::green);
         if (ratio > 1) {
             QPainter stripes(&picture);
-            for (int x = 0; x < picture.width(); ++x)
+            for (int x = 0; x < picture.width(); ++x) {
                 stripes.fillRect(x, 0, 1, picture.height(), x % 2 == 0 ? Qt::black : Qt::white);
+            }
             stripes.end();
             picture.setDevicePixelRatio(ratio);
         }

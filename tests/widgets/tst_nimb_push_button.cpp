@@ -255,22 +255,25 @@ private slots:
         QFETCH(QString, when);
         QFETCH(bool, byKey);
         const auto go = [this] { m_button.reset(); };
-        if (when == QLatin1String("mousePressSignal"))
+        if (when == QLatin1String("mousePressSignal")) {
             connect(m_button.get(), &NimbPushButton::mousePressSignal, this, go);
-        else if (when == QLatin1String("EnterSignal"))
+        } else if (when == QLatin1String("EnterSignal")) {
             connect(m_button.get(), &NimbPushButton::EnterSignal, this, go);
-        else if (when == QLatin1String("pressed"))
+        } else if (when == QLatin1String("pressed")) {
             connect(m_button.get(), &QPushButton::pressed, this, go);
-        else
+        } else {
             connect(m_button.get(), &NimbPushButton::OverSignal, this,
                     [this, when](NimbPushButton*, bool over) {
-                        if (over == (when == QLatin1String("come")))
+                        if (over == (when == QLatin1String("come"))) {
                             m_button.reset();
+                        }
                     });
+        }
         if (when == QLatin1String("come") || when == QLatin1String("go")) {
             Come(*m_button);
-            if (m_button)
+            if (m_button) {
                 Go(*m_button);
+            }
         } else if (byKey) {
             QKeyEvent press(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier);
             QApplication::sendEvent(m_button.get(), &press);
@@ -430,8 +433,9 @@ private slots:
         QCOMPARE(iconRect.size(), QSizeF(16, 16));
         QCOMPARE(iconRect.center().y(), 20.0);
         int firstInk = 0;
-        while (firstInk < 100 && image.pixelColor(firstInk, 20) == image.pixelColor(0, 0))
+        while (firstInk < 100 && image.pixelColor(firstInk, 20) == image.pixelColor(0, 0)) {
             ++firstInk;
+        }
         QVERIFY2(qAbs(firstInk - (iconRect.right() + 8)) <= 3, qPrintable(QString::number(firstInk)));
     }
 
@@ -456,8 +460,9 @@ private slots:
         m_button->SetPressed(true);
         const QImage image = m_button->grab().toImage();
         bool hasInk = false;
-        for (int x = 0; x < image.width(); ++x)
+        for (int x = 0; x < image.width(); ++x) {
             hasInk = hasInk || image.pixelColor(x, 20) == ink;
+        }
         QVERIFY(hasInk);
         QCOMPARE(icon, window_colors::kAccentBright);
     }

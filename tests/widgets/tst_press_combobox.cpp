@@ -83,8 +83,9 @@ private slots:
 
     void theListHasRowsOfThirty() {
         m_box->showPopup();
-        for (int row = 0; row < 3; ++row)
+        for (int row = 0; row < 3; ++row) {
             QCOMPARE(m_box->view()->visualRect(m_box->model()->index(row, 0)).height(), 30);
+        }
         QTest::mouseClick(m_box->view()->viewport(), Qt::LeftButton, Qt::NoModifier,
                           m_box->view()->visualRect(m_box->model()->index(2, 0)).center());
         QTRY_COMPARE(m_box->currentIndex(), 2);

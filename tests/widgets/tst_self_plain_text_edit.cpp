@@ -59,8 +59,9 @@ private slots:
         QCOMPARE(box.toPlainText(), text);
         box.EnforceMaxLength();
         QCOMPARE(box.toPlainText(), left);
-        if (left != text)
+        if (left != text) {
             QVERIFY(box.textCursor().atEnd());
+        }
     }
 
     void aCompositionIsNotBrokenOff() {

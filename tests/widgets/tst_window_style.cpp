@@ -33,8 +33,9 @@ double Contrast(const QColor& a, const QColor& b) {
 int warnings = 0;
 
 void CountWarnings(QtMsgType type, const QMessageLogContext& /*context*/, const QString& /*text*/) {
-    if (type == QtWarningMsg)
+    if (type == QtWarningMsg) {
         ++warnings;
+    }
 }
 
 }  // namespace
@@ -58,8 +59,9 @@ private slots:
 
     void scrollBarsAreNarrow() {
         MyListWidget list;
-        for (int row = 0; row < 100; ++row)
+        for (int row = 0; row < 100; ++row) {
             list.addItem(QString::number(row));
+        }
         list.resize(100, 100);
         list.show();
         QVERIFY(QTest::qWaitForWindowExposed(&list));
@@ -104,8 +106,9 @@ private slots:
         QFileDialog dialog;
         dialog.setOption(QFileDialog::DontUseNativeDialog);
         dialog.ensurePolished();
-        for (const QComboBox* box : dialog.findChildren<QComboBox*>())
+        for (const QComboBox* box : dialog.findChildren<QComboBox*>()) {
             QVERIFY(box->styleSheet().isEmpty());
+        }
         QVERIFY(!WindowStyleSheet().contains(QLatin1String("QComboBox")));
         QVERIFY(Contrast(dialog.palette().color(QPalette::WindowText),
                          dialog.palette().color(QPalette::Window)) >= 4.5);

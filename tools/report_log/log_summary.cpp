@@ -12,8 +12,9 @@ QString AreaText(const QRect& area) {
 
 QString ErrorText(const PanelReport& report) {
     QStringList names;
-    for (const PanelError error : report.errors)
+    for (const PanelError error : report.errors) {
         names.append(PanelErrorName(error));
+    }
     return names.join(QLatin1String(", "));
 }
 
@@ -77,8 +78,9 @@ void LogSummary::Add(const LoggedReport& record) {
         constexpr int kCommandAt = 2;
         constexpr quint8 kFrameCommand = 0xA3;
         if (record.bytes.size() > kCommandAt &&
-            static_cast<quint8>(record.bytes.at(kCommandAt)) == kFrameCommand)
+            static_cast<quint8>(record.bytes.at(kCommandAt)) == kFrameCommand) {
             m_decoder.AbandonFrame();
+        }
         ++m_failedWrites;
         return AddLine(QStringLiteral("write of %1 bytes failed").arg(record.bytes.size()));
     }
@@ -88,8 +90,9 @@ void LogSummary::Add(const LoggedReport& record) {
 }
 
 bool LogSummary::Continues(const PanelReport& report) const {
-    if (!m_run || m_run->kind != report.kind)
+    if (!m_run || m_run->kind != report.kind) {
         return false;
+    }
     switch (report.kind) {
         case PanelReportKind::Chunk:
             return report.chunkNumber == m_run->lastChunk + 1;
@@ -113,18 +116,22 @@ void LogSummary::AddReport(const PanelReport& report) {
 
 QString LogSummary::TextOf(const Run& run) {
     QString text = KindText(run.kind);
-    if (!run.first.isEmpty())
+    if (!run.first.isEmpty()) {
         text += QLatin1Char(' ') + run.first;
-    if (run.last != run.first)
+    }
+    if (run.last != run.first) {
         text += QLatin1String("..") + run.last;
-    if (run.count > 1 && run.kind != PanelReportKind::Chunk)
+    }
+    if (run.count > 1 && run.kind != PanelReportKind::Chunk) {
         text += QStringLiteral(" (%1 times)").arg(run.count);
+    }
     return text;
 }
 
 void LogSummary::EndRun() {
-    if (m_run)
+    if (m_run) {
         m_lines.append(TextOf(*std::exchange(m_run, std::nullopt)));
+    }
 }
 
 void LogSummary::AddLine(const QString& line) {
@@ -134,8 +141,9 @@ void LogSummary::AddLine(const QString& line) {
 
 QStringList LogSummary::Lines() const {
     QStringList lines = m_lines;
-    if (m_run)
+    if (m_run) {
         lines.append(TextOf(*m_run));
+    }
     return lines;
 }
 

@@ -19,24 +19,28 @@ int Complain(const QString& line) {
 }
 
 int WriteImage(const QImage& image, const QString& fileName) {
-    if (image.save(fileName))
+    if (image.save(fileName)) {
         return kAllRight;
+    }
     QTextStream(stderr) << fileName << ": the picture cannot be written\n";
     return kErrors;
 }
 
 int Replay(const QString& fileName, const QString& imageFile) {
     kivo::ReportLogReader reader(fileName);
-    if (!reader.Error().isEmpty())
+    if (!reader.Error().isEmpty()) {
         return Complain(fileName + QLatin1String(": ") + reader.Error());
+    }
     kivo::LogSummary summary;
-    while (const auto record = reader.Next())
+    while (const auto record = reader.Next()) {
         summary.Add(*record);
+    }
 
     QTextStream out(stdout);
     const QStringList lines = summary.Lines();
-    for (const QString& line : lines)
+    for (const QString& line : lines) {
         out << line << '\n';
+    }
     out << summary.Totals() << '\n';
     out.flush();
 
@@ -45,8 +49,9 @@ int Replay(const QString& fileName, const QString& imageFile) {
         Complain(fileName + QLatin1String(": ") + reader.Error());
         status = kErrors;
     }
-    if (!imageFile.isEmpty())
+    if (!imageFile.isEmpty()) {
         status = qMax(status, WriteImage(summary.State().image, imageFile));
+    }
     return status;
 }
 
@@ -64,14 +69,16 @@ int main(int argc, char* argv[]) {
                                          QStringLiteral("file"));
     parser.addOption(imageOption);
     const QCommandLineOption helpOption = parser.addHelpOption();
-    if (!parser.parse(QCoreApplication::arguments()))
+    if (!parser.parse(QCoreApplication::arguments())) {
         return Complain(parser.errorText());
+    }
     if (parser.isSet(helpOption)) {
         QTextStream(stdout) << parser.helpText();
         return kAllRight;
     }
-    if (parser.positionalArguments().size() != 1)
+    if (parser.positionalArguments().size() != 1) {
         return Complain(QStringLiteral("Exactly one log file is needed."));
+    }
 
     return Replay(parser.positionalArguments().constFirst(), parser.value(imageOption));
 }

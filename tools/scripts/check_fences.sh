@@ -37,6 +37,7 @@ forbid "What reads pictures knows no widget:" '#include (<Q(Widget|Pixmap|Icon|L
     src/pictures/picture_work* src/pictures/layout_picture.*
 forbid "Platform macros belong into platform files:" '\b(Q_OS_[A-Z]+|_WIN32|__linux__)\b' \
     src ':!src/*_windows.cpp' ':!src/*_linux.cpp'
+forbid "Every body has its braces:" '^ *(if|while|for) \(([^()]|\([^()]*\))*\)$|^ *(\} )?else$' '*.cpp' '*.h'
 forbid "Unfinished or switched off:" '\b(TODO|FIXME|XXX)\b|QSKIP\(' '*.cpp' '*.h'
 
 # Files and folders that the documents name in backticks: of src/, of the project, of the folder that the section of
