@@ -52,8 +52,7 @@ QByteArray Text(const std::optional<QTime>& time) {
 struct SimulatedDesk::Program {
     Program(HidApi& api, const SimulatedDesk& desk, PanelKind kind)
         : session(api),
-          transfers(
-              session, [&desk] { return desk.m_clock.Local().time; }, [](std::chrono::milliseconds) {}),
+          transfers(session, [&desk] { return desk.m_clock.Local().time; }),
           snapshot(desk.m_options.language,
                    {[&desk] { return desk.m_clock.Local(); }, [&desk] { return desk.measured.memoryLoad; },
                     [&desk] { return desk.m_clock.Now(); }}),
