@@ -20,6 +20,7 @@
 #include "main/command_line.h"
 #include "main/console.h"
 #include "main/sensor_report.h"
+#include "main/version.h"
 #include "panel/screen_lookup.h"
 #include "pictures/picture_workers.h"
 #include "resources/resources.h"
@@ -235,7 +236,8 @@ std::optional<int> HandOver(int& argc, char** argv, kivo::SingleInstance& instan
 
 int main(int argc, char** argv) {
     kivo::UseParentConsole();
-    QCoreApplication::setApplicationVersion(QStringLiteral(KIVO_VERSION));
+    QCoreApplication::setApplicationVersion(
+        kivo::VersionText(QStringLiteral(KIVO_VERSION), kivo::SourceCommit()));
     const kivo::CommandLine line = ReadCommandLine(argc, argv);
     if (line.action == kivo::CommandLine::Action::ShowText) {
         Say(stdout, line.text);

@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "main/command_line.h"
+#include "main/version.h"
 #include "session/display.h"
 #include "support/test_program.h"
 
@@ -20,6 +21,7 @@ private Q_SLOTS:
     void SwitchesTheAutostart_data();
     void SwitchesTheAutostart();
     void ShowsHelpAndVersion();
+    void VersionIsToldWithItsCommit();
     void HelpForAllNamesQtsOptionsToo();
     void QtsOwnOptionsArePassedOver_data();
     void QtsOwnOptionsArePassedOver();
@@ -145,6 +147,12 @@ void TestCommandLine::ShowsHelpAndVersion() {
     }
     QCOMPARE(int(Parse({QStringLiteral("--version")}).action), int(CommandLine::Action::ShowText));
     QCOMPARE(int(Parse({QStringLiteral("--sensors")}).action), int(CommandLine::Action::ShowSensors));
+}
+
+void TestCommandLine::VersionIsToldWithItsCommit() {
+    const QString version = QStringLiteral("1.2.3");
+    QCOMPARE(VersionText(version, QString()), version);
+    QCOMPARE(VersionText(version, QStringLiteral("1a2b3c-dirty")), QStringLiteral("1.2.3 (1a2b3c-dirty)"));
 }
 
 void TestCommandLine::HelpForAllNamesQtsOptionsToo() {
