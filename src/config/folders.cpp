@@ -18,6 +18,22 @@ QString Inside(const QString& parent) {
     return QDir::cleanPath(parent + FolderName());
 }
 
+// One level up, whether or not the location exists (QDir::cdUp would refuse).
+QString SettingsPath() {
+    const QString own = QDir::cleanPath(QStandardPaths::writableLocation(QStandardPaths::AppDataLocation));
+    return Inside(QFileInfo(own).path());
+}
+
+// Not beside the documents: those may lie in a cloud's folder, where two computers would share a panel's
+// picture.
+QString WorkingPath() {
+    return Inside(QDir::homePath());
+}
+
+QString IfThere(const QString& path) {
+    return QFileInfo(path).isDir() ? path : QString();
+}
+
 enum class Folder { Existed, Created, Missing };
 
 Folder Provide(const QString& path) {
@@ -32,9 +48,7 @@ Folder Provide(const QString& path) {
 std::atomic<quint8> configFolderCreated{0};
 
 QString SettingsFolder() {
-    // One level up, whether or not the location exists (QDir::cdUp would refuse).
-    const QString own = QDir::cleanPath(QStandardPaths::writableLocation(QStandardPaths::AppDataLocation));
-    QString path = Inside(QFileInfo(own).path());
+    QString path = SettingsPath();
     switch (Provide(path)) {
         case Folder::Existed:
             break;
@@ -51,16 +65,22 @@ QString SettingsFolder() {
 }
 
 QString WorkingFolder() {
-    // Not beside the documents: those may lie in a cloud's folder, where two computers would share a panel's
-    // picture.
-    QString profile = QDir::homePath();
-    QString path = Inside(profile);
+    QString path = WorkingPath();
     if (Provide(path) != Folder::Missing) {
         return path;
     }
+    const QString profile = QDir::homePath();
     WarnOnce(QStringLiteral("The working folder %1 cannot be created; %2 is used instead.")
                  .arg(QDir::toNativeSeparators(path), QDir::toNativeSeparators(profile)));
     return profile;
+}
+
+QString ExistingSettingsFolder() {
+    return IfThere(SettingsPath());
+}
+
+QString ExistingWorkingFolder() {
+    return IfThere(WorkingPath());
 }
 
 QString ConfigFilePath() {

@@ -23,6 +23,10 @@ QString SettingsFolder();
 // folder itself, and one log line tells.
 QString WorkingFolder();
 
+// The same folders, empty where there is none yet: for whoever only looks.
+QString ExistingSettingsFolder();
+QString ExistingWorkingFolder();
+
 // SettingsFolder() followed by "/Config.ini".
 QString ConfigFilePath();
 

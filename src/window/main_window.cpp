@@ -162,6 +162,7 @@ void MainWindow::WireShell() {
     connect(&m_tray, &Tray::activated, this, &MainWindow::iconActivated);
     connect(&m_tray, &Tray::showRequested, this, &MainWindow::BringToFront);
     connect(&m_tray, &Tray::sensorsRequested, this, &MainWindow::ShowSensors);
+    connect(&m_tray, &Tray::reportRequested, this, &MainWindow::SaveReport);
     connect(&m_tray, &Tray::exitRequested, this, &MainWindow::slotExit);
     LookForTray();
     connect(m_ui->btnExit, &QAbstractButton::clicked, this, &MainWindow::slotExit);

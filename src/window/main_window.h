@@ -24,6 +24,7 @@
 #include "telemetry/intel_power_gadget_thread.h"
 #include "telemetry/sleep_watch.h"
 #include "telemetry/thermal_zone_thread.h"
+#include "window/fact_log.h"
 #include "window/tray.h"
 #include "window/tray_host.h"
 #include "window/window_rest.h"
@@ -69,6 +70,7 @@ public:
         QLocale locale = QLocale::system();
         std::function<bool()> hasTray = &IsTrayThere;
         std::function<QStringList(QWidget*)> choosePictures = {};  // default: a file dialog; none: cancelled
+        std::function<QString()> chooseReportFile = {};            // default: a file dialog; empty: cancelled
         std::function<PictureSource::Readers()> makePictureReaders = FileReaders;
         std::function<bool()> desktopPlacesWindows = &DesktopPlacesWindows;
         // Who tells of screens that come and go; default: nobody does.
@@ -134,6 +136,8 @@ public Q_SLOTS:
     void on_pushButton_clicked();  // clazy:exclude=connect-by-name
     // Opens the list of sensors, or brings it to the front.
     void ShowSensors();
+    // Asks for a file and puts a report for support there; the tray says what came of it.
+    void SaveReport();
     // Asks whether to end the program, and ends it.
     void slotExit();
     void slotApply();
@@ -204,6 +208,8 @@ private:
     GivesWay MayGiveWay() const;
     void EndNow();
     void LookForTray();
+    QString SupportReportText() const;
+    QString ChooseReportFile();
     void ShowLiveTexts();
     void ShowTemperature();
     void ShowThermalZone(const QString& text);
@@ -260,6 +266,7 @@ private:
     FocusRing* m_focusRing = nullptr;
     WindowRest m_rest;
     Tray m_tray{this};
+    FactLog m_factLog;
     QTimer m_poll;
     std::unique_ptr<Hotplug> m_hotplug;
     SleepWatch m_sleepWatch;

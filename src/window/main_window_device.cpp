@@ -68,6 +68,7 @@ bool MainWindow::HandleScreenChange(const QString& name, bool arrived) {
 
 void MainWindow::ShowPanelStatus(const PanelStatus& status) {
     m_stateLine->Show(status);
+    m_factLog.NotePanel(status);
 }
 
 void MainWindow::LookForWakeUp() {

@@ -37,6 +37,8 @@ void MainWindow::StartPowerPoller() {
     // Deliberate: a sample that comes before this is lost; there is one every second.
     connect(m_power.get(), &IntelPowerGadgetThread::readingsTaken, m_session.get(),
             &LiveSession::SetReadings);
+    connect(m_power.get(), &IntelPowerGadgetThread::readingsTaken, this,
+            [this](const SensorReadings& readings) { m_factLog.NoteReadings(readings); });
     connect(m_power.get(), &IntelPowerGadgetThread::RefreshCpuPowClock, this, &MainWindow::slotCpuPowClock);
 }
 

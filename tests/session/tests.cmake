@@ -1,13 +1,17 @@
 set(units
     autostart
     instance_answers
+    log_file
+    log_lines
     outside_commands
-    outside_control)
+    outside_control
+    personal_names
+    support_report)
 # Homes without rights, the system's table of shared memory: as Linux has them.
 if(NOT WIN32)
     list(APPEND units autostart_entry outside_place single_instance)
 endif()
-kivo_add_tests(session UNITS ${units} LINK kivo_session)
+kivo_add_tests(session UNITS ${units} LINK kivo_window)
 
 # One of several copies of the program.
 kivo_platform_sources(become_nobody session/become_nobody)
