@@ -93,14 +93,16 @@ try_program() {
 try() {
     try_program kivo-screen "$@"
 }
-try --version
+try --version | tee "$work/version"
+commit=$(git describe --always --dirty --abbrev=12 --exclude='*' 2>/dev/null || true)
+grep -qF "${commit:+ ($commit)}" "$work/version" || fail "it does not tell that it is built from $commit."
 status=0
 try --virtual-screen --panel-image "$work/panel.png" --report-log "$work/reports" --run-for 5 >"$work/said" 2>"$work/complaints" || status=$?
 cat "$work/said" "$work/complaints"
 [ $status -eq 0 ] || fail "the program ended with status $status."
 grep -qE '^Live values sent last: .*[0-9]+%.*[0-9]{2}:[0-9]{2}' "$work/said" || fail "it sent no live values."
 # Qt's platform without windows says what windows it cannot have.
-! grep -vE '^(kivo-screen: no display|This plugin does not support)' "$work/complaints" || fail "it complained."
+! grep -vE '^(kivo-screen: no display|kivo\.(start|screen|sources): |This plugin does not support)' "$work/complaints" || fail "it complained."
 file "$work/panel.png" | grep -q 'PNG image data, 320 x 170' || fail "the panel's picture is not 320 x 170."
 # A photograph; a panel of one colour would be a few hundred bytes.
 [ "$(stat -c %s "$work/panel.png")" -gt 10000 ] || fail "the panel's picture is empty."

@@ -213,7 +213,7 @@ remove() {
 
 step "remove it while it runs"
 mkdir -p "$thumbnails"
-touch "$thumbnails/0123456789abcdef.thumb"
+touch "$thumbnails/0123456789abcdef.thumb" "$thumbnails/../log.txt" "$thumbnails/../log.txt.old"
 cp "$settings/Config.ini" "$home/settings"
 switch_off
 is_running || fail "the copy did not outlive the updates"
@@ -224,6 +224,7 @@ remove
 [ -z "$(registry "$approved_key" "Kivo Screen")" ] || fail "the uninstaller left a mark of the task manager's"
 [ -z "$(registry "$uninstall_key" DisplayName)" ] || fail "the uninstaller left its entry"
 [ ! -e "$thumbnails" ] || fail "the uninstaller left the thumbnails"
+[ ! -e "$(dirname "$thumbnails")" ] || fail "the uninstaller left the log"
 cmp "$settings/Config.ini" "$home/settings" || fail "the uninstaller touched the user's settings"
 grep -q "# mine" "$settings/Config.ini" || fail "the settings are not the user's any more"
 

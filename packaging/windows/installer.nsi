@@ -404,8 +404,10 @@ Section "un.$(ProgramName)" UnsectionProgram
     DeleteRegValue HKCU "${RUN_KEY}" "Kivo Screen"
     DeleteRegValue HKCU "${APPROVED_KEY}" "Kivo Screen"
     DeleteRegKey HKCU "${UNINSTALL_KEY}"
-    ; Thumbnails can be made again at any time.
+    ; Thumbnails can be made again at any time, and the log tells of what is gone.
     RMDir /r "$LOCALAPPDATA\Kivo Tool\thumbnails"
+    Delete "$LOCALAPPDATA\Kivo Tool\log.txt"
+    Delete "$LOCALAPPDATA\Kivo Tool\log.txt.old"
     RMDir "$LOCALAPPDATA\Kivo Tool"
 SectionEnd
 

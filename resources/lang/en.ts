@@ -395,6 +395,26 @@
         <translation>Keep these</translation>
     </message>
     <message>
+        <source>保存报告…</source>
+        <translation>Save report…</translation>
+    </message>
+    <message>
+        <source>保存支持报告</source>
+        <translation>Save report for support</translation>
+    </message>
+    <message>
+        <source>文本文件 (*.txt)</source>
+        <translation>Text files (*.txt)</translation>
+    </message>
+    <message>
+        <source>报告已保存到 %1。</source>
+        <translation>The report was saved to %1.</translation>
+    </message>
+    <message>
+        <source>无法保存报告：%1</source>
+        <translation>The report could not be saved: %1</translation>
+    </message>
+    <message>
         <source>传感器…</source>
         <translation>Sensors…</translation>
     </message>

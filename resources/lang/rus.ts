@@ -395,6 +395,26 @@
         <translation>Оставить эти</translation>
     </message>
     <message>
+        <source>保存报告…</source>
+        <translation>Сохранить отчёт…</translation>
+    </message>
+    <message>
+        <source>保存支持报告</source>
+        <translation>Сохранить отчёт для поддержки</translation>
+    </message>
+    <message>
+        <source>文本文件 (*.txt)</source>
+        <translation>Текстовые файлы (*.txt)</translation>
+    </message>
+    <message>
+        <source>报告已保存到 %1。</source>
+        <translation>Отчёт сохранён в %1.</translation>
+    </message>
+    <message>
+        <source>无法保存报告：%1</source>
+        <translation>Не удалось сохранить отчёт: %1</translation>
+    </message>
+    <message>
         <source>传感器…</source>
         <translation>Датчики…</translation>
     </message>

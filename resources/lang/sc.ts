@@ -396,6 +396,26 @@
         <translation>保留现在的</translation>
     </message>
     <message>
+        <source>保存报告…</source>
+        <translation>保存报告…</translation>
+    </message>
+    <message>
+        <source>保存支持报告</source>
+        <translation>保存支持报告</translation>
+    </message>
+    <message>
+        <source>文本文件 (*.txt)</source>
+        <translation>文本文件 (*.txt)</translation>
+    </message>
+    <message>
+        <source>报告已保存到 %1。</source>
+        <translation>报告已保存到 %1。</translation>
+    </message>
+    <message>
+        <source>无法保存报告：%1</source>
+        <translation>无法保存报告：%1</translation>
+    </message>
+    <message>
         <source>传感器…</source>
         <translation>传感器…</translation>
     </message>

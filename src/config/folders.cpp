@@ -25,6 +25,28 @@ QString UsersSettingsFolder() {
     return Inside(QFileInfo(own).path());
 }
 
+QString SettingsPath() {
+    const QString portable = PortableFolder();
+    return portable.isEmpty() ? UsersSettingsFolder() : portable + QStringLiteral("/settings");
+}
+
+// What the working folder lies in.
+QString WorkingParent() {
+    const QString portable = PortableFolder();
+    return portable.isEmpty() ? QDir::homePath() : portable;
+}
+
+// Not beside the documents: those may lie in a cloud's folder, where two computers would share a panel's
+// picture.
+QString WorkingPath() {
+    return PortableFolder().isEmpty() ? Inside(WorkingParent())
+                                      : WorkingParent() + QStringLiteral("/working");
+}
+
+QString IfThere(const QString& path) {
+    return QFileInfo(path).isDir() ? path : QString();
+}
+
 enum class Folder { Existed, Created, Missing };
 
 Folder Provide(const QString& path) {
@@ -39,8 +61,7 @@ Folder Provide(const QString& path) {
 std::atomic<quint8> configFolderCreated{0};
 
 QString SettingsFolder() {
-    const QString portable = PortableFolder();
-    QString path = portable.isEmpty() ? UsersSettingsFolder() : portable + QStringLiteral("/settings");
+    QString path = SettingsPath();
     switch (Provide(path)) {
         case Folder::Existed:
             break;
@@ -57,17 +78,22 @@ QString SettingsFolder() {
 }
 
 QString WorkingFolder() {
-    const QString portable = PortableFolder();
-    // Not beside the documents: those may lie in a cloud's folder, where two computers would share a panel's
-    // picture.
-    QString parent = portable.isEmpty() ? QDir::homePath() : portable;
-    QString path = portable.isEmpty() ? Inside(parent) : parent + QStringLiteral("/working");
+    QString path = WorkingPath();
     if (Provide(path) != Folder::Missing) {
         return path;
     }
+    QString parent = WorkingParent();
     WarnOnce(QStringLiteral("The working folder %1 cannot be created; %2 is used instead.")
                  .arg(QDir::toNativeSeparators(path), QDir::toNativeSeparators(parent)));
     return parent;
+}
+
+QString ExistingSettingsFolder() {
+    return IfThere(SettingsPath());
+}
+
+QString ExistingWorkingFolder() {
+    return IfThere(WorkingPath());
 }
 
 QString ConfigFilePath() {

@@ -24,6 +24,10 @@ QString SettingsFolder();
 // be made: the user's folder itself (portable: the portable folder), and one log line tells.
 QString WorkingFolder();
 
+// The same folders, empty where there is none yet: for whoever only looks.
+QString ExistingSettingsFolder();
+QString ExistingWorkingFolder();
+
 // SettingsFolder() followed by "/Config.ini".
 QString ConfigFilePath();
 

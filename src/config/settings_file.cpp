@@ -58,6 +58,10 @@ bool SettingsReader::HasGroup(const QString& group) const {
     return m_settings && m_settings->childGroups().contains(group);
 }
 
+QStringList SettingsReader::Keys() const {
+    return m_settings ? m_settings->allKeys() : QStringList();
+}
+
 int SettingsReader::Int(const SettingKey& setting) const {
     return Int(QString(setting.name), setting);
 }

@@ -36,6 +36,9 @@ public:
     bool Contains(const QString& key) const;
     // True when at least one key stands under this group ("H1").
     bool HasGroup(const QString& group) const;
+    // Every key of the file, and a key's value as the file has it (invalid where it has none): for a report.
+    QStringList Keys() const;
+    QVariant Raw(const QString& key) const { return Value(key); }
 
     // By the table: absent or out of range gives setting.defaultInt, no whole number setting.notANumber.
     int Int(const SettingKey& setting) const;  // For full keys ("Config/Mode").

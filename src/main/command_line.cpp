@@ -116,6 +116,9 @@ struct KnownOptions {
     const QCommandLineOption sensors{
         QStringLiteral("sensors"),
         QStringLiteral("Show what each value says, who measures it and what would help, and end.")};
+    const QCommandLineOption report{
+        QStringLiteral("report"),
+        QStringLiteral("Write a report for support to <file>, or print it where none is named, and end.")};
     // Not Qt's own: only a parser that ends the process by itself tells its longer help.
     const QCommandLineOption help{{QStringLiteral("h"), QStringLiteral("help")},
                                   QStringLiteral("Show the options.")};
@@ -123,11 +126,28 @@ struct KnownOptions {
                                      QStringLiteral("Show the options, and those that Qt takes.")};
 
     QList<QCommandLineOption> All() const {
-        return QList<QCommandLineOption>{virtualScreen, panelImage, runFor, reportLog,
-                                         autostart,     sensors,    help,   helpAll} +
+        return QList<QCommandLineOption>{virtualScreen, panelImage, runFor, reportLog, autostart,
+                                         sensors,       report,     help,   helpAll} +
                CommandOptions();
     }
 };
+
+// Beside Qt's own options it stands alone too; the file is no value of it, as it may be left out.
+CommandLine ReportLine(const QStringList& files, bool alone) {
+    if (!alone) {
+        return Refused(QStringLiteral("Option '--report' goes with no other option."));
+    }
+    if (files.size() > 1) {
+        return Refused(QStringLiteral("Unexpected argument '%1'.").arg(files.at(1)));
+    }
+    if (!files.isEmpty() && files.constFirst().isEmpty()) {
+        return Refused(QStringLiteral("Option '--report' needs a file name, or none at all."));
+    }
+    CommandLine line;
+    line.action = CommandLine::Action::Report;
+    line.reportFile = files.value(0);
+    return line;
+}
 
 CommandLine StartLine(const QCommandLineParser& parser, const KnownOptions& known) {
     CommandLine line;
@@ -171,6 +191,8 @@ CommandLine ParseCommandLine(const QStringList& arguments) {
     parser.setApplicationDescription(QStringLiteral(
         "Shows this PC's live values on a 320 x 170 USB screen, over a picture of your choice."));
     parser.addOptions(options);
+    parser.addPositionalArgument(QStringLiteral("file"), QStringLiteral("Where --report writes to."),
+                                 QStringLiteral("[file]"));
     const QCommandLineOption version = parser.addVersionOption();
 
     const ToolkitOptions toolkit = TakeToolkitOptions(arguments, NamesWithValue(options));
@@ -186,11 +208,17 @@ CommandLine ParseCommandLine(const QStringList& arguments) {
     if (parser.isSet(version)) {
         return Shown(QStringLiteral("Kivo Screen %1\n").arg(QCoreApplication::applicationVersion()));
     }
+    const bool isAlone = parser.optionNames().size() == 1;
+    if (parser.isSet(known.report)) {
+        CommandLine line = ReportLine(parser.positionalArguments(), isAlone);
+        line.toolkit = toolkit.taken;
+        line.platform = toolkit.platform;
+        return line;
+    }
     if (!parser.positionalArguments().isEmpty()) {
         return Refused(
             QStringLiteral("Unexpected argument '%1'.").arg(parser.positionalArguments().constFirst()));
     }
-    const bool isAlone = parser.optionNames().size() == 1;
     if (parser.isSet(known.autostart)) {
         return AutostartLine(parser.values(known.autostart), isAlone);
     }

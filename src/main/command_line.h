@@ -18,13 +18,14 @@ struct Options {
 };
 
 struct CommandLine {
-    enum class Action { Run, ShowText, ShowSensors, SwitchAutostart, Refuse };
+    enum class Action { Run, ShowText, ShowSensors, SwitchAutostart, Report, Refuse };
     Action action = Action::Run;
     Options options;
     QStringList toolkit;       // Qt's own options and their values
     QString platform;          // Qt's platform among them, empty for none
     OutsideCommands commands;  // for the copy that runs, else for this one
     bool autostart = false;    // SwitchAutostart: on or off
+    QString reportFile;        // Report: where to; empty: standard output
     QString text;  // ShowText: help or version, ends in a line feed; Refuse: one line that says what is wrong
 };
 

@@ -1,6 +1,7 @@
 #include <QApplication>
 #include <QByteArrayList>
 #include <QFont>
+#include <QLoggingCategory>
 #include <QTimer>
 #include <QTranslator>
 #include <chrono>
@@ -19,7 +20,9 @@
 #include "device/report_log.h"
 #include "main/command_line.h"
 #include "main/console.h"
+#include "main/program_report.h"
 #include "main/sensor_report.h"
+#include "main/version.h"
 #include "panel/screen_lookup.h"
 #include "pictures/picture_workers.h"
 #include "resources/resources.h"
@@ -27,6 +30,8 @@
 #include "session/display.h"
 #include "session/hand_over.h"
 #include "session/helper_window.h"
+#include "session/log_file.h"
+#include "session/log_lines.h"
 #include "session/outside_control.h"
 #include "session/quit_signals.h"
 #include "session/single_instance.h"
@@ -37,8 +42,11 @@
 #include "widgets/window_style.h"
 #include "window/language.h"
 #include "window/main_window.h"
+#include "window/support_facts.h"
 
 namespace {
+
+Q_LOGGING_CATEGORY(startLog, "kivo.start")
 
 constexpr int kCannotBeDone = 1;
 constexpr int kBadArguments = 2;
@@ -57,12 +65,18 @@ void Say(FILE* stream, const QString& text) {
     std::fflush(stream);
 }
 
+// Tells a person who looks at a console, and whoever reads the log later.
+void Tell(const QString& line) {
+    kivo::KeepLogLine(line);
+    Say(stderr, QStringLiteral("kivo-screen: %1\n").arg(line));
+}
+
 // Not for the program that runs already: its menu asks anew each time it is opened.
 int SwitchAutostart(int& argc, char** argv, bool on) {
     const QCoreApplication application(argc, argv);
     const QString trouble = kivo::SetStartsAtLogin(on);
     if (!trouble.isEmpty()) {
-        Say(stderr, QStringLiteral("kivo-screen: the autostart cannot be changed. %1\n").arg(trouble));
+        Tell(QStringLiteral("the autostart cannot be changed. %1").arg(trouble));
         return kCannotBeDone;
     }
     Say(stdout, on ? QStringLiteral("Kivo Screen starts together with your session.\n")
@@ -147,12 +161,12 @@ QString AnswerLine(kivo::InstanceAnswer answer) {
     switch (answer) {
         case kivo::InstanceAnswer::Stays:
             return QStringLiteral(
-                "kivo-screen: already running on a software panel, with something unfinished in its window. "
-                "Finish that and start once more to use the screen.\n");
+                "already running on a software panel, with something unfinished in its window. "
+                "Finish that and start once more to use the screen.");
         case kivo::InstanceAnswer::None:
-            return QStringLiteral("kivo-screen: already running, but that copy does not answer.\n");
+            return QStringLiteral("already running, but that copy does not answer.");
         default:
-            return QStringLiteral("kivo-screen: already running; its window comes to the front.\n");
+            return QStringLiteral("already running; its window comes to the front.");
     }
 }
 
@@ -204,12 +218,69 @@ QByteArray PlatformsFor(const kivo::CommandLine& line) {
     return kivo::HasDisplay() ? kivo::PlatformsWithDisplay(asked) : kivo::PlatformWithoutDisplay(asked);
 }
 
+// Before the application object.
+void SetUpToolkit() {
+    QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
+    QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+    QGuiApplication::setHighDpiScaleFactorRoundingPolicy(Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
+}
+
+void SetUpFonts() {
+    kivo::InstallFontSubstitutes();
+    QFont font(kivo::FontFamily());
+    font.setPointSize(12);
+    QApplication::setFont(font);
+}
+
+// What a person who reads the log later asks first.
+void LogStart(const kivo::Options& options) {
+    const QStringList lines = kivo::StartLines();
+    for (const QString& line : lines) {
+        qCInfo(startLog, "%s", qUtf8Printable(line));
+    }
+    if (!options.reportLog.isEmpty()) {
+        qCInfo(startLog, "Reports are appended to %s", qUtf8Printable(options.reportLog));
+    }
+}
+
+// Whether another copy runs, without asking it for anything.
+bool DoesACopyRun() {
+    kivo::SingleInstance instance;
+    return !instance.BecomeFirstWhereNoneRuns();
+}
+
+// With windows' platform, for it tells of displays and fonts as the program has them; shows none.
+int WriteReport(char** argv, const kivo::CommandLine& line) {
+    ToolkitArguments arguments(argv[0], line, PlatformsFor(line));
+    SetUpToolkit();
+    const QApplication application(arguments.Count(), arguments.Words());
+    SetUpFonts();
+    const kivo::InterfaceLanguage language = kivo::LanguageForLocale(QLocale::system());
+    kivo::SetInterfaceLanguage(language);
+    QTranslator translator;
+    const QString folder = QCoreApplication::applicationDirPath();
+    kivo::InstallTranslation(translator, language, folder);
+    const auto teller =
+        DoesACopyRun() ? kivo::SupportFacts::Teller::BesideACopy : kivo::SupportFacts::Teller::OnItsOwn;
+    const QString report = kivo::WriteProgramReport(teller, folder);
+    if (line.reportFile.isEmpty()) {
+        Say(stdout, report);
+        return 0;
+    }
+    const QString trouble = kivo::SaveSupportReport(report, line.reportFile);
+    if (!trouble.isEmpty()) {
+        Tell(QStringLiteral("the report cannot be written to %1. %2").arg(line.reportFile, trouble));
+        return kCannotBeDone;
+    }
+    return 0;
+}
+
 // For what this start itself was told; the program goes on, whatever comes of it.
 kivo::OutsideReply OnConsole() {
     return {[] { return true; },
             [](const kivo::OutsideAnswer& answer) {
                 if (!answer.isTaken) {
-                    Say(stderr, QStringLiteral("kivo-screen: %1\n").arg(answer.line));
+                    Tell(answer.line);
                 }
             }};
 }
@@ -227,7 +298,7 @@ std::optional<int> HandOver(int& argc, char** argv, kivo::SingleInstance& instan
         case kivo::HandOver::Outcome::NotTaken:
             break;
     }
-    Say(stderr, QStringLiteral("kivo-screen: %1\n").arg(handed.line));
+    Tell(handed.line);
     return kCannotBeDone;
 }
 
@@ -235,14 +306,15 @@ std::optional<int> HandOver(int& argc, char** argv, kivo::SingleInstance& instan
 
 int main(int argc, char** argv) {
     kivo::UseParentConsole();
-    QCoreApplication::setApplicationVersion(QStringLiteral(KIVO_VERSION));
+    QCoreApplication::setApplicationVersion(
+        kivo::VersionText(QStringLiteral(KIVO_VERSION), kivo::SourceCommit()));
     const kivo::CommandLine line = ReadCommandLine(argc, argv);
     if (line.action == kivo::CommandLine::Action::ShowText) {
         Say(stdout, line.text);
         return 0;
     }
     if (line.action == kivo::CommandLine::Action::Refuse) {
-        Say(stderr, QStringLiteral("kivo-screen: %1\n").arg(line.text));
+        Tell(line.text);
         return kBadArguments;
     }
     if (line.action == kivo::CommandLine::Action::SwitchAutostart) {
@@ -252,6 +324,12 @@ int main(int argc, char** argv) {
         return ShowSensors(argc, argv);
     }
 
+    if (line.action == kivo::CommandLine::Action::Report) {
+        kivo::StartLog();
+        return WriteReport(argv, line);
+    }
+
+    kivo::StartLog(kivo::LogFilePath());
     kivo::SingleInstance instance;
     const bool isTold = kivo::IsAnyAsked(line.commands);
     if (isTold) {
@@ -261,9 +339,7 @@ int main(int argc, char** argv) {
     }
     const QByteArray platforms = PlatformsFor(line);
     ToolkitArguments arguments(argv[0], line, platforms);
-    QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
-    QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
-    QGuiApplication::setHighDpiScaleFactorRoundingPolicy(Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
+    SetUpToolkit();
     // By this name a desktop finds the program's entry, and with it the icon of its windows.
     QGuiApplication::setDesktopFileName(QStringLiteral("kivo-screen"));
     QApplication application(arguments.Count(), arguments.Words());
@@ -272,13 +348,10 @@ int main(int argc, char** argv) {
                             (platforms.isEmpty() || platforms.startsWith(kivo::kPlatformWithoutWindows) ||
                              QGuiApplication::platformName() != QLatin1String(kivo::kPlatformWithoutWindows));
     if (!hasDisplay) {
-        Say(stderr, QStringLiteral("kivo-screen: no display, running without windows.\n"));
+        Tell(QStringLiteral("no display, running without windows."));
     }
     kivo::InitResources();
-    kivo::InstallFontSubstitutes();
-    QFont font(kivo::FontFamily());
-    font.setPointSize(12);
-    QApplication::setFont(font);
+    SetUpFonts();
 
     kivo::ApplyWindowStyle(application);
     // The program lives in the tray; it ends when a person has confirmed it, not when a window closes.
@@ -303,7 +376,9 @@ int main(int argc, char** argv) {
     if (!isTold && !instance.Start([&line] { return RequestFor(line.options); })) {
         const kivo::InstanceAnswer answer = instance.AwaitAnswer();
         if (answer != kivo::InstanceAnswer::TookPlace) {
-            Say(stderr, endRequested ? QString() : AnswerLine(answer));
+            if (!endRequested) {
+                Tell(AnswerLine(answer));
+            }
             return 0;
         }
     }
@@ -312,6 +387,7 @@ int main(int argc, char** argv) {
     if (!screen.IsLogWhole()) {
         return kCannotBeDone;  // the log has said why
     }
+    LogStart(line.options);
     kivo::MainWindow::Parts parts{screen.Hid(), &instance, QCoreApplication::applicationDirPath(),
                                   line.options.virtualScreen ? kivo::LiveSession::PanelKind::Software
                                                              : kivo::LiveSession::PanelKind::Real};
@@ -320,9 +396,7 @@ int main(int argc, char** argv) {
     screen.ShowWindow();
     QObject::connect(&window->Session(), &kivo::LiveSession::screensListed, window.get(), [](bool isThere) {
         if (!isThere) {
-            Say(stderr,
-                QStringLiteral("kivo-screen: no screen found. --virtual-screen shows a software panel "
-                               "instead.\n"));
+            Tell(QStringLiteral("no screen found. --virtual-screen shows a software panel instead."));
         }
     });
     if (kivo::IsFirstRun()) {

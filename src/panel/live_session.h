@@ -98,6 +98,7 @@ public:
     bool IsUploading() const { return !m_uploads.empty(); }
 
     PanelStatus Status() const { return m_sender.Status(); }
+    PanelFacts Facts() const { return m_sender.Facts(); }
 
     // What the sensors said last, kept across refresh threads.
     void SetReadings(const SensorReadings& readings) { m_snapshot.SetReadings(readings); }

@@ -88,6 +88,13 @@ PanelStatus PanelSender::Status() const {
     return status;
 }
 
+PanelFacts PanelSender::Facts() const {
+    PanelFacts facts = FactsOf(RecordNow(), m_parts.now());
+    facts.prepend({QStringLiteral("kind"), m_parts.memory == nullptr ? QStringLiteral("software panel")
+                                                                     : QStringLiteral("USB screen")});
+    return facts;
+}
+
 bool PanelSender::LookAtPanel() {
     const PanelSighting sighting = m_parts.session.LookAtPanel();
     ChangeRecord([&sighting](PanelRecord& record) { NoteSighting(record, sighting); });

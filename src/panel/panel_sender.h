@@ -14,6 +14,7 @@
 #include "compose/live_renderer.h"
 #include "panel/live_item_renderer.h"
 #include "panel/panel_record.h"
+#include "panel/panel_report.h"
 
 namespace kivo {
 
@@ -58,6 +59,8 @@ public:
     // A screen arrived, or the system woke up.
     void NoteArrival();
     PanelStatus Status() const;
+    // What the panel has and is owed, for a report.
+    PanelFacts Facts() const;
 
     // --- Worker threads; they block while the panel takes its time. ---
 

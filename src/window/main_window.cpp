@@ -87,6 +87,8 @@ MainWindow::MainWindow(const Parts& parts)
     m_sensors = std::make_unique<WindowSensors>(
         *m_session, *m_ui->pushButton, WindowSensors::Parts{parts.makeSensors, parts.readThermalZone});
     connect(m_sensors.get(), &WindowSensors::sampled, this, &MainWindow::slotCpuPowClock);
+    connect(m_sensors.get(), &WindowSensors::readingsTaken, this,
+            [this](const SensorReadings& readings) { m_factLog.NoteReadings(readings); });
     m_sensors->ShowTemperature();
     PlaceOnScreen();
     WirePictures();
@@ -132,6 +134,7 @@ void MainWindow::WireShell() {
     connect(&m_tray, &Tray::activated, this, &MainWindow::iconActivated);
     connect(&m_tray, &Tray::showRequested, this, &MainWindow::BringToFront);
     connect(&m_tray, &Tray::sensorsRequested, this, &MainWindow::ShowSensors);
+    connect(&m_tray, &Tray::reportRequested, this, &MainWindow::SaveReport);
     connect(&m_tray, &Tray::exitRequested, this, &MainWindow::slotExit);
     LookForTray();
     connect(m_ui->btnExit, &QAbstractButton::clicked, this, &MainWindow::slotExit);
@@ -254,6 +257,7 @@ bool MainWindow::HandleScreenChange(const QString& name, bool arrived) {
 
 void MainWindow::ShowPanelStatus(const PanelStatus& status) {
     m_stateLine->Show(status);
+    m_factLog.NotePanel(status);
 }
 
 void MainWindow::StartPowerPoller() {

@@ -20,6 +20,7 @@
 #include "session/untold_sleep.h"
 #include "telemetry/package_sensors.h"
 #include "telemetry/thermal_zone_thread.h"
+#include "window/fact_log.h"
 #include "window/language.h"
 #include "window/layout_sharing.h"
 #include "window/tray.h"
@@ -73,6 +74,7 @@ public:
         std::function<QStringList(QWidget*)> choosePictures = {};  // default: a file dialog; none: cancelled
         // Default: a file dialog; empty: cancelled. proposed: a name for what is exported.
         std::function<QString(QWidget*, LayoutFile use, const QString& proposed)> chooseLayoutFile = {};
+        std::function<QString()> chooseReportFile = {};  // default: a file dialog; empty: cancelled
         std::function<PictureSource::Readers()> makePictureReaders = FileReaders;
         std::function<bool()> desktopPlacesWindows = &DesktopPlacesWindows;
         // Who tells of screens that come and go; default: nobody does.
@@ -138,6 +140,8 @@ public Q_SLOTS:
     void on_pushButton_clicked();  // clazy:exclude=connect-by-name
     // Opens the list of sensors, or brings it to the front.
     void ShowSensors();
+    // Asks for a file and puts a report for support there; the tray says what came of it.
+    void SaveReport();
     // Asks whether to end the program, and ends it.
     void slotExit();
     void slotApply();
@@ -206,6 +210,8 @@ private:
     GivesWay MayGiveWay() const;
     void EndNow();
     void LookForTray();
+    QString SupportReportText() const;
+    QString ChooseReportFile();
     void ShowLiveTexts();
     void FirstRunUpload();
     // False when the program ends meanwhile.
@@ -271,6 +277,7 @@ private:
     FocusRing* m_focusRing = nullptr;
     WindowRest m_rest;
     Tray m_tray{this};
+    FactLog m_factLog;
     QTimer m_poll;
     std::unique_ptr<ScreenWatch> m_screenWatch;
     std::unique_ptr<WindowSensors> m_sensors;

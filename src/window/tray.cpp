@@ -12,6 +12,7 @@ Tray::Tray(Autostart autostart, QObject* parent)
       m_autostart(std::move(autostart)),
       m_show(m_menu.addAction(QString())),
       m_sensors(m_menu.addAction(QString())),
+      m_report(m_menu.addAction(QString())),
       m_atLogin(m_menu.addAction(QString())),
       m_exit(m_menu.addAction(QString())) {
     m_menu.setDefaultAction(m_show);
@@ -20,6 +21,7 @@ Tray::Tray(Autostart autostart, QObject* parent)
     connect(m_atLogin, &QAction::triggered, this, &Tray::SetAutostart);
     connect(m_show, &QAction::triggered, this, &Tray::showRequested);
     connect(m_sensors, &QAction::triggered, this, &Tray::sensorsRequested);
+    connect(m_report, &QAction::triggered, this, &Tray::reportRequested);
     connect(m_exit, &QAction::triggered, this, &Tray::exitRequested);
 }
 
@@ -46,10 +48,18 @@ void Tray::TellWhereItIs(bool isScreenReady) {
     }
 }
 
+void Tray::Tell(const QString& line, QSystemTrayIcon::MessageIcon icon) {
+    m_told = line;
+    if (m_icon) {
+        m_icon->showMessage(QCoreApplication::translate("MainWindow", "Kivo Screen"), line, icon);
+    }
+}
+
 void Tray::SetTexts() {
     ShowToolTip();
     m_show->setText(QCoreApplication::translate("MainWindow", "显示窗口"));
     m_sensors->setText(QCoreApplication::translate("MainWindow", "传感器…"));
+    m_report->setText(QCoreApplication::translate("MainWindow", "保存报告…"));
     m_atLogin->setText(QCoreApplication::translate("MainWindow", "登录时启动"));
     m_exit->setText(QCoreApplication::translate("MainWindow", "退出程序"));
 }
@@ -80,10 +90,9 @@ void Tray::SetAutostart(bool on) {
         qWarning("The autostart cannot be changed. %s", qUtf8Printable(trouble));
     }
     ShowAutostart();
-    if (!trouble.isEmpty() && m_icon) {
-        m_icon->showMessage(QCoreApplication::translate("MainWindow", "Kivo Screen"),
-                            QCoreApplication::translate("MainWindow", "无法更改登录时启动的设置。"),
-                            QSystemTrayIcon::Warning);
+    if (!trouble.isEmpty()) {
+        Tell(QCoreApplication::translate("MainWindow", "无法更改登录时启动的设置。"),
+             QSystemTrayIcon::Warning);
     }
 }
 

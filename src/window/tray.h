@@ -41,7 +41,10 @@ public:
     // Says, once and for a few seconds, that the program goes on here though its window has gone, and whether
     // the screen shows something.
     void TellWhereItIs(bool isScreenReady);
-    // What it said, also where there is no notification area to say it in; empty before.
+    // Says for a few seconds what came of something that was asked for here.
+    void Tell(const QString& line, QSystemTrayIcon::MessageIcon icon = QSystemTrayIcon::Information);
+    // What it said last, also where there is no notification area to say it in; empty
+    // before.
     const QString& Told() const { return m_told; }
 
     QMenu& Menu() { return m_menu; }
@@ -50,6 +53,7 @@ Q_SIGNALS:
     void activated(QSystemTrayIcon::ActivationReason reason);
     void showRequested();
     void sensorsRequested();
+    void reportRequested();
     void exitRequested();
 
 private:
@@ -62,6 +66,7 @@ private:
     QMenu m_menu;
     QAction* const m_show;
     QAction* const m_sensors;
+    QAction* const m_report;
     QAction* const m_atLogin;
     QAction* const m_exit;
     std::unique_ptr<QSystemTrayIcon> m_icon;  // null until it is shown

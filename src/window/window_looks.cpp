@@ -1,5 +1,6 @@
 #include "window/window_looks.h"
 
+#include <QCoreApplication>
 #include <QIcon>
 
 #include "editor/device_frame.h"
@@ -13,6 +14,7 @@ namespace colors = window_colors;
 namespace {
 
 constexpr QSize kOrientationIcon(18, 18);
+constexpr QRect kWordmark(20, 30, 116, 21);
 
 // Deliberate: the first path has two slashes; both ways lead to the same picture.
 QString CheckBoxStyle() {
@@ -75,6 +77,11 @@ void DressButtons(::Ui::MainWindow& ui) {
 }  // namespace
 
 void DressWindow(::Ui::MainWindow& ui) {
+    // The mark and, painted on the window's ground beside it, the program's name.
+    auto* const wordmark = new QWidget(ui.centralwidget);
+    wordmark->setObjectName(QStringLiteral("wordmark"));
+    wordmark->setGeometry(kWordmark);
+    wordmark->setToolTip(QStringLiteral("Kivo Screen ") + QCoreApplication::applicationVersion());
     ui.afterlabel->setPixmap(QIcon(SkinPath("logo_mark")).pixmap(ui.afterlabel->size()));
     DressPlainParts(ui);
     DressButtons(ui);

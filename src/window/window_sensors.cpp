@@ -41,6 +41,7 @@ void WindowSensors::StartPowerPoller() {
     m_power->start(QThread::InheritPriority);
     // Deliberate: a sample that comes before this is lost; there is one every second.
     connect(m_power.get(), &IntelPowerGadgetThread::readingsTaken, &m_session, &LiveSession::SetReadings);
+    connect(m_power.get(), &IntelPowerGadgetThread::readingsTaken, this, &WindowSensors::readingsTaken);
     connect(m_power.get(), &IntelPowerGadgetThread::RefreshCpuPowClock, this, &WindowSensors::sampled);
 }
 

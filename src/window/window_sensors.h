@@ -54,6 +54,8 @@ public:
     void ShowList();
 
 Q_SIGNALS:
+    // What the poller has read, see IntelPowerGadgetThread.
+    void readingsTaken(const kivo::SensorReadings& readings);
     // The poller's RefreshCpuPowClock.
     void sampled(qint32 iPow, qint32 iClock, qint32 iGPow, qint32 iGClock);
 

@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "main/command_line.h"
+#include "main/version.h"
 #include "session/display.h"
 #include "support/test_program.h"
 
@@ -20,6 +21,8 @@ private Q_SLOTS:
     void SwitchesTheAutostart_data();
     void SwitchesTheAutostart();
     void ShowsHelpAndVersion();
+    void VersionIsToldWithItsCommit();
+    void ReportIsPrintedOrWritten();
     void HelpForAllNamesQtsOptionsToo();
     void QtsOwnOptionsArePassedOver_data();
     void QtsOwnOptionsArePassedOver();
@@ -86,6 +89,12 @@ void TestCommandLine::RefusesBadArguments_data() {
         << list({"--sensors", "--virtual-screen"}) << QStringLiteral("no other option");
     QTest::newRow("autostart with other options")
         << list({"--autostart", "on", "--virtual-screen"}) << QStringLiteral("no other option");
+    QTest::newRow("report with other options")
+        << list({"--report", "--virtual-screen"}) << QStringLiteral("no other option");
+    QTest::newRow("report and a command")
+        << list({"--report", "--show"}) << QStringLiteral("no other option");
+    QTest::newRow("reports to two files") << list({"--report", "a", "b"}) << QStringLiteral("'b'");
+    QTest::newRow("report to no file") << list({"--report", ""}) << QStringLiteral("file name");
     QTest::newRow("session without its value") << list({"-session"}) << QStringLiteral("-session");
     QTest::newRow("a theme too many") << list({"--theme", "4"}) << QStringLiteral("'4'");
     QTest::newRow("a theme in another form") << list({"--theme", "02"}) << QStringLiteral("'02'");
@@ -143,12 +152,35 @@ void TestCommandLine::ShowsHelpAndVersion() {
     QCOMPARE(int(help.action), int(CommandLine::Action::ShowText));
     for (const char* option :
          {"--virtual-screen", "--panel-image", "--run-for", "--report-log", "--autostart", "--sensors",
-          "--version", "--theme <0..3>", "--layout <five|one>", "--orientation <landscape|portrait>",
-          "--picture <file>", "--text <text>", "--apply <file>", "--blank <on|off>", "--show"}) {
+          "--report", "--version", "--theme <0..3>", "--layout <five|one>",
+          "--orientation <landscape|portrait>", "--picture <file>", "--text <text>", "--apply <file>",
+          "--blank <on|off>", "--show"}) {
         QVERIFY2(help.text.contains(QLatin1String(option)), option);
     }
     QCOMPARE(int(Parse({QStringLiteral("--version")}).action), int(CommandLine::Action::ShowText));
     QCOMPARE(int(Parse({QStringLiteral("--sensors")}).action), int(CommandLine::Action::ShowSensors));
+}
+
+void TestCommandLine::VersionIsToldWithItsCommit() {
+    const QString version = QStringLiteral("1.2.3");
+    QCOMPARE(VersionText(version, QString()), version);
+    QCOMPARE(VersionText(version, QStringLiteral("1a2b3c-dirty")), QStringLiteral("1.2.3 (1a2b3c-dirty)"));
+}
+
+void TestCommandLine::ReportIsPrintedOrWritten() {
+    const CommandLine printed = Parse({QStringLiteral("--report")});
+    QCOMPARE(int(printed.action), int(CommandLine::Action::Report));
+    QCOMPARE(printed.reportFile, QString());
+    for (const QStringList& options : {QStringList{QStringLiteral("--report"), QStringLiteral("a b.txt")},
+                                       QStringList{QStringLiteral("a b.txt"), QStringLiteral("--report")}}) {
+        const CommandLine written = Parse(options);
+        QCOMPARE(int(written.action), int(CommandLine::Action::Report));
+        QCOMPARE(written.reportFile, QStringLiteral("a b.txt"));
+    }
+    const CommandLine onPlatform =
+        Parse({QStringLiteral("-platform"), QStringLiteral("xcb"), QStringLiteral("--report")});
+    QCOMPARE(int(onPlatform.action), int(CommandLine::Action::Report));
+    QCOMPARE(onPlatform.platform, QStringLiteral("xcb"));
 }
 
 void TestCommandLine::HelpForAllNamesQtsOptionsToo() {

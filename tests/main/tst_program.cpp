@@ -68,6 +68,10 @@ private Q_SLOTS:
     void SensorsAreToldWithoutADisplay_data();
     void SensorsAreToldWithoutADisplay();
     void SensorsAreToldBesideALibraryThatHangs();
+    void ReportIsPrintedAndChangesNothing();
+    void ReportIsWrittenBesideARunningCopy();
+    void ReportThatCannotBeWritten();
+    void StartIsLogged();
     void BadArgumentsEndWithOneLine();
     void WithoutAScreenItSaysSoAndRunsOn();
     void HomeThatCannotBeWritten();
@@ -283,6 +287,61 @@ void TestProgram::TheAutostartIsSwitchedFromTheCommandLine() {
     QVERIFY(QDir().mkpath(entry.fileName()));
     QCOMPARE(Run(process, {QStringLiteral("--autostart"), QStringLiteral("off")}), 1);
     QCOMPARE(process.readAllStandardError().count('\n'), 1);
+}
+
+void TestProgram::ReportIsPrintedAndChangesNothing() {
+    QProcess process;
+    QCOMPARE(Run(process, {QStringLiteral("--report")}), 0);
+    const QByteArray report = process.readAllStandardOutput();
+    for (const char* fact :
+         {"Kivo Screen, report for support\n", "version  1.0.0", "; no copy runs\n", "platform offscreen",
+          "settings folder  not there\n", "working folder   not there\n", "\nCPU Load "}) {
+        QVERIFY2(report.contains(fact), report.constData());
+    }
+    QVERIFY(!report.contains(QFile::encodeName(m_home->File(""))));
+    QVERIFY(!QFile::exists(m_home->File("data")));
+    QVERIFY(!QFile::exists(m_home->File("Kivo Tool")));
+    QVERIFY(!QFile::exists(m_home->File("config")));
+}
+
+void TestProgram::ReportIsWrittenBesideARunningCopy() {
+    QProcess running;
+    Start(running, {QStringLiteral("--virtual-screen")});
+    QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(m_home->File("data/Kivo Tool/Config.ini")), kPatienceMs);
+    QProcess process;
+    QCOMPARE(Run(process, {QStringLiteral("--report"), m_home->File("report.txt")}), 0);
+    QCOMPARE(process.readAllStandardOutput(), QByteArray());
+    QFile file(m_home->File("report.txt"));
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    const QByteArray report = file.readAll();
+    QVERIFY2(report.contains("beside a copy that runs"), report.constData());
+    QVERIFY2(report.contains("~/data/Kivo Tool: Config.ini "), report.constData());
+    // It goes on, and is asked for nothing.
+    QCOMPARE(running.state(), QProcess::Running);
+    QCOMPARE(End(running), 0);
+}
+
+void TestProgram::ReportThatCannotBeWritten() {
+    QProcess process;
+    QCOMPARE(Run(process, {QStringLiteral("--report"), QStringLiteral("/nowhere/report.txt")}), 1);
+    QCOMPARE(process.readAllStandardError().count(
+                 "kivo-screen: the report cannot be written to /nowhere/report.txt. "),
+             1);
+}
+
+// Version, display, fonts, screen: a line each, none blank.
+void TestProgram::StartIsLogged() {
+    QProcess process;
+    QCOMPARE(
+        Run(process, {QStringLiteral("--virtual-screen"), QStringLiteral("--run-for"), QStringLiteral("3")}),
+        0);
+    const QByteArray said = process.readAllStandardError();
+    for (const char* line :
+         {"kivo.start: Kivo Screen 1.0.0", "kivo.start: Display ", "kivo.start: Fonts: window ",
+          "kivo.screen: Screen: ", "kivo.sources: Temperature: "}) {
+        QVERIFY2(said.contains(line), said.constData());
+    }
+    QVERIFY2(!said.contains("\n\n"), said.constData());
 }
 
 void TestProgram::BadArgumentsEndWithOneLine() {

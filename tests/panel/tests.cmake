@@ -16,6 +16,7 @@ kivo_add_tests(panel
         panel_frame
         panel_memory
         panel_record
+        panel_report
         panel_sender
         panel_sender_faults
         refresh_data_thread

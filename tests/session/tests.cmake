@@ -1,8 +1,12 @@
 set(units
     autostart
     instance_answers
+    log_file
+    log_lines
     outside_commands
-    outside_control)
+    outside_control
+    personal_names
+    support_report)
 # Homes without rights, the system's table of shared memory: as Linux has them.
 if(NOT WIN32)
     list(APPEND units autostart_entry outside_place single_instance)

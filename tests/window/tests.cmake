@@ -13,6 +13,7 @@ set(window_units
     window_picture_names
     window_picture_looks
     window_pictures
+    window_report
     window_rest
     window_sensors
     window_sharing
@@ -21,6 +22,7 @@ set(window_units
     window_themes
     window_tools)
 set(units
+    fact_log
     nimb_process
     outside_change
     picture_choice

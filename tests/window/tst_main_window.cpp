@@ -27,6 +27,7 @@ private Q_SLOTS:
     void init();
     void WidgetsStandInTheirPlaces_data();
     void WidgetsStandInTheirPlaces();
+    void WordmarkTellsTheVersion();
     void ButtonsThatNobodySeesCannotBePressed();
     void BoxesHaveTheirPictures();
     void LanguageFollowsTheLocale_data();
@@ -93,6 +94,7 @@ void TestMainWindow::WidgetsStandInTheirPlaces_data() {
     row("zoomwidget", "kivo::ZoomWidget", {48, 118, 435, 312});
     row("btnRemote", "kivo::NimbPushButton", {390, 280, 24, 24});
     row("afterlabel", "QLabel", {20, 30, 21, 21});
+    row("wordmark", "QWidget", {20, 30, 116, 21});
     row("btnEdit", "kivo::NimbPushButton", {144, 451, 100, 40});
     row("btnApply", "kivo::NimbPushButton", {285, 451, 100, 40});
     row("pushButton", "QPushButton", {420, 0, 80, 24});
@@ -115,6 +117,12 @@ void TestMainWindow::WidgetsStandInTheirPlaces() {
     if (place.isEmpty()) {
         QVERIFY(widget->focusPolicy() == Qt::NoFocus || name.startsWith(QLatin1String("label")));
     }
+}
+
+void TestMainWindow::WordmarkTellsTheVersion() {
+    QCoreApplication::setApplicationVersion(QStringLiteral("4.5.6 (1a2b3c)"));
+    const Desk desk;
+    QCOMPARE(desk.Find("wordmark")->toolTip(), QStringLiteral("Kivo Screen 4.5.6 (1a2b3c)"));
 }
 
 // A screen reader offers to press whatever is there.

@@ -34,8 +34,8 @@ struct Memory {
     }
 };
 
-// Its entries: window, autostart, exit.
-enum Entry { kWindow, kSensors, kAtLogin, kExit };
+// Its entries, from the top.
+enum Entry { kWindow, kSensors, kReport, kAtLogin, kExit };
 
 QAction* EntryOf(Tray& tray, Entry entry) {
     return tray.Menu().actions().value(entry);
@@ -51,7 +51,7 @@ void TestTray::TheMenuAsksForTheWindowAndTheEnd() {
     Memory memory;
     Tray tray(memory.Seam());
     tray.SetTexts();
-    QCOMPARE(tray.Menu().actions().size(), 4);
+    QCOMPARE(tray.Menu().actions().size(), 5);
     QSignalSpy window(&tray, &Tray::showRequested);
     QSignalSpy end(&tray, &Tray::exitRequested);
     EntryOf(tray, kWindow)->trigger();
@@ -62,6 +62,10 @@ void TestTray::TheMenuAsksForTheWindowAndTheEnd() {
     QCOMPARE(end.count(), 1);
     const QSignalSpy sensors(&tray, &Tray::sensorsRequested);
     EntryOf(tray, kSensors)->trigger();
+    QCOMPARE(sensors.count(), 1);
+    const QSignalSpy report(&tray, &Tray::reportRequested);
+    EntryOf(tray, kReport)->trigger();
+    QCOMPARE(report.count(), 1);
     QCOMPARE(sensors.count(), 1);
     QCOMPARE(window.count() + end.count(), 2);
     QVERIFY(!memory.on);

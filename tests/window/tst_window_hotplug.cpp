@@ -134,9 +134,10 @@ public:
 // Debug lines of the window's own, and every warning.
 struct HotplugLog {
     HotplugLog() {
-        QLoggingCategory::setFilterRules(QStringLiteral("*.debug=false\nkivo.hotplug.debug=true"));
+        QLoggingCategory::setFilterRules(
+            QStringLiteral("*.debug=false\n*.info=false\nkivo.hotplug.debug=true"));
     }
-    ~HotplugLog() { QLoggingCategory::setFilterRules(QStringLiteral("*.debug=false")); }
+    ~HotplugLog() { QLoggingCategory::setFilterRules(QStringLiteral("*.debug=false\n*.info=true")); }
     const LogCatcher log;
 };
 
