@@ -3,11 +3,13 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QSet>
 #include <QStringList>
 #include <algorithm>
 #include <array>
 #include <cmath>
 #include <limits>
+#include <vector>
 
 #include "compose/theme_state.h"
 #include "config/setting_keys.h"
@@ -274,6 +276,41 @@ void ReadPicture(const Fields& fields, SharedLayout& shared, QString& trouble) {
     shared.picture = decoded.decoded;
 }
 
+// Whether an object of the text has a name twice, or one in disguise (with a backslash). Nobody could say
+// which of two values is meant, and Qt never frees a list or group that gives way to a second one. Looks no
+// further than the text is JSON.
+bool HasNameTwice(const QByteArray& text) {
+    std::vector<QSet<QByteArray>> objects;  // that are open, and lists
+    for (int at = 0; at < text.size(); ++at) {
+        const char sign = text[at];
+        if (sign == '{' || sign == '[') {
+            objects.emplace_back();
+        } else if (sign == '}' || sign == ']') {
+            if (objects.empty()) {
+                return false;
+            }
+            objects.pop_back();
+        } else if (sign == '"') {
+            const int begin = at + 1;
+            for (++at; at < text.size() && text[at] != '"'; ++at) {
+                at += text[at] == '\\' ? 1 : 0;
+            }
+            int next = at + 1;
+            while (next < text.size() && QByteArrayLiteral(" \t\r\n").contains(text[next])) {
+                ++next;
+            }
+            if (next < text.size() && text[next] == ':' && !objects.empty()) {
+                const QByteArray name = text.mid(begin, at - begin);
+                if (name.contains('\\') || objects.back().contains(name)) {
+                    return true;
+                }
+                objects.back().insert(name);
+            }
+        }
+    }
+    return false;
+}
+
 SharedLayoutReading Refused(SharedLayoutFault fault, const QString& reason) {
     return {std::nullopt, fault, reason};
 }
@@ -364,8 +401,8 @@ SharedLayoutReading ReadSharedLayout(const QByteArray& bytes) {
     const auto parts =
         std::count_if(bytes.begin(), bytes.end(), [](char c) { return c == ',' || c == '[' || c == '{'; });
     QJsonParseError error{};
-    const QJsonDocument document =
-        parts > kMostParts ? QJsonDocument() : QJsonDocument::fromJson(bytes, &error);
+    const bool isSane = parts <= kMostParts && !HasNameTwice(bytes);
+    const QJsonDocument document = isSane ? QJsonDocument::fromJson(bytes, &error) : QJsonDocument();
     const QJsonObject object = document.object();
     if (!object.contains(kMagic)) {
         return Refused(SharedLayoutFault::NoLayout,

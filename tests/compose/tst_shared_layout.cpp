@@ -242,6 +242,9 @@ void TestSharedLayout::WhatIsMissingIsTheFactorys() {
 }
 
 void TestSharedLayout::WhatIsNotKnownIsPassedOver() {
+    // The same name in another group is another one.
+    QVERIFY(ReadSharedLayout("{\"Kivo Screen layout\": 1, \"x\": {\"x\": [{\"x\": 1}, {\"x\": \"\\\"x\"}]}}")
+                .layout);
     const SharedLayoutReading plain = ReadSharedLayout(With("dim", 30));
     QJsonObject file = QJsonDocument::fromJson(With("dim", 30)).object();
     file.insert(QStringLiteral("sound"), QJsonArray{1, QJsonObject{{QStringLiteral("a"), 2}}});
@@ -291,6 +294,9 @@ void TestSharedLayout::BadFileIsRefused_data() {
     row("too large", good + QByteArray(int(kLargestSharedLayout), ' '));
     row("of too many parts",
         "{\"Kivo Screen layout\": 1, \"x\": [" + QByteArray("1,").repeated(60000) + "1]}");
+    row("a name twice", "{\"Kivo Screen layout\": 1, \"trim\": {\"x\": 1}, \"trim\": {\"x\": 2}}");
+    row("a name twice, far inside", "{\"Kivo Screen layout\": 1, \"a\": [[{\"b\": [1], \"b\" : [2]}]]}");
+    row("a name in disguise", "{\"Kivo Screen layout\": 1, \"di\\u006D\": 4}");
     row("nested without end", "{\"Kivo Screen layout\": 1, \"x\": " + QByteArray(40000, '['));
 }
 
