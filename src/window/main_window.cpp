@@ -25,6 +25,7 @@
 #include "widgets/exit_message_box.h"
 #include "widgets/focus_ring.h"
 #include "widgets/scrim.h"
+#include "window/away_light.h"
 #include "window/language.h"
 #include "window/nimb_process_dialog.h"
 #include "window/picture_choice.h"
@@ -109,6 +110,9 @@ MainWindow::MainWindow(const Parts& parts)
     WirePages();
     WireTools();
     LoadState();
+    m_away = std::make_unique<AwayLight>(AwayLight::Parts{
+        *m_session, *m_stateLine, parts.makeAwayWatch ? parts.makeAwayWatch() : nullptr, parts.localTime});
+    connect(m_away.get(), &AwayLight::awake, this, &MainWindow::LookForWakeUp);
 
     connect(m_session.get(), &LiveSession::screenChanged, this, [this](bool closed) {
         if (closed) {
@@ -163,6 +167,7 @@ void MainWindow::WireShell() {
     connect(&m_tray, &Tray::showRequested, this, &MainWindow::BringToFront);
     connect(&m_tray, &Tray::sensorsRequested, this, &MainWindow::ShowSensors);
     connect(&m_tray, &Tray::exitRequested, this, &MainWindow::slotExit);
+    m_tray.AddMenu(m_away->Menu());
     LookForTray();
     connect(m_ui->btnExit, &QAbstractButton::clicked, this, &MainWindow::slotExit);
     connect(m_ui->btnMini, &QAbstractButton::clicked, this, &MainWindow::showMinimized);
@@ -266,6 +271,7 @@ void MainWindow::StopRefresh() {
 
 bool MainWindow::Stop() {
     m_poll.stop();
+    m_away->End();
     const QDeadlineTimer deadline(LiveSession::kLongestStop);
     m_source.Stop();
     AskSensorsToStop();
@@ -287,6 +293,7 @@ void MainWindow::Poll() {
     }
     LookForTray();
     LookForWakeUp();
+    m_away->LookAtClock();
     ShowLiveTexts();
 }
 
@@ -347,6 +354,7 @@ void MainWindow::BringToFront() {
         KeepOnScreen();
     }
     m_isPutAway = false;
+    m_away->NotePerson();
     // There a window comes in sight only when it is mapped anew; a dialog over it would be left behind it.
     if (m_parts.desktopPlacesWindows() && !isActiveWindow() && QApplication::activeModalWidget() == nullptr) {
         hide();

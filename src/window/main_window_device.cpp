@@ -2,6 +2,7 @@
 
 #include <QLoggingCategory>
 
+#include "window/away_light.h"
 #include "window/main_window.h"
 #include "window/state_line.h"
 
@@ -73,6 +74,7 @@ void MainWindow::ShowPanelStatus(const PanelStatus& status) {
 void MainWindow::LookForWakeUp() {
     if (m_sleepWatch.HasSlept(m_parts.timeAsleep())) {
         m_session->NoteArrival();
+        m_away->NoteAwake();
     }
 }
 

@@ -7,6 +7,7 @@
 #include "pictures/picture_list.h"
 #include "pictures/picture_path.h"
 #include "ui_main_window.h"
+#include "window/away_light.h"
 #include "window/main_window.h"
 #include "window/outside_change.h"
 #include "window/picture_choice.h"
@@ -58,7 +59,7 @@ OutsideAnswer MainWindow::DoFromOutside(const OutsideCommands& commands) {
         return {false, QStringLiteral("The settings cannot be saved.")};
     }
     if (const std::optional<int> blank = WordOf(commands, OutsideKind::Blank)) {
-        m_session->SetBlank(*blank == 0);
+        m_away->SetAsked(*blank == 0);
     }
     if (ValueOf(commands, OutsideKind::Show)) {
         BringToFront();

@@ -10,6 +10,7 @@
 #include "editor/edit_bar.h"
 #include "pictures/picture_list.h"
 #include "ui_main_window.h"
+#include "window/away_light.h"
 #include "window/custom_page.h"
 #include "window/edit_hint.h"
 #include "window/main_window.h"
@@ -152,13 +153,15 @@ void MainWindow::RestoreSettings() {
     OpenEditing(false);
     const bool isRestored = RestoreKeptSettings(DefaultConfigFile(m_parts.applicationDir));
     // What is restored is read anew as a whole; nothing else is left to save.
-    m_stateLine->NoteSaved(isRestored ? SettingsPart::Layout | SettingsPart::Pictures : SettingsPart::Layout,
+    m_stateLine->NoteSaved(isRestored ? SettingsPart::Layout | SettingsPart::Pictures | SettingsPart::Away
+                                      : SettingsPart::Layout,
                            isRestored);
     if (!isRestored) {
         return;
     }
     StopRefresh();
     ReadState();
+    m_away->LoadRules();
     UploadShown();
 }
 
