@@ -680,6 +680,87 @@
         <source>导出布局</source>
         <translation>Export this layout</translation>
     </message>
+    <message>
+        <source>锁定时</source>
+        <translation>When locked</translation>
+    </message>
+    <message>
+        <source>睡眠时</source>
+        <translation>While asleep</translation>
+    </message>
+    <message>
+        <source>屏幕保护时</source>
+        <translation>With the screen saver</translation>
+    </message>
+    <message>
+        <source>退出程序后</source>
+        <translation>After exit</translation>
+    </message>
+    <message>
+        <source>照常</source>
+        <comment>the screen at night</comment>
+        <translation>As usual</translation>
+    </message>
+    <message>
+        <source>调暗</source>
+        <comment>the screen at night</comment>
+        <translation>Dimmed</translation>
+    </message>
+    <message>
+        <source>全黑</source>
+        <comment>the screen at night</comment>
+        <translation>Black</translation>
+    </message>
+    <message>
+        <source>自动熄屏</source>
+        <translation>Darken the screen</translation>
+    </message>
+    <message>
+        <source>夜间</source>
+        <translation>At night</translation>
+    </message>
+    <message>
+        <source>夜间时段</source>
+        <translation>Night</translation>
+    </message>
+    <message>
+        <source>从</source>
+        <comment>the night begins</comment>
+        <translation>From</translation>
+    </message>
+    <message>
+        <source>到</source>
+        <comment>the night ends</comment>
+        <translation>To</translation>
+    </message>
+    <message>
+        <source>屏幕已熄灭：程序退出</source>
+        <translation>Screen is dark: exit</translation>
+    </message>
+    <message>
+        <source>屏幕已熄灭：系统睡眠</source>
+        <translation>Screen is dark: asleep</translation>
+    </message>
+    <message>
+        <source>屏幕已熄灭：已锁定</source>
+        <translation>Screen is dark: locked</translation>
+    </message>
+    <message>
+        <source>屏幕已熄灭：屏幕保护</source>
+        <translation>Screen is dark: screen saver</translation>
+    </message>
+    <message>
+        <source>屏幕已熄灭：命令要求</source>
+        <translation>Screen is dark: on request</translation>
+    </message>
+    <message>
+        <source>屏幕已熄灭：夜间</source>
+        <translation>Screen is dark: night</translation>
+    </message>
+    <message>
+        <source>屏幕已调暗：夜间</source>
+        <translation>Screen is dimmed: night</translation>
+    </message>
 </context>
 <context>
     <name>PreviewItem</name>

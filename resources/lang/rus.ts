@@ -680,6 +680,87 @@
         <source>导出布局</source>
         <translation>Экспортировать оформление</translation>
     </message>
+    <message>
+        <source>锁定时</source>
+        <translation>При блокировке</translation>
+    </message>
+    <message>
+        <source>睡眠时</source>
+        <translation>Во время сна</translation>
+    </message>
+    <message>
+        <source>屏幕保护时</source>
+        <translation>С экранной заставкой</translation>
+    </message>
+    <message>
+        <source>退出程序后</source>
+        <translation>После выхода</translation>
+    </message>
+    <message>
+        <source>照常</source>
+        <comment>the screen at night</comment>
+        <translation>Как обычно</translation>
+    </message>
+    <message>
+        <source>调暗</source>
+        <comment>the screen at night</comment>
+        <translation>Тусклее</translation>
+    </message>
+    <message>
+        <source>全黑</source>
+        <comment>the screen at night</comment>
+        <translation>Чёрный</translation>
+    </message>
+    <message>
+        <source>自动熄屏</source>
+        <translation>Гасить экран</translation>
+    </message>
+    <message>
+        <source>夜间</source>
+        <translation>Ночью</translation>
+    </message>
+    <message>
+        <source>夜间时段</source>
+        <translation>Ночь</translation>
+    </message>
+    <message>
+        <source>从</source>
+        <comment>the night begins</comment>
+        <translation>С</translation>
+    </message>
+    <message>
+        <source>到</source>
+        <comment>the night ends</comment>
+        <translation>До</translation>
+    </message>
+    <message>
+        <source>屏幕已熄灭：程序退出</source>
+        <translation>Экран погашен: выход</translation>
+    </message>
+    <message>
+        <source>屏幕已熄灭：系统睡眠</source>
+        <translation>Экран погашен: сон</translation>
+    </message>
+    <message>
+        <source>屏幕已熄灭：已锁定</source>
+        <translation>Экран погашен: блокировка</translation>
+    </message>
+    <message>
+        <source>屏幕已熄灭：屏幕保护</source>
+        <translation>Экран погашен: заставка</translation>
+    </message>
+    <message>
+        <source>屏幕已熄灭：命令要求</source>
+        <translation>Экран погашен: по команде</translation>
+    </message>
+    <message>
+        <source>屏幕已熄灭：夜间</source>
+        <translation>Экран погашен: ночь</translation>
+    </message>
+    <message>
+        <source>屏幕已调暗：夜间</source>
+        <translation>Экран тусклее: ночь</translation>
+    </message>
 </context>
 <context>
     <name>PreviewItem</name>

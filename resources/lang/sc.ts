@@ -681,6 +681,87 @@
         <source>导出布局</source>
         <translation>导出布局</translation>
     </message>
+    <message>
+        <source>锁定时</source>
+        <translation>锁定时</translation>
+    </message>
+    <message>
+        <source>睡眠时</source>
+        <translation>睡眠时</translation>
+    </message>
+    <message>
+        <source>屏幕保护时</source>
+        <translation>屏幕保护时</translation>
+    </message>
+    <message>
+        <source>退出程序后</source>
+        <translation>退出程序后</translation>
+    </message>
+    <message>
+        <source>照常</source>
+        <comment>the screen at night</comment>
+        <translation>照常</translation>
+    </message>
+    <message>
+        <source>调暗</source>
+        <comment>the screen at night</comment>
+        <translation>调暗</translation>
+    </message>
+    <message>
+        <source>全黑</source>
+        <comment>the screen at night</comment>
+        <translation>全黑</translation>
+    </message>
+    <message>
+        <source>自动熄屏</source>
+        <translation>自动熄屏</translation>
+    </message>
+    <message>
+        <source>夜间</source>
+        <translation>夜间</translation>
+    </message>
+    <message>
+        <source>夜间时段</source>
+        <translation>夜间时段</translation>
+    </message>
+    <message>
+        <source>从</source>
+        <comment>the night begins</comment>
+        <translation>从</translation>
+    </message>
+    <message>
+        <source>到</source>
+        <comment>the night ends</comment>
+        <translation>到</translation>
+    </message>
+    <message>
+        <source>屏幕已熄灭：程序退出</source>
+        <translation>屏幕已熄灭：程序退出</translation>
+    </message>
+    <message>
+        <source>屏幕已熄灭：系统睡眠</source>
+        <translation>屏幕已熄灭：系统睡眠</translation>
+    </message>
+    <message>
+        <source>屏幕已熄灭：已锁定</source>
+        <translation>屏幕已熄灭：已锁定</translation>
+    </message>
+    <message>
+        <source>屏幕已熄灭：屏幕保护</source>
+        <translation>屏幕已熄灭：屏幕保护</translation>
+    </message>
+    <message>
+        <source>屏幕已熄灭：命令要求</source>
+        <translation>屏幕已熄灭：命令要求</translation>
+    </message>
+    <message>
+        <source>屏幕已熄灭：夜间</source>
+        <translation>屏幕已熄灭：夜间</translation>
+    </message>
+    <message>
+        <source>屏幕已调暗：夜间</source>
+        <translation>屏幕已调暗：夜间</translation>
+    </message>
 </context>
 <context>
     <name>PreviewItem</name>

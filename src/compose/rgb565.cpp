@@ -56,4 +56,17 @@ QByteArray WirePixels(const QImage& image, const QRect& canvasRect, Orientation 
     return bytes;
 }
 
+void DimWirePixels(QByteArray& pixels) {
+    constexpr unsigned kGreenMost = 0x3F;
+    constexpr unsigned kOtherMost = 0x1F;
+    const auto dimmed = [](unsigned value) { return (value * 3 + 4) / 8; };
+    auto* const bytes = reinterpret_cast<quint8*>(pixels.data());
+    for (int at = 0; at + 1 < pixels.size(); at += 2) {
+        const unsigned pixel = qFromBigEndian<quint16>(bytes + at);
+        const unsigned dim =
+            dimmed(pixel >> 11U) << 11U | dimmed(pixel >> 5U & kGreenMost) << 5U | dimmed(pixel & kOtherMost);
+        qToBigEndian(static_cast<quint16>(dim), bytes + at);
+    }
+}
+
 }  // namespace kivo

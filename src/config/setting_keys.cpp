@@ -14,6 +14,9 @@ constexpr std::array kLooksKeys{keys::kDim, keys::kBlur, keys::kAccentOfPicture}
 constexpr std::array kSingleKeys{keys::kMode, keys::kThemeId,   keys::kStyle,
                                  keys::kHor,  keys::kCurRectId, keys::kLangId,
                                  keys::kUuid, keys::kTest,      keys::kImageCount};
+constexpr std::array kAwayKeys{keys::kDarkAtLock, keys::kLitAtSleep, keys::kDarkAtScreenSaver,
+                               keys::kDarkAtExit, keys::kNightLight, keys::kNightFrom,
+                               keys::kNightTo};
 
 }  // namespace
 
@@ -36,6 +39,9 @@ const QStringList& ThemeGroups() {
 QList<NamedSetting> AllSettings() {
     QList<NamedSetting> all;
     for (const SettingKey& setting : kSingleKeys) {
+        all.append({QString(setting.name), setting});
+    }
+    for (const SettingKey& setting : kAwayKeys) {
         all.append({QString(setting.name), setting});
     }
     all.append({ImageKey(0), keys::kImagePath});

@@ -45,6 +45,18 @@ inline constexpr SettingKey kHor{Name("Config/Hor"), SettingType::Int, 0, 0, 0, 
 inline constexpr SettingKey kCurRectId{Name("Config/CurRectID"), SettingType::Int, 2, 0, 0, 2};
 inline constexpr SettingKey kLangId{Name("Config/LangID")};
 inline constexpr SettingKey kUuid{Name("Config/UUid"), SettingType::Text};
+// Group "Away": when the panel is dark. That it is dark while the system sleeps is what it does where nobody
+// chose, so the key says that it is not.
+inline constexpr SettingKey kDarkAtLock{Name("Away/DarkAtLock"), SettingType::Int, 0, 0, 0, 1, true};
+inline constexpr SettingKey kLitAtSleep{Name("Away/LitAtSleep"), SettingType::Int, 0, 0, 0, 1, true};
+inline constexpr SettingKey kDarkAtScreenSaver{
+    Name("Away/DarkAtScreenSaver"), SettingType::Int, 0, 0, 0, 1, true};
+inline constexpr SettingKey kDarkAtExit{Name("Away/DarkAtExit"), SettingType::Int, 0, 0, 0, 1, true};
+// NightLight, and its first minute and the first after it, since midnight.
+inline constexpr SettingKey kNightLight{Name("Away/NightLight"), SettingType::Int, 0, 0, 0, 2, true};
+inline constexpr SettingKey kNightFrom{
+    Name("Away/NightFrom"), SettingType::Int, 22 * 60, 22 * 60, 0, 24 * 60 - 1};
+inline constexpr SettingKey kNightTo{Name("Away/NightTo"), SettingType::Int, 7 * 60, 7 * 60, 0, 24 * 60 - 1};
 // Group "test": written by a button that nobody sees, read by nobody.
 inline constexpr SettingKey kTest{Name("test/test"), SettingType::Text};
 

@@ -27,6 +27,7 @@
 #include "pictures/picture_workers.h"
 #include "resources/resources.h"
 #include "session/autostart.h"
+#include "session/away_watch.h"
 #include "session/display.h"
 #include "session/hand_over.h"
 #include "session/helper_window.h"
@@ -361,15 +362,20 @@ int main(int argc, char** argv) {
     // Before there is anything to end. A loop that begins to run knows nothing of a request that was there
     // before, so that is remembered here; a session that ends is told by aboutToQuit alone.
     bool endRequested = false;
+    bool hasWindow = false;
     QObject::connect(&application, &QCoreApplication::aboutToQuit, &application,
                      [&endRequested] { endRequested = true; });
     kivo::OutsideControl control;
     const kivo::QuitSignals quitSignals;
     QObject::connect(&quitSignals, &kivo::QuitSignals::quitRequested, &application,
-                     [&endRequested, &instance, &control] {
+                     [&endRequested, &hasWindow, &instance, &control] {
                          endRequested = true;
                          control.Close();
-                         instance.LetGo();
+                         // The window may have the screen darkened, and that is to be over when another copy
+                         // takes this one's place.
+                         if (!hasWindow) {
+                             instance.LetGo();
+                         }
                          QCoreApplication::quit();
                      });
 
@@ -392,7 +398,9 @@ int main(int argc, char** argv) {
                                   line.options.virtualScreen ? kivo::LiveSession::PanelKind::Software
                                                              : kivo::LiveSession::PanelKind::Real};
     parts.makeHotplug = [&screen] { return screen.MakeHotplug(); };
+    parts.makeAwayWatch = &kivo::MakeSystemAwayWatch;
     auto window = std::make_unique<kivo::MainWindow>(parts);
+    hasWindow = true;
     screen.ShowWindow();
     QObject::connect(&window->Session(), &kivo::LiveSession::screensListed, window.get(), [](bool isThere) {
         if (!isThere) {

@@ -24,6 +24,11 @@ void DeviceThread::Do(std::function<void()> job) {
     }
 }
 
+bool DeviceThread::AwaitIdle(std::chrono::milliseconds longest) {
+    std::unique_lock<std::mutex> lock(m_mutex);
+    return m_changed.wait_for(lock, longest, [this] { return m_jobs.empty() && !m_isBusy; });
+}
+
 void DeviceThread::Stop() {
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
@@ -43,9 +48,12 @@ void DeviceThread::run() {
         }
         const std::function<void()> job = std::move(m_jobs.front());
         m_jobs.pop_front();
+        m_isBusy = true;
         lock.unlock();
         job();
         lock.lock();
+        m_isBusy = false;
+        m_changed.notify_all();
     }
 }
 

@@ -1,9 +1,11 @@
 #pragma once
 
-// Opens, closes and lists devices beside the GUI thread: any of these may wait for a screen that hangs, for
-// as long as a write to it does. Jobs run one after the other, in the order in which they were handed over.
+// Does beside the GUI thread what may wait for a screen that hangs, for as long as a write to it does: opens,
+// closes and lists devices, or darkens the screen. Jobs run one after the other, in the order in which they
+// were handed over.
 
 #include <QThread>
+#include <chrono>
 #include <condition_variable>
 #include <deque>
 #include <functional>
@@ -22,6 +24,9 @@ public:
     // Has the job done; the first one starts the thread. Nothing after Stop. The thread's owner only.
     void Do(std::function<void()> job);
 
+    // Waits until nothing is left to do, or for so long. Any thread but this one.
+    bool AwaitIdle(std::chrono::milliseconds longest);
+
     // Asks the thread to end after the job it is at; those that wait are dropped. Any thread.
     void Stop();
 
@@ -32,6 +37,7 @@ private:
     std::mutex m_mutex;
     std::condition_variable m_changed;
     std::deque<std::function<void()>> m_jobs;
+    bool m_isBusy = false;
     bool m_isStopped = false;
     ThreadEnd m_end;
 };

@@ -91,6 +91,16 @@ void LiveSession::HandleScreenChange(const DeviceChange& change, bool suspended,
     });
 }
 
+void LiveSession::SetLight(PanelLight light, const std::function<void()>& tried) {
+    m_sender.SetLight(light);
+    m_lightThread.Do([this, tried] {
+        m_sender.BeginRound();
+        if (tried) {
+            QMetaObject::invokeMethod(this, tried, Qt::QueuedConnection);
+        }
+    });
+}
+
 void LiveSession::SendTimeSync() {
     if (m_stopped) {
         return;
@@ -186,6 +196,7 @@ bool LiveSession::Stop(QDeadlineTimer deadline) {
     m_stopped = true;
     m_transfers.StopTransfers();
     m_devices.Stop();
+    m_lightThread.Stop();
     if (m_refresh) {
         m_refresh->stop();
     }
@@ -199,6 +210,7 @@ bool LiveSession::Stop(QDeadlineTimer deadline) {
     for (const auto& thread : m_retired) {
         allEnded = thread->wait(deadline) && allEnded;
     }
+    allEnded = m_lightThread.wait(deadline) && allEnded;
     return m_devices.wait(deadline) && allEnded;
 }
 

@@ -77,9 +77,13 @@ public:
     void SetChosen(const ScreenState& state) { m_sender.SetChosen(state); }
     ScreenState Applied() const { return m_sender.Applied(); }
 
-    // Has the refresh thread darken the panel, or bring back what it is to show; not kept over the end. What
-    // is uploaded meanwhile is shown afterwards.
-    void SetBlank(bool on) { m_sender.SetBlank(on); }
+    // Has a worker bring what the panel is to show in this light, at once; the refresh thread goes on with
+    // what was not taken. Not kept over the end. What is uploaded while the panel is black is shown
+    // afterwards. tried is called by the event loop when the worker is done, whatever came of it; not after
+    // Stop.
+    void SetLight(PanelLight light, const std::function<void()>& tried = {});
+    // Waits until the panel has the light that was set last, or cannot be given it, but no longer than this.
+    void AwaitLight(std::chrono::milliseconds longest) { m_lightThread.AwaitIdle(longest); }
 
     // Starts the refresh thread where none runs; while an upload runs, when that is over. It sends whatever
     // the panel is owed, whole frames too.
@@ -151,6 +155,7 @@ private:
 
     bool m_stopped = false;
     DeviceThread m_devices;
+    DeviceThread m_lightThread;
     std::vector<std::unique_ptr<NimbProcessThread>> m_uploads;  // that have not reported, oldest first
     std::unique_ptr<RefreshDataThread> m_refresh;               // not started yet while an upload runs
     std::vector<std::unique_ptr<QThread>> m_retired;            // that end by themselves, or were asked to

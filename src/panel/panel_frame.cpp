@@ -50,7 +50,7 @@ SharedFrame MakePanelFrame(const ScreenState& state, const PanelBackground& back
     for (int y = 0; y < image.height(); ++y) {
         hash.addData(reinterpret_cast<const char*>(image.constScanLine(y)), image.width() * 2);
     }
-    return std::make_shared<const PanelFrame>(PanelFrame{state, background, hash.result().toHex()});
+    return std::make_shared<const PanelFrame>(PanelFrame{state, background, hash.result().toHex(), {}});
 }
 
 }  // namespace kivo

@@ -9,6 +9,7 @@
 
 #include "compose/panel_background.h"
 #include "compose/screen_state.h"
+#include "panel/panel_light.h"
 
 namespace kivo {
 
@@ -28,6 +29,8 @@ struct PanelFrame {
     ScreenState state;
     PanelBackground background;  // its image: Format_RGB16, canvas size
     QByteArray id;               // 40 hexadecimal digits; equal ids put the same picture on a panel
+    // Texts are drawn as ever; what is sent of the frame, and later of its texts, is dimmed.
+    PanelLight light = PanelLight::Full;
 };
 
 using SharedFrame = std::shared_ptr<const PanelFrame>;

@@ -1,6 +1,7 @@
 #include "panel/panel_record.h"
 
 #include "compose/live_renderer.h"
+#include "panel/lit_frame.h"
 
 namespace kivo {
 
@@ -37,15 +38,15 @@ bool TellsSomething(const PanelRecord& record, quint64 epoch, TransferResult res
 
 }  // namespace
 
-const SharedFrame& DesiredFrame(const PanelRecord& record) {
-    return record.desired.blank ? record.desired.blank : record.desired.frame;
+SharedFrame DesiredFrame(const PanelRecord& record) {
+    return InLight(record.desired.frame, record.desired.light);
 }
 
 OwedReports WhatIsOwed(const PanelRecord& record) {
     OwedReports owed;
     const PanelRecord::Acknowledged& taken = record.acknowledged;
-    const SharedFrame& desired = DesiredFrame(record);
-    owed.frame = desired && (!taken.frame || taken.frame->id != desired->id);
+    const QByteArray desired = IdInLight(record.desired.frame, record.desired.light);
+    owed.frame = !desired.isEmpty() && (!taken.frame || taken.frame->id != desired);
     owed.orientation = !owed.frame && taken.frame && taken.orientation != taken.frame->state.orientation;
     owed.clock = !taken.isClockShown;
     return owed;
@@ -110,8 +111,8 @@ void SetDesired(PanelRecord& record, const SharedFrame& frame) {
     record.retry = {};
 }
 
-void SetBlank(PanelRecord& record, const SharedFrame& blank) {
-    record.desired.blank = blank;
+void SetLight(PanelRecord& record, PanelLight light) {
+    record.desired.light = light;
     record.retry = {};
 }
 

@@ -30,8 +30,9 @@ struct AcknowledgedText {
 struct PanelRecord {
     struct Desired {
         SharedFrame frame;  // null until one was loaded or composed
-        SharedFrame blank;  // while not null the panel is to show this instead, whatever is applied
-        ItemTexts texts;    // of each item, handed over last
+        // While Black the panel is to show nothing, whatever is applied.
+        PanelLight light = PanelLight::Full;
+        ItemTexts texts;  // of each item, handed over last
     };
     struct Acknowledged {
         // Null: not known, so nothing may be drawn over it. Without an id: it was whole, but a piece of
@@ -63,8 +64,8 @@ struct PanelRecord {
 // program.
 constexpr int kRefusedRoundsBeforeTold = 3;
 
-// The frame that the panel is to show now; null where there is none yet.
-const SharedFrame& DesiredFrame(const PanelRecord& record);
+// The frame that the panel is to show now, in its light; null where there is none yet.
+SharedFrame DesiredFrame(const PanelRecord& record);
 
 struct OwedReports {
     bool frame = false;
@@ -95,8 +96,8 @@ void NoteSighting(PanelRecord& record, const PanelSighting& sighting);
 // A new frame is desired, and is tried at once.
 void SetDesired(PanelRecord& record, const SharedFrame& frame);
 
-// The panel is to show that frame and no value, until it is told to go on (null). Tried at once.
-void SetBlank(PanelRecord& record, const SharedFrame& blank);
+// The panel is to have that light from now on. Tried at once.
+void SetLight(PanelRecord& record, PanelLight light);
 
 // A frame is about to be sent; then what became of one that was begun at that epoch, with these texts drawn
 // on it. True when the panel has it. Where the panel came back in the middle it may have lost the beginning,

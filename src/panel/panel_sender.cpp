@@ -3,7 +3,6 @@
 #include <QLoggingCategory>
 
 #include "compose/rgb565.h"
-#include "panel/blank_frame.h"
 #include "panel/frame_store.h"
 #include "panel/panel_memory.h"
 #include "telemetry/local_time.h"
@@ -72,9 +71,8 @@ ItemTexts PanelSender::ShownTexts() const {
     return kivo::ShownTexts(m_record);
 }
 
-void PanelSender::SetBlank(bool on) {
-    const SharedFrame blank = on ? MakeBlankFrame() : nullptr;
-    ChangeRecord([&blank](PanelRecord& record) { kivo::SetBlank(record, blank); });
+void PanelSender::SetLight(PanelLight light) {
+    ChangeRecord([light](PanelRecord& record) { kivo::SetLight(record, light); });
 }
 
 void PanelSender::NoteArrival() {
@@ -159,10 +157,11 @@ void PanelSender::Prepare() {
     const std::lock_guard<std::mutex> turn(m_turn);
     ChangeRecord([&](PanelRecord& record) {
         SetDesired(record, frame);
-        if (remembered && remembered->frameId == frame->id &&
+        const SharedFrame shown = DesiredFrame(record);
+        if (remembered && remembered->frameId == shown->id &&
             (record.panelKey.isEmpty() || remembered->panelKey.isEmpty() ||
              record.panelKey == remembered->panelKey)) {
-            record.acknowledged.frame = frame;
+            record.acknowledged.frame = shown;
             record.panelKey = remembered->panelKey.isEmpty() ? record.panelKey : remembered->panelKey;
         }
     });
@@ -187,19 +186,16 @@ void PanelSender::PayFrameAndOrientation() {
     if ((!owed.frame && !owed.orientation) || !record.retry.IsDue(m_parts.now())) {
         return;
     }
-    if (owed.frame) {
-        SendFrame(DesiredFrame(record));
-    } else {
-        SendOrientation();
-    }
-    NoteAttempt();
+    const bool isTaken = owed.frame ? SendFrame(DesiredFrame(record)) : SendOrientation();
+    NoteAttempt(isTaken);
 }
 
-// After frame or orientation were tried: what is left of them waits, longer each time.
-void PanelSender::NoteAttempt() {
-    ChangeRecord([this](PanelRecord& record) {
+// After frame or orientation were tried: what is left of them waits, longer each time. A frame that is owed
+// though one was taken has become the desired one meanwhile, and is tried at once.
+void PanelSender::NoteAttempt(bool isTaken) {
+    ChangeRecord([this, isTaken](PanelRecord& record) {
         const OwedReports left = WhatIsOwed(record);
-        if (left.frame || left.orientation) {
+        if ((left.frame && !isTaken) || left.orientation) {
             record.retry.NoteFailure(m_parts.now());
         } else {
             record.retry = {};
@@ -225,7 +221,7 @@ bool PanelSender::ComposeWholeFrame() {
         return false;
     }
     const bool isTaken = SendFrame(DesiredFrame(RecordNow()));
-    NoteAttempt();
+    NoteAttempt(isTaken);
     return isTaken;
 }
 
@@ -235,7 +231,10 @@ bool PanelSender::SendFrame(const SharedFrame& frame) {
         texts[size_t(item)] = m_parts.valueText(item);
     }
     const QImage image = ComposeFrame(frame->state, frame->background, texts);
-    const QByteArray pixels = WirePixels(image, image.rect(), frame->state.orientation);
+    QByteArray pixels = WirePixels(image, image.rect(), frame->state.orientation);
+    if (frame->light == PanelLight::Dimmed) {
+        DimWirePixels(pixels);
+    }
     if (m_parts.memory != nullptr) {
         m_parts.memory->Forget();
     }
@@ -324,6 +323,11 @@ const QVector<Cut>& PanelSender::CutsOf(const DrawnUpdate& asked, int item) {
         drawn = asked;
         drawn.update =
             RenderItem(asked.frame->state, asked.frame->background, asked.texts, item, asked.firstTime);
+        if (asked.frame->light == PanelLight::Dimmed) {
+            for (Cut& cut : drawn.update.cuts) {
+                DimWirePixels(cut.pixels);
+            }
+        }
     }
     return drawn.update.cuts;
 }

@@ -53,9 +53,8 @@ public:
     ScreenState Applied() const;
     // What the panel has taken, item by item; empty for what it does not show.
     ItemTexts ShownTexts() const;
-    // Has the next round bring a black frame without values to the panel, or again what it is to show. A new
-    // sender is not blank.
-    void SetBlank(bool on);
+    // Has the next round bring what the panel is to show in this light. A new sender's is full.
+    void SetLight(PanelLight light);
     // A screen arrived, or the system woke up.
     void NoteArrival();
     PanelStatus Status() const;
@@ -77,8 +76,8 @@ public:
 
     // Composes the chosen state, saves its background, makes it the desired frame and sends it with the texts
     // of this moment; then orientation, and what applying adds: orientation again and the time show. While
-    // the panel is blank it is sent the black frame instead. False when the panel did not take the frame; it
-    // stays owed then. Where the end comes before the picture, nothing is composed, saved or sent.
+    // the panel is to be black it is sent the black frame instead. False when the panel did not take the
+    // frame; it stays owed then. Where the end comes before the picture, nothing is composed, saved or sent.
     bool ComposeWholeFrame();
 
 private:
@@ -98,7 +97,7 @@ private:
     bool LookAtPanel();
     bool SyncTime();
     void PayFrameAndOrientation();
-    void NoteAttempt();
+    void NoteAttempt(bool isTaken);
     bool SendFrame(const SharedFrame& frame);
     bool SendOrientation();
     void SendTimeShow();

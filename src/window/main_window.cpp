@@ -17,6 +17,7 @@
 #include "session/helper_window.h"
 #include "session/single_instance.h"
 #include "widgets/focus_ring.h"
+#include "window/away_light.h"
 #include "window/screen_watch.h"
 #include "window/upload_dialog.h"
 #include "window/window_parts.h"
@@ -95,9 +96,12 @@ MainWindow::MainWindow(const Parts& parts)
     WirePages();
     WireTools();
     LoadState();
-
+    m_away = std::make_unique<AwayLight>(AwayLight::Parts{
+        *m_session, *m_stateLine, parts.makeAwayWatch ? parts.makeAwayWatch() : nullptr, parts.localTime});
     m_screenWatch =
         std::make_unique<ScreenWatch>(*m_session, hotplugSuspended, screenAttached, parts.timeAsleep);
+    connect(m_away.get(), &AwayLight::awake, m_screenWatch.get(), &ScreenWatch::LookForWakeUp);
+    connect(m_screenWatch.get(), &ScreenWatch::wokeUp, m_away.get(), &AwayLight::NoteAwake);
     RegisterScreenNotification();
     // The screen is opened by this name, so it is the same in every language.
     const QString title = QCoreApplication::translate("MainWindow", "Kivo Screen");
@@ -136,6 +140,7 @@ void MainWindow::WireShell() {
     connect(&m_tray, &Tray::sensorsRequested, this, &MainWindow::ShowSensors);
     connect(&m_tray, &Tray::reportRequested, this, &MainWindow::SaveReport);
     connect(&m_tray, &Tray::exitRequested, this, &MainWindow::slotExit);
+    m_tray.AddMenu(m_away->Menu());
     LookForTray();
     connect(m_ui->btnExit, &QAbstractButton::clicked, this, &MainWindow::slotExit);
     connect(m_ui->btnMini, &QAbstractButton::clicked, this, &MainWindow::showMinimized);
@@ -233,6 +238,7 @@ void MainWindow::StopRefresh() {
 
 bool MainWindow::Stop() {
     m_poll.stop();
+    m_away->End();
     const QDeadlineTimer deadline(LiveSession::kLongestStop);
     m_source.Stop();
     m_sensors->AskToStop();
@@ -296,6 +302,7 @@ void MainWindow::Poll() {
     }
     LookForTray();
     m_screenWatch->LookForWakeUp();
+    m_away->LookAtClock();
     ShowLiveTexts();
 }
 
@@ -356,6 +363,7 @@ void MainWindow::BringToFront() {
         KeepOnScreen();
     }
     m_isPutAway = false;
+    m_away->NotePerson();
     // There a window comes in sight only when it is mapped anew; a dialog over it would be left behind it.
     if (m_parts.desktopPlacesWindows() && !isActiveWindow() && QApplication::activeModalWidget() == nullptr) {
         hide();

@@ -15,9 +15,11 @@
 
 #include "panel/live_session.h"
 #include "pictures/thumbnail_picture.h"
+#include "session/away_watch.h"
 #include "session/display.h"
 #include "session/outside_control.h"
 #include "session/untold_sleep.h"
+#include "telemetry/local_time.h"
 #include "telemetry/package_sensors.h"
 #include "telemetry/thermal_zone_thread.h"
 #include "window/fact_log.h"
@@ -33,6 +35,7 @@ class MainWindow;
 
 namespace kivo {
 
+class AwayLight;
 class ColorBar;
 class CustomPage;
 class EditBar;
@@ -80,6 +83,10 @@ public:
         // Who tells of screens that come and go; default: nobody does.
         std::function<std::unique_ptr<Hotplug>()> makeHotplug = {};
         std::function<std::chrono::nanoseconds()> timeAsleep = &UntoldTimeAsleep;
+        // Who tells that the person is away; default: nobody does.
+        std::function<std::unique_ptr<AwayWatch>()> makeAwayWatch = {};
+        // The clock on the wall.
+        std::function<QTime()> localTime = [] { return ReadLocalTime().time; };
         PackageSensorsFactory makeSensors = MakePackageSensors;
         ThermalZoneThread::Reader readThermalZone = ReadThermalZoneTemperature;
         // After so long out of sight the window lets go of its pictures.
@@ -276,7 +283,8 @@ private:
     RestoreOffer* m_restoreOffer = nullptr;
     FocusRing* m_focusRing = nullptr;
     WindowRest m_rest;
-    Tray m_tray{this};
+    std::unique_ptr<AwayLight> m_away;
+    Tray m_tray{this};  // has a menu of the former's
     FactLog m_factLog;
     QTimer m_poll;
     std::unique_ptr<ScreenWatch> m_screenWatch;

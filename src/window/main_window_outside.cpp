@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "pictures/picture_path.h"
+#include "window/away_light.h"
 #include "window/main_window.h"
 #include "window/outside_change.h"
 #include "window/window_parts.h"
@@ -86,7 +87,7 @@ OutsideAnswer MainWindow::DoFromOutside(const OutsideCommands& commands) {
 
 OutsideAnswer MainWindow::DoBesides(const OutsideCommands& commands) {
     if (const std::optional<int> blank = WordOf(commands, OutsideKind::Blank)) {
-        m_session->SetBlank(*blank == 0);
+        m_away->SetAsked(*blank == 0);
     }
     if (ValueOf(commands, OutsideKind::Show)) {
         BringToFront();

@@ -6,6 +6,7 @@
 #include "config/default_profile.h"
 #include "config/folders.h"
 #include "config/kept_settings.h"
+#include "window/away_light.h"
 #include "window/main_window.h"
 #include "window/press_elsewhere.h"
 #include "window/window_parts.h"
@@ -140,13 +141,15 @@ void MainWindow::RestoreSettings() {
     OpenEditing(false);
     const bool isRestored = RestoreKeptSettings(DefaultConfigFile(m_parts.applicationDir));
     // What is restored is read anew as a whole; nothing else is left to save.
-    m_stateLine->NoteSaved(isRestored ? SettingsPart::Layout | SettingsPart::Pictures : SettingsPart::Layout,
+    m_stateLine->NoteSaved(isRestored ? SettingsPart::Layout | SettingsPart::Pictures | SettingsPart::Away
+                                      : SettingsPart::Layout,
                            isRestored);
     if (!isRestored) {
         return;
     }
     StopRefresh();
     ReadState();
+    m_away->LoadRules();
     UploadShown();
 }
 

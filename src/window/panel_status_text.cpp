@@ -34,6 +34,29 @@ QString PanelStatusText(const PanelStatus& status) {
     return ConnectedText(status.isSoftwarePanel);
 }
 
+// Of several reasons the first: the panel is as dark as the next one alone would have it, but for the last.
+QString DarkText(DarkReasons reasons) {
+    struct Row {
+        DarkReason reason;
+        const char* text;
+    };
+    static constexpr Row kRows[] = {
+        {DarkReason::Ending, QT_TRANSLATE_NOOP("MainWindow", "屏幕已熄灭：程序退出")},
+        {DarkReason::Asleep, QT_TRANSLATE_NOOP("MainWindow", "屏幕已熄灭：系统睡眠")},
+        {DarkReason::Locked, QT_TRANSLATE_NOOP("MainWindow", "屏幕已熄灭：已锁定")},
+        {DarkReason::ScreenSaver, QT_TRANSLATE_NOOP("MainWindow", "屏幕已熄灭：屏幕保护")},
+        {DarkReason::Asked, QT_TRANSLATE_NOOP("MainWindow", "屏幕已熄灭：命令要求")},
+        {DarkReason::NightBlack, QT_TRANSLATE_NOOP("MainWindow", "屏幕已熄灭：夜间")},
+        {DarkReason::NightDimmed, QT_TRANSLATE_NOOP("MainWindow", "屏幕已调暗：夜间")},
+    };
+    for (const Row& row : kRows) {
+        if (reasons.testFlag(row.reason)) {
+            return WindowText(row.text);
+        }
+    }
+    return {};
+}
+
 bool IsPanelOwed(const PanelStatus& status) {
     return status.condition != PanelCondition::Connected && status.condition != PanelCondition::Sending &&
            status.condition != PanelCondition::Sent;

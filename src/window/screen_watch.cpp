@@ -66,6 +66,7 @@ void ScreenWatch::HandleScreenChange(const QString& name, bool arrived) {
 void ScreenWatch::LookForWakeUp() {
     if (m_sleepWatch.HasSlept(m_timeAsleep())) {
         m_session.NoteArrival();
+        Q_EMIT wokeUp();
     }
 }
 

@@ -35,6 +35,10 @@ public:
     // To be called every now and then: a sleep between two calls counts as an arrival.
     void LookForWakeUp();
 
+Q_SIGNALS:
+    // The system has slept.
+    void wokeUp();
+
 private:
     void NoteArrival(const QString& name);
     void NoteRemoval(const QString& name);

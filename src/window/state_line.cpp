@@ -66,6 +66,19 @@ void StateLine::Show(const PanelStatus& status) {
     }
 }
 
+void StateLine::ShowDark(DarkReasons reasons) {
+    if (reasons != m_dark) {
+        m_dark = reasons;
+        Refresh();
+    }
+}
+
+QString StateLine::PhraseOfPanel() const {
+    const bool isAtRest =
+        m_status.condition == PanelCondition::Connected || m_status.condition == PanelCondition::Sent;
+    return isAtRest && m_dark ? DarkText(m_dark) : PanelStatusText(m_status);
+}
+
 void StateLine::NoteSaved(SettingsParts parts, bool areSaved) {
     const SettingsParts unsaved = areSaved ? m_unsaved & ~parts : m_unsaved | parts;
     if (unsaved != m_unsaved) {
@@ -84,7 +97,7 @@ void StateLine::Refresh() {
         update(kDot);
     }
     const QString phrase =
-        m_unsaved ? WindowText(QT_TRANSLATE_NOOP("MainWindow", "设置未能保存")) : PanelStatusText(m_status);
+        m_unsaved ? WindowText(QT_TRANSLATE_NOOP("MainWindow", "设置未能保存")) : PhraseOfPanel();
     if (phrase != m_phrase) {
         m_phrase = phrase;
         m_copied.stop();

@@ -6,6 +6,7 @@
 #include <QTimer>
 #include <QWidget>
 
+#include "panel/panel_light.h"
 #include "panel/panel_status.h"
 
 namespace kivo {
@@ -13,7 +14,7 @@ namespace kivo {
 class NimbPushButton;
 
 // What the program saves at one time, and tries again at the next occasion of its own.
-enum class SettingsPart { Layout = 1, Pictures = 2 };
+enum class SettingsPart { Layout = 1, Pictures = 2, Away = 4 };
 Q_DECLARE_FLAGS(SettingsParts, SettingsPart)
 Q_DECLARE_OPERATORS_FOR_FLAGS(SettingsParts)
 
@@ -28,6 +29,8 @@ public:
     explicit StateLine(QWidget* parent);
 
     void Show(const PanelStatus& status);
+    // Why the panel is not as bright as usual. Told while nothing is the matter with it.
+    void ShowDark(DarkReasons reasons);
     // That settings could not be saved stands before everything else, until those very parts are saved.
     void NoteSaved(SettingsParts parts, bool areSaved);
     SettingsParts Unsaved() const { return m_unsaved; }
@@ -43,11 +46,13 @@ protected:
 
 private:
     void Refresh();
+    QString PhraseOfPanel() const;
     void ShowPhrase();
     void ShowLink();
     void CopyCommands();
 
     PanelStatus m_status;
+    DarkReasons m_dark;
     SettingsParts m_unsaved;
     QString m_phrase;
     bool m_isAmber = false;

@@ -48,6 +48,8 @@ public:
     const QString& Told() const { return m_told; }
 
     QMenu& Menu() { return m_menu; }
+    // Puts another menu into this one. It outlives the tray.
+    void AddMenu(QMenu& menu) { m_menu.insertMenu(m_atLogin, &menu); }
 
 Q_SIGNALS:
     void activated(QSystemTrayIcon::ActivationReason reason);

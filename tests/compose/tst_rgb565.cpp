@@ -44,6 +44,25 @@ class TestRgb565 : public QObject {
     Q_OBJECT
 
 private slots:
+    void DimmedPixelsKeepTheirColour_data() {
+        QTest::addColumn<QByteArray>("pixels");
+        QTest::addColumn<QByteArray>("dimmed");
+        const auto bytes = [](const char* hex) { return QByteArray::fromHex(hex); };
+        // Red 31, green 63, blue 31 become 12, 24, 12.
+        QTest::newRow("white") << bytes("FFFF") << bytes("630C");
+        QTest::newRow("black") << bytes("0000") << bytes("0000");
+        QTest::newRow("red") << bytes("F800") << bytes("6000");
+        QTest::newRow("green") << bytes("07E0") << bytes("0300");
+        QTest::newRow("blue") << bytes("001F") << bytes("000C");
+        QTest::newRow("several") << bytes("FFFF0000001F") << bytes("630C0000000C");
+        QTest::newRow("none") << QByteArray() << QByteArray();
+    }
+    void DimmedPixelsKeepTheirColour() {
+        QFETCH(QByteArray, pixels);
+        DimWirePixels(pixels);
+        QTEST(pixels, "dimmed");
+    }
+
     void HighByteComesFirst_data() {
         QTest::addColumn<QRgb>("color");
         QTest::addColumn<QByteArray>("bytes");

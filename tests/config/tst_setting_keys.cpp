@@ -48,6 +48,12 @@ private slots:
         row("Config/LangID", SettingType::Int, 0);
         row("Config/UUid", SettingType::Text, 0);
         row("test/test", SettingType::Text, 0);
+        for (const char* key : {"Away/DarkAtLock", "Away/LitAtSleep", "Away/DarkAtScreenSaver",
+                                "Away/DarkAtExit", "Away/NightLight"}) {
+            row(key, SettingType::Int, 0);
+        }
+        row("Away/NightFrom", SettingType::Int, 1320);
+        row("Away/NightTo", SettingType::Int, 420);
         row("ImageList/Count", SettingType::Int, 0);
         row("ImageList/0", SettingType::Text, 0);
         row("ImageNames/C:/a.png", SettingType::Text, 0);
@@ -88,9 +94,9 @@ private slots:
             QVERIFY2(!seen.contains(named.key), qPrintable(named.key));
             seen.insert(named.key);
         }
-        // 9 single keys, one picture and its name, ten slots, and per group thirteen keys and five for each
-        // of nine items.
-        QCOMPARE(seen.size(), 9 + 2 + 10 + 10 * (13 + 9 * 5));
+        // 9 single keys, 7 of darkness, one picture and its name, ten slots, and per group thirteen keys and
+        // five for each of nine items.
+        QCOMPARE(seen.size(), 9 + 7 + 2 + 10 + 10 * (13 + 9 * 5));
     }
 
     // What is missing has its default; the key of a number that is taken out must mean the same.

@@ -5,7 +5,6 @@ if(KIVO_SANITIZERS OR WIN32)
 endif()
 kivo_add_tests(panel
     UNITS
-        blank_frame
         convergence
         ${measuring}
         frame_store
@@ -14,6 +13,7 @@ kivo_add_tests(panel
         nimb_process_thread
         owed_texts
         panel_frame
+        panel_light
         panel_memory
         panel_record
         panel_report

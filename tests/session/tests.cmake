@@ -9,9 +9,14 @@ set(units
     support_report)
 # Homes without rights, the system's table of shared memory: as Linux has them.
 if(NOT WIN32)
-    list(APPEND units autostart_entry outside_place single_instance)
+    list(APPEND units autostart_entry away_watch outside_place single_instance)
 endif()
-kivo_add_tests(session UNITS ${units} LINK kivo_session)
+# The window for what its state becomes by a second start.
+kivo_add_tests(session UNITS ${units} LINK kivo_session kivo_window)
+
+if(NOT WIN32)
+    target_sources(tests_session PRIVATE support/private_bus_linux.h)
+endif()
 
 # One of several copies of the program.
 kivo_platform_sources(become_nobody session/become_nobody)

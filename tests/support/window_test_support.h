@@ -28,6 +28,7 @@
 #include "support/built_paths.h"
 #include "support/forwarding_hid_api.h"
 #include "support/test_program.h"
+#include "support/told_away_watch.h"
 #include "virtualscreen/virtual_hid_api.h"
 #include "virtualscreen/virtual_hotplug.h"
 #include "widgets/window_style.h"
@@ -137,6 +138,12 @@ struct Desk {
                   parts.makeHotplug = [this] { return std::make_unique<VirtualHotplug>(panel); };
               }
               parts.timeAsleep = [this] { return timeAsleep; };
+              parts.makeAwayWatch = [this] {
+                  auto watch = std::make_unique<ToldAwayWatch>();
+                  away = watch.get();
+                  return watch;
+              };
+              parts.localTime = [this] { return localTime; };
               parts.restsAfter = restsAfter;
               parts.makeSensors = MakeNoSensors;
               window = std::make_unique<MainWindow>(parts);
@@ -211,6 +218,8 @@ struct Desk {
     PictureSource::Readers pictureReaders = FileReaders();
     std::chrono::nanoseconds timeAsleep{0};                         // of the machine
     std::chrono::milliseconds restsAfter = WindowRest::kUsualWait;  // from the next start on
+    ToldAwayWatch* away = nullptr;                                  // the window's
+    QTime localTime{12, 0};  // as the window has it; the panel shows the machine's
     std::function<void()> startWindow;
     std::unique_ptr<MainWindow> window;
 };

@@ -1,4 +1,5 @@
 set(window_units
+    away_light
     main_window
     window_accessibility
     window_custom

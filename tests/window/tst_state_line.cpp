@@ -28,6 +28,10 @@ private Q_SLOTS:
     void EveryStateHasWordsOfItsOwn();
     void TheLineShowsAndTellsThem_data() { AddStatesInAllLanguages(); }
     void TheLineShowsAndTellsThem();
+    void EveryDarknessHasWordsOfItsOwn_data();
+    void EveryDarknessHasWordsOfItsOwn();
+    void DarknessIsToldWhileNothingIsTheMatter_data() { AddStatesInAllLanguages(); }
+    void DarknessIsToldWhileNothingIsTheMatter();
     void NothingNewPaintsNothing();
     void UnsavedSettingsStandBeforeEverything_data() { AddStatesInAllLanguages(); }
     void UnsavedSettingsStandBeforeEverything();
@@ -126,6 +130,53 @@ void TestStateLine::TheLineShowsAndTellsThem() {
     QVERIFY(line.Text()->accessibleName().isEmpty());
     QCOMPARE(told->role(), QAccessible::StaticText);
     QCOMPARE(line.Text()->toolTip(), QString::fromUtf8(shown.status.node));
+}
+
+void TestStateLine::EveryDarknessHasWordsOfItsOwn_data() {
+    EveryStateHasWordsOfItsOwn_data();
+}
+
+void TestStateLine::EveryDarknessHasWordsOfItsOwn() {
+    QFETCH(QString, locale);
+    const Line line(locale);
+    line.Show("connected");
+    QStringList phrases;
+    for (const DarkReason reason :
+         {DarkReason::Ending, DarkReason::Asleep, DarkReason::Locked, DarkReason::ScreenSaver,
+          DarkReason::Asked, DarkReason::NightBlack, DarkReason::NightDimmed}) {
+        line.line->ShowDark(reason);
+        const QString phrase = line.line->Phrase();
+        QCOMPARE(phrase, DarkText(reason));
+        QVERIFY(!phrase.isEmpty());
+        QCOMPARE(phrase.contains(QRegularExpression(QStringLiteral("\\p{Han}"))),
+                 locale == QLatin1String("zh_CN"));
+        QVERIFY(line.Text()->geometry().right() < StateLine::kSize.width());
+        QCOMPARE(line.Dot(), window_colors::kAccentBright);
+        // What made it darker stands before the night.
+        QCOMPARE(DarkText(reason | DarkReason::NightDimmed), phrase);
+        phrases.append(phrase);
+    }
+    QCOMPARE(phrases.removeDuplicates(), 0);
+    QCOMPARE(DarkText({}), QString());
+}
+
+void TestStateLine::DarknessIsToldWhileNothingIsTheMatter() {
+    QFETCH(int, state);
+    QFETCH(QString, locale);
+    const PanelStatus& status = ToldStates()[size_t(state)].status;
+    const bool isAtRest =
+        status.condition == PanelCondition::Connected || status.condition == PanelCondition::Sent;
+    const Line line(locale);
+    const QSignalSpy told(line.line.get(), &StateLine::phraseChanged);
+    line.line->Show(status);
+    line.line->ShowDark(DarkReason::Locked);
+    QCOMPARE(line.line->Phrase(), isAtRest ? DarkText(DarkReason::Locked) : PanelStatusText(status));
+    line.line->NoteSaved(SettingsPart::Away, false);
+    QVERIFY(line.line->Phrase() != DarkText(DarkReason::Locked));
+    line.line->NoteSaved(SettingsPart::Away, true);
+    line.line->ShowDark({});
+    QCOMPARE(line.line->Phrase(), PanelStatusText(status));
+    QCOMPARE(told.last().first().toString(), PanelStatusText(status));
 }
 
 void TestStateLine::NothingNewPaintsNothing() {

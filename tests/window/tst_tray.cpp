@@ -11,6 +11,7 @@ class TestTray : public QObject {
 
 private Q_SLOTS:
     void TheMenuAsksForTheWindowAndTheEnd();
+    void AnotherMenuStandsInIt();
     void TheToolTipHasTheStateOnASecondLine();
     void TheTickFollowsTheAutostart_data();
     void TheTickFollowsTheAutostart();
@@ -76,6 +77,16 @@ void TestTray::TheMenuAsksForTheWindowAndTheEnd() {
         texts.append(action->text());
     }
     QCOMPARE(texts.removeDuplicates(), 0);
+}
+
+void TestTray::AnotherMenuStandsInIt() {
+    Memory memory;
+    QMenu another(QStringLiteral("Another"));
+    Tray tray(memory.Seam());
+    tray.AddMenu(another);
+    QCOMPARE(tray.Menu().actions().size(), 5);
+    QCOMPARE(tray.Menu().actions().at(kAtLogin)->menu(), &another);
+    QVERIFY(tray.Menu().actions().at(kAtLogin + 1)->isCheckable());
 }
 
 void TestTray::TheToolTipHasTheStateOnASecondLine() {

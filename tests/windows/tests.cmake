@@ -6,6 +6,7 @@ endif()
 kivo_add_tests(windows
     UNITS
         autostart_registry
+        away_messages
         console_events
         core_temp_mapping
         counter_query

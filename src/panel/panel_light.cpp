@@ -1,0 +1,25 @@
+#include "panel/panel_light.h"
+
+namespace kivo {
+
+DarkReasons DarkReasonsFor(const AwayRules& rules, const AwayFacts& facts) {
+    const bool isNight = IsNight(rules, facts.localTime);
+    DarkReasons reasons;
+    reasons.setFlag(DarkReason::Asked, facts.isAsked);
+    reasons.setFlag(DarkReason::Locked, facts.isLocked && rules.darkAtLock);
+    reasons.setFlag(DarkReason::Asleep, facts.isAsleep && rules.darkAtSleep);
+    reasons.setFlag(DarkReason::ScreenSaver, facts.isSaverOn && rules.darkAtScreenSaver);
+    reasons.setFlag(DarkReason::NightBlack, isNight && rules.night == NightLight::Black);
+    reasons.setFlag(DarkReason::NightDimmed, isNight && rules.night == NightLight::Dimmed);
+    reasons.setFlag(DarkReason::Ending, facts.isEnding && rules.darkAtExit);
+    return reasons;
+}
+
+PanelLight LightFor(DarkReasons reasons) {
+    if (!reasons) {
+        return PanelLight::Full;
+    }
+    return reasons == DarkReasons(DarkReason::NightDimmed) ? PanelLight::Dimmed : PanelLight::Black;
+}
+
+}  // namespace kivo
