@@ -330,7 +330,7 @@ int main(int argc, char** argv) {
         return WriteReport(argv, line);
     }
 
-    kivo::StartLog(kivo::LogFilePath());
+    kivo::StartLog();
     kivo::SingleInstance instance;
     const bool isTold = kivo::IsAnyAsked(line.commands);
     if (isTold) {
@@ -344,6 +344,7 @@ int main(int argc, char** argv) {
     // By this name a desktop finds the program's entry, and with it the icon of its windows.
     QGuiApplication::setDesktopFileName(QStringLiteral("kivo-screen"));
     QApplication application(arguments.Count(), arguments.Words());
+    kivo::StartLog(kivo::LogFilePath());  // where it lies depends on where the program does
     // A display that was named may have refused.
     const bool hasDisplay = kivo::HasDisplay() &&
                             (platforms.isEmpty() || platforms.startsWith(kivo::kPlatformWithoutWindows) ||

@@ -96,8 +96,10 @@ PanelFacts FactsOf(const PanelRecord& record, std::chrono::milliseconds now) {
         {QStringLiteral("texts taken"), TakenTexts(record)},
         {QStringLiteral("rounds refused"), QString::number(record.refusedRounds)},
     };
-    if (record.desired.blank) {
-        facts.append({QStringLiteral("blanked"), QStringLiteral("yes")});
+    if (record.desired.light != PanelLight::Full) {
+        const bool isBlack = record.desired.light == PanelLight::Black;
+        facts.append(
+            {QStringLiteral("darkened"), isBlack ? QStringLiteral("black") : QStringLiteral("dimmed")});
     }
     if (record.frameTakenAt.isValid()) {
         facts.append(

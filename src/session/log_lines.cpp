@@ -76,7 +76,12 @@ void StartLog(const QString& file) {
     Log& log = TheLog();
     {
         const std::lock_guard lock(log.mutex);
+        const bool isFirst = log.file == nullptr;
         log.file = file.isEmpty() ? nullptr : std::make_unique<LogFile>(file);
+        const QStringList before = isFirst && log.file ? log.ring.Lines() : QStringList();
+        for (const QString& line : before) {
+            log.file->Append(line);
+        }
     }
     log.keepsDebug = !qEnvironmentVariableIsEmpty("QT_LOGGING_RULES");
     const QtMessageHandler former = qInstallMessageHandler(HandleMessage);

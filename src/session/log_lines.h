@@ -34,7 +34,7 @@ private:
 // From now on everything that Qt's log functions are given is kept, and also goes where it went before, line
 // by line. Debug lines are kept only where QT_LOGGING_RULES is set: else a listing of many devices would
 // leave no room for anything else. file: where lines are appended too (LogFile); empty: nowhere. Once a
-// process; a second call changes the file only.
+// process; a second call changes the file only. The first file gets what was kept before it, too.
 void StartLog(const QString& file = QString());
 
 // A line that is printed by other means than Qt's log functions: kept, and appended to the file.

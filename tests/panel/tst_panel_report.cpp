@@ -52,7 +52,7 @@ void TestPanelReport::CompletePanelIsOwedNothing() {
     QCOMPARE(ValueOf(facts, "data node"), QStringLiteral("node"));
     QCOMPARE(ValueOf(facts, "last frame taken"), QStringLiteral("18:46:05"));
     QVERIFY(ValueOf(facts, "texts taken").contains(QStringLiteral("; power 15w; ")));
-    QCOMPARE(ValueOf(facts, "blanked"), QStringLiteral("(no such fact)"));
+    QCOMPARE(ValueOf(facts, "darkened"), QStringLiteral("(no such fact)"));
 }
 
 void TestPanelReport::NewFrameIsOwed() {
@@ -105,8 +105,8 @@ void TestPanelReport::SerialNumbersStay() {
 
 void TestPanelReport::BlankIsTold() {
     PanelRecord record = Complete(FrameOf(Theme::Tdp));
-    SetBlank(record, FrameOf(Theme::Time));
-    QCOMPARE(ValueOf(Facts(record), "blanked"), QStringLiteral("yes"));
+    SetLight(record, PanelLight::Black);
+    QCOMPARE(ValueOf(Facts(record), "darkened"), QStringLiteral("black"));
     QVERIFY(ValueOf(Facts(record), "to show").startsWith(QStringLiteral("theme 2")));
 }
 

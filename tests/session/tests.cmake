@@ -11,9 +11,7 @@ set(units
 if(NOT WIN32)
     list(APPEND units autostart_entry away_watch outside_place single_instance)
 endif()
-# The window for what its state becomes by a second start.
-kivo_add_tests(session UNITS ${units} LINK kivo_session kivo_window)
-
+kivo_add_tests(session UNITS ${units} LINK kivo_session)
 if(NOT WIN32)
     target_sources(tests_session PRIVATE support/private_bus_linux.h)
 endif()
