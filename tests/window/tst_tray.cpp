@@ -52,7 +52,7 @@ void TestTray::TheMenuAsksForTheWindowAndTheEnd() {
     Memory memory;
     Tray tray(memory.Seam());
     tray.SetTexts();
-    QCOMPARE(tray.Menu().actions().size(), 5);
+    QCOMPARE(tray.Menu().actions().size(), 6);
     QSignalSpy window(&tray, &Tray::showRequested);
     QSignalSpy end(&tray, &Tray::exitRequested);
     EntryOf(tray, kWindow)->trigger();
@@ -84,7 +84,7 @@ void TestTray::AnotherMenuStandsInIt() {
     QMenu another(QStringLiteral("Another"));
     Tray tray(memory.Seam());
     tray.AddMenu(another);
-    QCOMPARE(tray.Menu().actions().size(), 5);
+    QCOMPARE(tray.Menu().actions().size(), 6);
     QCOMPARE(tray.Menu().actions().at(kAtLogin)->menu(), &another);
     QVERIFY(tray.Menu().actions().at(kAtLogin + 1)->isCheckable());
 }
