@@ -101,8 +101,8 @@ bool IsUpdateSent(const ScreenState& state, int item, bool changed) {
     }
     if (state.custom) {
         const int slot = SlotOf(state, item);
-        // Deliberate: the centre slot is the only one that keeps quiet about an unchanged text, the time's
-        // excepted.
+        // Deliberate: the centre slot keeps quiet about an unchanged text, the time's excepted. This
+        // matters for the date alone: the record stops every other unchanged text.
         return slot != kEmptySlot && (slot != kCentreSlot || item == Time || changed);
     }
     return changed || item == Time || item == Date;

@@ -20,8 +20,9 @@ struct Cut {
     QByteArray pixels;
 };
 
-// Whether an item's update is sent at all: some layouts do not show the item, some send it only when its text
-// changed, time and date mostly every time.
+// The layout's part of whether an item's update is sent (IsTextOwed has the record's): the layout has to show
+// it, and its text to have changed. An unchanged time goes out always, an unchanged date unless it stands in
+// the centre slot.
 bool IsUpdateSent(const ScreenState& state, int item, bool changed);
 
 // The rectangles an update of the item sends, in canvas pixels, each small enough for one report. runs is the

@@ -1,8 +1,8 @@
 #pragma once
 
-// Everything that decides a picture, as one value. The window edits a chosen one, the panel shows an applied
-// one; applying is a copy. Every drawing function takes it and nothing else. What the page in front does not
-// draw keeps its first value, so equal pictures have equal states.
+// Everything that decides a picture but its texts and the user's pixels, as one value. The window edits a
+// chosen one, the panel shows an applied one; applying is a copy. What the page in front does not draw keeps
+// its first value, so equal pictures have equal states.
 
 #include <QString>
 #include <QStringList>

@@ -21,7 +21,7 @@ class EditBar : public QWidget {
 public:
     explicit EditBar(QWidget* parent = nullptr);
 
-    // True presses the trim button and tells nothing; false lets it go and tells SendEdit(0).
+    // On: shows the trim button pressed, without a signal. Off: releases it and emits SendEdit(0).
     void SetEditPressed(bool on);
     bool IsEditPressed() const;
 

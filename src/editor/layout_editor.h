@@ -5,7 +5,8 @@
 // GUI thread.
 //
 // Every edit is one undo step of the layout in force, unless its kind joins it to the step before. Nothing
-// reaches the panel from here, and only Commit and SaveSlots write settings.
+// reaches the panel from here, and only Commit, SaveSlots, ReplaceSaved and TakeLayout write
+// settings.
 
 #include <QRectF>
 #include <functional>

@@ -4,7 +4,7 @@
 // editor. While editing is open, mouse and keys become calls of the editor and its tools. GUI thread.
 //
 // What is edited stays in Edited() until somebody applies it: nothing here reaches the panel, and only
-// CommitLayout and SaveCustomShow write settings.
+// CommitLayout, SaveCustomShow, ReplaceSaved and TakeLayout write settings.
 
 #include <QPoint>
 #include <QWidget>

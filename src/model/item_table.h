@@ -48,8 +48,8 @@ struct ItemFacts {
     const char* caption;  // the display name, to be translated in kCaptionContext
     CaptionIn captionIn;
     LanguageText sample;      // in the settings; what a preview shows before a value arrives
-    LanguageText startText;   // what the refresh thread holds as "sent last" when it starts
-    const char* placeholder;  // what the panel is taken to have shown after a whole frame
+    LanguageText startText;   // left out of the refresh thread's first round
+    const char* placeholder;  // stands for "drawn, but by no text of its own" after a whole frame
     LanguageText widest;      // the widest text that the value usually has; none where its size hangs on none
     std::optional<ValueRange> range{};  // of a value that can be drawn as a share
 };

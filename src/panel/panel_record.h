@@ -35,8 +35,8 @@ struct PanelRecord {
         ItemTexts texts;  // of each item, handed over last
     };
     struct Acknowledged {
-        // Null: not known, so nothing may be drawn over it. Without an id: it was whole, but a piece of
-        // another one may lie over it.
+        // Null: not known, so nothing may be drawn over it. Without an id: it was whole, but a first
+        // chunk that was refused may lie over it, so it equals no desired frame.
         SharedFrame frame;
         std::optional<Orientation> orientation;
         bool isClockShown = false;
@@ -76,7 +76,8 @@ struct OwedReports {
 OwedReports WhatIsOwed(const PanelRecord& record);
 
 // Whether this text of an item has to be sent, over the frame that the panel has. The record's only
-// gate for texts. Deliberate, fixed: time and date go out whenever they are handed over, changed or not.
+// gate for texts. Deliberate, fixed: time and date go out whenever they are handed over, changed or
+// not, but for a date in a custom layout's centre slot.
 bool IsTextOwed(const PanelRecord& record, int item, const QString& text);
 
 // What the item is taken to show now: null where that is not known, the placeholder after a whole frame.

@@ -18,6 +18,9 @@ QString NameOf(const SharedFrame& frame) {
     if (!frame) {
         return QStringLiteral("none known");
     }
+    if (frame->light == PanelLight::Black) {
+        return QStringLiteral("black");
+    }
     const ScreenState& state = frame->state;
     const QString what = state.custom ? QStringLiteral("custom layout %1").arg(state.variant)
                                       : QStringLiteral("theme %1").arg(int(state.theme));

@@ -4,6 +4,7 @@
 
 #include "compose/rgb565.h"
 #include "panel/frame_store.h"
+#include "panel/lit_frame.h"
 #include "panel/panel_memory.h"
 #include "telemetry/local_time.h"
 
@@ -150,11 +151,12 @@ void PanelSender::Prepare() {
         }
         m_parts.frames.Save(frame);
     }
+    const std::lock_guard<std::mutex> turn(m_turn);
+    // In its turn: what is sent before, to darken the panel, makes it forget.
     std::optional<RememberedPanel> remembered;
     if (m_parts.memory != nullptr) {
         remembered = m_parts.memory->Read();
     }
-    const std::lock_guard<std::mutex> turn(m_turn);
     ChangeRecord([&](PanelRecord& record) {
         SetDesired(record, frame);
         const SharedFrame shown = DesiredFrame(record);
@@ -187,15 +189,16 @@ void PanelSender::PayFrameAndOrientation() {
         return;
     }
     const bool isTaken = owed.frame ? SendFrame(DesiredFrame(record)) : SendOrientation();
-    NoteAttempt(isTaken);
+    NoteAttempt(isTaken, owed.frame ? IdInLight(record.desired.frame, record.desired.light) : QByteArray());
 }
 
 // After frame or orientation were tried: what is left of them waits, longer each time. A frame that is owed
-// though one was taken has become the desired one meanwhile, and is tried at once.
-void PanelSender::NoteAttempt(bool isTaken) {
-    ChangeRecord([this, isTaken](PanelRecord& record) {
+// and is another one than was tried has become the desired one meanwhile, and is tried at once.
+void PanelSender::NoteAttempt(bool isTaken, const QByteArray& triedFrameId) {
+    ChangeRecord([&](PanelRecord& record) {
         const OwedReports left = WhatIsOwed(record);
-        if ((left.frame && !isTaken) || left.orientation) {
+        const bool isSame = IdInLight(record.desired.frame, record.desired.light) == triedFrameId;
+        if ((left.frame && !isTaken && isSame) || left.orientation) {
             record.retry.NoteFailure(m_parts.now());
         } else {
             record.retry = {};
@@ -220,8 +223,9 @@ bool PanelSender::ComposeWholeFrame() {
     if (!LookAtPanel()) {
         return false;
     }
-    const bool isTaken = SendFrame(DesiredFrame(RecordNow()));
-    NoteAttempt(isTaken);
+    const PanelRecord record = RecordNow();
+    const bool isTaken = SendFrame(DesiredFrame(record));
+    NoteAttempt(isTaken, IdInLight(record.desired.frame, record.desired.light));
     return isTaken;
 }
 

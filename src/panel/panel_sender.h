@@ -1,7 +1,8 @@
 #pragma once
 
-// The one that writes to the panel: keeps its record, and sends what the record says is owed. Upload and
-// refresh thread take turns in it, so that nothing is ever drawn for one picture and written over another.
+// The one that writes to the panel: keeps its record, and sends what the record says is owed. The workers
+// (upload, refresh, clock, light) take turns in it, so that nothing is ever drawn for one picture and written
+// over another.
 // The GUI thread hands states in and reads; its calls wait for no write.
 
 #include <array>
@@ -29,8 +30,8 @@ public:
         Transfers& transfers;
         FrameStore& frames;
         PanelMemory* memory = nullptr;  // null: a panel that forgets with the process
-        // The text of a live value at this moment (empty for none). Called on the upload thread
-        // and the refresh thread.
+        // The text of a live value at this moment (empty for none). Called on whichever
+        // worker sends a frame or a text.
         std::function<QString(int item)> valueText;
         // The picture behind a state, which may take its time; nothing when the end has come. Called on the
         // same threads, once for each frame that is composed.
@@ -74,7 +75,7 @@ public:
     bool BeginRound() override;
     bool RenderLiveItem(const QString& text, int item) override;
 
-    // Composes the chosen state, saves its background, makes it the desired frame and sends it with the texts
+    // Composes the chosen state, makes it the desired frame, saves its background and sends it with the texts
     // of this moment; then orientation, and what applying adds: orientation again and the time show. While
     // the panel is to be black it is sent the black frame instead. False when the panel did not take the
     // frame; it stays owed then. Where the end comes before the picture, nothing is composed, saved or sent.
@@ -97,7 +98,7 @@ private:
     bool LookAtPanel();
     bool SyncTime();
     void PayFrameAndOrientation();
-    void NoteAttempt(bool isTaken);
+    void NoteAttempt(bool isTaken, const QByteArray& triedFrameId);
     bool SendFrame(const SharedFrame& frame);
     bool SendOrientation();
     void SendTimeShow();

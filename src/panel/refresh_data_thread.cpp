@@ -66,8 +66,8 @@ void RefreshDataThread::SampleCpu() {
 
 void RefreshDataThread::RefreshValue(int index) {
     const QString text = m_parts.snapshot.GetValueText(index);
-    // Deliberate, fixed: in the first round a text that equals its sample is left out, but for time and date.
-    // It is owed still, so the second round sends it, or the panel would keep what it showed before the
+    // Deliberate, fixed: in the first round a text that equals its start text is left out, but for time and
+    // date. It is owed still, so the second round sends it, or the panel would keep what it showed before the
     // program started.
     if (m_firstRound && index != Time && index != Date && text == m_samples[size_t(index)]) {
         return;

@@ -5,6 +5,7 @@
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 #include <QDBusVariant>
+#include <QFileInfo>
 #include <array>
 #include <utility>
 
@@ -66,8 +67,11 @@ void DBusAwayWatch::FindSession(const QString& id) {
 void DBusAwayWatch::FollowSession(const QString& path) {
     m_systemBus.connect(kLogind, path, kSession, QStringLiteral("Lock"), this, SLOT(OnLock()));
     m_systemBus.connect(kLogind, path, kSession, QStringLiteral("Unlock"), this, SLOT(OnUnlock()));
+    // The signature as moc writes it, without blanks.
+    // clang-format off
     m_systemBus.connect(kLogind, path, kProperties, QStringLiteral("PropertiesChanged"), this,
-                        SLOT(OnSessionChanged(QString, QVariantMap, QStringList)));
+                        SLOT(OnSessionChanged(QString,QVariantMap,QStringList)));
+    // clang-format on
     // The program may have been started in a session that is locked.
     QDBusMessage call = QDBusMessage::createMethodCall(kLogind, path, kProperties, QStringLiteral("Get"));
     call << kSession << kLockedHint;
@@ -162,7 +166,11 @@ void DBusAwayWatch::OnSaver(bool isOn) {
 }
 
 std::unique_ptr<AwayWatch> MakeSystemAwayWatch() {
-    return std::make_unique<DBusAwayWatch>(QDBusConnection::systemBus(), QDBusConnection::sessionBus());
+    // A session without a bus gets none: libdbus would start one where there is a display.
+    const bool hasBus = !qEnvironmentVariableIsEmpty("DBUS_SESSION_BUS_ADDRESS") ||
+                        QFileInfo::exists(qEnvironmentVariable("XDG_RUNTIME_DIR") + QStringLiteral("/bus"));
+    return std::make_unique<DBusAwayWatch>(
+        QDBusConnection::systemBus(), hasBus ? QDBusConnection::sessionBus() : QDBusConnection(QString()));
 }
 
 }  // namespace kivo

@@ -28,7 +28,11 @@ public:
 
 private Q_SLOTS:  // D-Bus signals are connected by name
     void OnPrepareForSleep(bool isAboutToSleep);
-    void OnLock() { SetLocked(true); }
+    // Told each time: the receiver may have heard of the former one's end from the person.
+    void OnLock() {
+        m_isLocked = false;
+        SetLocked(true);
+    }
     void OnUnlock() { SetLocked(false); }
     void OnSessionChanged(const QString& interface, const QVariantMap& changed,
                           const QStringList& invalidated);

@@ -40,7 +40,9 @@ void HandleMessage(QtMsgType type, const QMessageLogContext& context, const QStr
 }  // namespace
 
 QStringList LinesOfMessage(const QString& message) {
-    static const QRegularExpression ends(QStringLiteral("[\\r\\n\\x{2028}\\x{2029}]+"));
+    // Never destroyed, as the log itself.
+    static const QRegularExpression& ends =
+        *new QRegularExpression(QStringLiteral("[\\r\\n\\x{2028}\\x{2029}]+"));
     QStringList lines;
     const QStringList parts = message.split(ends, Qt::SkipEmptyParts);
     for (const QString& part : parts) {

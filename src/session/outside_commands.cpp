@@ -3,6 +3,7 @@
 #include <QDir>
 #include <algorithm>
 
+#include "model/theme_table.h"
 #include "pictures/picture_path.h"
 
 namespace kivo {
@@ -14,6 +15,7 @@ constexpr int kMarkBytes = int(sizeof kHead);
 constexpr char kTaken = 1;
 constexpr char kNotTaken = 0;
 
+static_assert(kThemeCount == 4, "the values of --theme, the man page and README.md name them");
 constexpr std::array<OutsideOption, kOutsideKindCount> kOptions{{
     {OutsideKind::Theme, "theme", "0..3", "0|1|2|3", "Show a theme."},
     {OutsideKind::Layout, "layout", "five|one", "five|one", "Show the layout of five items or of one."},

@@ -21,8 +21,9 @@ constexpr auto kAnyCase =
     QRegularExpression::CaseInsensitiveOption | QRegularExpression::UseUnicodePropertiesOption;
 // Names that say nothing of anybody.
 const QStringList& NobodysNames() {
-    static const QStringList names{QStringLiteral("root"), QStringLiteral("nobody"),
-                                   QStringLiteral("localhost")};
+    static const QStringList names{QStringLiteral("root"),      QStringLiteral("nobody"),
+                                   QStringLiteral("localhost"), QStringLiteral("debian"),
+                                   QStringLiteral("ubuntu"),    QStringLiteral("fedora")};
     return names;
 }
 
@@ -89,7 +90,8 @@ void ReplacePictures(QString& text, const QStringList& pictures) {
     // Others, that were chosen and taken out again. The program's own stay, and those that are part of it.
     static const QRegularExpression path(
         QStringLiteral("(?:(?<=file:)|(?<![:<\\w\\\\/]))(?:~|[a-z]:)?[\\\\/"
-                       "][^\\n\"'<>|]*?(\\.(?:png|jpe?g|bmp|gif|webp|ico|tiff?))\\b"),
+                       "][^\\n\"<>|]*?(\\.(?:png|jpe?g|jfif|bmp|gif|webp|ico|tiff?|heic|heif|avif|jxl|svgz?|"
+                       "tga|xpm|p[bgp]m|kivolayout))\\b"),
         kAnyCase);
     int from = 0;
     while (true) {

@@ -60,7 +60,9 @@ void AwayLight::NoteSleeping() {
             watch->LetSleep();
         }
     });
-    m_parts.session.AwaitLight(m_parts.watch->LongestInSleeping());
+    if (m_reasons.testFlag(DarkReason::Asleep)) {
+        m_parts.session.AwaitLight(m_parts.watch->LongestInSleeping());
+    }
 }
 
 void AwayLight::NoteAwake() {

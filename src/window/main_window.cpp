@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <initializer_list>
 
+#include "config/away_rules.h"
 #include "config/first_run_marker.h"
 #include "config/settings_file.h"
 #include "device/hotplug.h"
@@ -215,6 +216,9 @@ void MainWindow::slotApply() {
     m_stateLine->NoteSaved(SettingsPart::Layout, m_ui->zoomwidget->CommitLayout());
     if (m_stateLine->Unsaved().testFlag(SettingsPart::Pictures)) {
         SavePictures();
+    }
+    if (m_stateLine->Unsaved().testFlag(SettingsPart::Away)) {
+        m_stateLine->NoteSaved(SettingsPart::Away, SaveAwayRules(m_away->Rules()));
     }
     OpenEditing(false);
     UploadShown();

@@ -48,6 +48,7 @@ void MainWindow::SaveReport() {
     // Before the dialog: it tells of the moment at which it was asked for.
     const QString report = SupportReportText();
     const QString file = m_parts.chooseReportFile ? m_parts.chooseReportFile() : ChooseReportFile();
+    AskWantedExit();
     if (file.isEmpty()) {
         return;
     }

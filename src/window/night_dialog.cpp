@@ -1,11 +1,13 @@
 #include "window/night_dialog.h"
 
-#include <QDialogButtonBox>
 #include <QGridLayout>
+#include <QHBoxLayout>
 #include <QIcon>
 #include <QLabel>
 #include <QTimeEdit>
 
+#include "widgets/exit_message_box.h"
+#include "widgets/nimb_push_button.h"
 #include "widgets/window_colors.h"
 #include "window/window_text.h"
 
@@ -18,6 +20,7 @@ namespace {
 constexpr int kMargin = 24;
 constexpr int kGap = 12;
 constexpr int kTextPixels = 13;
+constexpr QSize kButton(100, 36);
 const QString kClock = QStringLiteral("HH:mm");
 
 QTime TimeOf(int minutesOfDay) {
@@ -68,10 +71,26 @@ NightDialog::NightDialog(QWidget* parent)
            WindowText(PlacedText QT_TRANSLATE_NOOP3("MainWindow", "从", "the night begins")));
     addRow(1, m_to, "nightTo",
            WindowText(PlacedText QT_TRANSLATE_NOOP3("MainWindow", "到", "the night ends")));
-    auto* const buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
-    grid->addWidget(buttons, 2, 0, 1, 2);
-    connect(buttons, &QDialogButtonBox::accepted, this, &NightDialog::Choose);
-    connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+    auto* const buttons = new QHBoxLayout;
+    buttons->setSpacing(kGap);
+    const auto addButton = [this, buttons](const char* name, const QString& caption,
+                                           NimbPushButton::Look look) {
+        auto* const button = new NimbPushButton(caption, this);
+        button->setObjectName(QLatin1String(name));
+        button->SetLook(look);
+        button->SetTextPixelSize(kTextPixels);
+        button->setFixedSize(kButton);
+        button->setAutoDefault(false);
+        buttons->addWidget(button);
+        return button;
+    };
+    const auto* const cancel =
+        addButton("nightCancel", ExitMessageBox::tr("取消"), NimbPushButton::Look::Quiet);
+    auto* const ok = addButton("nightOk", ExitMessageBox::tr("确定"), NimbPushButton::Look::Primary);
+    ok->setDefault(true);
+    grid->addLayout(buttons, 2, 0, 1, 2);
+    connect(ok, &QPushButton::clicked, this, &NightDialog::Choose);
+    connect(cancel, &QPushButton::clicked, this, &QDialog::reject);
 }
 
 void NightDialog::Ask(int fromMinute, int toMinute) {

@@ -21,8 +21,9 @@ class ScreenWatch : public QObject {
 public:
     using Clock = std::function<std::chrono::nanoseconds()>;
 
-    // The bytes are the window's: while suspended is not 0, nothing is opened or closed; attached is set to 0
-    // when the screen goes. The session and the bytes outlive it. timeAsleep: see UntoldTimeAsleep.
+    // The two bytes are hotplugSuspended and screenAttached of the window: while suspended is not 0, nothing
+    // is opened or closed; attached is set to 0 when the screen goes. The session and the bytes outlive it.
+    // timeAsleep: see UntoldTimeAsleep.
     ScreenWatch(LiveSession& session, const quint8& suspended, quint8& attached, Clock timeAsleep);
     ~ScreenWatch() override;
 

@@ -335,7 +335,8 @@ void TestProgram::StartIsLogged() {
     QCOMPARE(
         Run(process, {QStringLiteral("--virtual-screen"), QStringLiteral("--run-for"), QStringLiteral("3")}),
         0);
-    const QByteArray said = process.readAllStandardError();
+    QByteArray said = process.readAllStandardError();
+    said = said.left(said.indexOf("\n----"));  // what a sanitizer says at the end has blank lines
     for (const char* line :
          {"kivo.start: Kivo Screen 1.0.0", "kivo.start: Display ", "kivo.start: Fonts: window ",
           "kivo.screen: Screen: ", "kivo.sources: Temperature: "}) {

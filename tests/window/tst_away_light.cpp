@@ -355,14 +355,14 @@ void TestAwayLight::NightTimesAreAskedFor() {
     dialog->findChild<QTimeEdit*>(QStringLiteral("nightFrom"))->setTime(QTime(23, 30));
     dialog->findChild<QTimeEdit*>(QStringLiteral("nightTo"))->setTime(QTime(6, 15));
     QVERIFY(away.Rules() == AwayRules());
-    dialog->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok)->click();
+    dialog->findChild<QPushButton*>(QStringLiteral("nightOk"))->click();
     QVERIFY(!dialog->isVisible());
     QCOMPARE(LoadAwayRules().nightFrom, 23 * 60 + 30);
     QCOMPARE(LoadAwayRules().nightTo, 6 * 60 + 15);
     QCOMPARE(times->text(), QStringLiteral("23:30 – 06:15…"));
     times->trigger();
     dialog->findChild<QTimeEdit*>(QStringLiteral("nightFrom"))->setTime(QTime(1, 0));
-    dialog->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Cancel)->click();
+    dialog->findChild<QPushButton*>(QStringLiteral("nightCancel"))->click();
     QCOMPARE(LoadAwayRules().nightFrom, 23 * 60 + 30);
 }
 

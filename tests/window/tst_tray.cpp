@@ -52,7 +52,7 @@ void TestTray::TheMenuAsksForTheWindowAndTheEnd() {
     Memory memory;
     Tray tray(memory.Seam());
     tray.SetTexts();
-    QCOMPARE(tray.Menu().actions().size(), 6);
+    QCOMPARE(tray.Menu().actions().size(), 5);
     QSignalSpy window(&tray, &Tray::showRequested);
     QSignalSpy end(&tray, &Tray::exitRequested);
     EntryOf(tray, kWindow)->trigger();

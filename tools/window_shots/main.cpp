@@ -33,7 +33,9 @@
 #include "virtualscreen/virtual_hid_api.h"
 #include "widgets/exit_message_box.h"
 #include "widgets/window_style.h"
+#include "window/away_menu.h"
 #include "window/main_window.h"
+#include "window/night_dialog.h"
 #include "window/nimb_process_dialog.h"
 #include "window/state_line.h"
 
@@ -308,6 +310,23 @@ void ShootSensors(const Photographer& photographer, kivo::MainWindow& window) {
     }
 }
 
+// The menus of the tray, and the night's times.
+void ShootDarkness(const Photographer& photographer) {
+    kivo::AwayMenu menu;
+    menu.ShowRules(kivo::AwayRules());
+    const QList<QMenu*> inside = menu.findChildren<QMenu*>();
+    QList<QMenu*> menus{&menu};
+    menus += inside;
+    for (QMenu* const each : menus) {
+        each->resize(each->sizeHint());
+        photographer.Add(QStringLiteral("dark_menu_%1").arg(menus.indexOf(each)), each->grab());
+    }
+    kivo::NightDialog night;
+    night.Ask(23 * 60, 7 * 60);
+    photographer.WaitForStillness();
+    photographer.Add(QStringLiteral("night"), night.grab());
+}
+
 void ShootDialogs(const Photographer& photographer, kivo::MainWindow& window) {
     QTimer::singleShot(100, &window, [&] {
         photographer.Shoot(QStringLiteral("exit"), QApplication::activeModalWidget());
@@ -345,6 +364,7 @@ QVector<QPair<QString, QImage>> ShootWindow(const QString& locale, const QString
     ShootMissingPicture(photographer, ownPictures.last());
     ShootReadOut(photographer, window);
     ShootSensors(photographer, window);
+    ShootDarkness(photographer);
     ShootDialogs(photographer, window);
     if (!window.Stop()) {
         std::fputs("The window's threads did not end.\n", stderr);
