@@ -105,8 +105,8 @@ void TestCommandLine::RefusesBadArguments_data() {
     QTest::newRow("no picture") << list({"--picture", ""}) << QStringLiteral("picture");
     QTest::newRow("a picture that is not there")
         << list({"--picture", "/nowhere/a.png"}) << QStringLiteral("/nowhere/a.png");
-    QTest::newRow("a layout that is not there") << list({"--apply", "/nowhere/a.kivolayout"})
-                                                << QStringLiteral("layout file '/nowhere/a.kivolayout'");
+    QTest::newRow("a layout that is not there")
+        << list({"--apply", "/nowhere/a.kivolayout"}) << QStringLiteral("/nowhere/a.kivolayout'");
     QTest::newRow("a layout and a theme")
         << list({"--apply", "/a", "--theme", "1"}) << QStringLiteral("theme");
     QTest::newRow("a folder as a picture") << list({"--picture", "/"}) << QStringLiteral("/'");
