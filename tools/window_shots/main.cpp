@@ -314,9 +314,7 @@ void ShootSensors(const Photographer& photographer, kivo::MainWindow& window) {
 void ShootDarkness(const Photographer& photographer) {
     kivo::AwayMenu menu;
     menu.ShowRules(kivo::AwayRules());
-    const QList<QMenu*> inside = menu.findChildren<QMenu*>();
-    QList<QMenu*> menus{&menu};
-    menus += inside;
+    const QList<QMenu*> menus = QList<QMenu*>{&menu} + menu.findChildren<QMenu*>();
     for (QMenu* const each : menus) {
         each->resize(each->sizeHint());
         photographer.Add(QStringLiteral("dark_menu_%1").arg(menus.indexOf(each)), each->grab());
