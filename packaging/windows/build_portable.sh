@@ -5,6 +5,7 @@ set -euo pipefail
 cd "$(dirname "$0")/../.."
 
 eval "$(cmake -P cmake/KivoRelease.cmake)"
+export SOURCE_DATE_EPOCH=$KIVO_SOURCE_EPOCH # what strip writes into the program
 output=$PWD/build/windows/KivoScreen-$KIVO_VERSION-portable.zip
 work=$PWD/build/windows/portable
 folder=$work/KivoScreen
