@@ -64,7 +64,7 @@ public:
             Put("XDG_CONFIG_HOME", home + QStringLiteral("/config"));
             Put("XDG_CACHE_HOME", home + QStringLiteral("/cache"));
             Put("KIVO_START_CLOCK", clock);
-            static_cast<void>(std::freopen("/dev/null", "w", stderr));
+            [[maybe_unused]] const std::FILE* const quiet = std::freopen("/dev/null", "w", stderr);
             ::execv(pointers.first(), pointers.data());
             ::_exit(127);
         }
