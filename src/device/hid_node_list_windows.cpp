@@ -3,6 +3,7 @@
 #include <cfgmgr32.h>
 #include <QVector>
 
+#include "device/hid_interfaces_windows.h"
 #include "device/hid_node_list.h"
 #include "device/interface_name.h"
 #include "device/screen_device_table.h"
@@ -10,10 +11,6 @@
 namespace kivo {
 
 namespace {
-
-// GUID_DEVINTERFACE_HID, here so that no import library is needed for it.
-constexpr GUID kHidInterfaces = {
-    0x4D1E55B2, 0xF16F, 0x11CF, {0x88, 0xCB, 0x00, 0x11, 0x11, 0x00, 0x00, 0x30}};
 
 // The names of all HID interfaces that are there, from the system's own list.
 QStringList InterfaceNames() {

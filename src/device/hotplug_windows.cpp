@@ -6,15 +6,12 @@
 #include <QCoreApplication>
 #include <utility>
 
+#include "device/hid_interfaces_windows.h"
 #include "device/hotplug.h"
 
 namespace kivo {
 
 namespace {
-
-// GUID_DEVINTERFACE_HID, here so that no import library is needed for it.
-constexpr GUID kHidInterfaces = {
-    0x4D1E55B2, 0xF16F, 0x11CF, {0x88, 0xCB, 0x00, 0x11, 0x11, 0x00, 0x00, 0x30}};
 
 // Messages of other kinds may carry anything in lParam; it is looked at for these two only.
 QString InterfaceOf(LPARAM parameter) {

@@ -85,12 +85,17 @@ int SwitchAutostart(int& argc, char** argv, bool on) {
     return 0;
 }
 
-int ShowSensors(int& argc, char** argv) {
-    const QCoreApplication application(argc, argv);
+// The user's language, for as long as the translator lives, without a window.
+void UseSystemLanguage(QTranslator& translator) {
     const kivo::InterfaceLanguage language = kivo::LanguageForLocale(QLocale::system());
     kivo::SetInterfaceLanguage(language);
-    QTranslator translator;
     kivo::InstallTranslation(translator, language, QCoreApplication::applicationDirPath());
+}
+
+int ShowSensors(int& argc, char** argv) {
+    const QCoreApplication application(argc, argv);
+    QTranslator translator;
+    UseSystemLanguage(translator);
     Say(stdout, kivo::ReadSensorReport());
     return 0;
 }
@@ -256,14 +261,11 @@ int WriteReport(char** argv, const kivo::CommandLine& line) {
     SetUpToolkit();
     const QApplication application(arguments.Count(), arguments.Words());
     SetUpFonts();
-    const kivo::InterfaceLanguage language = kivo::LanguageForLocale(QLocale::system());
-    kivo::SetInterfaceLanguage(language);
     QTranslator translator;
-    const QString folder = QCoreApplication::applicationDirPath();
-    kivo::InstallTranslation(translator, language, folder);
+    UseSystemLanguage(translator);
     const auto teller =
         DoesACopyRun() ? kivo::SupportFacts::Teller::BesideACopy : kivo::SupportFacts::Teller::OnItsOwn;
-    const QString report = kivo::WriteProgramReport(teller, folder);
+    const QString report = kivo::WriteProgramReport(teller, QCoreApplication::applicationDirPath());
     if (line.reportFile.isEmpty()) {
         Say(stdout, report);
         return 0;

@@ -188,17 +188,23 @@ void PanelSender::PayFrameAndOrientation() {
     if ((!owed.frame && !owed.orientation) || !record.retry.IsDue(m_parts.now())) {
         return;
     }
-    const bool isTaken = owed.frame ? SendFrame(DesiredFrame(record)) : SendOrientation();
-    NoteAttempt(isTaken, owed.frame ? IdInLight(record.desired.frame, record.desired.light) : QByteArray());
+    if (!owed.frame) {
+        SendOrientation();
+        NoteAttempt(QByteArray());
+        return;
+    }
+    const SharedFrame frame = DesiredFrame(record);
+    SendFrame(frame);
+    NoteAttempt(frame->id);
 }
 
 // After frame or orientation were tried: what is left of them waits, longer each time. A frame that is owed
 // and is another one than was tried has become the desired one meanwhile, and is tried at once.
-void PanelSender::NoteAttempt(bool isTaken, const QByteArray& triedFrameId) {
+void PanelSender::NoteAttempt(const QByteArray& triedFrameId) {
     ChangeRecord([&](PanelRecord& record) {
         const OwedReports left = WhatIsOwed(record);
         const bool isSame = IdInLight(record.desired.frame, record.desired.light) == triedFrameId;
-        if ((left.frame && !isTaken && isSame) || left.orientation) {
+        if ((left.frame && isSame) || left.orientation) {
             record.retry.NoteFailure(m_parts.now());
         } else {
             record.retry = {};
@@ -223,9 +229,9 @@ bool PanelSender::ComposeWholeFrame() {
     if (!LookAtPanel()) {
         return false;
     }
-    const PanelRecord record = RecordNow();
-    const bool isTaken = SendFrame(DesiredFrame(record));
-    NoteAttempt(isTaken, IdInLight(record.desired.frame, record.desired.light));
+    const SharedFrame sent = DesiredFrame(RecordNow());
+    const bool isTaken = SendFrame(sent);
+    NoteAttempt(sent->id);
     return isTaken;
 }
 

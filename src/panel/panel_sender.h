@@ -98,7 +98,7 @@ private:
     bool LookAtPanel();
     bool SyncTime();
     void PayFrameAndOrientation();
-    void NoteAttempt(bool isTaken, const QByteArray& triedFrameId);
+    void NoteAttempt(const QByteArray& triedFrameId);
     bool SendFrame(const SharedFrame& frame);
     bool SendOrientation();
     void SendTimeShow();

@@ -30,16 +30,15 @@ AwayLight::AwayLight(Parts parts) : m_parts(std::move(parts)) {
 AwayLight::~AwayLight() = default;
 
 void AwayLight::LoadRules() {
-    m_rules = LoadAwayRules();
-    m_menu.ShowRules(m_rules);
-    if (m_parts.watch) {
-        m_parts.watch->HoldSleep(m_rules.darkAtSleep);
-    }
-    Follow();
+    FollowRules(LoadAwayRules());
 }
 
 void AwayLight::TakeRules(const AwayRules& rules) {
     m_parts.stateLine.NoteSaved(SettingsPart::Away, SaveAwayRules(rules));
+    FollowRules(rules);
+}
+
+void AwayLight::FollowRules(const AwayRules& rules) {
     m_rules = rules;
     m_menu.ShowRules(m_rules);
     if (m_parts.watch) {

@@ -62,6 +62,7 @@ Q_SIGNALS:
 
 private:
     void TakeRules(const AwayRules& rules);
+    void FollowRules(const AwayRules& rules);
     void NoteSleeping();
     void SetFact(bool AwayFacts::*fact, bool isSo);
     // tried: see LiveSession::SetLight; given, it is called also where no other light follows.

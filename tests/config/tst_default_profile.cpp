@@ -1,8 +1,4 @@
-#include <sys/resource.h>
-
 #include <QtTest>
-
-#include <csignal>
 
 #include "config/default_profile.h"
 #include "config/first_run_marker.h"
@@ -10,6 +6,7 @@
 #include "config/settings_file.h"
 #include "log_catcher.h"
 #include "private_home.h"
+#include "support/full_disk.h"
 #include "support/test_program.h"
 
 using namespace kivo;
@@ -37,21 +34,7 @@ private:
     QTemporaryDir m_dir;
 };
 
-// No file can grow past this while it lives: a disk that fills up in the middle of a copy.
-class FullDisk {
-public:
-    explicit FullDisk(rlim_t bytes) {
-        std::signal(SIGXFSZ, SIG_IGN);
-        getrlimit(RLIMIT_FSIZE, &m_former);
-        const rlimit limit{bytes, m_former.rlim_max};
-        setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    ~FullDisk() { setrlimit(RLIMIT_FSIZE, &m_former); }
-    Q_DISABLE_COPY(FullDisk)
-
-private:
-    rlimit m_former{};
-};
+;
 
 }  // namespace
 

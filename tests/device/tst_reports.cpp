@@ -2,19 +2,17 @@
 #include <limits>
 
 #include "device/reports.h"
+#include "support/report_bytes.h"
 #include "support/test_program.h"
 
 using namespace kivo;
+using namespace kivo::test;
 
 namespace {
 
 template <std::size_t size>
 QByteArray Bytes(const std::array<quint8, size>& report) {
     return QByteArray(reinterpret_cast<const char*>(report.data()), static_cast<int>(size));
-}
-
-QByteArray Padded(const QByteArray& start, int size) {
-    return start + QByteArray(size - start.size(), '\0');
 }
 
 // Bytes that differ from their neighbours, and from those a chunk further on.

@@ -3,18 +3,13 @@
 #include <thread>
 
 #include "device/transfers.h"
+#include "found_screen.h"
 #include "recording_hid_api.h"
+#include "support/report_bytes.h"
 #include "support/test_program.h"
 
 using namespace kivo;
-
-namespace {
-
-QByteArray Padded(const QByteArray& start, int size) {
-    return start + QByteArray(size - start.size(), '\0');
-}
-
-}  // namespace
+using namespace kivo::test;
 
 // The session's found screen has the paths "c" and "d".
 class TestTransfers : public QObject {
@@ -24,13 +19,7 @@ private slots:
     void init() {
         m_api = std::make_unique<RecordingHidApi>();
         m_session = std::make_unique<ScreenSession>(*m_api);
-        m_session->InitDeviceTable();
-        m_session->ChangeTable([](ScreenDeviceTable& table) {
-            SetText(table.entries.at(0).controlPath, "c");
-            SetText(table.entries.at(0).dataPath, "d");
-            table.entries.at(0).controlFound = 1;
-            table.entries.at(0).dataFound = 1;
-        });
+        MarkScreenFound(*m_session);
         m_transfers = std::make_unique<Transfers>(*m_session, [] { return QTime(18, 46, 5); });
         m_pixels.assign(static_cast<std::size_t>(kFrameBytes), 0x11);
     }

@@ -41,20 +41,12 @@ private Q_SLOTS:
     void NothingStartsAfterTheEnd();
 
 private:
-    ScreenState Portrait() const;
-
     ScreenState m_state;
 };
 
 namespace {
 
 const QString kBin = ProgramFolder();
-constexpr int kPatienceMs = 20000;
-
-quint64 Frames(const VirtualHidApi& panel) {
-    return panel.State().counts.frames;
-}
-
 }  // namespace
 
 void TestLiveSessionUploads::initTestCase() {
@@ -67,13 +59,6 @@ void TestLiveSessionUploads::init() {
     QVERIFY(QDir(SettingsFolder()).removeRecursively());
     QVERIFY(QDir(WorkingFolder()).removeRecursively());
     m_state = LoadState(kBin, InterfaceLanguage::English);
-}
-
-ScreenState TestLiveSessionUploads::Portrait() const {
-    ScreenState state = m_state;
-    state.orientation = Orientation::Portrait;
-    state.layout = FactoryThemeLayout(state.theme, state.orientation, InterfaceLanguage::English);
-    return state;
 }
 
 void TestLiveSessionUploads::RefreshIsStoppedAndStartedAgain() {
@@ -126,13 +111,13 @@ void TestLiveSessionUploads::ApplyBetweenStopAndStart() {
     QTRY_VERIFY(panel.State().counts.areas > 0);
 
     session.StopRefresh();
-    session.SetChosen(Portrait());
+    session.SetChosen(InPortrait(m_state));
     QVERIFY(session.Applied() == m_state);
     session.StartUpload();
     QVERIFY(done.wait(kPatienceMs));
     session.StartRefresh();
 
-    QVERIFY(session.Applied() == Portrait());
+    QVERIFY(session.Applied() == InPortrait(m_state));
     QCOMPARE(panel.State().orientation, std::optional<int>(2));
     const quint64 areas = panel.State().counts.areas;
     QTRY_VERIFY(panel.State().counts.areas > areas);
@@ -151,7 +136,7 @@ void TestLiveSessionUploads::ApplyWhileRefreshing() {
     for (quint64 k = 2; k <= 6; ++k) {
         const quint64 areas = panel.State().counts.areas;
         QTRY_VERIFY(panel.State().counts.areas > areas);
-        session.SetChosen(k % 2 == 0 ? Portrait() : m_state);
+        session.SetChosen(k % 2 == 0 ? InPortrait(m_state) : m_state);
         session.StartUpload();
         QVERIFY(done.wait(kPatienceMs));
         QVERIFY(!session.Status().isFrameOwed);
@@ -175,7 +160,7 @@ void TestLiveSessionUploads::FrameThatWasCutOffIsOwedAndNothingIsDrawnOverIt() {
     QVERIFY(!session.ShownTexts()[MemoryUsage].isEmpty());
 
     panel.FailWritesFrom(14);
-    session.SetChosen(Portrait());
+    session.SetChosen(InPortrait(m_state));
     session.StartUpload();
     QVERIFY(done.wait(kPatienceMs));
     QVERIFY(!done.takeFirst().first().toBool());
@@ -193,7 +178,7 @@ void TestLiveSessionUploads::FrameRefusedAtItsFirstChunkLeavesTheOldOneInUse() {
     const ItemTexts shown = session.ShownTexts();
 
     panel.FailWritesFrom(1);
-    session.SetChosen(Portrait());
+    session.SetChosen(InPortrait(m_state));
     session.StartUpload();
     QVERIFY(done.wait(kPatienceMs));
     QVERIFY(session.Status().isFrameOwed);
@@ -207,21 +192,21 @@ void TestLiveSessionUploads::FailedFrameIsSentWhenAScreenArrives() {
     QSignalSpy done(&session, &LiveSession::uploadDone);
     Open(session, m_state);
     panel.VanishAtReport(14);
-    session.SetChosen(Portrait());
+    session.SetChosen(InPortrait(m_state));
     session.StartUpload();
     session.StartRefresh();
     QVERIFY(done.wait(kPatienceMs));
     QVERIFY(session.Status().isFrameOwed);
 
     // What is being edited when it comes back is not what was applied.
-    ScreenState edited = Portrait();
+    ScreenState edited = InPortrait(m_state);
     edited.layout.shown.fill(false);
     session.SetChosen(edited);
     panel.ClearFaults();
     panel.Plug();
     session.NoteArrival();
     QTRY_VERIFY(!session.Status().isFrameOwed);
-    QVERIFY(session.Applied() == Portrait());
+    QVERIFY(session.Applied() == InPortrait(m_state));
     QCOMPARE(Frames(panel), quint64(1));
     const quint64 areas = panel.State().counts.areas;
     QTRY_VERIFY(panel.State().counts.areas > areas);
@@ -252,7 +237,7 @@ void TestLiveSessionUploads::RefusedOrientationIsTriedAgain() {
     RefusingHidApi hid(panel);
     LiveSession session(hid, InterfaceLanguage::English, kShortPauses);
     QSignalSpy done(&session, &LiveSession::uploadDone);
-    Open(session, Portrait());
+    Open(session, InPortrait(m_state));
     hid.RefuseOnce(PanelReportKind::Orientation);
     hid.RefuseOnce(PanelReportKind::Orientation);
     session.StartUpload();
@@ -298,7 +283,7 @@ void TestLiveSessionUploads::TwoUploadsAtOnce() {
         connect(&upload, &NimbProcessThread::DoProcessDlg, this, [&reports] { ++reports; });
     };
     QVERIFY(session.StartUpload(count) != nullptr);
-    session.SetChosen(Portrait());
+    session.SetChosen(InPortrait(m_state));
     QVERIFY(session.StartUpload(count) != nullptr);
     QVERIFY(done.wait(kPatienceMs));
     QCOMPARE(done.count(), 1);
@@ -307,7 +292,7 @@ void TestLiveSessionUploads::TwoUploadsAtOnce() {
     QTRY_COMPARE(reports, 2);
     QCOMPARE(Frames(panel), quint64(2));
     QCOMPARE(panel.State().counts.errors, quint64(0));
-    QVERIFY(session.Applied() == Portrait());
+    QVERIFY(session.Applied() == InPortrait(m_state));
 }
 
 void TestLiveSessionUploads::MissingBackgroundIsComposedAgainWithoutSending() {

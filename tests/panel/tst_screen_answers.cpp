@@ -15,7 +15,6 @@ using namespace kivo::test;
 namespace {
 
 const QString kBin = ProgramFolder();
-constexpr int kPatienceMs = 20000;
 
 // Counts what is asked of a panel, and what it takes; may refuse one chunk of every frame.
 class CountingHidApi final : public ForwardingHidApi {

@@ -26,20 +26,12 @@ private Q_SLOTS:
     void SoftwarePanelPaysNothingThatTheRealOneIsOwed();
 
 private:
-    ScreenState Portrait() const;
-
     ScreenState m_state;
 };
 
 namespace {
 
 const QString kBin = ProgramFolder();
-constexpr int kPatienceMs = 20000;
-
-quint64 Frames(const VirtualHidApi& panel) {
-    return panel.State().counts.frames;
-}
-
 }  // namespace
 
 void TestSessionAfterSession::initTestCase() {
@@ -54,13 +46,6 @@ void TestSessionAfterSession::init() {
     m_state = LoadState(kBin, InterfaceLanguage::English);
 }
 
-ScreenState TestSessionAfterSession::Portrait() const {
-    ScreenState state = m_state;
-    state.orientation = Orientation::Portrait;
-    state.layout = FactoryThemeLayout(state.theme, state.orientation, InterfaceLanguage::English);
-    return state;
-}
-
 void TestSessionAfterSession::FrameMadeWithoutAScreenIsOwed() {
     VirtualHidApi panel;
     panel.Unplug();
@@ -68,7 +53,7 @@ void TestSessionAfterSession::FrameMadeWithoutAScreenIsOwed() {
         LiveSession session(panel, InterfaceLanguage::English, kShortPauses);
         QSignalSpy done(&session, &LiveSession::uploadDone);
         Open(session, m_state);
-        session.SetChosen(Portrait());
+        session.SetChosen(InPortrait(m_state));
         session.StartUpload();
         QVERIFY(done.wait(kPatienceMs));
         QVERIFY(!done.takeFirst().first().toBool());
@@ -77,7 +62,7 @@ void TestSessionAfterSession::FrameMadeWithoutAScreenIsOwed() {
     }
     // The next process owes it too, and sends it by itself.
     LiveSession session(panel, InterfaceLanguage::English, kShortPauses);
-    Open(session, Portrait());
+    Open(session, InPortrait(m_state));
     session.StartRefresh();
     panel.Plug();
     session.OpenScreen();
@@ -135,7 +120,7 @@ void TestSessionAfterSession::PanelWithoutARecordGetsItsFrame() {
         panel.SetPanelKey("another one");
         panel.Plug();
     } else if (loss == QLatin1String("other settings")) {
-        state = Portrait();
+        state = InPortrait(m_state);
     } else if (loss == QLatin1String("mark")) {
         // That version has been started in between, and the record is from before.
         QVERIFY(mark.open(QIODevice::WriteOnly));
@@ -179,13 +164,13 @@ void TestSessionAfterSession::SoftwarePanelPaysNothingThatTheRealOneIsOwed() {
         LiveSession session(software, InterfaceLanguage::English, kSoftwarePanel);
         QSignalSpy done(&session, &LiveSession::uploadDone);
         Open(session, m_state);
-        session.SetChosen(Portrait());
+        session.SetChosen(InPortrait(m_state));
         session.StartUpload();
         QVERIFY(done.wait(kPatienceMs));
         QCOMPARE(Frames(software), quint64(1));
     }
     LiveSession session(real, InterfaceLanguage::English, kShortPauses);
-    Open(session, Portrait());
+    Open(session, InPortrait(m_state));
     session.StartRefresh();
     QTRY_COMPARE(Frames(real), quint64(2));
     QTRY_COMPARE(real.State().orientation, std::optional<int>(2));

@@ -3,21 +3,16 @@
 #include <memory>
 #include <thread>
 
+#include "../device/found_screen.h"
 #include "../device/recording_hid_api.h"
 #include "device/reports.h"
 #include "reserved/reserved_transfers.h"
+#include "support/report_bytes.h"
 #include "support/test_program.h"
 #include "virtualscreen/virtual_hid_api.h"
 
 using namespace kivo;
-
-namespace {
-
-QByteArray Padded(const QByteArray& start, int size) {
-    return start + QByteArray(size - start.size(), '\0');
-}
-
-}  // namespace
+using namespace kivo::test;
 
 // The session's found screen has the paths "c" and "d".
 class TestReservedTransfers : public QObject {
@@ -27,13 +22,7 @@ private Q_SLOTS:
     void init() {
         m_api = std::make_unique<RecordingHidApi>();
         m_session = std::make_unique<ScreenSession>(*m_api);
-        m_session->InitDeviceTable();
-        m_session->ChangeTable([](ScreenDeviceTable& table) {
-            SetText(table.entries.at(0).controlPath, "c");
-            SetText(table.entries.at(0).dataPath, "d");
-            table.entries.at(0).controlFound = 1;
-            table.entries.at(0).dataFound = 1;
-        });
+        MarkScreenFound(*m_session);
         m_pauses.clear();
         m_transfers = std::make_unique<ReservedTransfers>(
             *m_session, [this](std::chrono::milliseconds duration) { m_pauses.push_back(duration.count()); });

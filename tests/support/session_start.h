@@ -7,8 +7,12 @@
 #include "config/default_profile.h"
 #include "config/settings_file.h"
 #include "panel/live_session.h"
+#include "virtualscreen/virtual_hid_api.h"
 
 namespace kivo::test {
+
+// How long a test waits for a session that does its work.
+inline constexpr int kPatienceMs = 20000;
 
 // Short, for tests that do not look at the pause itself.
 inline const LiveSession::Options kShortPauses{LiveSession::PanelKind::Real, std::chrono::milliseconds(20),
@@ -23,6 +27,17 @@ inline ScreenState LoadState(const QString& applicationDir, InterfaceLanguage la
     const SlotTable slotTable = LoadSlotTable();
     TickPlacedItems(themes, slotTable);
     return MakeScreenState(themes, slotTable, LoadCurRectId(), language);
+}
+
+inline ScreenState InPortrait(ScreenState state) {
+    state.orientation = Orientation::Portrait;
+    state.layout = FactoryThemeLayout(state.theme, state.orientation, InterfaceLanguage::English);
+    return state;
+}
+
+// How many whole frames the panel has taken.
+inline quint64 Frames(const VirtualHidApi& panel) {
+    return panel.State().counts.frames;
 }
 
 inline void Open(LiveSession& session, const ScreenState& state) {

@@ -1,16 +1,15 @@
 #include <QtTest>
 
+#include "support/report_bytes.h"
 #include "support/test_program.h"
 #include "virtualscreen/panel_decoder.h"
 
 using namespace kivo;
+using namespace kivo::test;
 
 namespace {
 
 // Reports written out by hand, from the protocol's tables.
-QByteArray Padded(const QByteArray& start, int size) {
-    return start + QByteArray(size - start.size(), '\0');
-}
 
 QByteArray Command(const char* hex) {
     return Padded(QByteArray("\0", 1) + QByteArray::fromHex(hex), 4097);

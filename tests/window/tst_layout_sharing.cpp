@@ -1,16 +1,16 @@
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <QTemporaryDir>
 #include <QtTest>
-#include <csignal>
 
 #include "compose/shared_layout.h"
 #include "pictures/picture_reader.h"
 #include "resources/resources.h"
+#include "support/full_disk.h"
 #include "support/test_program.h"
 #include "window/layout_sharing.h"
 
 using namespace kivo;
+using namespace kivo::test;
 using Trouble = LayoutSharing::Trouble;
 using Outcome = LayoutSharing::Outcome;
 
@@ -47,21 +47,7 @@ private:
 
 namespace {
 
-// No file can grow past this while it lives.
-class FullDisk {
-public:
-    explicit FullDisk(rlim_t bytes) {
-        std::signal(SIGXFSZ, SIG_IGN);
-        getrlimit(RLIMIT_FSIZE, &m_former);
-        const rlimit limit{bytes, m_former.rlim_max};
-        setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    ~FullDisk() { setrlimit(RLIMIT_FSIZE, &m_former); }
-    Q_DISABLE_COPY(FullDisk)
-
-private:
-    rlimit m_former{};
-};
+;
 
 Outcome Await(const std::function<void(LayoutSharing::Done)>& begin) {
     std::optional<Outcome> told;

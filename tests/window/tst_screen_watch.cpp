@@ -17,7 +17,6 @@ using namespace kivo::test;
 
 namespace {
 
-constexpr int kPatienceMs = 20000;
 const QString kData = QStringLiteral(R"(\\?\HID#VID_04D9&PID_FD01&MI_01#7&1)");
 
 // What a hot-plug was handed, for the test to tell.
