@@ -33,8 +33,7 @@ void EachText() {
     row("digits after a letter", QStringLiteral(u"\u4e2dBad1g1"), R"(\x4e2d\x42\x61\x64\x31g1)");
     row("a zero and a digit", QStringLiteral(u"\u4e2d") + QChar(0) + QStringLiteral("1"),
         R"(@String(\x4e2d\0\x31))");
-    row("beyond the basic plane", QStringLiteral(u"\U0001F600\U00020000!"),
-        R"(\xd83d\xde00\xd840\xdc00!)");
+    row("beyond the basic plane", QStringLiteral(u"\U0001F600\U00020000!"), R"(\xd83d\xde00\xd840\xdc00!)");
     row("control characters", QStringLiteral(u"\u0001\u001f\u007f\u0080"), R"(\x1\x1f\x7f\x80)");
     row("those with letters of their own", QStringLiteral("\a\b\f\n\r\t\v\"\\"), R"(\a\b\f\n\r\t\v\"\\)");
     row("a byte order mark", QStringLiteral(u"\ufeff\uffff"), R"(\xfeff\xffff)");
@@ -99,17 +98,26 @@ private slots:
         QTest::addColumn<QByteArray>("raw");
         QTest::addColumn<QByteArray>("ascii");
         QTest::newRow("nothing") << QByteArray() << QByteArray();
-        QTest::newRow("ASCII") << QByteArray("[H1]\na=\\x4e2d\\x31\n") << QByteArray("[H1]\na=\\x4e2d\\x31\n");
+        QTest::newRow("ASCII") << QByteArray("[H1]\na=\\x4e2d\\x31\n")
+                               << QByteArray("[H1]\na=\\x4e2d\\x31\n");
         QTest::newRow("letters") << QByteArray("a=\xe4\xb8\xad\xd0\x92\xc2\xb0\n")
                                  << QByteArray("a=\\x4e2d\\x412\\xb0\n");
-        QTest::newRow("digits after one") << QByteArray("a=\xe4\xb8\xad""1f g1\n")
+        QTest::newRow("digits after one") << QByteArray(
+                                                 "a=\xe4\xb8\xad"
+                                                 "1f g1\n")
                                           << QByteArray("a=\\x4e2d\\x31\\x66 g1\n");
-        QTest::newRow("an escape after one") << QByteArray("a=\xe4\xb8\xad\\x1b\n")
-                                             << QByteArray("a=\\x4e2d\\x1b\n");
-        QTest::newRow("beyond the basic plane") << QByteArray("a=\xf0\x9f\x98\x80""f\n")
+        QTest::newRow("an escape after one")
+            << QByteArray("a=\xe4\xb8\xad\\x1b\n") << QByteArray("a=\\x4e2d\\x1b\n");
+        QTest::newRow("beyond the basic plane") << QByteArray(
+                                                       "a=\xf0\x9f\x98\x80"
+                                                       "f\n")
                                                 << QByteArray("a=\\xd83d\\xde00\\x66\n");
-        QTest::newRow("a deletion") << QByteArray("a=\x7f""7\n") << QByteArray("a=\\x7f\\x37\n");
-        QTest::newRow("quoted, at the end") << QByteArray("a=\"\xe4\xb8\xad\"") << QByteArray("a=\"\\x4e2d\"");
+        QTest::newRow("a deletion") << QByteArray(
+                                           "a=\x7f"
+                                           "7\n")
+                                    << QByteArray("a=\\x7f\\x37\n");
+        QTest::newRow("quoted, at the end")
+            << QByteArray("a=\"\xe4\xb8\xad\"") << QByteArray("a=\"\\x4e2d\"");
     }
     void textsAsTheyAreAreEscaped() {
         QFETCH(QByteArray, raw);
@@ -129,9 +137,7 @@ private slots:
         QCOMPARE(QFileInfo(path).permissions() & QFileDevice::WriteOwner, QFileDevice::Permissions());
     }
 
-    void aFileThatIsGoneIsTrouble() {
-        QVERIFY(!MakeIniAscii(NewPath()).isEmpty());
-    }
+    void aFileThatIsGoneIsTrouble() { QVERIFY(!MakeIniAscii(NewPath()).isEmpty()); }
 
     // The file is another one than QSettings wrote; the program's later accesses go on with it.
     void accessesGoOnAfterwards() {
