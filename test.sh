@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
-# Builds and runs every test: ./test.sh [dev|asan|tsan|windows], dev where nothing is said. Further arguments go to
+# Builds and runs every test: ./test.sh [dev|qt6|asan|tsan|windows], dev where nothing is said. Further arguments go to
 # ctest, and only the programs of the tests that they choose are built. --build, as the first argument, runs none.
-# "windows" builds the Windows program with its tests and runs them under Wine; its first run builds Qt too.
+# "qt6" is dev with Qt 6 instead of Qt 5. "windows" builds the Windows program with its tests and runs them under Wine;
+# its first run builds Qt too.
 set -euo pipefail
 cd "$(dirname "$0")"
 . tools/scripts/packages.sh
@@ -15,13 +16,14 @@ preset=${1:-dev}
 fresh=
 [ $# -eq 0 ] || shift
 case $preset in
-    dev | asan | tsan | windows) ;;
+    dev | qt6 | asan | tsan | windows) ;;
     *)
-        echo "test.sh: there is no preset '$preset' (dev, asan, tsan, windows)." >&2
+        echo "test.sh: there is no preset '$preset' (dev, qt6, asan, tsan, windows)." >&2
         exit 2
         ;;
 esac
 install_packages packaging/debian/build-packages.txt
+[ "$preset" != qt6 ] || install_packages packaging/debian/qt6-packages.txt
 if [ "$preset" = windows ]; then
     install_packages packaging/debian/windows-packages.txt
     KIVO_WINDOWS_DEPENDENCIES=$(packaging/windows/build_dependencies.sh)

@@ -15,6 +15,7 @@
 #include "pictures/stored_pictures.h"
 #include "resources/resources.h"
 #include "virtualscreen/virtual_hid_api.h"
+#include "widgets/toolkit_defaults.h"
 #include "widgets/window_style.h"
 #include "window/main_window.h"
 
@@ -67,7 +68,7 @@ int main(int argc, char** argv) {
     // No sensors, whatever the machine has.
     qputenv("IPG_Dir", home.path().toUtf8());
     qputenv("IPG_Ver", "3.6");
-    QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+    ScaleAsTheDisplay();
     QApplication application(argc, argv);
     InitResources();
     InstallFontSubstitutes();

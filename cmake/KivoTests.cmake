@@ -1,10 +1,10 @@
 # Where the program is built as people get it, its tests are not: to make their own code fast takes longer than it saves.
 add_library(kivo_test_flags INTERFACE)
-target_link_libraries(kivo_test_flags INTERFACE kivo_build_flags Qt5::Test)
+target_link_libraries(kivo_test_flags INTERFACE kivo_build_flags Qt::Test)
 target_compile_options(kivo_test_flags INTERFACE $<$<CONFIG:Release>:-O0> $<$<CONFIG:Release>:-U_FORTIFY_SOURCE>)
 # Qt's own hands every test the build folder, for looking up test data: nothing here is looked up so, and the objects are
 # to be the same in every clone.
-set_property(TARGET Qt5::Test PROPERTY INTERFACE_COMPILE_DEFINITIONS QT_TESTLIB_LIB)
+set_property(TARGET Qt${KIVO_QT}::Test PROPERTY INTERFACE_COMPILE_DEFINITIONS QT_TESTLIB_LIB)
 
 # <QtTest>, which is half of what a test's compiler reads, compiled once for each set of Qt's modules that tests link:
 # gives the name of the target that has it for a test which links these libraries.
@@ -25,9 +25,9 @@ function(kivo_test_headers out)
     set(name kivo_test_headers)
     set(qt "")
     foreach(module Gui Widgets)
-        if(Qt5::${module} IN_LIST seen)
+        if(Qt${KIVO_QT}::${module} IN_LIST seen)
             string(APPEND name _${module})
-            list(APPEND qt Qt5::${module})
+            list(APPEND qt Qt::${module})
         endif()
     endforeach()
     if(NOT TARGET ${name})

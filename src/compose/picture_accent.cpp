@@ -163,7 +163,7 @@ double LightThrough(const QImage& glass, const QImage& picture) {
 QRgb LiftedAccent(QRgb color, double luminance) {
     const QColor hsl = QColor(color).toHsl();
     for (int lift = 0; lift <= 100; ++lift) {
-        const double lightness = qMin(1.0, hsl.lightnessF() + lift / 100.0);
+        const double lightness = qMin(1.0, qreal(hsl.lightnessF()) + lift / 100.0);
         const QRgb lifted = QColor::fromHslF(qMax(0.0, hsl.hslHueF()), hsl.hslSaturationF(), lightness).rgb();
         if (StandsOut(lifted, qMax(luminance, kDarkestGround))) {
             return lifted;

@@ -3,6 +3,7 @@
 #include <QDir>
 #include <QtDebug>
 
+#include "config/ascii_ini.h"
 #include "config/log_once.h"
 #include "config/settings_guard.h"
 
@@ -182,6 +183,11 @@ bool SettingsWriter::Commit() {
         WarnOnce(QStringLiteral("%1 cannot be written; settings are not kept.")
                      .arg(QDir::toNativeSeparators(m_filePath)));
         return false;
+    }
+    const QString trouble = MakeIniAscii(m_filePath);
+    if (!trouble.isEmpty()) {
+        WarnOnce(QStringLiteral("%1 keeps its texts as UTF-8, which only Qt 6 reads: %2")
+                     .arg(QDir::toNativeSeparators(m_filePath), trouble));
     }
     return true;
 }

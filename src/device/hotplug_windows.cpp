@@ -8,6 +8,7 @@
 
 #include "device/hid_interfaces_windows.h"
 #include "device/hotplug.h"
+#include "device/native_result.h"
 
 namespace kivo {
 
@@ -55,7 +56,7 @@ public:
 
     ArrivalPath PathOfArrival() const override { return ArrivalPath::Name; }
 
-    bool nativeEventFilter(const QByteArray& eventType, void* message, long* /*result*/) override {
+    bool nativeEventFilter(const QByteArray& eventType, void* message, NativeResult* /*result*/) override {
         if (eventType == "windows_generic_MSG" && message != nullptr) {
             Read(*static_cast<const MSG*>(message));
         }

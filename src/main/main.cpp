@@ -34,12 +34,14 @@
 #include "session/log_file.h"
 #include "session/log_lines.h"
 #include "session/outside_control.h"
+#include "session/quit_at_once.h"
 #include "session/quit_signals.h"
 #include "session/single_instance.h"
 #include "virtualscreen/panel_image_writer.h"
 #include "virtualscreen/virtual_hid_api.h"
 #include "virtualscreen/virtual_hotplug.h"
 #include "virtualscreen/virtual_screen_window.h"
+#include "widgets/toolkit_defaults.h"
 #include "widgets/window_style.h"
 #include "window/language.h"
 #include "window/main_window.h"
@@ -226,8 +228,7 @@ QByteArray PlatformsFor(const kivo::CommandLine& line) {
 
 // Before the application object.
 void SetUpToolkit() {
-    QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
-    QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+    kivo::ScaleAsTheDisplay();
     QGuiApplication::setHighDpiScaleFactorRoundingPolicy(Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
 }
 
@@ -360,7 +361,8 @@ int main(int argc, char** argv) {
     kivo::ApplyWindowStyle(application);
     // The program lives in the tray; it ends when a person has confirmed it, not when a window closes.
     QApplication::setQuitOnLastWindowClosed(false);
-    QGuiApplication::setFallbackSessionManagementEnabled(false);
+    kivo::LeaveWindowsAtSessionEnd();
+    const kivo::QuitAtOnce quitAtOnce;
 
     // Before there is anything to end. A loop that begins to run knows nothing of a request that was there
     // before, so that is remembered here; a session that ends is told by aboutToQuit alone.

@@ -6,6 +6,8 @@
 
 #include <utility>
 
+#include "pictures/decoded_megabytes.h"
+
 namespace kivo {
 
 namespace {
@@ -14,6 +16,8 @@ namespace {
 constexpr int kLongestSide = 32767;
 constexpr qint64 kMostPixels = 60LL * 1000 * 1000;
 constexpr qint64 kMostPixelsLineByLine = 260LL * 1000 * 1000;
+constexpr int kBytesOfWidestPixel = 8;
+constexpr int kMostMegabytes = int(kMostPixels * kBytesOfWidestPixel / (1024 * 1024));
 
 namespace jpeg {
 
@@ -97,6 +101,14 @@ bool ComesLineByLine(QIODevice& device) {
 
 }  // namespace jpeg
 
+void AllowLargePictures() {
+    static const bool isAllowed = [] {
+        AllowDecodedMegabytes(kMostMegabytes);
+        return true;
+    }();
+    Q_UNUSED(isAllowed)
+}
+
 }  // namespace
 
 bool IsReasonablePictureSize(QSize size, bool decodesLineByLine) {
@@ -114,6 +126,7 @@ bool IsLineByLineJpeg(QIODevice& device) {
 }
 
 DecodedPicture DecodePicture(QIODevice& device, const std::function<QSize(QSize)>& usefulSize) {
+    AllowLargePictures();
     QImageReader reader(&device);
     reader.setDecideFormatFromContent(true);
     reader.setAutoTransform(true);

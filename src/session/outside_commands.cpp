@@ -171,7 +171,7 @@ std::optional<OutsideAnswer> ReadOutsideAnswer(const QByteArray& body) {
 }
 
 OutsideMessage LookAtOutsideMessage(const QByteArray& bytes) {
-    const int known = std::min(bytes.size(), kMarkBytes);
+    const int known = qMin(bytes.size(), kMarkBytes);
     if (!std::equal(bytes.begin(), bytes.begin() + known, kHead)) {
         return {OutsideMessage::State::Garbage, {}};
     }

@@ -50,7 +50,7 @@ QStringList NumberedFolders(const QString& folder, const QString& prefix, Number
     const QStringList names = QDir(folder).entryList({prefix + QLatin1Char('*')}, QDir::Dirs);
     for (const QString& name : names) {
         bool isNumber = false;
-        const int number = name.midRef(prefix.size()).toInt(&isNumber, static_cast<int>(base));
+        const int number = QStringView(name).mid(prefix.size()).toInt(&isNumber, static_cast<int>(base));
         if (isNumber) {
             found.emplace(number, folder + QLatin1Char('/') + name);
         }

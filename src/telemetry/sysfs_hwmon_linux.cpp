@@ -62,7 +62,7 @@ std::vector<Input> ListInputs(const Chip& chip, const QString& kind) {
         const QString label = path.left(path.size() - suffix.size()) + QLatin1String("_label");
         bool isNumber = false;
         const int number =
-            name.midRef(kind.size(), name.size() - kind.size() - suffix.size()).toInt(&isNumber);
+            QStringView(name).mid(kind.size(), name.size() - kind.size() - suffix.size()).toInt(&isNumber);
         if (isNumber) {
             found[number] = {path, ReadSmallFile(label).value_or(QByteArray())};
         }

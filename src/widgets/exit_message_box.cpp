@@ -34,7 +34,7 @@ constexpr QSize kButton(100, 36);
 constexpr int kButtonGap = 8;
 constexpr int kButtonFoot = 20;
 
-QFont SizedFont(const QFont& base, int pixels, int weight) {
+QFont SizedFont(const QFont& base, int pixels, QFont::Weight weight) {
     QFont font = base;
     font.setPixelSize(pixels);
     font.setWeight(weight);

@@ -135,7 +135,7 @@ void NimbPushButton::SetCornerRadius(qreal radius) {
     update();
 }
 
-void NimbPushButton::enterEvent(QEvent* event) {
+void NimbPushButton::enterEvent(EnterEvent* event) {
     const QPointer<NimbPushButton> guard(this);
     Q_EMIT OverSignal(this, true);
     if (!guard) {

@@ -11,6 +11,7 @@
 #include <array>
 #include <functional>
 
+#include "widgets/enter_event.h"
 #include "widgets/sharp_picture.h"
 
 namespace kivo {
@@ -108,7 +109,7 @@ Q_SIGNALS:
     void OverSignal(kivo::NimbPushButton* button, bool bType);
 
 protected:
-    void enterEvent(QEvent* event) override;
+    void enterEvent(EnterEvent* event) override;
     void leaveEvent(QEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;

@@ -79,7 +79,7 @@ void PressCombobox::showPopup() {
     QComboBox::showPopup();
 }
 
-void PressCombobox::enterEvent(QEvent* event) {
+void PressCombobox::enterEvent(EnterEvent* event) {
     QComboBox::enterEvent(event);
     update();
 }

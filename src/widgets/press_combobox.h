@@ -5,6 +5,8 @@
 
 #include <QComboBox>
 
+#include "widgets/enter_event.h"
+
 namespace kivo {
 
 class PressCombobox : public QComboBox {
@@ -25,7 +27,7 @@ Q_SIGNALS:
 protected:
     void mousePressEvent(QMouseEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
-    void enterEvent(QEvent* event) override;
+    void enterEvent(EnterEvent* event) override;
     void leaveEvent(QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
 

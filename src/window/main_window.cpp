@@ -256,7 +256,7 @@ void MainWindow::RegisterScreenNotification() {
     }
 }
 
-bool MainWindow::nativeEvent(const QByteArray& /*eventType*/, void* /*message*/, long* /*result*/) {
+bool MainWindow::nativeEvent(const QByteArray& /*eventType*/, void* /*message*/, NativeResult* /*result*/) {
     return false;
 }
 

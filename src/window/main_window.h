@@ -13,6 +13,7 @@
 #include <memory>
 #include <vector>
 
+#include "device/native_result.h"
 #include "panel/live_session.h"
 #include "pictures/thumbnail_picture.h"
 #include "session/away_watch.h"
@@ -183,7 +184,7 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
     // Deliberate, fixed: reads no message and takes none away from Qt. Those that tell of devices are read
     // before they come here (hotplug_windows.cpp).
-    bool nativeEvent(const QByteArray& eventType, void* message, long* result) override;
+    bool nativeEvent(const QByteArray& eventType, void* message, NativeResult* result) override;
 
 private:
     void WirePages();

@@ -164,7 +164,10 @@ private slots:
         QTest::newRow("Chinese") << QStringLiteral(u"\u70b9\u51fb\u8f93\u5165");
         QTest::newRow("Cyrillic and degree") << QStringLiteral(u"15\u0412\u0442 45\u2103");
         QTest::newRow("beyond the basic plane") << QStringLiteral(u"\U0001F600\U00020000");
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
+        // Half a character, which only a Windows path may hold; UTF-8, in which Qt 6 writes, has none.
         QTest::newRow("a lone surrogate") << QString(QChar(0xD800));
+#endif
         QTest::newRow("a zero character") << QStringLiteral("a") + QChar(0) + QStringLiteral("b");
         QTest::newRow("looks like no value") << QStringLiteral("@Invalid()");
         QTest::newRow("looks like a rectangle") << QStringLiteral("@Rect(1 2 3 4)");

@@ -7,7 +7,7 @@ kivo_add_tests(main UNITS ${units} LINK kivo_command_line kivo_virtualscreen)
 add_dependencies(tests_main kivo-screen ${energy_library_targets})
 if(NOT WIN32)
     target_sources(tests_main PRIVATE support/private_bus_linux.h)
-    target_link_libraries(tests_main PRIVATE Qt5::DBus)
+    target_link_libraries(tests_main PRIVATE Qt::DBus)
     # Found before the system's own, by its name.
     add_library(test_hidapi SHARED main/libraries/test_hidapi_linux.cpp)
     set_target_properties(test_hidapi PROPERTIES

@@ -117,6 +117,24 @@ private slots:
         QCOMPARE(buffer.pos(), somewhere);
     }
 
+    // 240 MB of pixels. The file has the last line only; the others stay as the memory was.
+    void ALargePictureThatIsNoJpegIsDecoded() {
+        const QSize size(10000, 6000);
+        QImage image(size.width(), 1, QImage::Format_RGB32);
+        image.fill(Qt::red);
+        QByteArray bytes;
+        QBuffer buffer(&bytes);
+        QVERIFY(buffer.open(QIODevice::WriteOnly) && image.save(&buffer, "BMP"));
+        buffer.close();
+        constexpr int kHeightInBmp = 22;
+        qToLittleEndian(qint32(size.height()), bytes.data() + kHeightInBmp);
+        QVERIFY(buffer.open(QIODevice::ReadOnly));
+        const DecodedPicture decoded = DecodePicture(buffer, [](QSize whole) { return whole; });
+        QCOMPARE(decoded.refusal, QString());
+        QCOMPARE(decoded.image.size(), size);
+        QCOMPARE(decoded.image.pixelColor(5000, 5999), QColor(Qt::red));
+    }
+
     // All of it would be in the memory, at whatever size it is wanted.
     void ALargeProgressiveJpegIsRefused() {
         QByteArray bytes = Claiming(Jpeg(QSize(64, 48), true), QSize(16000, 16000));

@@ -14,6 +14,7 @@
 #include "picture_list_maker.h"
 #include "resources/resources.h"
 #include "support/test_program.h"
+#include "widgets/toolkit_defaults.h"
 
 using namespace kivo;
 using namespace kivo::test;
@@ -74,7 +75,7 @@ class TestPictureListView : public QObject {
 
 public:
     static void initMain() {
-        QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);  // as the program does
+        ScaleAsTheDisplay();  // as the program does
     }
 
 private slots:

@@ -6,6 +6,7 @@ set(units
     outside_commands
     outside_control
     personal_names
+    quit_at_once
     support_report)
 # Homes without rights, the system's table of shared memory: as Linux has them.
 if(NOT WIN32)

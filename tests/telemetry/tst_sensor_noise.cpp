@@ -49,8 +49,10 @@ public:
         }
         return whole;
     }
-    int Below(std::size_t limit) { return static_cast<int>(m_generator() % limit); }
-    int Below(int limit) { return Below(static_cast<std::size_t>(limit)); }
+    template <typename Limit>
+    int Below(Limit limit) {
+        return static_cast<int>(m_generator() % static_cast<std::size_t>(limit));
+    }
 
 private:
     static constexpr std::array<int, 8> kExtremes{0, 1, 0x7F, 0x80, 0xFF, '-', ',', '9'};

@@ -360,9 +360,9 @@ void TestWindowHotplug::NativeEventsAreNeverTakenAway() {
     OpenWindow window(PartsFor(panel));
     std::array<char, 256> message{};
     message.fill('\xff');
-    long result = 4711;
+    NativeResult result = 4711;
     QVERIFY(!window.nativeEvent(type, hasMessage ? message.data() : nullptr, &result));
-    QCOMPARE(result, 4711L);
+    QCOMPARE(result, NativeResult(4711));
     QTRY_COMPARE(window.Session().Screen().Entry(0).dataFound, 1U);
     QVERIFY(window.Stop());
 }

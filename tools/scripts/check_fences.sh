@@ -37,6 +37,9 @@ forbid "What reads pictures knows no widget:" '#include (<Q(Widget|Pixmap|Icon|L
     src/pictures/picture_work* src/pictures/layout_picture.*
 forbid "Platform macros belong into platform files:" '\b(Q_OS_[A-Z]+|_WIN32|__linux__)\b' \
     src ':!src/*_windows.cpp' ':!src/*_linux.cpp'
+forbid "What differs between Qt 5 and Qt 6 stands in headers of its own:" '\bQT_VERSION\b' \
+    src tools resources ':!src/device/native_result.h' ':!src/pictures/decoded_megabytes.h' ':!src/widgets/enter_event.h' \
+    ':!src/widgets/toolkit_defaults.h' ':!tools/scripts'
 forbid "Every body has its braces:" '^ *(if|while|for) \(([^()]|\([^()]*\))*\)$|^ *(\} )?else$' '*.cpp' '*.h'
 forbid "Unfinished or switched off:" '\b(TODO|FIXME|XXX)\b|QSKIP\(' '*.cpp' '*.h'
 

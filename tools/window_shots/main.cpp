@@ -32,6 +32,7 @@
 #include "resources/resources.h"
 #include "virtualscreen/virtual_hid_api.h"
 #include "widgets/exit_message_box.h"
+#include "widgets/toolkit_defaults.h"
 #include "widgets/window_style.h"
 #include "window/away_menu.h"
 #include "window/main_window.h"
@@ -430,8 +431,7 @@ int main(int argc, char** argv) {
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) {
         qputenv("QT_QPA_PLATFORM", "offscreen");
     }
-    QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
-    QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+    kivo::ScaleAsTheDisplay();
     QApplication application(argc, argv);
     QStringList arguments = QCoreApplication::arguments().mid(1);
     const bool asSheet = arguments.removeAll(QStringLiteral("--sheet")) > 0;
