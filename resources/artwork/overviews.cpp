@@ -27,13 +27,9 @@ QImage Frame(kivo::Theme theme, kivo::Orientation orientation, InterfaceLanguage
     themes.theme = int(theme);
     themes.orientation = orientation;
     const kivo::ScreenState state = kivo::MakeScreenState(themes, kivo::FactorySlotTable(), 0, language);
-    kivo::ItemTexts texts = state.layout.sample;
-    if (language != InterfaceLanguage::Chinese) {
-        texts[kivo::Date] = QStringLiteral("2019.12.31");  // the sample is the Chinese form
-    }
     kivo::SkinCache skins;
     const QImage picture = kivo::LoadPicture(kivo::BuiltInBackgrounds().value(1));
-    return kivo::ComposeFrame(state, kivo::ComposeBackground(state, picture, skins), texts);
+    return kivo::ComposeFrame(state, kivo::ComposeBackground(state, picture, skins), state.layout.sample);
 }
 
 bool Save(const QString& path, const QImage& image) {
@@ -46,8 +42,7 @@ bool Save(const QString& path, const QImage& image) {
     return true;
 }
 
-// All pictures that this language is shown. English and Russian share theirs; the scene has one for all, with
-// figures only.
+// All pictures that this language is shown. The scene has one for all, with figures only.
 bool SaveOverviews(const QDir& resources, InterfaceLanguage language) {
     for (const kivo::Orientation orientation : {kivo::Orientation::Landscape, kivo::Orientation::Portrait}) {
         const QStringList names = kivo::OverviewPictures(orientation, language);
@@ -90,11 +85,18 @@ int main(int argc, char** argv) {
     if (!SaveOverviews(resources, InterfaceLanguage::Chinese)) {
         return 1;
     }
-    QTranslator english;
-    if (!english.load(QCoreApplication::applicationDirPath() + QStringLiteral("/lang/en.qm"))) {
-        QTextStream(stderr) << "no English captions; build kivo_languages first\n";
-        return 1;
+    for (const auto& [language, name] :
+         {std::pair(InterfaceLanguage::English, "en.qm"), std::pair(InterfaceLanguage::Russian, "rus.qm")}) {
+        QTranslator captions;
+        if (!captions.load(QLatin1String(name),
+                           QCoreApplication::applicationDirPath() + QLatin1String("/lang"))) {
+            QTextStream(stderr) << "no captions in " << name << "; build kivo_languages first\n";
+            return 1;
+        }
+        QCoreApplication::installTranslator(&captions);
+        if (!SaveOverviews(resources, language)) {
+            return 1;
+        }
     }
-    QCoreApplication::installTranslator(&english);
-    return SaveOverviews(resources, InterfaceLanguage::English) ? 0 : 1;
+    return 0;
 }

@@ -127,7 +127,7 @@ LayoutRecord FactoryCustomLayout(int variant, InterfaceLanguage language) {
     const SlotTable slotTable = FactorySlotTable();
     for (const int item : slotTable[size_t(variant)]) {
         if (item != kEmptySlot) {
-            (variant == 0 ? record.shown : record.selected)[size_t(item)] = true;
+            CustomFlags(record, variant)[size_t(item)] = true;
         }
     }
     return record;

@@ -47,6 +47,14 @@ struct LayoutRecord {
     int colorIndex = 0;      // free text colour, 0..5
 };
 
+// The flags that decide in a custom layout: "ticked" in variant 0, "chosen" in variant 1.
+inline const ItemFlags& CustomFlags(const LayoutRecord& layout, int variant) {
+    return variant == 0 ? layout.shown : layout.selected;
+}
+inline ItemFlags& CustomFlags(LayoutRecord& layout, int variant) {
+    return variant == 0 ? layout.shown : layout.selected;
+}
+
 bool operator==(const LayoutRecord& a, const LayoutRecord& b);
 inline bool operator!=(const LayoutRecord& a, const LayoutRecord& b) {
     return !(a == b);

@@ -35,7 +35,7 @@ bool IsShown(const ScreenState& state, int item) {
     if (!IsItem(item) || (IsHourAlone(state) && item != Time && item != Date)) {
         return false;
     }
-    return (state.custom && state.variant != 0 ? state.layout.selected : state.layout.shown)[size_t(item)];
+    return CustomFlags(state.layout, state.custom ? state.variant : 0)[size_t(item)];
 }
 
 bool TimeSlotHoldsDate(const ScreenState& state) {

@@ -1,6 +1,7 @@
 #include "compose/skin_cache.h"
 
 #include <QPainter>
+#include <utility>
 
 #include "compose/geometry.h"
 #include "compose/picture_accent.h"
@@ -28,22 +29,29 @@ bool IsOfIcons(const SkinLayer& layer) {
     return layer.path.contains(QLatin1String("_icon"));
 }
 
-// The layers that are wanted, one over the other, in an image of that size.
+// The image, which is the whole canvas, with the layers that are wanted over it, one over the other.
 template <typename IsWanted>
-QImage Layers(const ScreenState& state, QSize size, int scale, const IsWanted& isWanted) {
-    QImage drawing(size, QImage::Format_ARGB32_Premultiplied);
-    drawing.fill(Qt::transparent);
-    QPainter painter(&drawing);
+QImage WithLayers(QImage image, const ScreenState& state, int scale, const IsWanted& isWanted) {
+    QPainter painter(&image);
     const QSizeF canvas = CanvasSize(state.orientation);
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
-    painter.scale(size.width() / canvas.width(), size.height() / canvas.height());
+    painter.scale(image.width() / canvas.width(), image.height() / canvas.height());
     const QVector<SkinLayer> layers = SkinLayers(state.theme, state.orientation);
     for (const SkinLayer& layer : layers) {
         if (isWanted(layer)) {
             painter.drawImage(layer.rect, QImage(LayerPath(layer.path, scale)));
         }
     }
-    return drawing;
+    painter.end();
+    return image;
+}
+
+// These layers alone, in the size of the skin's files.
+template <typename IsWanted>
+QImage Layers(const ScreenState& state, int scale, const IsWanted& isWanted) {
+    QImage clear(AreaFrameSize(state.orientation) * scale, QImage::Format_ARGB32_Premultiplied);
+    clear.fill(Qt::transparent);
+    return WithLayers(clear, state, scale, isWanted);
 }
 
 // Glass is more than half opaque everywhere, so twice the opacity is the whole of it inside, and its part of
@@ -56,31 +64,6 @@ QImage ShapesOf(QImage glass) {
         }
     }
     return glass;
-}
-
-// All layers in one, what lies over the glass in another accent where one is given.
-QImage United(const ScreenState& state, int scale, std::optional<QRgb> accent) {
-    const QSize size = AreaFrameSize(state.orientation) * scale;
-    if (!accent) {
-        return Layers(state, size, scale, [](const SkinLayer&) { return true; });
-    }
-    const auto isGlass = [&](const SkinLayer& layer) { return IsGlass(state, layer); };
-    QImage drawing = Layers(state, size, scale, isGlass);
-    QImage marks = Layers(state, size, scale, [&](const SkinLayer& layer) { return !isGlass(layer); });
-    Recolor(marks, FactsOf(state.theme).accent, *accent);
-    QPainter(&drawing).drawImage(0, 0, marks);
-    return drawing;
-}
-
-Skin DecodeSkin(const ScreenState& state, int scale, std::optional<QRgb> accent) {
-    Skin skin;
-    skin.drawing = United(state, scale, accent);
-    if (HasGlass(state.theme)) {
-        skin.glass = ShapesOf(Layers(state, skin.drawing.size(), scale,
-                                     [&](const SkinLayer& layer) { return IsGlass(state, layer); }));
-        skin.glassOnPanel = ScaledTo(skin.glass, CanvasSize(state.orientation));
-    }
-    return skin;
 }
 
 // Clears what is farther from an icon than it is seen against.
@@ -109,10 +92,28 @@ QImage ScaledTo(const QImage& image, QSize size) {
 const Skin& SkinCache::SkinOf(const ScreenState& state, QSize pictureSize, std::optional<QRgb> accent) {
     const int scale = SkinScale(state, pictureSize);
     const QString key = LayerPath(SkinPicture(state.theme, state.orientation), scale);
+    if (key == m_key && accent == m_accent) {
+        return m_skin;
+    }
+    const auto isGlass = [&](const SkinLayer& layer) { return IsGlass(state, layer); };
+    const auto isMark = [&](const SkinLayer& layer) { return !isGlass(layer); };
+    if (key != m_key || m_glass.isNull()) {
+        m_glass = Layers(state, scale, isGlass);
+        m_marks = accent ? Layers(state, scale, isMark) : QImage();
+    }
     if (key != m_key) {
-        m_skin = DecodeSkin(state, scale, accent);
-    } else if (accent != m_accent) {
-        m_skin.drawing = United(state, scale, accent);
+        const bool hasGlass = HasGlass(state.theme);
+        m_skin.glass = hasGlass ? ShapesOf(m_glass) : QImage();
+        m_skin.glassOnPanel = hasGlass ? ScaledTo(m_skin.glass, CanvasSize(state.orientation)) : QImage();
+    }
+    if (accent) {
+        m_skin.drawing = m_glass;
+        QImage marks = m_marks;
+        Recolor(marks, FactsOf(state.theme).accent, *accent);
+        QPainter(&m_skin.drawing).drawImage(0, 0, marks);
+    } else {
+        m_skin.drawing = WithLayers(std::exchange(m_glass, {}), state, scale, isMark);
+        m_marks = {};
     }
     m_key = key;
     m_accent = accent;
@@ -125,8 +126,7 @@ const QVector<QImage>& SkinCache::GlassUnderIcons(const ScreenState& state) {
         return m_underIcons;
     }
     const auto half = [&](const auto& isWanted) {
-        return ScaledTo(Layers(state, AreaFrameSize(state.orientation), 1, isWanted),
-                        CanvasSize(state.orientation) / 2);
+        return ScaledTo(Layers(state, 1, isWanted), CanvasSize(state.orientation) / 2);
     };
     const QImage glass = half([&](const SkinLayer& layer) { return IsGlass(state, layer); });
     m_underIcons.clear();
@@ -143,10 +143,11 @@ const QVector<QImage>& SkinCache::GlassUnderIcons(const ScreenState& state) {
 }
 
 qint64 SkinCache::HeldBytes() const {
-    qint64 bytes =
-        m_skin.drawing.sizeInBytes() + m_skin.glass.sizeInBytes() + m_skin.glassOnPanel.sizeInBytes();
-    for (const QImage& under : m_underIcons) {
-        bytes += under.sizeInBytes();
+    qint64 bytes = 0;
+    for (const QImage& kept :
+         QVector<QImage>{m_skin.drawing, m_skin.glass, m_skin.glassOnPanel, m_glass, m_marks} +
+             m_underIcons) {
+        bytes += kept.sizeInBytes();
     }
     return bytes;
 }

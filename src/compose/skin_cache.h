@@ -40,6 +40,10 @@ private:
     QString m_key;
     Skin m_skin;
     std::optional<QRgb> m_accent;  // of m_skin
+    // What m_skin.drawing is made of, as it was decoded: while the accent is a picture's, which may change
+    // with each move of a trim frame. Else null.
+    QImage m_glass;
+    QImage m_marks;
 
     QString m_iconsKey;
     QVector<QImage> m_underIcons;

@@ -63,12 +63,15 @@ std::optional<int> ThemeAxis(Theme theme, Orientation orientation, int item) {
 QStringList OverviewPictures(Orientation orientation, InterfaceLanguage language) {
     const QString set =
         orientation == Orientation::Landscape ? QStringLiteral("all") : QStringLiteral("all3");
+    const QString ofLanguage = language == InterfaceLanguage::English   ? QStringLiteral("_en")
+                               : language == InterfaceLanguage::Russian ? QStringLiteral("_ru")
+                                                                        : QString();
     QStringList paths;
     for (const ThemeFacts& facts : kThemeTable) {
         // Figures alone look the same in all languages.
-        const bool western = language != InterfaceLanguage::Chinese && !Has(facts.theme, kHourAlone);
-        paths.append(QStringLiteral("://background/%1_background_%2%3.png")
-                         .arg(FileName(facts.theme), set, western ? QStringLiteral("_en") : QString()));
+        paths.append(
+            QStringLiteral("://background/%1_background_%2%3.png")
+                .arg(FileName(facts.theme), set, Has(facts.theme, kHourAlone) ? QString() : ofLanguage));
     }
     return paths;
 }

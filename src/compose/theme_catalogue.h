@@ -41,8 +41,8 @@ bool HasGlass(Theme theme);
 // where that is the middle of their rectangles. Theirs are not always those of the drawing they stand in.
 std::optional<int> ThemeAxis(Theme theme, Orientation orientation, int item);
 
-// The overview pictures of the selection list in theme order. Orientation picks the "all" or the "all3" set;
-// English and Russian share the forms with Western texts, scene has one form only.
+// The overview pictures of the selection list in theme order. Orientation picks the "all" or the "all3" set,
+// which has a form for each language; scene has one form only.
 QStringList OverviewPictures(Orientation orientation, InterfaceLanguage language);
 
 // The eleven built-in backgrounds, in list order, and the one a layout starts with.

@@ -26,18 +26,6 @@ std::optional<ValueRange> RangeOf(int item) {
     return IsItem(item) ? FactsOf(item).range : std::nullopt;
 }
 
-// The share of its range that a value has, 0 to 1; nothing where the text holds no number.
-std::optional<double> ShareOf(int item, const QString& text) {
-    static const QRegularExpression number(QStringLiteral("-?[0-9]+"));
-    const std::optional<ValueRange> range = RangeOf(item);
-    const QRegularExpressionMatch match = number.match(text);
-    if (!range || !match.hasMatch()) {
-        return std::nullopt;
-    }
-    const double share = (match.captured().toDouble() - range->least) / (range->most - range->least);
-    return qBound(0.0, share, 1.0);
-}
-
 bool IsNearAmber(QRgb colour) {
     const int hue = QColor(colour).hslHue();
     return hue >= 0 && qAbs(hue - QColor(kAmber).hslHue()) < kNearHue;
@@ -58,12 +46,23 @@ QRect ScaleRect(const QRect& textRect, const QRect& tile) {
     return QRect(left, textRect.bottom() + 1 - kTick.height(), kRowWidth, kTick.height());
 }
 
-int LitTicks(int item, const QString& text) {
-    return qRound(kTicks * ShareOf(item, text).value_or(0));
+double RangeShare(int item, const QString& text) {
+    static const QRegularExpression number(QStringLiteral("-?[0-9]+"));
+    const std::optional<ValueRange> range = RangeOf(item);
+    const QRegularExpressionMatch match = number.match(text);
+    if (!range || !match.hasMatch()) {
+        return 0;
+    }
+    const double share = (match.captured().toDouble() - range->least) / (range->most - range->least);
+    return qBound(0.0, share, 1.0);
 }
 
-QRgb TickColour(int item, const QString& text, QRgb accent) {
-    if (ShareOf(item, text).value_or(0) < kWarningShare) {
+int LitTicks(double share) {
+    return qRound(kTicks * share);
+}
+
+QRgb TickColour(double share, QRgb accent) {
+    if (share < kWarningShare) {
         return accent;
     }
     return IsNearAmber(accent) ? kRed : kAmber;
@@ -75,8 +74,9 @@ void DrawValueScale(QPainter& painter, const ValueScale& scale, int item, const 
     }
     QColor unlit(Qt::white);
     unlit.setAlphaF(kUnlitOpacity);
-    const auto lit = QColor(TickColour(item, text, scale.accent));
-    const int litTicks = LitTicks(item, text);
+    const double share = RangeShare(item, text);
+    const auto lit = QColor(TickColour(share, scale.accent));
+    const int litTicks = LitTicks(share);
     const bool isMagnified = painter.transform().isScaling();
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing, isMagnified);  // the preview's ticks lie between pixels

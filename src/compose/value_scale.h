@@ -24,11 +24,14 @@ bool HasScaleRange(int item);
 // stay in that rectangle. Empty where it is too small for them and a text.
 QRect ScaleRect(const QRect& textRect, const QRect& tile);
 
-// How many of the nine are lit, 0 to 9: none without a number in the text.
-int LitTicks(int item, const QString& text);
+// The share of its range that a value has, 0 to 1; 0 without a number in the text.
+double RangeShare(int item, const QString& text);
+
+// How many of the nine are lit at that share, 0 to 9.
+int LitTicks(double share);
 
 // The colour of the lit ones: the accent, from nine tenths of the range on a colour that warns.
-QRgb TickColour(int item, const QString& text, QRgb accent);
+QRgb TickColour(double share, QRgb accent);
 
 // Draws all nine where there are some, those that are not lit in a faint white.
 void DrawValueScale(QPainter& painter, const ValueScale& scale, int item, const QString& text);

@@ -33,25 +33,28 @@ int DragTool::PressedSlot(QPoint position) const {
 }
 
 DragTool::Hold DragTool::HoldAt(QPoint position) const {
-    const Orientation orientation = m_editor.Lying();
     const int slot = PressedSlot(position);
-    const bool onText = m_editor.HasText() && DrawnTextRect().contains(position);
-    if (slot == kEmptySlot) {
-        const bool inTextZone =
-            m_editor.HasText() && TextPressRect(m_editor.TextRow(), orientation, m_size).contains(position);
-        return {kEmptySlot, onText || inTextZone, false};
+    if (!m_editor.HasText()) {
+        return {slot, false, false};
     }
-    if (!onText) {
+    const int row = m_editor.TextRow();
+    const Orientation orientation = m_editor.Lying();
+    if (slot == kEmptySlot && TextPressRect(row, orientation, m_size).contains(position)) {
+        return {kEmptySlot, true, false};
+    }
+    const ScreenState state = m_editor.Shown();
+    const std::shared_ptr<const PanelTexts> texts = LayOutPanel(state);
+    const ScreenMapping map = MappingFor(orientation, m_size);
+    const QRect& text = texts->freeText.bounds;
+    if (text.isEmpty() || !map.Mapped(text).contains(position)) {
         return {slot, false, false};
     }
     constexpr int kMiddleRow = 1;
-    if (slot == kCentreSlot && m_editor.TextRow() == kMiddleRow) {
+    if (slot == kCentreSlot && row == kMiddleRow) {
         return {m_textHasTurn ? kEmptySlot : slot, m_textHasTurn, true};
     }
     // The zone of a slot is larger than what is seen of it.
-    const ScreenState state = m_editor.Shown();
-    const QRect seen = SlotRoom(*LayOutPanel(state), state, slot);
-    const bool onSlot = MappingFor(orientation, m_size).Mapped(seen).contains(position);
+    const bool onSlot = slot != kEmptySlot && map.Mapped(SlotRoom(*texts, state, slot)).contains(position);
     return {onSlot ? slot : kEmptySlot, !onSlot, false};
 }
 

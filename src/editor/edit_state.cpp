@@ -58,10 +58,6 @@ int VariantInForce(const EditState& state) {
     return VariantOf(state.themes);
 }
 
-ItemFlags& CustomFlags(LayoutRecord& layout, int variant) {
-    return variant == 0 ? layout.shown : layout.selected;
-}
-
 void ReplacePicture(LayoutRecord& layout, const QString& old, const QString& by) {
     if (IsSamePicture(layout.picture, old)) {
         layout.picture = by;

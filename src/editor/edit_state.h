@@ -43,9 +43,6 @@ const LayoutRecord& LayoutInForce(const EditState& state);
 // Row of the slot table and index of the custom layout in force: 0 (five items) or 1 (one item).
 int VariantInForce(const EditState& state);
 
-// The flags that decide in a custom layout: "ticked" in variant 0, "chosen" in variant 1.
-ItemFlags& CustomFlags(LayoutRecord& layout, int variant);
-
 // Gives a layout that has that picture of its own another one, untrimmed.
 void ReplacePicture(LayoutRecord& layout, const QString& old, const QString& by);
 

@@ -33,7 +33,7 @@ ScreenState LayoutEditor::Shown() const {
 }
 
 bool LayoutEditor::HasText() const {
-    return ShowsCustom() && !Layout().freeText.isEmpty() && IsShown(Shown(), OtherText);
+    return ShowsCustom() && !Layout().freeText.isEmpty() && CustomFlags(Layout(), Variant())[OtherText];
 }
 
 void LayoutEditor::Load() {

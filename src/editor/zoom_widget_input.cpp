@@ -181,7 +181,9 @@ void ZoomWidget::keyPressEvent(QKeyEvent* event) {
 }
 
 bool ZoomWidget::TakeKey(const QKeyEvent& event) {
-    return m_editing && (HandleHistoryKey(event) || (IsTrimming() && HandleTrimKey(event)));
+    // On the theme page, which is always open to change, picture, dim, blur and accent are steps too.
+    const bool hasHistory = m_editing || !m_editor.ShowsCustom();
+    return (hasHistory && HandleHistoryKey(event)) || (m_editing && IsTrimming() && HandleTrimKey(event));
 }
 
 // Both keys for redo, whatever the platform's own is.

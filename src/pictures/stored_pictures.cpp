@@ -1,5 +1,7 @@
 #include "pictures/stored_pictures.h"
 
+#include <cctype>
+
 #include "config/setting_keys.h"
 #include "config/settings_file.h"
 #include "pictures/picture_name.h"
@@ -32,14 +34,17 @@ QString GroupOf(const SettingKey& family) {
     return QString(family.name).chopped(1);
 }
 
-// A line of the file; what is not plain is written as "\x4e2d".
+// The most that a line of the file takes: what is not plain is written as "\x4e2d", and so is a hexadecimal
+// digit behind it, which would be read as a part of it.
 qint64 StoredBytes(const QString& path) {
     constexpr qint64 kKeyAndQuotes = 12;
     constexpr qint64 kEscaped = 6;
     qint64 bytes = kKeyAndQuotes;
+    bool isPlain = true;
     for (const QChar character : path) {
-        const bool isPlain = character.unicode() >= 0x20 && character.unicode() < 0x7F &&
-                             character != QLatin1Char('\\') && character != QLatin1Char('"');
+        const ushort code = character.unicode();
+        isPlain = code >= 0x20 && code < 0x7F && code != '\\' && code != '"' &&
+                  (isPlain || std::isxdigit(code) == 0);
         bytes += isPlain ? 1 : kEscaped;
     }
     return bytes;

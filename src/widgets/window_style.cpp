@@ -50,14 +50,15 @@ QString ToolTipStyle() {
 QString MenuStyle() {
     return QStringLiteral(
                "QMenu { background: %1; color: %2; border: 1px solid %3; border-radius: 8px; padding: 4px;"
-               " font-size: 13px; }"
+               " font-size: 13px; font-family: \"%7\"; }"  // Windows has a font of its own for menus
                "QMenu[square=\"true\"] { border-radius: 0; }"
                "QMenu::item { padding: 6px 20px 6px 14px; border-radius: 6px; }"
                "QMenu::item:selected { background: %4; color: %5; }"
                "QMenu::item:disabled { color: %6; }"
                "QMenu::separator { height: 1px; background: %3; margin: 4px 8px; }")
         .arg(colors::kRaised.name(), colors::kTextMid.name(), colors::kRaisedEdge.name(),
-             colors::kListChosen.name(), colors::kTextHigh.name(), colors::kButtonTextOff.name());
+             colors::kListChosen.name(), colors::kTextHigh.name(), colors::kButtonTextOff.name(),
+             QApplication::font().family());
 }
 
 // Class names of this program's namespace are written with dashes in a style sheet.
@@ -131,6 +132,8 @@ QPalette WindowPalette() {
 
 void ApplyWindowStyle(QApplication& application, std::function<bool()> blends) {
     InstallKitAccessibility();
+    // The style of Windows draws fields to type in white, whatever the palette says.
+    QApplication::setStyle(QStringLiteral("Fusion"));
     QApplication::setPalette(WindowPalette());
     application.setStyleSheet(WindowStyleSheet());
     QToolTip::setPalette(WindowPalette());

@@ -2,6 +2,7 @@
 
 #include "compose/contrast.h"
 #include "compose/picture_accent.h"
+#include "compose/skin_cache.h"
 #include "compose_test_support.h"
 #include "light.h"
 #include "support/test_program.h"
@@ -210,6 +211,26 @@ private slots:
                                  qPrintable(QStringLiteral("%1: %2,%3").arg(path).arg(x).arg(y)));
                     }
                 }
+            }
+        }
+    }
+
+    // Whatever accent and theme the cache had before.
+    void ASkinThatIsKeptIsTheSameInEveryAccent() {
+        constexpr QRgb kRose = qRgb(240, 120, 160);
+        constexpr QRgb kSea = qRgb(90, 190, 230);
+        SkinCache kept;
+        const QVector<std::optional<QRgb>> accents{std::nullopt, kRose, kSea, kRose, std::nullopt, kSea};
+        for (const Theme theme : {Theme::Default, Theme::Scene, Theme::Time, Theme::Default}) {
+            const ScreenState state = ThemeScreen(theme, Orientation::Landscape);
+            const QSize size = AreaFrameSize(Orientation::Landscape);
+            for (const std::optional<QRgb>& accent : accents) {
+                SkinCache fresh;
+                const Skin& expected = fresh.SkinOf(state, size, accent);
+                const Skin& skin = kept.SkinOf(state, size, accent);
+                QVERIFY(skin.drawing == expected.drawing);
+                QVERIFY(skin.glass == expected.glass && skin.glassOnPanel == expected.glassOnPanel);
+                QCOMPARE(kept.HeldBytes(), fresh.HeldBytes());
             }
         }
     }

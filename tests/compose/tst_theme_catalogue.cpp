@@ -153,20 +153,26 @@ private slots:
         QTest::addColumn<QStringList>("paths");
         const QStringList all = Backgrounds({"default_background_all.png", "scene_background_all.png",
                                              "TDP_background_all.png", "time_background_all.png"});
-        const QStringList allWestern =
+        const QStringList allEnglish =
             Backgrounds({"default_background_all_en.png", "scene_background_all.png",
                          "TDP_background_all_en.png", "time_background_all_en.png"});
+        const QStringList allRussian =
+            Backgrounds({"default_background_all_ru.png", "scene_background_all.png",
+                         "TDP_background_all_ru.png", "time_background_all_ru.png"});
         const QStringList all3 = Backgrounds({"default_background_all3.png", "scene_background_all3.png",
                                               "TDP_background_all3.png", "time_background_all3.png"});
-        const QStringList all3Western =
+        const QStringList all3English =
             Backgrounds({"default_background_all3_en.png", "scene_background_all3.png",
                          "TDP_background_all3_en.png", "time_background_all3_en.png"});
+        const QStringList all3Russian =
+            Backgrounds({"default_background_all3_ru.png", "scene_background_all3.png",
+                         "TDP_background_all3_ru.png", "time_background_all3_ru.png"});
         QTest::newRow("landscape, Chinese") << kLying << InterfaceLanguage::Chinese << all;
-        QTest::newRow("landscape, English") << kLying << InterfaceLanguage::English << allWestern;
-        QTest::newRow("landscape, Russian") << kLying << InterfaceLanguage::Russian << allWestern;
+        QTest::newRow("landscape, English") << kLying << InterfaceLanguage::English << allEnglish;
+        QTest::newRow("landscape, Russian") << kLying << InterfaceLanguage::Russian << allRussian;
         QTest::newRow("portrait, Chinese") << kStanding << InterfaceLanguage::Chinese << all3;
-        QTest::newRow("portrait, English") << kStanding << InterfaceLanguage::English << all3Western;
-        QTest::newRow("portrait, Russian") << kStanding << InterfaceLanguage::Russian << all3Western;
+        QTest::newRow("portrait, English") << kStanding << InterfaceLanguage::English << all3English;
+        QTest::newRow("portrait, Russian") << kStanding << InterfaceLanguage::Russian << all3Russian;
     }
     void OverviewSets() {
         QFETCH(Orientation, orientation);
@@ -199,7 +205,7 @@ private slots:
         }
         paths.removeDuplicates();
         QCOMPARE(paths.size(),
-                 11 + 14 + 8 + 8 + 6 + 2 + 2);  // glass, ornaments, icons, frames, own icons
+                 11 + 20 + 8 + 8 + 6 + 2 + 2);  // glass, ornaments, icons, frames, own icons
         for (const QString& path : paths) {
             QImageReader reader(path);
             const QImage picture = reader.read();

@@ -79,7 +79,7 @@ private slots:
         QFETCH(int, item);
         QFETCH(QString, text);
         QFETCH(int, lit);
-        QCOMPARE(LitTicks(item, text), lit);
+        QCOMPARE(LitTicks(RangeShare(item, text)), lit);
         const QImage drawn = Drawn(item, text);
         for (int tick = 0; tick < 9; ++tick) {
             const bool isLit = qGreen(drawn.pixel(5 * tick, 0)) > 128;
@@ -111,7 +111,7 @@ private slots:
         QFETCH(QString, text);
         QFETCH(QRgb, accent);
         QFETCH(QRgb, colour);
-        QCOMPARE(TickColour(item, text, accent), colour);
+        QCOMPARE(TickColour(RangeShare(item, text), accent), colour);
     }
 
     void TheyStandAtTheFootOfTheValue() {

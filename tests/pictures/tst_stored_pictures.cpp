@@ -119,12 +119,24 @@ private slots:
     }
 
     // A settings file that is too large is taken for noise at the next start.
+    void ALongListCanBeStoredOrIsRefused_data() {
+        QTest::addColumn<QStringList>("many");
+        QTest::newRow("odd") << Paths(200);
+        // A digit behind an escape is escaped too, and so on to the end of the name.
+        QStringList digits;
+        for (int n = 0; n < 200; ++n) {
+            digits.append(QString::fromUtf8("/图") +
+                          QString(200, QLatin1Char("0123456789abcdefABCDEF"[n % 22])));
+        }
+        QTest::newRow("digits") << digits;
+    }
     void ALongListCanBeStoredOrIsRefused() {
+        QFETCH(QStringList, many);
         QVERIFY(CanBeStored({}));
         QVERIFY(CanBeStored(Paths(1000)));
         QStringList longest;
-        while (CanBeStored(longest + Paths(200))) {
-            longest += Paths(200);
+        while (CanBeStored(longest + many)) {
+            longest += many;
         }
         const QString file = NewPath();
         QVERIFY(WriteStoredPictures(longest, {}, file));

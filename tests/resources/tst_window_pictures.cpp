@@ -284,11 +284,13 @@ private Q_SLOTS:
     void OverviewsComeAtBothScalesAndInTheirForms() {
         QVector<QImage> all;
         for (const char* name :
-             {"default_background_all", "default_background_all_en", "scene_background_all",
-              "TDP_background_all", "TDP_background_all_en", "time_background_all", "time_background_all_en",
-              "default_background_all3", "default_background_all3_en", "scene_background_all3",
-              "TDP_background_all3", "TDP_background_all3_en", "time_background_all3",
-              "time_background_all3_en"}) {
+             {"default_background_all",     "default_background_all_en", "default_background_all_ru",
+              "scene_background_all",       "TDP_background_all",        "TDP_background_all_en",
+              "TDP_background_all_ru",      "time_background_all",       "time_background_all_en",
+              "time_background_all_ru",     "default_background_all3",   "default_background_all3_en",
+              "default_background_all3_ru", "scene_background_all3",     "TDP_background_all3",
+              "TDP_background_all3_en",     "TDP_background_all3_ru",    "time_background_all3",
+              "time_background_all3_en",    "time_background_all3_ru"}) {
             const QString stem = QStringLiteral("://background/") + QLatin1String(name);
             const QImage once(stem + QStringLiteral(".png"));
             const QImage twice(stem + QStringLiteral("@2x.png"));

@@ -3,9 +3,12 @@
 #include <QListWidget>
 #include <QMenu>
 #include <QScrollBar>
+#include <QStyleFactory>
+#include <QTimeEdit>
 #include <QToolTip>
 #include <QtTest>
 #include <cmath>
+#include <memory>
 
 #include "support/test_program.h"
 #include "widgets/my_list_widget.h"
@@ -55,6 +58,22 @@ private slots:
         qInstallMessageHandler(before);
         QCOMPARE(warnings, 0);
         QVERIFY(!WindowStyleSheet().contains(QLatin1Char('%')));
+    }
+
+    // Whatever the desktop has: the style of Windows draws white fields under white texts, and its menus
+    // have another font.
+    void styleAndMenuFontAreTheProgramsOwn() {
+        QApplication::setStyle(QStringLiteral("Windows"));
+        QApplication::setFont(QFont(QStringLiteral("DejaVu Serif")), "QMenu");
+        ApplyWindowStyle(*qApp);
+        QTimeEdit edit;
+        const std::unique_ptr<QStyle> fusion(QStyleFactory::create(QStringLiteral("Fusion")));
+        QCOMPARE(edit.style()->pixelMetric(QStyle::PM_SpinBoxFrameWidth, nullptr, &edit),
+                 fusion->pixelMetric(QStyle::PM_SpinBoxFrameWidth));
+        QMenu menu;
+        menu.ensurePolished();
+        QCOMPARE(menu.font().family(), QApplication::font().family());
+        QApplication::setFont(QApplication::font());
     }
 
     void scrollBarsAreNarrow() {

@@ -22,6 +22,7 @@ private Q_SLOTS:
     void WhatIsChosenIsAppliedAndStays();
     void TheAccentIsOfferedWhereThereIsOne();
     void ADragIsOneStep();
+    void KeysTakeThemBackOnTheThemePage();
     void TheSlidersFollowTheLayout();
     void TrimmingSwitchesThemOff();
     void AWheelWhileTypingEndsTheTyping();
@@ -128,6 +129,38 @@ void TestWindowPictureLooks::ADragIsOneStep() {
     QVERIFY(!desk.Find("backButton")->isEnabled());
     desk.Tap("redoButton");
     QCOMPARE(Value(desk, "dimSlider"), 50);
+}
+
+// There is no button for it, and nothing is opened for editing there.
+void TestWindowPictureLooks::KeysTakeThemBackOnTheThemePage() {
+    CustomDesk desk;
+    desk.Tap("btnTheme");
+    const QString first = desk.Layout().picture;
+    const int row = desk.Find<QListWidget>("pictureList")->currentRow();
+    for (const char* focus : {"themeList", "pictureList", "btnApply", "zoomwidget"}) {
+        Slide(desk, "dimSlider", 0, 40);
+        TickAccent(desk);
+        ClickListRow(desk, "pictureList", row + 2);
+        QVERIFY(desk.Layout().picture != first);
+        desk.Find(focus)->setFocus();
+        desk.Key(Qt::Key_Z, Qt::ControlModifier);
+        QCOMPARE(desk.Layout().picture, first);
+        QCOMPARE(desk.Find<QListWidget>("pictureList")->currentRow(), row);
+        QVERIFY(desk.Layout().accentFromPicture && desk.Find<QCheckBox>("accentFromPicture")->isChecked());
+        desk.Key(Qt::Key_Z, Qt::ControlModifier);
+        QVERIFY(!desk.Layout().accentFromPicture && !desk.Find<QCheckBox>("accentFromPicture")->isChecked());
+        desk.Key(Qt::Key_Z, Qt::ControlModifier);
+        QVERIFY(desk.Layout().dim == 0 && Value(desk, "dimSlider") == 0);
+        desk.Key(Qt::Key_Y, Qt::ControlModifier);
+        QVERIFY(desk.Layout().dim == 40 && Value(desk, "dimSlider") == 40);
+        desk.Key(Qt::Key_Z, Qt::ControlModifier);
+    }
+    // Another theme has steps of its own.
+    Slide(desk, "dimSlider", 0, 40);
+    ClickListRow(desk, "themeList", int(Theme::Time));
+    desk.Key(Qt::Key_Z, Qt::ControlModifier);
+    ClickListRow(desk, "themeList", int(Theme::Default));
+    QCOMPARE(desk.Layout().dim, 40);
 }
 
 void TestWindowPictureLooks::TheSlidersFollowTheLayout() {

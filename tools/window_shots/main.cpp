@@ -27,6 +27,7 @@
 #include "compose/panel_text.h"
 #include "config/default_profile.h"
 #include "config/first_run_marker.h"
+#include "config/portable_folder.h"
 #include "editor/edit_bar.h"
 #include "editor/zoom_widget.h"
 #include "resources/resources.h"
@@ -408,11 +409,13 @@ QImage Sheet(const QStringList& locales, const QVector<QVector<QPair<QString, QI
     return sheet;
 }
 
-// As after a first run, with nothing that an earlier language has left.
+// As after a first run, with nothing that an earlier language has left. A folder of its own also on Windows,
+// which tells the user's by no variable.
 void SetUpProfile(const QString& home) {
-    for (const char* folder : {"/Kivo Tool", "/.config/Kivo Tool"}) {
-        QDir(home + QLatin1String(folder)).removeRecursively();
-    }
+    const QString data = home + QStringLiteral("/data");
+    QDir(data).removeRecursively();
+    QDir().mkpath(data);
+    kivo::SetPortableFolder(data);
     kivo::SeedDefaultProfile(QCoreApplication::applicationDirPath());
     kivo::MarkInitialized();
     kivo::configFolderCreated = 0;
