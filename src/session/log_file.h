@@ -20,7 +20,8 @@ public:
     // path: the newer half, in a folder that is made when missing; the older one is "<path>.old".
     explicit LogFile(QString path, qint64 largest = kLargestLog);
 
-    // Appends the line and a line feed; a new file is its user's alone. Where that cannot be, the line is lost: there is nowhere to tell it.
+    // Appends the line and a line feed; a new file is its user's alone. Where that cannot be, the line is
+    // lost: there is nowhere to tell it.
     void Append(const QString& line);
 
     // The last lines of both halves, oldest first; none where there is no file.
