@@ -27,7 +27,9 @@ if(GIT AND EXISTS ${SOURCES}/.git)
     execute_process(COMMAND ${GIT} -C ${SOURCES} describe --always --dirty --abbrev=12 --exclude=*
         OUTPUT_VARIABLE commit OUTPUT_STRIP_TRAILING_WHITESPACE ERROR_QUIET)
 elseif(EXISTS ${SOURCES}/cmake/commit.txt)
+    # In full there: how short git makes it differs from clone to clone, and so would the archives.
     file(STRINGS ${SOURCES}/cmake/commit.txt commit LIMIT_COUNT 1)
+    string(SUBSTRING "${commit}" 0 12 commit)
 endif()
 if(NOT commit MATCHES "^[0-9a-f]+(-dirty)?$")
     set(commit "")

@@ -4,6 +4,7 @@
 
 #include "config/setting_keys.h"
 #include "config/settings_file.h"
+#include "config/stored_path.h"
 
 namespace kivo {
 
@@ -42,9 +43,9 @@ LayoutRecord LoadLayout(const SettingsReader& settings, const QString& group, co
             record.sample[item] = sample;
         }
     }
-    record.picture = settings.Text(GroupKey(group, keys::kStringPixmap));
+    record.picture = PathFromStore(settings.Text(GroupKey(group, keys::kStringPixmap)));
     record.freeText = settings.Text(GroupKey(group, keys::kStringD1));
-    record.defaultPicture = settings.Text(GroupKey(group, keys::kStringPixmapS));
+    record.defaultPicture = PathFromStore(settings.Text(GroupKey(group, keys::kStringPixmapS)));
     record.sizeIndex = number(keys::kSize);
     record.colorIndex = number(keys::kColor);
     record.dim = number(keys::kDim);
@@ -67,9 +68,9 @@ void SaveLayout(SettingsWriter& settings, const QString& group, const LayoutReco
         settings.SetRect(ItemKey(group, keys::kShowStringRect, n), record.textRect[item]);
         settings.SetText(ItemKey(group, keys::kString, n), record.sample[item]);
     }
-    settings.SetText(GroupKey(group, keys::kStringPixmap), record.picture);
+    settings.SetText(GroupKey(group, keys::kStringPixmap), PathToStore(record.picture));
     settings.SetText(GroupKey(group, keys::kStringD1), record.freeText);
-    settings.SetText(GroupKey(group, keys::kStringPixmapS), record.defaultPicture);
+    settings.SetText(GroupKey(group, keys::kStringPixmapS), PathToStore(record.defaultPicture));
     settings.SetInt(GroupKey(group, keys::kSize), record.sizeIndex);
     settings.SetInt(GroupKey(group, keys::kColor), record.colorIndex);
     settings.SetOptionalInt(GroupKey(group, keys::kDim), keys::kDim, record.dim);

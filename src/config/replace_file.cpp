@@ -38,16 +38,23 @@ QString ReplaceFile(const QString& target, QIODevice* source) {
     }
     // QSettings keeps what it has read and tells a new file from the old one by size and time alone. File
     // times move in steps of some milliseconds, so two versions of one size could pass for the same.
-    if (out.flush() && formerTime.isValid()) {
+    if (!out.flush()) {
+        return out.errorString();
+    }
+    if (formerTime.isValid()) {
         const QDateTime later = std::max(QDateTime::currentDateTime(), formerTime.addMSecs(1));
         out.setFileTime(later, QFileDevice::FileModificationTime);
     }
-    return out.commit() ? QString() : out.errorString();
+    return CommitWhole(out) ? QString() : out.errorString();
 }
 
 QString ReplaceFileByCopy(const QString& target, const QString& source) {
     QFile original(source);
     return original.open(QIODevice::ReadOnly) ? ReplaceFile(target, &original) : original.errorString();
+}
+
+bool CommitWhole(QSaveFile& file) {
+    return file.flush() && file.commit();
 }
 
 }  // namespace kivo

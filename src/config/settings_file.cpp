@@ -128,24 +128,8 @@ SettingsWriter::~SettingsWriter() {
     Commit();
 }
 
-QSettings* SettingsWriter::Open() {
-    if (!m_opened) {
-        m_opened = true;
-        if (PrepareForWriting(m_filePath)) {
-            m_settings = std::make_unique<QSettings>(m_filePath, QSettings::IniFormat);
-        }
-    }
-    return m_settings.get();
-}
-
-void SettingsWriter::Set(const QString& key, const QVariant& value) {
-    if (QSettings* settings = Open()) {
-        settings->setValue(key, value);
-    }
-}
-
 void SettingsWriter::SetInt(const QString& key, int value) {
-    Set(key, value);
+    m_changes.append({key, value});
 }
 
 void SettingsWriter::SetOptionalInt(const QString& key, const SettingKey& setting, int value) {
@@ -157,39 +141,60 @@ void SettingsWriter::SetOptionalInt(const QString& key, const SettingKey& settin
 }
 
 void SettingsWriter::SetText(const QString& key, const QString& value) {
-    Set(key, value);
+    m_changes.append({key, value});
 }
 
 void SettingsWriter::SetRect(const QString& key, const QRect& value) {
-    Set(key, value);
+    m_changes.append({key, value});
 }
 
 void SettingsWriter::Remove(const QString& keyOrGroup) {
-    if (QSettings* settings = Open()) {
-        settings->remove(keyOrGroup);
-    }
+    m_changes.append({keyOrGroup, QVariant()});
 }
 
 bool SettingsWriter::Commit() {
-    if (!m_opened) {
-        return true;
+    if (!m_changes.isEmpty()) {
+        m_isOnDisk = Write();
+        m_changes.clear();
     }
-    if (!m_settings) {
+    return m_isOnDisk;
+}
+
+bool SettingsWriter::Write() const {
+    // The most that a line takes: each character escaped, and a rectangle's name and numbers.
+    constexpr qint64 kEscaped = 6;
+    constexpr qint64 kRest = 64;
+    qint64 growth = 0;
+    for (const Change& change : m_changes) {
+        growth += kRest + kEscaped * (change.key.size() + change.value.toString().size());
+    }
+    if (!PrepareForWriting(m_filePath)) {
         return false;
     }
-    // Written to a file beside it and renamed over it (QSettings::isAtomicSyncRequired).
-    m_settings->sync();
-    if (m_settings->status() == QSettings::AccessError) {
+    bool isWritten = HasRoom(m_filePath, growth);
+    if (isWritten) {
+        QSettings settings(m_filePath, QSettings::IniFormat);
+        for (const Change& change : m_changes) {
+            if (change.value.isValid()) {
+                settings.setValue(change.key, change.value);
+            } else {
+                settings.remove(change.key);
+            }
+        }
+        // Written to a file beside it and renamed over it (QSettings::isAtomicSyncRequired).
+        settings.sync();
+        isWritten = settings.status() != QSettings::AccessError;
+    }
+    if (!isWritten) {
         WarnOnce(QStringLiteral("%1 cannot be written; settings are not kept.")
                      .arg(QDir::toNativeSeparators(m_filePath)));
-        return false;
     }
-    const QString trouble = MakeIniAscii(m_filePath);
+    const QString trouble = isWritten ? MakeIniAscii(m_filePath) : QString();
     if (!trouble.isEmpty()) {
         WarnOnce(QStringLiteral("%1 keeps its texts as UTF-8, which only Qt 6 reads: %2")
                      .arg(QDir::toNativeSeparators(m_filePath), trouble));
     }
-    return true;
+    return isWritten;
 }
 
 int LoadCurRectId() {

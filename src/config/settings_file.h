@@ -4,6 +4,7 @@
 #include <QSettings>
 #include <QString>
 #include <QVariant>
+#include <QVector>
 
 #include <memory>
 
@@ -61,9 +62,9 @@ private:
     mutable QString m_firstUnusable;
 };
 
-// A short run of writes, put on disk as a whole by Commit or the destructor: a crash leaves the old file or
-// the new one, never a half. A file that is broken is kept beside it ("Config.ini.broken") before the first
-// write over it; one that may not be read is left alone.
+// A short run of writes, put on disk as a whole by Commit or the destructor: a crash or a full disk leaves
+// the old file or the new one, never a half. A file that is broken is kept beside it ("Config.ini.broken")
+// before the first write over it; one that may not be read is left alone.
 class SettingsWriter {
 public:
     explicit SettingsWriter(const QString& filePath = ConfigFilePath());
@@ -77,18 +78,21 @@ public:
     void SetRect(const QString& key, const QRect& value);
     void Remove(const QString& keyOrGroup);
 
-    // True when everything set so far is on disk. A failure is logged once. Where there was a file,
-    // QSettings remembers what it could not store: the values hold for this run and go to disk with a later
-    // access that can.
+    // True when everything set so far is on disk. A failure is logged once. Values that could not be stored
+    // may hold for this run all the same: where the disk had room for them, QSettings remembers them and
+    // stores them with a later access that can.
     bool Commit();
 
 private:
-    QSettings* Open();
-    void Set(const QString& key, const QVariant& value);
+    struct Change {
+        QString key;
+        QVariant value;  // Invalid: the key goes, or the group.
+    };
+    bool Write() const;
 
     QString m_filePath;
-    bool m_opened = false;
-    std::unique_ptr<QSettings> m_settings;  // Null until the first write, and where none may happen.
+    QVector<Change> m_changes;  // Since the last Commit.
+    bool m_isOnDisk = true;     // What that one wrote.
 };
 
 // The row (0 to 2) of the free text. Saving tells whether it reached the file.

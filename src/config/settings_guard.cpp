@@ -4,6 +4,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QLockFile>
+#include <QTemporaryFile>
 #include <QtDebug>
 
 #include "config/log_once.h"
@@ -169,6 +170,20 @@ bool PrepareForWriting(const QString& filePath) {
         return false;
     }
     return state == SettingsFileState::Usable || KeepAside(filePath, state);
+}
+
+bool HasRoom(const QString& filePath, qint64 growth) {
+    // For the lock file, and so that the disk is not full to its last byte.
+    constexpr qint64 kReserve = 16 * 1024;
+    // A link leads to where the new file is written.
+    const QString target = QFileInfo(filePath).canonicalFilePath();
+    const QFileInfo file(target.isEmpty() ? filePath : target);
+    QTemporaryFile probe(file.path() + QStringLiteral("/XXXXXX.probe"));
+    if (!probe.open()) {
+        return true;
+    }
+    const QByteArray content(int(file.size() + growth + kReserve), '\n');
+    return probe.write(content) == content.size() && probe.flush();
 }
 
 }  // namespace kivo

@@ -32,4 +32,10 @@ QString Describe(SettingsFileState state);
 // about three seconds then.
 bool PrepareForWriting(const QString& filePath);
 
+// Whether the disk takes the file once more, grown by so many bytes, beside the one that is there: found out
+// by writing as much. QSettings does not notice where the end of its new file finds no room, and would put
+// what there is of it in the old one's place. True also where nothing can be written at all, which it does
+// notice.
+bool HasRoom(const QString& filePath, qint64 growth);
+
 }  // namespace kivo

@@ -25,6 +25,7 @@ QStringList LogLines(SupportFacts::Teller teller, const QStringList& own) {
     if (!file.isEmpty()) {
         return LogFile(file).LastLines(LogRing::kKept) + own;
     }
+    // A session without a folder for it.
     if (teller == SupportFacts::Teller::BesideACopy) {
         return QStringList{QStringLiteral("(Those of the copy that runs are in its own report, and where its "
                                           "standard error goes.)")} +

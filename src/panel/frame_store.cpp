@@ -8,6 +8,7 @@
 #include <QSaveFile>
 
 #include "config/folders.h"
+#include "config/replace_file.h"
 
 namespace kivo {
 
@@ -63,7 +64,7 @@ bool FrameStore::Write(const SharedFrame& frame) {
     QDir().mkpath(QFileInfo(m_path).path());  // it may have vanished with its folder
     QSaveFile file(m_path);
     const bool saved =
-        file.open(QIODevice::WriteOnly) && marked.save(&file, "PNG", kPngQuality) && file.commit();
+        file.open(QIODevice::WriteOnly) && marked.save(&file, "PNG", kPngQuality) && CommitWhole(file);
     if (!saved) {
         qCWarning(backgroundLog).noquote()
             << "The background cannot be saved as" << m_path << "(" << file.errorString() << ").";

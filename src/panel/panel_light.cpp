@@ -3,15 +3,19 @@
 namespace kivo {
 
 DarkReasons DarkReasonsFor(const AwayRules& rules, const AwayFacts& facts) {
-    const bool isNight = IsNight(rules, facts.localTime);
     DarkReasons reasons;
+    if (facts.isEnding) {
+        // Nobody is left to brighten the panel.
+        reasons.setFlag(DarkReason::Ending, rules.darkAtExit);
+        return reasons;
+    }
+    const bool isNight = IsNight(rules, facts.localTime);
     reasons.setFlag(DarkReason::Asked, facts.isAsked);
     reasons.setFlag(DarkReason::Locked, facts.isLocked && rules.darkAtLock);
     reasons.setFlag(DarkReason::Asleep, facts.isAsleep && rules.darkAtSleep);
     reasons.setFlag(DarkReason::ScreenSaver, facts.isSaverOn && rules.darkAtScreenSaver);
     reasons.setFlag(DarkReason::NightBlack, isNight && rules.night == NightLight::Black);
     reasons.setFlag(DarkReason::NightDimmed, isNight && rules.night == NightLight::Dimmed);
-    reasons.setFlag(DarkReason::Ending, facts.isEnding && rules.darkAtExit);
     return reasons;
 }
 

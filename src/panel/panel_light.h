@@ -38,6 +38,7 @@ struct AwayFacts {
     QTime localTime;
 };
 
+// The program's end is the only reason where it ends, or there is none.
 DarkReasons DarkReasonsFor(const AwayRules& rules, const AwayFacts& facts);
 
 PanelLight LightFor(DarkReasons reasons);

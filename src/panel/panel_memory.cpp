@@ -5,6 +5,7 @@
 #include <QStringList>
 
 #include "config/folders.h"
+#include "config/replace_file.h"
 
 namespace kivo {
 
@@ -49,7 +50,7 @@ void PanelMemory::Write(const RememberedPanel& panel) const {
     QSaveFile file(m_path);
     const QByteArray text =
         kHead + '\n' + kPanel + panel.panelKey.toPercentEncoding() + '\n' + kFrame + panel.frameId + '\n';
-    if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size() || !file.commit()) {
+    if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size() || !CommitWhole(file)) {
         qWarning("%s: %s", qUtf8Printable(m_path), qUtf8Printable(file.errorString()));
     }
 }

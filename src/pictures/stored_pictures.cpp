@@ -4,6 +4,7 @@
 
 #include "config/setting_keys.h"
 #include "config/settings_file.h"
+#include "config/stored_path.h"
 #include "pictures/picture_name.h"
 #include "pictures/picture_path.h"
 
@@ -63,17 +64,29 @@ qint64 NameBytes(const QString& path, const QString& name) {
     return bytes;
 }
 
+// The list as the file has it.
+QStringList StoredTexts(const SettingsReader& reader) {
+    const int count = CountToRead(reader);
+    QStringList texts;
+    for (int n = 0; n < count; ++n) {
+        const QString text = reader.Text(ImageKey(n));
+        if (!text.isEmpty()) {
+            texts.append(text);
+        }
+    }
+    return texts;
+}
+
+QString NameKeyOf(const QString& path) {
+    return ImageNameKey(CleanPicturePath(PathToStore(path)));
+}
+
 }  // namespace
 
 QStringList ReadStoredPictures(const QString& settingsFile) {
-    const SettingsReader reader(settingsFile);
-    const int count = CountToRead(reader);
-    QStringList paths;
-    for (int n = 0; n < count; ++n) {
-        const QString path = reader.Text(ImageKey(n));
-        if (!path.isEmpty()) {
-            paths.append(path);
-        }
+    QStringList paths = StoredTexts(SettingsReader(settingsFile));
+    for (QString& path : paths) {
+        path = PathFromStore(path);
     }
     return paths;
 }
@@ -84,9 +97,15 @@ PictureNames ReadPictureNames(const QStringList& paths, const QString& settingsF
     if (!reader.HasGroup(GroupOf(keys::kImageName))) {
         return names;
     }
+    // A name stands under its path as the list has it, which may not be how it would be stored now.
+    QHash<QString, QString> keysOfPaths;
+    const QStringList stored = StoredTexts(reader);
+    for (const QString& text : stored) {
+        keysOfPaths.insert(CleanPicturePath(PathFromStore(text)), ImageNameKey(CleanPicturePath(text)));
+    }
     for (const QString& path : paths) {
         const QString clean = CleanPicturePath(path);
-        const QString name = CleanPictureName(reader.Text(ImageNameKey(clean)));
+        const QString name = CleanPictureName(reader.Text(keysOfPaths.value(clean, NameKeyOf(path))));
         if (!name.isEmpty()) {
             names.insert(clean, name);
         }
@@ -102,13 +121,13 @@ bool WriteStoredPictures(const QStringList& paths, const PictureNames& names, co
     writer.Remove(GroupOf(keys::kImageName));
     writer.SetInt(QString(keys::kImageCount.name), paths.size());
     for (int n = 0; n < paths.size(); ++n) {
-        writer.SetText(ImageKey(n), paths.at(n));
+        writer.SetText(ImageKey(n), PathToStore(paths.at(n)));
     }
     for (const QString& path : paths) {
         const QString clean = CleanPicturePath(path);
         const auto name = names.constFind(clean);
         if (name != names.constEnd()) {
-            writer.SetText(ImageNameKey(clean), *name);
+            writer.SetText(NameKeyOf(path), *name);
         }
     }
     return writer.Commit();

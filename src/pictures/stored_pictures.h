@@ -1,7 +1,8 @@
 #pragma once
 
 // The user's pictures as Config.ini keeps them: "ImageList/Count" and, from 0 on, their paths; beside these,
-// under "ImageNames" and a picture's path, what its user calls it. Main thread, as all settings.
+// under "ImageNames" and a picture's path, what its user calls it; paths as PathToStore makes them. Main
+// thread, as all settings.
 
 #include <QHash>
 #include <QString>

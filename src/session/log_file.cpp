@@ -34,7 +34,14 @@ void LogFile::Append(const QString& line) {
     const QByteArray bytes = line.toUtf8() + '\n';
     QDir().mkpath(QFileInfo(m_path).path());
     QFile file(m_path);
-    if (MakeRoom(bytes.size()) && file.open(QIODevice::WriteOnly | QIODevice::Append)) {
+    if (!MakeRoom(bytes.size())) {
+        return;
+    }
+    const bool isNew = !file.exists();
+    if (file.open(QIODevice::WriteOnly | QIODevice::Append)) {
+        if (isNew) {
+            file.setPermissions(QFile::ReadOwner | QFile::WriteOwner);
+        }
         file.write(bytes);
     }
 }

@@ -12,8 +12,7 @@ namespace kivo {
 // Of both halves together.
 inline constexpr qint64 kLargestLog = qint64{1024} * 1024;
 
-// Where this system has the program's log file; empty where it has none, as standard error is kept by whoever
-// started the program.
+// Where this system has the program's log file; empty where the session has no folder for it.
 QString LogFilePath();
 
 class LogFile {
@@ -21,7 +20,8 @@ public:
     // path: the newer half, in a folder that is made when missing; the older one is "<path>.old".
     explicit LogFile(QString path, qint64 largest = kLargestLog);
 
-    // Appends the line and a line feed. Where that cannot be, the line is lost: there is nowhere to tell it.
+    // Appends the line and a line feed; a new file is its user's alone. Where that cannot be, the line is
+    // lost: there is nowhere to tell it.
     void Append(const QString& line);
 
     // The last lines of both halves, oldest first; none where there is no file.

@@ -15,6 +15,7 @@
 #include <utility>
 
 #include "session/outside_channel.h"
+#include "session/runtime_folder_linux.h"
 
 namespace kivo {
 
@@ -24,67 +25,26 @@ constexpr char kSocketName[] = "kivo-screen.control";
 constexpr int kWaiting = 64;  // callers that the system holds until they are taken
 constexpr std::chrono::seconds kBreath{1};
 
-class Handle {
-public:
-    explicit Handle(int handle = -1) : m_handle(handle) {}
-    Handle(Handle&& other) noexcept : m_handle(std::exchange(other.m_handle, -1)) {}
-    Handle& operator=(Handle&& other) noexcept {
-        std::swap(m_handle, other.m_handle);
-        return *this;
-    }
-    ~Handle() {
-        if (m_handle >= 0) {
-            ::close(m_handle);
-        }
-    }
-    Q_DISABLE_COPY(Handle)
-
-    int Get() const { return m_handle; }
-    explicit operator bool() const { return m_handle >= 0; }
-
-private:
-    int m_handle;
-};
-
 QString SystemError() {
     return QString::fromLocal8Bit(std::strerror(errno));
 }
 
-// A folder that is this user's own, and closed to everybody else; no link.
-Handle OpenOwnFolder(const QString& path, QString& trouble) {
-    Handle folder(
-        ::open(QFile::encodeName(path).constData(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
-    struct stat status = {};
-    if (!folder || ::fstat(folder.Get(), &status) != 0) {
-        trouble = QStringLiteral("%1: %2").arg(path, SystemError());
-        return Handle();
-    }
-    if (status.st_uid != ::geteuid() || (status.st_mode & (S_IRWXG | S_IRWXO)) != 0) {
-        trouble = QStringLiteral("%1 is open to others.").arg(path);
-        return Handle();
-    }
-    return folder;
-}
-
-// The runtime folder of the session. A cron job is told of none, but it is there; where there is no such
-// folder, one of the program's own beside the other temporary files.
-Handle OpenRuntimeFolder(QString& trouble) {
-    const QString user = QString::number(::geteuid());
-    const QString named = qEnvironmentVariable("XDG_RUNTIME_DIR");
-    if (Handle folder =
-            OpenOwnFolder(named.isEmpty() ? QStringLiteral("/run/user/") + user : named, trouble)) {
+// The runtime folder of the session; where there is none, one of the program's own beside the other temporary
+// files.
+FileHandle OpenRuntimeFolder(QString& trouble) {
+    if (FileHandle folder = OpenOwnFolder(RuntimeFolderPath(), trouble)) {
         return folder;
     }
-    const QString own = QDir::tempPath() + QStringLiteral("/kivo-screen-") + user;
+    const QString own = QDir::tempPath() + QStringLiteral("/kivo-screen-%1").arg(::geteuid());
     if (::mkdir(QFile::encodeName(own).constData(), S_IRWXU) != 0 && errno != EEXIST) {
         trouble = QStringLiteral("%1: %2").arg(own, SystemError());
-        return Handle();
+        return FileHandle();
     }
     return OpenOwnFolder(own, trouble);
 }
 
 // By the open folder, so that neither its path's length nor what becomes of that path counts.
-sockaddr_un AddressIn(const Handle& folder) {
+sockaddr_un AddressIn(const FileHandle& folder) {
     sockaddr_un address = {};
     address.sun_family = AF_UNIX;
     const QByteArray path =
@@ -94,25 +54,25 @@ sockaddr_un AddressIn(const Handle& folder) {
 }
 
 // What stands at the channel's place; a link is not followed.
-bool LookAtPlace(const Handle& folder, struct stat& status) {
+bool LookAtPlace(const FileHandle& folder, struct stat& status) {
     return ::fstatat(folder.Get(), kSocketName, &status, AT_SYMLINK_NOFOLLOW) == 0;
 }
 
-bool IsOwnSocket(const Handle& folder) {
+bool IsOwnSocket(const FileHandle& folder) {
     struct stat status = {};
     return LookAtPlace(folder, status) && S_ISSOCK(status.st_mode) && status.st_uid == ::geteuid();
 }
 
-Handle NewSocket() {
-    return Handle(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
+FileHandle NewSocket() {
+    return FileHandle(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
 }
 
-bool Connect(const Handle& socket, const Handle& folder) {
+bool Connect(const FileHandle& socket, const FileHandle& folder) {
     const sockaddr_un address = AddressIn(folder);
     return ::connect(socket.Get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
 }
 
-bool IsOwnUser(const Handle& socket) {
+bool IsOwnUser(const FileHandle& socket) {
     ucred peer = {};
     socklen_t length = sizeof peer;
     return ::getsockopt(socket.Get(), SOL_SOCKET, SO_PEERCRED, &peer, &length) == 0 &&
@@ -121,7 +81,7 @@ bool IsOwnUser(const Handle& socket) {
 
 class SocketPeer final : public ChannelPeer {
 public:
-    explicit SocketPeer(Handle socket) : m_socket(std::move(socket)) {}
+    explicit SocketPeer(FileHandle socket) : m_socket(std::move(socket)) {}
 
     void Start(std::function<void(const QByteArray&)> received, std::function<void()> gone) override {
         m_received = std::move(received);
@@ -152,7 +112,7 @@ private:
         }
     }
 
-    Handle m_socket;
+    FileHandle m_socket;
     std::function<void(const QByteArray&)> m_received;
     std::function<void()> m_gone;
     std::unique_ptr<QSocketNotifier> m_notifier;  // goes before the socket
@@ -160,7 +120,7 @@ private:
 
 class SocketListener final : public ChannelListener {
 public:
-    SocketListener(Handle folder, Handle socket, Arrived arrived)
+    SocketListener(FileHandle folder, FileHandle socket, Arrived arrived)
         : m_folder(std::move(folder)),
           m_socket(std::move(socket)),
           m_arrived(std::move(arrived)),
@@ -179,7 +139,7 @@ public:
 
 private:
     void Accept() {
-        Handle peer(::accept4(m_socket.Get(), nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK));
+        FileHandle peer(::accept4(m_socket.Get(), nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK));
         if (!peer && (errno == EMFILE || errno == ENFILE || errno == ENOMEM)) {
             // The caller goes on waiting, and would be told of again and again.
             m_notifier.setEnabled(false);
@@ -189,15 +149,15 @@ private:
         }
     }
 
-    const Handle m_folder;
-    const Handle m_socket;
+    const FileHandle m_folder;
+    const FileHandle m_socket;
     const Arrived m_arrived;
     struct stat m_place = {};
     QSocketNotifier m_notifier;
 };
 
 // Waits for the socket; false when the deadline has passed.
-bool Await(const Handle& socket, short events, QDeadlineTimer deadline) {
+bool Await(const FileHandle& socket, short events, QDeadlineTimer deadline) {
     while (true) {
         pollfd look = {socket.Get(), events, 0};
         const int ready = ::poll(&look, 1, int(deadline.remainingTime()));
@@ -210,7 +170,7 @@ bool Await(const Handle& socket, short events, QDeadlineTimer deadline) {
     }
 }
 
-bool SendAll(const Handle& socket, const QByteArray& bytes, QDeadlineTimer deadline) {
+bool SendAll(const FileHandle& socket, const QByteArray& bytes, QDeadlineTimer deadline) {
     int sent = 0;
     while (sent < bytes.size()) {
         const ssize_t count =
@@ -227,7 +187,7 @@ bool SendAll(const Handle& socket, const QByteArray& bytes, QDeadlineTimer deadl
 }  // namespace
 
 std::unique_ptr<ChannelListener> ChannelListener::Listen(Arrived arrived, QString& trouble) {
-    Handle folder = OpenRuntimeFolder(trouble);
+    FileHandle folder = OpenRuntimeFolder(trouble);
     if (!folder) {
         return nullptr;
     }
@@ -245,7 +205,7 @@ std::unique_ptr<ChannelListener> ChannelListener::Listen(Arrived arrived, QStrin
             return nullptr;
         }
     }
-    Handle socket = NewSocket();
+    FileHandle socket = NewSocket();
     const sockaddr_un address = AddressIn(folder);
     if (!socket || ::bind(socket.Get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0 ||
         ::listen(socket.Get(), kWaiting) != 0) {
@@ -259,8 +219,8 @@ ChannelReply CallChannel(const QByteArray& bytes, const std::function<bool(const
                          QDeadlineTimer deadline) {
     ChannelReply reply;
     QString trouble;
-    const Handle folder = OpenRuntimeFolder(trouble);
-    const Handle socket = NewSocket();
+    const FileHandle folder = OpenRuntimeFolder(trouble);
+    const FileHandle socket = NewSocket();
     if (!folder || !socket || !IsOwnSocket(folder) || !Connect(socket, folder) || !IsOwnUser(socket)) {
         return reply;
     }

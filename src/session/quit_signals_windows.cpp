@@ -8,10 +8,6 @@ namespace kivo {
 
 namespace {
 
-// The system ends the process as soon as the handler is back from a console that closes, and after about five
-// seconds in any case.
-constexpr DWORD kTimeToEndMs = 4500;
-
 std::mutex objectMutex;
 QuitSignals* object = nullptr;
 
@@ -25,7 +21,8 @@ BOOL WINAPI OnConsoleEvent(DWORD event) {
         QMetaObject::invokeMethod(object, &QuitSignals::quitRequested, Qt::QueuedConnection);
     }
     if (event != CTRL_C_EVENT && event != CTRL_BREAK_EVENT) {
-        Sleep(kTimeToEndMs);  // the process ends meanwhile, by itself
+        // The system ends the process as soon as this is back; it ends meanwhile, by itself.
+        Sleep(DWORD(kTimeToEnd.count()));
     }
     return TRUE;
 }

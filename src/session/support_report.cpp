@@ -2,6 +2,8 @@
 
 #include <QSaveFile>
 
+#include "config/replace_file.h"
+
 namespace kivo {
 
 namespace {
@@ -82,7 +84,7 @@ QString SupportReportName(const QDateTime& at) {
 QString SaveSupportReport(const QString& report, const QString& file) {
     QSaveFile saved(file);
     const QByteArray bytes = report.toUtf8();
-    if (!saved.open(QIODevice::WriteOnly) || saved.write(bytes) != bytes.size() || !saved.commit()) {
+    if (!saved.open(QIODevice::WriteOnly) || saved.write(bytes) != bytes.size() || !CommitWhole(saved)) {
         return saved.errorString();
     }
     return {};

@@ -63,8 +63,9 @@ void PanelImageWriter::Run() {
 
 bool PanelImageWriter::WriteImage() {
     QSaveFile file(m_fileName);
-    const bool written =
-        file.open(QIODevice::WriteOnly) && m_screen.State().image.save(&file, "PNG") && file.commit();
+    // The flush tells of a disk that is full; the commit alone would put a part in the picture's place.
+    const bool written = file.open(QIODevice::WriteOnly) && m_screen.State().image.save(&file, "PNG") &&
+                         file.flush() && file.commit();
     // One line for a row of failures.
     if (!written && !m_failed) {
         qCWarning(imageLog, "The panel's picture cannot be written to %s: %s", qUtf8Printable(m_fileName),

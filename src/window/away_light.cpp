@@ -4,7 +4,6 @@
 #include <QPointer>
 #include <utility>
 
-#include "panel/live_session.h"
 #include "window/night_dialog.h"
 #include "window/state_line.h"
 
@@ -21,6 +20,7 @@ AwayLight::AwayLight(Parts parts) : m_parts(std::move(parts)) {
         connect(watch, &AwayWatch::saverChanged, this,
                 [this](bool isOn) { SetFact(&AwayFacts::isSaverOn, isOn); });
         connect(watch, &AwayWatch::sleeping, this, &AwayLight::NoteSleeping);
+        connect(watch, &AwayWatch::awake, this, [this] { ++m_turn; });
         connect(watch, &AwayWatch::awake, this, &AwayLight::awake);
         connect(watch, &AwayWatch::awake, this, &AwayLight::NoteAwake);
     }
@@ -53,10 +53,11 @@ void AwayLight::SetAsked(bool isAsked) {
 
 void AwayLight::NoteSleeping() {
     m_facts.isAsleep = true;
-    const QPointer<AwayWatch> watch = m_parts.watch.get();
-    Follow([watch] {
-        if (watch) {
-            watch->LetSleep();
+    // A write that hung may end after the wake-up: what is held by then is held for the next sleep.
+    const QPointer<AwayLight> self = this;
+    Follow([self, turn = ++m_turn] {
+        if (self && self->m_turn == turn) {
+            self->m_parts.watch->LetSleep();
         }
     });
     if (m_reasons.testFlag(DarkReason::Asleep)) {
@@ -78,8 +79,7 @@ void AwayLight::End() {
         return;
     }
     m_facts.isEnding = true;
-    Follow();
-    if (m_reasons.testFlag(DarkReason::Ending)) {
+    if (Follow() || m_reasons.testFlag(DarkReason::Ending)) {
         m_parts.session.AwaitLight(kLongestLastFrame);
     }
 }
@@ -89,14 +89,16 @@ void AwayLight::SetFact(bool AwayFacts::*fact, bool isSo) {
     Follow();
 }
 
-void AwayLight::Follow(const std::function<void()>& tried) {
+bool AwayLight::Follow(const std::function<void()>& tried) {
     m_facts.localTime = m_parts.localTime();
     const DarkReasons reasons = DarkReasonsFor(m_rules, m_facts);
     const DarkReasons former = std::exchange(m_reasons, reasons);
     m_parts.stateLine.ShowDark(reasons);
-    if (LightFor(reasons) != LightFor(former) || tried) {
+    const bool isAnother = LightFor(reasons) != LightFor(former);
+    if (isAnother || tried) {
         m_parts.session.SetLight(LightFor(reasons), tried);
     }
+    return isAnother;
 }
 
 void AwayLight::AskNightTimes() {

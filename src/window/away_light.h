@@ -8,13 +8,14 @@
 #include <functional>
 #include <memory>
 
+#include "panel/live_session.h"
 #include "panel/panel_light.h"
 #include "session/away_watch.h"
+#include "session/quit_signals.h"
 #include "window/away_menu.h"
 
 namespace kivo {
 
-class LiveSession;
 class NightDialog;
 class StateLine;
 
@@ -22,9 +23,11 @@ class AwayLight : public QObject {
     Q_OBJECT
 
 public:
-    // How long the program's end waits for the black frame: what a frame takes on a slow bus, and less than
-    // any system gives a program to end, with LiveSession::kLongestStop after it.
-    static constexpr std::chrono::milliseconds kLongestLastFrame{3000};
+    // How long the program's end waits for the panel's last frame: what is left beside the wait for the
+    // workers and half a second for everything else that ends.
+    static constexpr std::chrono::milliseconds kLongestLastFrame =
+        kTimeToEnd - LiveSession::kLongestStop - std::chrono::milliseconds(500);
+    static_assert(kLongestLastFrame >= std::chrono::seconds(3), "a slow bus takes so long for a frame");
 
     // Session and state line outlive it.
     struct Parts {
@@ -52,8 +55,8 @@ public:
     void NoteAwake();
     // The person is at the desk, whatever the system told before: not each screen lock tells of its end.
     void NotePerson();
-    // The program ends: where that is ticked, waits until the panel is black, for kLongestLastFrame at most.
-    // The first call counts.
+    // The program ends: waits until the panel is black where that is ticked, else until it has the picture
+    // again that a lock or the night took from it; for kLongestLastFrame at most. The first call counts.
     void End();
 
 Q_SIGNALS:
@@ -65,8 +68,9 @@ private:
     void FollowRules(const AwayRules& rules);
     void NoteSleeping();
     void SetFact(bool AwayFacts::*fact, bool isSo);
-    // tried: see LiveSession::SetLight; given, it is called also where no other light follows.
-    void Follow(const std::function<void()>& tried = {});
+    // tried: see LiveSession::SetLight; given, it is called also where no other light follows. Returns
+    // whether another one does.
+    bool Follow(const std::function<void()>& tried = {});
     void AskNightTimes();
 
     Parts m_parts;
@@ -75,6 +79,7 @@ private:
     AwayRules m_rules;
     AwayFacts m_facts;
     DarkReasons m_reasons;
+    quint64 m_turn = 0;  // counts sleeps and wake-ups
 };
 
 }  // namespace kivo

@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "compose/shared_layout.h"
+#include "config/replace_file.h"
 #include "pictures/picture_copy.h"
 #include "pictures/picture_path.h"
 #include "pictures/picture_reader.h"
@@ -96,7 +97,7 @@ Outcome WriteLayout(const ScreenState& shown, const QString& pictureName, const 
     if (!isWanted) {
         return Failed(Trouble::NoAnswer, QString());
     }
-    return file.commit() ? Outcome() : Failed(Trouble::CannotBeSaved, file.errorString());
+    return CommitWhole(file) ? Outcome() : Failed(Trouble::CannotBeSaved, file.errorString());
 }
 
 }  // namespace

@@ -167,7 +167,7 @@ void MainWindow::slotCreateThread() {
             StartRefresh();
             return;
         }
-        BringToFront();
+        ShowInFront();
     }
     FirstRunUpload();
     StartPowerPoller();
@@ -363,11 +363,15 @@ void MainWindow::KeepOnScreen() {
 }
 
 void MainWindow::BringToFront() {
+    m_away->NotePerson();
+    ShowInFront();
+}
+
+void MainWindow::ShowInFront() {
     if (!IsHeadInSight(QRect(pos(), size()), kHeadHeight, Rooms())) {
         KeepOnScreen();
     }
     m_isPutAway = false;
-    m_away->NotePerson();
     // There a window comes in sight only when it is mapped anew; a dialog over it would be left behind it.
     if (m_parts.desktopPlacesWindows() && !isActiveWindow() && QApplication::activeModalWidget() == nullptr) {
         hide();

@@ -103,8 +103,11 @@ public:
     const PictureSource& Pictures() const { return m_source; }
     bool IsResting() const { return m_rest.IsResting(); }
 
-    // Shows the window as a person wants it back: restored, in front, active.
+    // A person wants the window: in front, and the panel bright whatever the system said before.
     void BringToFront();
+
+    // Shows the window as a person wants it back, whoever asked for it: restored, in front, active.
+    void ShowInFront();
 
     // Out of sight, but within reach: hidden where there is a tray, else minimised until there is one.
     void PutAway();

@@ -90,7 +90,7 @@ OutsideAnswer MainWindow::DoBesides(const OutsideCommands& commands) {
         m_away->SetAsked(*blank == 0);
     }
     if (ValueOf(commands, OutsideKind::Show)) {
-        BringToFront();
+        ShowInFront();  // a crontab may ask for it at a locked screen
     }
     return {true, QString()};
 }

@@ -1,10 +1,12 @@
 #include <QFile>
 #include <QSettings>
+#include <QTemporaryDir>
 #include <QTest>
 
 #include "compose/theme_state.h"
 #include "compose_test_support.h"
 #include "config/folders.h"
+#include "config/portable_folder.h"
 #include "support/test_program.h"
 
 using namespace kivo;
@@ -102,6 +104,19 @@ private slots:
             QVERIFY(state.layouts[size_t(8 + variant)] ==
                     FactoryCustomLayout(variant, InterfaceLanguage::English));
         }
+    }
+
+    void PictureOfAPortableProgramIsNamedFromItsFolder() {
+        const QTemporaryDir place;
+        SetPortableFolder(place.filePath(QStringLiteral("data")));
+        ThemeState state = SpecialState();
+        state.layouts[3].picture = place.filePath(QStringLiteral("data/a.png"));
+        SaveThemeState(state);
+        const QString stored = Stored(QStringLiteral("H4/StringPixmap")).toString();
+        const QString picture = LoadThemeState(InterfaceLanguage::English).layouts[3].picture;
+        SetPortableFolder(QString());
+        QCOMPARE(stored, QStringLiteral("data/a.png"));
+        QCOMPARE(picture, state.layouts[3].picture);
     }
 
     void EveryValueComesBack() {

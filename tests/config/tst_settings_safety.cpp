@@ -1,14 +1,18 @@
 #include <sys/stat.h>
 
+#include <QBuffer>
 #include <QElapsedTimer>
 #include <QProcess>
 #include <QRandomGenerator>
+#include <QSaveFile>
 #include <QtTest>
 
+#include "config/replace_file.h"
 #include "config/settings_file.h"
 #include "config/settings_guard.h"
 #include "log_catcher.h"
 #include "private_home.h"
+#include "support/full_disk.h"
 #include "support/test_program.h"
 
 using namespace kivo;
@@ -204,6 +208,52 @@ private slots:
         QCOMPARE(SettingsReader(path).Int(keys::kCurRectId), 2);
         SettingsWriter(path).SetInt(keys::kMode.name, 1);
         QCOMPARE(SettingsReader(path).Int(keys::kMode), 1);
+    }
+
+    // However little room there is: a part of the settings must not take the place of all of them.
+    void aFullDiskKeepsTheFile() {
+        const QString path = m_dir.filePath(QStringLiteral("full.ini"));
+        {
+            SettingsWriter writer(path);
+            for (int i = 0; i < kValues; ++i) {
+                writer.SetText(Key(i), QString(40, QLatin1Char('a')));
+            }
+            QVERIFY(writer.Commit());
+        }
+        const QByteArray content = ReadFile(path);
+        QVERIFY(content.size() < 16384);  // what Qt keeps in a buffer until the end
+        const LogCatcher log;
+        for (const rlim_t room : {0, 1, 512, 4096, 8192, int(content.size()) - 1, int(content.size())}) {
+            {
+                const FullDisk disk(room);
+                SettingsWriter writer(path);
+                writer.SetInt(keys::kMode.name, 1);
+                QVERIFY2(!writer.Commit(), qPrintable(QString::number(room)));
+            }
+            QCOMPARE(ReadFile(path), content);
+        }
+        SettingsWriter writer(path);
+        writer.SetInt(keys::kThemeId.name, 1);
+        QVERIFY(writer.Commit());
+        QCOMPARE(SettingsReader(path).Text(Key(kValues - 1)), QString(40, QLatin1Char('a')));
+        QCOMPARE(QDir(m_dir.path()).entryList({QStringLiteral("*.probe")}).size(), 0);
+    }
+
+    void aFullDiskKeepsTheFileThatIsToBeReplaced() {
+        const QString path = m_dir.filePath(QStringLiteral("replaced.txt"));
+        QVERIFY(WriteFile(path, "old"));
+        QByteArray content(300, 'n');
+        {
+            const FullDisk disk(100);
+            QBuffer source(&content);
+            QVERIFY(source.open(QIODevice::ReadOnly));
+            QVERIFY(!ReplaceFile(path, &source).isEmpty());
+            QSaveFile file(path);
+            QVERIFY(file.open(QIODevice::WriteOnly));
+            QCOMPARE(file.write(content), qint64(content.size()));
+            QVERIFY(!CommitWhole(file));
+        }
+        QCOMPARE(ReadFile(path), QByteArray("old"));
     }
 
     void aLinkToTheFileStaysALink() {

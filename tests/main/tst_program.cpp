@@ -315,6 +315,8 @@ void TestProgram::ReportIsWrittenBesideARunningCopy() {
     QVERIFY(file.open(QIODevice::ReadOnly));
     const QByteArray report = file.readAll();
     QVERIFY2(report.contains("beside a copy that runs"), report.constData());
+    // That copy's log, which is nothing of this process's.
+    QVERIFY2(report.contains("kivo.start: Kivo Screen 1.0.0"), report.constData());
     QVERIFY2(report.contains("~/data/Kivo Tool: Config.ini "), report.constData());
     // It goes on, and is asked for nothing.
     QCOMPARE(running.state(), QProcess::Running);

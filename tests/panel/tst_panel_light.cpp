@@ -87,7 +87,9 @@ void TestPanelLight::ReasonsFollowRulesAndFacts_data() {
     const AwayRules factory;
     AwayFacts everything = Noon();
     everything.isAsked = everything.isLocked = everything.isAsleep = true;
-    everything.isSaverOn = everything.isEnding = true;
+    everything.isSaverOn = true;
+    AwayFacts end = everything;
+    end.isEnding = true;
     AwayFacts night = Noon();
     night.localTime = QTime(23, 0);
     AwayRules blackNight;
@@ -98,8 +100,9 @@ void TestPanelLight::ReasonsFollowRulesAndFacts_data() {
     row("sleep and command only, where nobody chose", factory, everything,
         DarkReason::Asked | DarkReason::Asleep);
     row("everything", AllRules(), everything,
-        DarkReason::Asked | DarkReason::Locked | DarkReason::Asleep | DarkReason::ScreenSaver |
-            DarkReason::Ending);
+        DarkReason::Asked | DarkReason::Locked | DarkReason::Asleep | DarkReason::ScreenSaver);
+    row("the end, whatever else goes on", AllRules(), end, DarkReason::Ending);
+    row("the end, where it is not ticked", blackNight, end, {});
     row("nothing is ticked", none, everything, DarkReason::Asked);
     row("a night that nobody chose", factory, night, {});
     row("dimmed night", AllRules(), night, DarkReason::NightDimmed);

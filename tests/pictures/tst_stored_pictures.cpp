@@ -2,6 +2,7 @@
 
 #include "../config/file_maker.h"
 #include "../config/log_catcher.h"
+#include "config/portable_folder.h"
 #include "config/setting_keys.h"
 #include "config/settings_file.h"
 #include "pictures/picture_name.h"
@@ -48,6 +49,42 @@ private slots:
         QVERIFY(WriteStoredPictures(Paths(count), {}, file));
         QCOMPARE(ReadStoredPictures(file), Paths(count));
         QCOMPARE(SettingsReader(file).Int(keys::kImageCount), count);
+    }
+
+    void AStickAtAnotherPlaceHasPicturesAndNames() {
+        const auto own = [](const char* place) {
+            return QString::fromLatin1(place) + QStringLiteral("/Kivo/data/settings/Pictures/a.png");
+        };
+        const QString elsewhere = QStringLiteral("/home/a/b.png");
+        const QString file = NewPath();
+        SetPortableFolder(QStringLiteral("/media/a/Kivo/data"));
+        QVERIFY(WriteStoredPictures(
+            {own("/media/a"), elsewhere},
+            {{own("/media/a"), QStringLiteral("Sea")}, {elsewhere, QStringLiteral("Hill")}}, file));
+        QVERIFY(!Content(file).contains("media"));
+        SetPortableFolder(QStringLiteral("/media/b/Kivo/data"));
+        const QStringList paths = ReadStoredPictures(file);
+        const PictureNames names = ReadPictureNames(paths, file);
+        SetPortableFolder(QString());
+        QCOMPARE(paths, QStringList({own("/media/b"), elsewhere}));
+        QCOMPARE(names, PictureNames(
+                            {{own("/media/b"), QStringLiteral("Sea")}, {elsewhere, QStringLiteral("Hill")}}));
+    }
+
+    // Settings of a stick that has always named its pictures in full.
+    void AFullPathOfAnotherPlaceKeepsItsName() {
+        const QTemporaryDir stick;
+        const QString path = stick.filePath(QStringLiteral("Kivo/data/settings/Pictures/a.png"));
+        QVERIFY(QDir().mkpath(QFileInfo(path).path()) && QFile::copy(FileWith("a picture"), path));
+        const QString file = FileWith(
+            "[ImageList]\nCount=1\n0=E:/Kivo/data/settings/Pictures/a.png\n"
+            "[ImageNames]\nE%3A\\Kivo\\data\\settings\\Pictures\\a.png=Sea\n");
+        SetPortableFolder(stick.filePath(QStringLiteral("Kivo/data")));
+        const QStringList paths = ReadStoredPictures(file);
+        const PictureNames names = ReadPictureNames(paths, file);
+        SetPortableFolder(QString());
+        QCOMPARE(paths, QStringList(path));
+        QCOMPARE(names, PictureNames({{path, QStringLiteral("Sea")}}));
     }
 
     void NoUserPicturesWriteACountOfNought() {

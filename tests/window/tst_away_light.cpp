@@ -25,14 +25,18 @@ private Q_SLOTS:
     void SleepThatDoesNotWaitIsReadyWhenItIsTold();
     void SleepWithoutAScreenIsLet();
     void ScreenThatHangsHoldsNoSleepUp();
+    void WriteThatEndsAfterTheWakeUpLetsNoLaterSleep();
     void SleepThatNobodyEndedEndsWithTheWakeUp();
     void SystemIsHeldOnlyForATick();
     void LockInTheMiddleOfAnUpload_data();
     void LockInTheMiddleOfAnUpload();
     void CommandAndLockAreTwoReasons();
     void PersonAtTheWindowEndsALock();
+    void WindowAskedForByACommandEndsNoLock();
     void EndLeavesABlackPanel();
     void EndWithoutItsTickLeavesThePicture();
+    void EndBrightensWhatWasDarkForAnotherReason_data();
+    void EndBrightensWhatWasDarkForAnotherReason();
     void ScreenThatHangsHoldsTheEndUpForAWhileOnly();
     void NightComesAndGoes_data();
     void NightComesAndGoes();
@@ -47,6 +51,8 @@ private:
     bool IsBlack() const;
     // A whole picture of the saved state, with the values that were sent.
     bool ShowsItsPicture() const;
+    // As a second start does.
+    void Tell(OutsideKind kind, const char* value);
     QString Phrase() const { return m_desk->Find<StateLine>("stateLine")->Phrase(); }
     int Frames() const { return int(m_desk->panel.State().counts.frames); }
 
@@ -86,6 +92,12 @@ bool TestAwayLight::IsBlack() const {
     QImage black(image.size(), image.format());
     black.fill(Qt::black);
     return image == black;
+}
+
+void TestAwayLight::Tell(OutsideKind kind, const char* value) {
+    OutsideCommands commands;
+    commands[size_t(kind)] = QString::fromLatin1(value);
+    m_desk->window->TakeFromOutside(commands, {[] { return true; }, [](const OutsideAnswer&) {}});
 }
 
 bool TestAwayLight::ShowsItsPicture() const {
@@ -180,6 +192,27 @@ void TestAwayLight::ScreenThatHangsHoldsNoSleepUp() {
     QVERIFY(IsBlack());
 }
 
+// The write hangs over the wake-up, and by the time it ends the system is held for the next sleep.
+void TestAwayLight::WriteThatEndsAfterTheWakeUpLetsNoLaterSleep() {
+    StartWith({});
+    QSemaphore letGo;
+    m_desk->wire.BeforeChunk(5, [&letGo] { letGo.acquire(); });
+    Q_EMIT m_desk->away->sleeping();
+    Q_EMIT m_desk->away->awake();
+    letGo.release();
+    QTRY_VERIFY_WITH_TIMEOUT(ShowsItsPicture(), kPatienceMs);
+    QCoreApplication::processEvents();
+    QCOMPARE(m_desk->away->timesLet, 0);
+    // The next one comes in the middle of such a write.
+    m_desk->wire.BeforeChunk(5, [&letGo] { letGo.acquire(); });
+    Q_EMIT m_desk->away->sleeping();
+    Q_EMIT m_desk->away->awake();
+    Q_EMIT m_desk->away->sleeping();
+    letGo.release();
+    QTRY_COMPARE_WITH_TIMEOUT(m_desk->away->timesLet, 1, kPatienceMs);
+    QVERIFY(IsBlack());
+}
+
 void TestAwayLight::SleepThatNobodyEndedEndsWithTheWakeUp() {
     StartWith({});
     Q_EMIT m_desk->away->sleeping();
@@ -233,18 +266,13 @@ void TestAwayLight::LockInTheMiddleOfAnUpload() {
 
 void TestAwayLight::CommandAndLockAreTwoReasons() {
     StartWith(RulesWith(&AwayRules::darkAtLock));
-    const auto ask = [this](const char* value) {
-        OutsideCommands commands;
-        commands[size_t(OutsideKind::Blank)] = QString::fromLatin1(value);
-        m_desk->window->TakeFromOutside(commands, {[] { return true; }, [](const OutsideAnswer&) {}});
-    };
-    ask("on");
+    Tell(OutsideKind::Blank, "on");
     QTRY_VERIFY_WITH_TIMEOUT(IsBlack(), kPatienceMs);
     QTRY_COMPARE_WITH_TIMEOUT(Phrase(), QStringLiteral("Screen is dark: on request"), kPatienceMs);
     Q_EMIT m_desk->away->lockedChanged(true);
     QCOMPARE(Phrase(), QStringLiteral("Screen is dark: locked"));
     const int frames = Frames();
-    ask("off");
+    Tell(OutsideKind::Blank, "off");
     QCOMPARE(Phrase(), QStringLiteral("Screen is dark: locked"));
     const quint64 commands = m_desk->panel.State().counts.commands;
     QTRY_VERIFY_WITH_TIMEOUT(m_desk->panel.State().counts.commands > commands + 2, kPatienceMs);
@@ -259,6 +287,18 @@ void TestAwayLight::PersonAtTheWindowEndsALock() {
     QTRY_VERIFY_WITH_TIMEOUT(IsBlack(), kPatienceMs);
     m_desk->window->iconActivated(QSystemTrayIcon::Trigger);
     QTRY_VERIFY_WITH_TIMEOUT(ShowsItsPicture(), kPatienceMs);
+}
+
+void TestAwayLight::WindowAskedForByACommandEndsNoLock() {
+    StartWith(RulesWith(&AwayRules::darkAtLock));
+    Q_EMIT m_desk->away->lockedChanged(true);
+    QTRY_VERIFY_WITH_TIMEOUT(IsBlack(), kPatienceMs);
+    Tell(OutsideKind::Show, "");
+    QVERIFY(m_desk->window->isVisible());
+    QCOMPARE(Phrase(), QStringLiteral("Screen is dark: locked"));
+    const quint64 commands = m_desk->panel.State().counts.commands;
+    QTRY_VERIFY_WITH_TIMEOUT(m_desk->panel.State().counts.commands > commands + 2, kPatienceMs);
+    QVERIFY(IsBlack());
 }
 
 void TestAwayLight::EndLeavesABlackPanel() {
@@ -276,6 +316,40 @@ void TestAwayLight::EndWithoutItsTickLeavesThePicture() {
     m_desk->Close();
     QCOMPARE(Frames(), frames);
     QVERIFY(!IsBlack());
+}
+
+void TestAwayLight::EndBrightensWhatWasDarkForAnotherReason_data() {
+    QTest::addColumn<int>("night");
+    QTest::addColumn<bool>("isLocked");
+    QTest::addColumn<bool>("isAsked");
+    QTest::newRow("locked") << int(NightLight::Usual) << true << false;
+    QTest::newRow("asked") << int(NightLight::Usual) << false << true;
+    QTest::newRow("black night") << int(NightLight::Black) << false << false;
+    QTest::newRow("dimmed night") << int(NightLight::Dimmed) << false << false;
+    QTest::newRow("all at once") << int(NightLight::Black) << true << true;
+}
+
+void TestAwayLight::EndBrightensWhatWasDarkForAnotherReason() {
+    QFETCH(int, night);
+    QFETCH(bool, isLocked);
+    QFETCH(bool, isAsked);
+    AwayRules rules = RulesWith(&AwayRules::darkAtLock);
+    rules.night = NightLight(night);
+    StartWith(rules);
+    QTRY_VERIFY_WITH_TIMEOUT(ShowsItsPicture(), kPatienceMs);
+    const int frames = Frames();
+    m_desk->localTime = QTime(23, 0);
+    if (isLocked) {
+        Q_EMIT m_desk->away->lockedChanged(true);
+    }
+    if (isAsked) {
+        Tell(OutsideKind::Blank, "on");
+    }
+    QTRY_VERIFY_WITH_TIMEOUT(Frames() > frames && !m_desk->window->Session().Status().isFrameOwed,
+                             kPatienceMs);
+    QVERIFY(!ShowsItsPicture());
+    QVERIFY(m_desk->window->Stop());
+    QVERIFY(ShowsItsPicture());
 }
 
 void TestAwayLight::ScreenThatHangsHoldsTheEndUpForAWhileOnly() {

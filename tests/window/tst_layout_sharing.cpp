@@ -3,6 +3,7 @@
 #include <QtTest>
 
 #include "compose/shared_layout.h"
+#include "compose/theme_catalogue.h"
 #include "pictures/picture_reader.h"
 #include "resources/resources.h"
 #include "support/full_disk.h"
@@ -191,6 +192,13 @@ void TestLayoutSharing::FullDiskLeavesAllAsItWas() {
         QCOMPARE(int(outcome.trouble), int(Trouble::CannotBeSaved));
         QVERIFY(!outcome.layout);
         QCOMPARE(int(Export(shown, File("old.kivolayout")).trouble), int(Trouble::CannotBeSaved));
+    }
+    {
+        // So small that nothing of it is written before its end.
+        ScreenState small = shown;
+        small.layout.picture = BuiltInBackgrounds().constFirst();
+        const FullDisk disk(100);
+        QCOMPARE(int(Export(small, File("old.kivolayout")).trouble), int(Trouble::CannotBeSaved));
     }
     QVERIFY(Kept().isEmpty());
     QCOMPARE(Content(File("old.kivolayout")), QByteArray("old"));
