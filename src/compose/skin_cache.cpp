@@ -28,19 +28,34 @@ bool IsOfIcons(const SkinLayer& layer) {
     return layer.path.contains(QLatin1String("_icon"));
 }
 
+struct DecodedLayer {
+    SkinLayer layer;
+    QImage picture;
+};
+
+// Of the state's theme, from the bottom up.
+QVector<DecodedLayer> DecodedLayers(const ScreenState& state, int scale) {
+    QVector<DecodedLayer> decoded;
+    const QVector<SkinLayer> layers = SkinLayers(state.theme, state.orientation);
+    for (const SkinLayer& layer : layers) {
+        decoded.append({layer, QImage(LayerPath(layer.path, scale))});
+    }
+    return decoded;
+}
+
 // The layers that are wanted, one over the other, in an image of that size.
 template <typename IsWanted>
-QImage Layers(const ScreenState& state, QSize size, int scale, const IsWanted& isWanted) {
+QImage Layers(const ScreenState& state, const QVector<DecodedLayer>& layers, QSize size,
+              const IsWanted& isWanted) {
     QImage drawing(size, QImage::Format_ARGB32_Premultiplied);
     drawing.fill(Qt::transparent);
     QPainter painter(&drawing);
     const QSizeF canvas = CanvasSize(state.orientation);
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
     painter.scale(size.width() / canvas.width(), size.height() / canvas.height());
-    const QVector<SkinLayer> layers = SkinLayers(state.theme, state.orientation);
-    for (const SkinLayer& layer : layers) {
-        if (isWanted(layer)) {
-            painter.drawImage(layer.rect, QImage(LayerPath(layer.path, scale)));
+    for (const DecodedLayer& decoded : layers) {
+        if (isWanted(decoded.layer)) {
+            painter.drawImage(decoded.layer.rect, decoded.picture);
         }
     }
     return drawing;
@@ -59,24 +74,26 @@ QImage ShapesOf(QImage glass) {
 }
 
 // All layers in one, what lies over the glass in another accent where one is given.
-QImage United(const ScreenState& state, int scale, std::optional<QRgb> accent) {
+QImage United(const ScreenState& state, const QVector<DecodedLayer>& layers, int scale,
+              std::optional<QRgb> accent) {
     const QSize size = AreaFrameSize(state.orientation) * scale;
     if (!accent) {
-        return Layers(state, size, scale, [](const SkinLayer&) { return true; });
+        return Layers(state, layers, size, [](const SkinLayer&) { return true; });
     }
     const auto isGlass = [&](const SkinLayer& layer) { return IsGlass(state, layer); };
-    QImage drawing = Layers(state, size, scale, isGlass);
-    QImage marks = Layers(state, size, scale, [&](const SkinLayer& layer) { return !isGlass(layer); });
+    QImage drawing = Layers(state, layers, size, isGlass);
+    QImage marks = Layers(state, layers, size, [&](const SkinLayer& layer) { return !isGlass(layer); });
     Recolor(marks, FactsOf(state.theme).accent, *accent);
     QPainter(&drawing).drawImage(0, 0, marks);
     return drawing;
 }
 
 Skin DecodeSkin(const ScreenState& state, int scale, std::optional<QRgb> accent) {
+    const QVector<DecodedLayer> layers = DecodedLayers(state, scale);
     Skin skin;
-    skin.drawing = United(state, scale, accent);
+    skin.drawing = United(state, layers, scale, accent);
     if (HasGlass(state.theme)) {
-        skin.glass = ShapesOf(Layers(state, skin.drawing.size(), scale,
+        skin.glass = ShapesOf(Layers(state, layers, skin.drawing.size(),
                                      [&](const SkinLayer& layer) { return IsGlass(state, layer); }));
         skin.glassOnPanel = ScaledTo(skin.glass, CanvasSize(state.orientation));
     }
@@ -112,7 +129,7 @@ const Skin& SkinCache::SkinOf(const ScreenState& state, QSize pictureSize, std::
     if (key != m_key) {
         m_skin = DecodeSkin(state, scale, accent);
     } else if (accent != m_accent) {
-        m_skin.drawing = United(state, scale, accent);
+        m_skin.drawing = United(state, DecodedLayers(state, scale), scale, accent);
     }
     m_key = key;
     m_accent = accent;
@@ -124,17 +141,17 @@ const QVector<QImage>& SkinCache::GlassUnderIcons(const ScreenState& state) {
     if (key == m_iconsKey) {
         return m_underIcons;
     }
+    const QVector<DecodedLayer> layers = DecodedLayers(state, 1);
     const auto half = [&](const auto& isWanted) {
-        return ScaledTo(Layers(state, AreaFrameSize(state.orientation), 1, isWanted),
+        return ScaledTo(Layers(state, layers, AreaFrameSize(state.orientation), isWanted),
                         CanvasSize(state.orientation) / 2);
     };
     const QImage glass = half([&](const SkinLayer& layer) { return IsGlass(state, layer); });
     m_underIcons.clear();
-    const QVector<SkinLayer> layers = SkinLayers(state.theme, state.orientation);
-    for (const SkinLayer& icons : layers) {
-        if (IsOfIcons(icons)) {
+    for (const DecodedLayer& icons : layers) {
+        if (IsOfIcons(icons.layer)) {
             QImage under = glass;
-            KeepAround(half([&](const SkinLayer& layer) { return layer.path == icons.path; }), under);
+            KeepAround(half([&](const SkinLayer& layer) { return layer.path == icons.layer.path; }), under);
             m_underIcons.append(under);
         }
     }

@@ -27,6 +27,7 @@
 #include "window/layout_sharing.h"
 #include "window/tray.h"
 #include "window/tray_host.h"
+#include "window/window_ground.h"
 #include "window/window_rest.h"
 
 namespace Ui {
@@ -101,6 +102,7 @@ public:
     LiveSession& Session() { return *m_session; }
     const PictureSource& Pictures() const { return m_source; }
     bool IsResting() const { return m_rest.IsResting(); }
+    const WindowGround& Ground() const { return m_ground; }
 
     // Shows the window as a person wants it back: restored, in front, active.
     void BringToFront();
@@ -282,6 +284,7 @@ private:
     StateLine* m_stateLine = nullptr;
     RestoreOffer* m_restoreOffer = nullptr;
     FocusRing* m_focusRing = nullptr;
+    WindowGround m_ground;
     WindowRest m_rest;
     std::unique_ptr<AwayLight> m_away;
     Tray m_tray{this};  // has a menu of the former's
