@@ -29,6 +29,7 @@
 #include "session/autostart.h"
 #include "session/away_watch.h"
 #include "session/display.h"
+#include "session/freed_memory.h"
 #include "session/hand_over.h"
 #include "session/helper_window.h"
 #include "session/log_file.h"
@@ -228,6 +229,7 @@ QByteArray PlatformsFor(const kivo::CommandLine& line) {
 
 // Before the application object.
 void SetUpToolkit() {
+    kivo::LeaveOutOpenGl();
     kivo::ScaleAsTheDisplay();
     QGuiApplication::setHighDpiScaleFactorRoundingPolicy(Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
 }
@@ -309,6 +311,7 @@ std::optional<int> HandOver(int& argc, char** argv, kivo::SingleInstance& instan
 }  // namespace
 
 int main(int argc, char** argv) {
+    kivo::ShareMemoryPool();
     kivo::UseParentConsole();
     QCoreApplication::setApplicationVersion(
         kivo::VersionText(QStringLiteral(KIVO_VERSION), kivo::SourceCommit()));

@@ -56,7 +56,6 @@ LiveSession::LiveSession(HidApi& hid, InterfaceLanguage language, Options option
     if (RemoveFormerMark()) {
         m_memory.Forget();
     }
-    connect(this, &LiveSession::screensListed, this, &LiveSession::SendTimeSync);
     m_statusTimer.setSingleShot(true);
     connect(&m_statusTimer, &QTimer::timeout, this, &LiveSession::NoteRecordChanged);
 }
@@ -69,12 +68,16 @@ LiveSession::~LiveSession() {
 
 void LiveSession::OpenScreen(const QByteArray& name) {
     m_session.InitDeviceTable();
-    m_devices.Do([this, name] {
+    ReapRetired();
+    m_retired.push_back(std::make_unique<ClockThread>(m_sender));
+    // Started from there: this thread is busy with the window for a while.
+    m_devices.Do([this, name, clock = m_retired.back().get()] {
         // Some systems open every device to list it, and any of them may hang.
         m_session.EnumerateScreens();
         // With this object's events, so that nobody who connects right after this call misses it.
         QMetaObject::invokeMethod(this, "screensListed", Qt::QueuedConnection,
                                   Q_ARG(bool, m_session.Entry(0).dataFound != 0));
+        clock->start(QThread::InheritPriority);
         m_session.OpenScreenByName(name);
         m_session.WarnIfDenied();
     });
@@ -203,15 +206,16 @@ bool LiveSession::Stop(QDeadlineTimer deadline) {
     for (const auto& upload : m_uploads) {
         upload->stop();
     }
-    bool allEnded = !m_refresh || m_refresh->wait(deadline);
+    // First: it may be about to start one of those that have retired.
+    bool allEnded = m_devices.wait(deadline);
+    allEnded = (!m_refresh || m_refresh->wait(deadline)) && allEnded;
     for (const auto& upload : m_uploads) {
         allEnded = upload->wait(deadline) && allEnded;
     }
     for (const auto& thread : m_retired) {
         allEnded = thread->wait(deadline) && allEnded;
     }
-    allEnded = m_lightThread.wait(deadline) && allEnded;
-    return m_devices.wait(deadline) && allEnded;
+    return m_lightThread.wait(deadline) && allEnded;
 }
 
 }  // namespace kivo

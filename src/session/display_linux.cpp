@@ -27,4 +27,11 @@ QByteArray PlatformsWithDisplay(const QByteArray& asked) {
     return platforms.join(';');
 }
 
+void LeaveOutOpenGl() {
+    constexpr char kIntegration[] = "QT_XCB_GL_INTEGRATION";
+    if (qEnvironmentVariableIsEmpty(kIntegration)) {
+        qputenv(kIntegration, "none");
+    }
+}
+
 }  // namespace kivo

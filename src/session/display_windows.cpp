@@ -11,4 +11,7 @@ QByteArray PlatformsWithDisplay(const QByteArray&) {
     return {};
 }
 
+// Qt loads it there when something is first drawn with it.
+void LeaveOutOpenGl() {}
+
 }  // namespace kivo

@@ -8,4 +8,8 @@ void ReturnFreedMemory() {
     ::malloc_trim(0);
 }
 
+void ShareMemoryPool() {
+    ::mallopt(M_ARENA_MAX, 1);
+}
+
 }  // namespace kivo

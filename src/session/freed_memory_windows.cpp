@@ -8,4 +8,7 @@ void ReturnFreedMemory() {
     static_cast<void>(_heapmin());
 }
 
+// All threads have the process's heap anyway.
+void ShareMemoryPool() {}
+
 }  // namespace kivo

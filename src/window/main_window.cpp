@@ -74,6 +74,7 @@ MainWindow::MainWindow(const Parts& parts)
       m_language(m_translations.Language()),
       m_ui(std::make_unique<::Ui::MainWindow>()),
       m_source(parts.makePictureReaders()),
+      m_ground(*this, QStringLiteral(":/skins/background_01.png")),
       m_rest(*this, parts.restsAfter, [this] { LetGoOfPictures(); }) {
     LiveSession::Options options{parts.panel};
     options.picture = [this](const ScreenState& state) { return PictureForFrame(m_source, state); };
@@ -83,6 +84,16 @@ MainWindow::MainWindow(const Parts& parts)
     setWindowFlags(Qt::Window | Qt::FramelessWindowHint | Qt::WindowSystemMenuHint |
                    Qt::WindowMinimizeButtonHint);
     m_ui->setupUi(this);
+    if (IsFirstRun()) {
+        m_ground.Fetch();
+    }
+    m_screenWatch =
+        std::make_unique<ScreenWatch>(*m_session, hotplugSuspended, screenAttached, parts.timeAsleep);
+    RegisterScreenNotification();
+    // Before the rest of the window, so that the screen need not wait for it. It is opened by this name, which
+    // is therefore the same in every language.
+    const QString title = QCoreApplication::translate("MainWindow", "Kivo Screen");
+    m_session->OpenScreen(title.toUtf8());
     DressWindow(*m_ui);
     m_stateLine = new StateLine(m_ui->centralwidget);
     m_stateLine->move(kStateLineCorner);
@@ -99,14 +110,8 @@ MainWindow::MainWindow(const Parts& parts)
     LoadState();
     m_away = std::make_unique<AwayLight>(AwayLight::Parts{
         *m_session, *m_stateLine, parts.makeAwayWatch ? parts.makeAwayWatch() : nullptr, parts.localTime});
-    m_screenWatch =
-        std::make_unique<ScreenWatch>(*m_session, hotplugSuspended, screenAttached, parts.timeAsleep);
     connect(m_away.get(), &AwayLight::awake, m_screenWatch.get(), &ScreenWatch::LookForWakeUp);
     connect(m_screenWatch.get(), &ScreenWatch::wokeUp, m_away.get(), &AwayLight::NoteAwake);
-    RegisterScreenNotification();
-    // The screen is opened by this name, so it is the same in every language.
-    const QString title = QCoreApplication::translate("MainWindow", "Kivo Screen");
-    m_session->OpenScreen(title.toUtf8());
     ShowPanelStatus(m_session->Status());
     connect(m_session.get(), &LiveSession::statusChanged, this, &MainWindow::ShowPanelStatus);
     setWindowTitle(title);
@@ -371,6 +376,7 @@ void MainWindow::ShowInFront() {
     if (!IsHeadInSight(QRect(pos(), size()), kHeadHeight, Rooms())) {
         KeepOnScreen();
     }
+    m_ground.Fetch();
     m_isPutAway = false;
     // There a window comes in sight only when it is mapped anew; a dialog over it would be left behind it.
     if (m_parts.desktopPlacesWindows() && !isActiveWindow() && QApplication::activeModalWidget() == nullptr) {

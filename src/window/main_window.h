@@ -28,6 +28,7 @@
 #include "window/layout_sharing.h"
 #include "window/tray.h"
 #include "window/tray_host.h"
+#include "window/window_ground.h"
 #include "window/window_rest.h"
 
 namespace Ui {
@@ -102,6 +103,7 @@ public:
     LiveSession& Session() { return *m_session; }
     const PictureSource& Pictures() const { return m_source; }
     bool IsResting() const { return m_rest.IsResting(); }
+    const WindowGround& Ground() const { return m_ground; }
 
     // A person wants the window: in front, and the panel bright whatever the system said before.
     void BringToFront();
@@ -286,6 +288,7 @@ private:
     StateLine* m_stateLine = nullptr;
     RestoreOffer* m_restoreOffer = nullptr;
     FocusRing* m_focusRing = nullptr;
+    WindowGround m_ground;
     WindowRest m_rest;
     std::unique_ptr<AwayLight> m_away;
     Tray m_tray{this};  // has a menu of the former's

@@ -108,6 +108,7 @@ void MainWindow::ShowPictureNotice() {
 }
 
 void MainWindow::LetGoOfPictures() {
+    m_ground.LetGo();
     m_ui->zoomwidget->LetGoOfPictures();
     m_pictures->LetGoOfIcons();
     m_source.LetGoOfImages();

@@ -3,7 +3,6 @@
 #include <QBackingStore>
 #include <QEvent>
 #include <QPixmapCache>
-#include <QStyle>
 #include <QWidget>
 #include <utility>
 
@@ -31,7 +30,7 @@ void WindowRest::Begin() {
 }
 
 bool WindowRest::eventFilter(QObject* watched, QEvent* event) {
-    // A start in the tray needs no look yet, and the ground with it; showing the window gives it one.
+    // A start in the tray needs no look yet; showing the window gives it one.
     if (watched == &m_window && event->type() == QEvent::PolishRequest && !m_window.isVisible()) {
         return true;
     }
@@ -53,11 +52,6 @@ void WindowRest::Rest() {
     }
     m_isResting = true;
     m_letGoOfPictures();
-    // The style keeps the window's ground, the largest picture of all, together with the window's rules.
-    if (!m_isUndressed && m_window.testAttribute(Qt::WA_WState_Polished)) {
-        m_window.style()->unpolish(&m_window);
-        m_isUndressed = true;
-    }
     // A minimised window may be mapped again before Qt hears of it, and then has to have them.
     QBackingStore* const pixels = m_window.backingStore();
     if (pixels != nullptr && !m_window.isVisible()) {
@@ -71,9 +65,6 @@ void WindowRest::WakeUp() {
     m_wait.stop();
     if (!std::exchange(m_isResting, false)) {
         return;
-    }
-    if (std::exchange(m_isUndressed, false)) {
-        m_window.style()->polish(&m_window);
     }
     m_window.update();
 }

@@ -42,7 +42,6 @@ private:
     const std::function<void()> m_letGoOfPictures;
     QTimer m_wait;
     bool m_isResting = false;
-    bool m_isUndressed = false;  // its rules of the style sheet were dropped
 };
 
 }  // namespace kivo

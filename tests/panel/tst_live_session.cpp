@@ -20,6 +20,7 @@ private Q_SLOTS:
     void initTestCase();
     void init();
     void OnlyItsNameOpensTheScreen();
+    void ClockIsSetWhileNoEventIsHandled();
     void FirstFrameThenLiveValues();
     void ScreenThatVanishesInTheFrame_data();
     void ScreenThatVanishesInTheFrame();
@@ -76,6 +77,18 @@ void TestLiveSession::OnlyItsNameOpensTheScreen() {
     QVERIFY(session.Screen().controlHandle() == nullptr);
     session.OpenScreen("Kivo Screen");
     QTRY_VERIFY(session.Screen().controlHandle() != nullptr);
+}
+
+// The window is being built meanwhile.
+void TestLiveSession::ClockIsSetWhileNoEventIsHandled() {
+    VirtualHidApi panel;
+    LiveSession session(panel, InterfaceLanguage::English, kShortPauses);
+    session.OpenScreen();
+    QDeadlineTimer patience(20000);
+    while (!panel.State().clock && !patience.hasExpired()) {
+        QThread::msleep(1);
+    }
+    QVERIFY(panel.State().clock.has_value());
 }
 
 void TestLiveSession::FirstFrameThenLiveValues() {

@@ -10,7 +10,7 @@ set(units
     support_report)
 # Homes without rights, the system's table of shared memory: as Linux has them.
 if(NOT WIN32)
-    list(APPEND units autostart_entry away_watch outside_place runtime_folder single_instance)
+    list(APPEND units autostart_entry away_watch display outside_place runtime_folder single_instance)
 endif()
 kivo_add_tests(session UNITS ${units} LINK kivo_session)
 if(NOT WIN32)

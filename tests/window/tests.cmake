@@ -4,6 +4,7 @@ set(window_units
     window_accessibility
     window_custom
     window_editing
+    window_ground
     window_hotplug
     window_legibility
     window_life

@@ -31,6 +31,12 @@ QImage StillParts(const Desk& desk) {
     return image;
 }
 
+// Of a window's device pixels, 4 bytes each.
+qint64 BytesOf(const QWidget& window) {
+    const QSize pixels = (QSizeF(window.size()) * window.devicePixelRatioF()).toSize();
+    return qint64(pixels.width()) * pixels.height() * 4;
+}
+
 }  // namespace
 
 // What a window holds that nobody looks at.
@@ -60,9 +66,13 @@ void TestWindowRest::init() {
 void TestWindowRest::WindowThatWasNeverShownHasNoGround() {
     Desk desk;
     QCoreApplication::processEvents();
-    QVERIFY(!desk.window->testAttribute(Qt::WA_WState_Polished));
+    QVERIFY(!desk.Editor()->testAttribute(Qt::WA_WState_Polished));
+    QCOMPARE(desk.window->Ground().HeldBytes(), 0);
     desk.Show();
-    QVERIFY(desk.window->testAttribute(Qt::WA_WState_Polished));
+    QVERIFY(desk.Editor()->testAttribute(Qt::WA_WState_Polished));
+    // Its own pixels, not those of the picture; and the style has none.
+    QTRY_COMPARE(desk.window->Ground().HeldBytes(), BytesOf(*desk.window));
+    QVERIFY(!desk.window->testAttribute(Qt::WA_StyleSheet));
 }
 
 void TestWindowRest::WindowInSightKeepsItsPictures() {
@@ -84,8 +94,7 @@ void TestWindowRest::WindowOutOfSightHoldsNoPictures() {
     QTRY_COMPARE(desk.window->Pictures().KeptBytes(), 0);
     QCOMPARE(desk.Editor()->Background().HeldBytes(), 0);
     QVERIFY(desk.window->backingStore()->size().width() <= 1);
-    // The style keeps nothing for the window itself, nor its ground.
-    QVERIFY(!desk.window->testAttribute(Qt::WA_StyleSheet));
+    QCOMPARE(desk.window->Ground().HeldBytes(), 0);
 }
 
 // As it is put away where there is no tray.
@@ -97,8 +106,10 @@ void TestWindowRest::MinimisedWindowRestsToo() {
     QTRY_VERIFY(desk.window->IsResting());
     QTRY_COMPARE(desk.window->Pictures().KeptBytes(), 0);
     QCOMPARE(desk.Editor()->Background().HeldBytes(), 0);
+    QCOMPARE(desk.window->Ground().HeldBytes(), 0);
     desk.window->BringToFront();
     QVERIFY(!desk.window->IsResting());
+    QTRY_COMPARE(desk.window->Ground().HeldBytes(), BytesOf(*desk.window));
     desk.WaitForPictures();
     QVERIFY(desk.window->Pictures().KeptBytes() > 0);
 }
@@ -118,7 +129,6 @@ void TestWindowRest::WindowThatComesBackLooksAsBefore() {
     // In its first picture already, before anything was read again.
     QCOMPARE(PixelsThatDiffer(StillParts(desk), before), 0);
     QVERIFY(!desk.window->IsResting());
-    QVERIFY(desk.window->testAttribute(Qt::WA_StyleSheet));
     QVERIFY(QTest::qWaitForWindowExposed(desk.window.get()));
     desk.WaitForPictures();
     QVERIFY(desk.window->Pictures().KeptBytes() > 0);

@@ -1,0 +1,78 @@
+#include "window/window_ground.h"
+
+#include <QPaintEvent>
+#include <QPainter>
+#include <QWidget>
+
+namespace kivo {
+
+namespace {
+
+// On any thread.
+QImage Stretched(const QString& path, QSize devicePixels) {
+    const QImage picture(path);
+    QImage ground(devicePixels, QImage::Format_RGB32);
+    QPainter painter(&ground);
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    painter.drawImage(QRectF(QPointF(0, 0), devicePixels), picture, QRectF(picture.rect()));
+    return ground;
+}
+
+}  // namespace
+
+WindowGround::WindowGround(QWidget& window, const QString& path)
+    : QObject(&window), m_window(window), m_path(path) {
+    m_window.setAttribute(Qt::WA_OpaquePaintEvent);
+    m_window.installEventFilter(this);
+}
+
+QSize WindowGround::DevicePixels() const {
+    return (QSizeF(m_window.size()) * m_window.devicePixelRatioF()).toSize();
+}
+
+void WindowGround::Fetch() {
+    if (m_ground.isNull() && !m_coming.valid()) {
+        m_coming = std::async(std::launch::async, &Stretched, m_path, DevicePixels());
+    }
+}
+
+void WindowGround::LetGo() {
+    m_coming = {};
+    m_ground = QPixmap();
+}
+
+qint64 WindowGround::HeldBytes() const {
+    return qint64(m_ground.width()) * m_ground.height() * m_ground.depth() / 8;
+}
+
+bool WindowGround::eventFilter(QObject* /*watched*/, QEvent* event) {
+    switch (event->type()) {
+        case QEvent::Polish:
+            // Deliberate: the style is not told of the window itself, for it would make the same picture of
+            // its rules. It dresses what stands in the window.
+            return true;
+        case QEvent::Paint:
+            Paint(static_cast<QPaintEvent*>(event)->region());
+            return false;
+        default:
+            return false;
+    }
+}
+
+void WindowGround::Paint(const QRegion& region) {
+    const QSize pixels = DevicePixels();
+    if (m_ground.size() != pixels) {
+        QImage ground = m_coming.valid() ? m_coming.get() : QImage();
+        // Another screen's scale, or nobody has said that the window would be shown.
+        if (ground.size() != pixels) {
+            ground = Stretched(m_path, pixels);
+        }
+        m_ground = QPixmap::fromImage(std::move(ground));
+        m_ground.setDevicePixelRatio(m_window.devicePixelRatioF());
+    }
+    QPainter painter(&m_window);
+    painter.setClipRegion(region);
+    painter.drawPixmap(QPoint(0, 0), m_ground);
+}
+
+}  // namespace kivo
