@@ -96,7 +96,7 @@ void LiveSession::HandleScreenChange(const DeviceChange& change, bool suspended,
 
 void LiveSession::SetLight(PanelLight light, const std::function<void()>& tried) {
     m_sender.SetLight(light);
-    m_lightThread.Do([this, tried] {
+    m_lightQueue.Do([this, tried] {
         m_sender.BeginRound();
         if (tried) {
             QMetaObject::invokeMethod(this, tried, Qt::QueuedConnection);
@@ -199,7 +199,7 @@ bool LiveSession::Stop(QDeadlineTimer deadline) {
     m_stopped = true;
     m_transfers.StopTransfers();
     m_devices.Stop();
-    m_lightThread.Stop();
+    m_lightQueue.Stop();
     if (m_refresh) {
         m_refresh->stop();
     }
@@ -215,7 +215,7 @@ bool LiveSession::Stop(QDeadlineTimer deadline) {
     for (const auto& thread : m_retired) {
         allEnded = thread->wait(deadline) && allEnded;
     }
-    return m_lightThread.wait(deadline) && allEnded;
+    return m_lightQueue.wait(deadline) && allEnded;
 }
 
 }  // namespace kivo

@@ -19,7 +19,7 @@
 #include "device/screen_session.h"
 #include "device/transfers.h"
 #include "model/interface_language.h"
-#include "panel/device_thread.h"
+#include "panel/device_queue.h"
 #include "panel/frame_store.h"
 #include "panel/panel_memory.h"
 #include "panel/panel_sender.h"
@@ -83,7 +83,7 @@ public:
     // Stop.
     void SetLight(PanelLight light, const std::function<void()>& tried = {});
     // Waits until the panel has the light that was set last, or cannot be given it, but no longer than this.
-    void AwaitLight(std::chrono::milliseconds longest) { m_lightThread.AwaitIdle(longest); }
+    void AwaitLight(std::chrono::milliseconds longest) { m_lightQueue.AwaitIdle(longest); }
 
     // Starts the refresh thread where none runs; while an upload runs, when that is over. It sends whatever
     // the panel is owed, whole frames too.
@@ -154,8 +154,8 @@ private:
     QTimer m_statusTimer;  // takes back what is told for a while only
 
     bool m_stopped = false;
-    DeviceThread m_devices;
-    DeviceThread m_lightThread;
+    DeviceQueue m_devices;
+    DeviceQueue m_lightQueue;
     std::vector<std::unique_ptr<NimbProcessThread>> m_uploads;  // that have not reported, oldest first
     std::unique_ptr<RefreshDataThread> m_refresh;               // not started yet while an upload runs
     std::vector<std::unique_ptr<QThread>> m_retired;            // that end by themselves, or were asked to

@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "device/screen_session.h"
-#include "panel/device_thread.h"
+#include "panel/device_queue.h"
 
 namespace kivo {
 
@@ -12,7 +12,7 @@ std::optional<bool> IsScreenPluggedIn(std::function<std::unique_ptr<HidApi>()> m
                                       std::chrono::milliseconds longest) {
     auto isThere = std::make_shared<std::promise<bool>>();
     std::future<bool> answer = isThere->get_future();
-    auto thread = std::make_unique<DeviceThread>();
+    auto thread = std::make_unique<DeviceQueue>();
     thread->Do([isThere, makeHid = std::move(makeHid)] {
         const std::unique_ptr<HidApi> hid = makeHid();
         ScreenSession session(*hid);

@@ -31,9 +31,9 @@ void ScreenWatch::Register(std::unique_ptr<Hotplug> hotplug, const std::function
         nativeWindow,
         [this](const DeviceChange& change) {
             if (change.arrived) {
-                NoteArrival(change.name);
+                HandleArrival(change.name);
             } else {
-                NoteRemoval(change.name);
+                HandleRemoval(change.name);
             }
         },
         [this] { m_session.NoteArrival(); });
@@ -43,7 +43,7 @@ void ScreenWatch::Register(std::unique_ptr<Hotplug> hotplug, const std::function
 }
 
 // An empty name: what came is no interface.
-void ScreenWatch::NoteArrival(const QString& name) {
+void ScreenWatch::HandleArrival(const QString& name) {
     qCDebug(hotplugLog, "DBT_DEVICEARRIVAL\n");
     if (!name.isEmpty()) {
         HandleScreenChange(name, true);
@@ -51,7 +51,7 @@ void ScreenWatch::NoteArrival(const QString& name) {
     }
 }
 
-void ScreenWatch::NoteRemoval(const QString& name) {
+void ScreenWatch::HandleRemoval(const QString& name) {
     if (!name.isEmpty()) {
         HandleScreenChange(name, false);
     }

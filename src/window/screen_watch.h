@@ -41,8 +41,8 @@ Q_SIGNALS:
     void wokeUp();
 
 private:
-    void NoteArrival(const QString& name);
-    void NoteRemoval(const QString& name);
+    void HandleArrival(const QString& name);
+    void HandleRemoval(const QString& name);
 
     LiveSession& m_session;
     const quint8& m_suspended;

@@ -1,16 +1,16 @@
-#include "panel/device_thread.h"
+#include "panel/device_queue.h"
 
 #include <utility>
 
 namespace kivo {
 
-DeviceThread::~DeviceThread() {
+DeviceQueue::~DeviceQueue() {
     Stop();
     wait();
     static_cast<void>(m_end.IsMarked());
 }
 
-void DeviceThread::Do(std::function<void()> job) {
+void DeviceQueue::Do(std::function<void()> job) {
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
         if (m_isStopped) {
@@ -24,12 +24,12 @@ void DeviceThread::Do(std::function<void()> job) {
     }
 }
 
-bool DeviceThread::AwaitIdle(std::chrono::milliseconds longest) {
+bool DeviceQueue::AwaitIdle(std::chrono::milliseconds longest) {
     std::unique_lock<std::mutex> lock(m_mutex);
     return m_changed.wait_for(lock, longest, [this] { return m_jobs.empty() && !m_isBusy; });
 }
 
-void DeviceThread::Stop() {
+void DeviceQueue::Stop() {
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
         m_isStopped = true;
@@ -38,7 +38,7 @@ void DeviceThread::Stop() {
     m_changed.notify_all();
 }
 
-void DeviceThread::run() {
+void DeviceQueue::run() {
     const ThreadEndMarker marker(m_end);
     std::unique_lock<std::mutex> lock(m_mutex);
     while (true) {

@@ -1,8 +1,8 @@
 #pragma once
 
-// Does beside the GUI thread what may wait for a screen that hangs, for as long as a write to it does: opens,
-// closes and lists devices, or darkens the screen. Jobs run one after the other, in the order in which they
-// were handed over.
+// A queue of jobs with a thread of its own, for what may wait for a screen that hangs as long as a write to it
+// does: opening, closing and listing devices, or darkening the screen. Jobs run one after the other, in the
+// order in which they were handed over.
 
 #include <QThread>
 #include <chrono>
@@ -15,11 +15,11 @@
 
 namespace kivo {
 
-class DeviceThread final : public QThread {
+class DeviceQueue final : public QThread {
 public:
-    DeviceThread() = default;
+    DeviceQueue() = default;
     // Stops the thread and waits for it.
-    ~DeviceThread() override;
+    ~DeviceQueue() override;
 
     // Has the job done; the first one starts the thread. Nothing after Stop. The thread's owner only.
     void Do(std::function<void()> job);
