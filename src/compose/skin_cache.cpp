@@ -1,6 +1,7 @@
 #include "compose/skin_cache.h"
 
 #include <QPainter>
+#include <numeric>
 #include <utility>
 
 #include "compose/geometry.h"
@@ -143,13 +144,10 @@ const QVector<QImage>& SkinCache::GlassUnderIcons(const ScreenState& state) {
 }
 
 qint64 SkinCache::HeldBytes() const {
-    qint64 bytes = 0;
-    for (const QImage& kept :
-         QVector<QImage>{m_skin.drawing, m_skin.glass, m_skin.glassOnPanel, m_glass, m_marks} +
-             m_underIcons) {
-        bytes += kept.sizeInBytes();
-    }
-    return bytes;
+    const QVector<QImage> skin{m_skin.drawing, m_skin.glass, m_skin.glassOnPanel, m_glass, m_marks};
+    const QVector<QImage> all = skin + m_underIcons;
+    return std::accumulate(all.begin(), all.end(), qint64(0),
+                           [](qint64 sum, const QImage& image) { return sum + image.sizeInBytes(); });
 }
 
 }  // namespace kivo

@@ -64,8 +64,8 @@ private slots:
     // have another font.
     void styleAndMenuFontAreTheProgramsOwn() {
         QApplication::setStyle(QStringLiteral("Windows"));
-        QApplication::setFont(QFont(QStringLiteral("DejaVu Serif")), "QMenu");
         ApplyWindowStyle(*qApp);
+        QApplication::setFont(QFont(QStringLiteral("DejaVu Serif")), "QMenu");
         QTimeEdit edit;
         const std::unique_ptr<QStyle> fusion(QStyleFactory::create(QStringLiteral("Fusion")));
         QCOMPARE(edit.style()->pixelMetric(QStyle::PM_SpinBoxFrameWidth, nullptr, &edit),
