@@ -174,7 +174,7 @@ bool PrepareForWriting(const QString& filePath) {
 
 bool HasRoom(const QString& filePath, qint64 growth) {
     // For the lock file, and so that the disk is not full to its last byte.
-    constexpr qint64 kReserve = 16 * 1024;
+    constexpr qint64 kReserve = qint64{16} * 1024;
     // A link leads to where the new file is written.
     const QString target = QFileInfo(filePath).canonicalFilePath();
     const QFileInfo file(target.isEmpty() ? filePath : target);

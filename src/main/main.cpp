@@ -247,6 +247,9 @@ void LogStart(const kivo::Options& options) {
     for (const QString& line : lines) {
         qCInfo(startLog, "%s", qUtf8Printable(line));
     }
+    if (options.virtualScreen) {
+        qCInfo(startLog, "A software panel stands in for the screen.");
+    }
     if (!options.reportLog.isEmpty()) {
         qCInfo(startLog, "Reports are appended to %s", qUtf8Printable(options.reportLog));
     }

@@ -317,6 +317,7 @@ void TestProgram::ReportIsWrittenBesideARunningCopy() {
     QVERIFY2(report.contains("beside a copy that runs"), report.constData());
     // That copy's log, which is nothing of this process's.
     QVERIFY2(report.contains("kivo.start: Kivo Screen 1.0.0"), report.constData());
+    QVERIFY2(report.contains("kivo.start: A software panel stands in for the screen.\n"), report.constData());
     QVERIFY2(report.contains("~/data/Kivo Tool: Config.ini "), report.constData());
     // It goes on, and is asked for nothing.
     QCOMPARE(running.state(), QProcess::Running);
