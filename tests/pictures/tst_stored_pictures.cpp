@@ -2,6 +2,7 @@
 
 #include "../config/file_maker.h"
 #include "../config/log_catcher.h"
+#include "config/ascii_ini.h"
 #include "config/setting_keys.h"
 #include "config/settings_file.h"
 #include "pictures/picture_name.h"
@@ -190,6 +191,7 @@ private slots:
                 settings.setValue(QStringLiteral("ImageList/%1").arg(n), Paths(3).at(n));
             }
         }
+        QCOMPARE(MakeIniAscii(expected), QString());
         const QString file = FileWith(before);
         QVERIFY(ReadPictureNames(Paths(3), file).isEmpty());
         QCOMPARE(Content(file), before);
