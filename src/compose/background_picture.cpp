@@ -83,8 +83,9 @@ QRectF ShownPart(QSize picture, Orientation orientation, const LayoutRecord& lay
     // The untrimmed view lies in the middle of the picture; the frame's corner is given relative to it.
     double left = (picture.width() - panel.width() * perPixel) / 2 + layout.xPt * perPixel;
     double top = (picture.height() - panel.height() * perPixel) / 2 + layout.yPt * perPixel;
-    left = qBound(0.0, left, picture.width() - frame.width() * perPixel);
-    top = qBound(0.0, top, picture.height() - frame.height() * perPixel);
+    // Not qBound, which wants room: a rounding may leave less than none.
+    left = qMax(0.0, qMin(left, picture.width() - frame.width() * perPixel));
+    top = qMax(0.0, qMin(top, picture.height() - frame.height() * perPixel));
     return QRectF(QPointF(left, top), frame * perPixel);
 }
 

@@ -4,6 +4,7 @@
 #include <QHash>
 #include <QPainterPath>
 #include <QStringList>
+#include <QtMath>
 #include <algorithm>
 #include <mutex>
 
@@ -56,10 +57,12 @@ bool LeanDigits(const QFont& font) {
 LineMetrics Measure(int pixelSize) {
     const QFont font = PanelFont(pixelSize);
     const QFontMetrics metrics(font);
+    // Whole pixels that hold the ink: Qt 5 rounds up, Qt 6 to the nearest.
+    const QFontMetricsF exact(font);
     LineMetrics line;
-    line.ascent = metrics.ascent();
-    line.height = metrics.height();
-    line.lineSpacing = metrics.lineSpacing();
+    line.ascent = qCeil(exact.ascent());
+    line.height = line.ascent + qCeil(exact.descent());
+    line.lineSpacing = line.height + qRound(exact.leading());
     line.digitHeight = -metrics.tightBoundingRect(QStringLiteral("0")).top();
     // Every sign of every live text: numbers, units of the three languages, separators of time and date.
     const QRect ink = metrics.tightBoundingRect(QStringLiteral("0123456789%℃wВт:.年月日-"));

@@ -26,8 +26,9 @@ constexpr double kBarWidth = 4;
 
 // Moved, not cut, so that a handle at the very edge can still be seen whole.
 QRectF KeptIn(QRectF rect, const QRectF& bounds) {
-    rect.moveLeft(qBound(bounds.left(), rect.left(), bounds.right() - rect.width()));
-    rect.moveTop(qBound(bounds.top(), rect.top(), bounds.bottom() - rect.height()));
+    // Not qBound, which wants room: a very small editor may have none.
+    rect.moveLeft(qMax(bounds.left(), qMin(rect.left(), bounds.right() - rect.width())));
+    rect.moveTop(qMax(bounds.top(), qMin(rect.top(), bounds.bottom() - rect.height())));
     return rect;
 }
 

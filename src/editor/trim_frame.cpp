@@ -22,8 +22,9 @@ QSizeF Panel(Orientation orientation) {
 }
 
 QRectF KeptOnPicture(QRectF frame, const QRectF& picture) {
-    frame.moveLeft(qBound(picture.left(), frame.left(), picture.right() - frame.width()));
-    frame.moveTop(qBound(picture.top(), frame.top(), picture.bottom() - frame.height()));
+    // Not qBound, which wants room: a frame as large as the picture may have less than none, by a rounding.
+    frame.moveLeft(qMax(picture.left(), qMin(frame.left(), picture.right() - frame.width())));
+    frame.moveTop(qMax(picture.top(), qMin(frame.top(), picture.bottom() - frame.height())));
     return frame;
 }
 

@@ -125,7 +125,7 @@ private:
             Short(ys, point.y() - former.y());
             former = point;
         }
-        QByteArray out = Shorts({strokes.size(), 0, 0, kAdvance + kLean, kHeight}) + Shorts(ends);
+        QByteArray out = Shorts({int(strokes.size()), 0, 0, kAdvance + kLean, kHeight}) + Shorts(ends);
         Short(out, 0);                             // no instructions
         out += QByteArray(points.size(), '\x01');  // every point on the curve, both steps in two bytes
         out += xs + ys;
@@ -171,10 +171,11 @@ private:
                                                  {3, family},
                                                  {4, family},
                                                  {6, QStringLiteral("KivoLeaning")}};
-        QByteArray out = Shorts({0, names.size(), 6 + 12 * names.size()});
+        const int count = int(names.size());
+        QByteArray out = Shorts({0, count, 6 + 12 * count});
         QByteArray texts;
         for (const auto& [number, text] : names) {
-            out += Shorts({3, 1, 0x409, number, text.size() * 2, texts.size()});
+            out += Shorts({3, 1, 0x409, number, int(text.size()) * 2, int(texts.size())});
             for (const QChar sign : text) {
                 Short(texts, sign.unicode());
             }
@@ -202,8 +203,8 @@ private:
     }
 
     static QByteArray File(const QVector<QPair<QByteArray, QByteArray>>& tables) {
-        QByteArray out =
-            QByteArray::fromHex("00010000") + Shorts({tables.size(), 128, 3, tables.size() * 16 - 128});
+        QByteArray out = QByteArray::fromHex("00010000") +
+                         Shorts({int(tables.size()), 128, 3, int(tables.size()) * 16 - 128});
         quint32 place = quint32(12 + 16 * tables.size());
         QByteArray bodies;
         for (const auto& [tag, table] : tables) {

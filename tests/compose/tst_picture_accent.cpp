@@ -77,7 +77,8 @@ private slots:
         QVERIFY2(HueDistance(HueOf(*found), HueOf(color)) <= 3, QColor(*found).name().toLatin1());
         // As clear as the themes' own.
         const QColor hsl = QColor(*found).toHsl();
-        QVERIFY(hsl.hslSaturationF() > 0.58 && hsl.lightnessF() > 0.58 && hsl.lightnessF() < 0.77);
+        const auto lightness = qreal(hsl.lightnessF());
+        QVERIFY(qreal(hsl.hslSaturationF()) > 0.58 && lightness > 0.58 && lightness < 0.77);
     }
 
     void GreyPicturesHaveNone() {

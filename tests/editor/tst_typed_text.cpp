@@ -18,7 +18,7 @@ ScreenState Screen(Orientation orientation, int row, int size = 0,
 }
 
 TypedInput Typing(const QString& text) {
-    return {text, text.size(), text.size(), QString()};
+    return {text, int(text.size()), int(text.size()), QString()};
 }
 
 QString Placeholder() {

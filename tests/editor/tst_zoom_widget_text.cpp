@@ -364,6 +364,7 @@ private slots:
 
     void ARightPressInTheBoxOpensAMenuAndKeepsTheEntry() {
         Editor editor;
+        QGuiApplication::clipboard()->setText(QStringLiteral(" pasted"));
         editor.slotShowEdt();
         QTest::keyClicks(&editor.TextBox(), Words());
         QWidget* const page = editor.TextBox().viewport();
@@ -376,7 +377,6 @@ private slots:
         QVERIFY(menu != nullptr);
         QCOMPARE(menu->actions().size(), 5);
         QTest::mouseRelease(page, Qt::RightButton, Qt::NoModifier, page->rect().center());
-        QGuiApplication::clipboard()->setText(QStringLiteral(" pasted"));
         menu->actions().at(2)->trigger();
         menu->close();
         QVERIFY(editor.IsTextEntryOpen());

@@ -30,7 +30,7 @@ ProcessUse MeasureProcess() {
     const struct mallinfo2 heap = mallinfo2();
     const QDir handles(QStringLiteral("/proc/self/fd"));
     return {qint64(heap.uordblks + heap.hblkhd),
-            handles.entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot).size(),
+            int(handles.entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot).size()),
             int(Status("Threads"))};
 }
 

@@ -2,6 +2,7 @@
 
 #include "../config/file_maker.h"
 #include "../config/log_catcher.h"
+#include "config/ascii_ini.h"
 #include "config/portable_folder.h"
 #include "config/setting_keys.h"
 #include "config/settings_file.h"
@@ -239,6 +240,7 @@ private slots:
                 settings.setValue(QStringLiteral("ImageList/%1").arg(n), Paths(3).at(n));
             }
         }
+        QCOMPARE(MakeIniAscii(expected), QString());
         const QString file = FileWith(before);
         QVERIFY(ReadPictureNames(Paths(3), file).isEmpty());
         QCOMPARE(Content(file), before);

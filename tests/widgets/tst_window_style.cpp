@@ -145,7 +145,7 @@ private slots:
             tip = widget->inherits("QTipLabel") ? widget : tip;
         }
         QVERIFY(tip != nullptr);
-        QVERIFY2(qAbs(tip->height() - 28) <= 2, qPrintable(QString::number(tip->height())));
+        QVERIFY2(qAbs(tip->height() - 27) <= 2, qPrintable(QString::number(tip->height())));
         QToolTip::hideText();
     }
 

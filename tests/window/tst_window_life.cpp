@@ -93,7 +93,7 @@ void TestWindowLife::FirstRunThatIsCutOffIsDoneAgain() {
         Desk desk;
         // The program is told to end while its first frame is being prepared.
         OnNextDialog<NimbProcessDialog>(desk.window.get(), [](NimbProcessDialog*) {
-            QTimer::singleShot(50, qApp, &QCoreApplication::quit);
+            QTimer::singleShot(50, qApp, [] { QCoreApplication::exit(); });
         });
         QTimer::singleShot(20000, desk.window.get(), [] { QCoreApplication::exit(77); });
         QCOMPARE(QApplication::exec(), 0);
@@ -215,13 +215,13 @@ void TestWindowLife::SoftwarePanelGivesWayUnlessSomethingWouldBeLost() {
         OnNextDialog<ExitMessageBox>(&window, [&start](ExitMessageBox* box) {
             start();
             box->reject();
-            QCoreApplication::quit();
+            QCoreApplication::exit();
         });
         QTimer::singleShot(0, &window, &MainWindow::slotExit);
     } else {
         QTimer::singleShot(0, &window, [&start] {
             start();
-            QCoreApplication::quit();
+            QCoreApplication::exit();
         });
     }
     QCOMPARE(QApplication::exec(), 0);
