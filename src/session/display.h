@@ -16,9 +16,9 @@ QByteArray PlatformWithoutDisplay(const QByteArray& asked);
 // Empty: what Qt chooses by itself can only work.
 QByteArray PlatformsWithDisplay(const QByteArray& asked);
 
-// Has Qt load no OpenGL, which nothing here is drawn with: on X11 it comes with a software renderer of 10 MB as
-// soon as the first window is made. Whoever asks for an integration by Qt's own variable gets it. Before the
-// application object exists.
+// Has Qt load no OpenGL, which nothing here is drawn with: on X11 it comes with a software renderer of 10 MB
+// as soon as the first window is made. Whoever asks for an integration by Qt's own variable gets it. Before
+// the application object exists.
 void LeaveOutOpenGl();
 
 // The platform that needs no display.

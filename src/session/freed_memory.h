@@ -6,9 +6,9 @@ namespace kivo {
 // after a window full of pictures nothing comes. Takes a few milliseconds. Any thread.
 void ReturnFreedMemory();
 
-// Has all threads allocate from the same memory. By itself each gets a pool of its own, in which what it frees
-// stays; here threads read a picture or compose a frame and then do nothing for hours. To be called first of
-// all in main.
+// Has all threads allocate from the same memory. By itself each gets a pool of its own, in which what it
+// frees stays; here threads read a picture or compose a frame and then do nothing for hours. To be called
+// first of all in main.
 void ShareMemoryPool();
 
 }  // namespace kivo

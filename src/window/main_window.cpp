@@ -90,8 +90,8 @@ MainWindow::MainWindow(const Parts& parts)
     m_screenWatch =
         std::make_unique<ScreenWatch>(*m_session, hotplugSuspended, screenAttached, parts.timeAsleep);
     RegisterScreenNotification();
-    // Before the rest of the window, so that the screen need not wait for it. It is opened by this name, which
-    // is therefore the same in every language.
+    // Before the rest of the window, so that the screen need not wait for it. It is opened by this name,
+    // which is therefore the same in every language.
     const QString title = QCoreApplication::translate("MainWindow", "Kivo Screen");
     m_session->OpenScreen(title.toUtf8());
     DressWindow(*m_ui);

@@ -9,13 +9,17 @@ namespace kivo {
 namespace {
 
 // On any thread.
-QImage Stretched(const QString& path, QSize devicePixels) {
-    const QImage picture(path);
+QImage Decoded(const QString& path) {
+    return QImage(path);
+}
+
+QPixmap Stretched(const QImage& picture, QSize devicePixels) {
     QImage ground(devicePixels, QImage::Format_RGB32);
     QPainter painter(&ground);
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
     painter.drawImage(QRectF(QPointF(0, 0), devicePixels), picture, QRectF(picture.rect()));
-    return ground;
+    painter.end();
+    return QPixmap::fromImage(std::move(ground));
 }
 
 }  // namespace
@@ -32,7 +36,7 @@ QSize WindowGround::DevicePixels() const {
 
 void WindowGround::Fetch() {
     if (m_ground.isNull() && !m_coming.valid()) {
-        m_coming = std::async(std::launch::async, &Stretched, m_path, DevicePixels());
+        m_coming = std::async(std::launch::async, &Decoded, m_path);
     }
 }
 
@@ -61,13 +65,9 @@ bool WindowGround::eventFilter(QObject* /*watched*/, QEvent* event) {
 
 void WindowGround::Paint(const QRegion& region) {
     const QSize pixels = DevicePixels();
+    // Not before, or on a screen of another scale now.
     if (m_ground.size() != pixels) {
-        QImage ground = m_coming.valid() ? m_coming.get() : QImage();
-        // Another screen's scale, or nobody has said that the window would be shown.
-        if (ground.size() != pixels) {
-            ground = Stretched(m_path, pixels);
-        }
-        m_ground = QPixmap::fromImage(std::move(ground));
+        m_ground = Stretched(m_coming.valid() ? m_coming.get() : Decoded(m_path), pixels);
         m_ground.setDevicePixelRatio(m_window.devicePixelRatioF());
     }
     QPainter painter(&m_window);

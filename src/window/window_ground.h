@@ -28,7 +28,7 @@ public:
     void Fetch();
     // Nobody looks at the window for the time being. Painted again, it is decoded again.
     void LetGo();
-    // Bytes of pixels that are held.
+    // Bytes of pixels that are held, without a picture that was fetched and not painted yet.
     qint64 HeldBytes() const;
 
 protected:

@@ -66,10 +66,8 @@ void TestWindowRest::init() {
 void TestWindowRest::WindowThatWasNeverShownHasNoGround() {
     Desk desk;
     QCoreApplication::processEvents();
-    QVERIFY(!desk.Editor()->testAttribute(Qt::WA_WState_Polished));
     QCOMPARE(desk.window->Ground().HeldBytes(), 0);
     desk.Show();
-    QVERIFY(desk.Editor()->testAttribute(Qt::WA_WState_Polished));
     // Its own pixels, not those of the picture; and the style has none.
     QTRY_COMPARE(desk.window->Ground().HeldBytes(), BytesOf(*desk.window));
     QVERIFY(!desk.window->testAttribute(Qt::WA_StyleSheet));
