@@ -19,7 +19,8 @@ if(WIN32)
     set(elsewhere hid_api_hidapi)  # windows/tests.cmake
 else()
     set(elsewhere "")
-    list(APPEND units hid_node_list_linux hidraw_sysfs_linux hotplug_linux node_access_linux node_identity_linux)
+    list(APPEND units hid_node_list_linux hidraw_sysfs_linux hotplug_linux node_access_linux node_identity_linux
+        report_log_linux)
 endif()
 kivo_add_tests(device
     UNITS ${units}
