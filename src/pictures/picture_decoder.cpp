@@ -17,7 +17,7 @@ constexpr int kLongestSide = 32767;
 constexpr qint64 kMostPixels = 60LL * 1000 * 1000;
 constexpr qint64 kMostPixelsLineByLine = 260LL * 1000 * 1000;
 constexpr int kBytesOfWidestPixel = 8;
-constexpr int kMostMegabytes = int(kMostPixels * kBytesOfWidestPixel / (1024 * 1024));
+constexpr int kMostMegabytes = int((kMostPixels * kBytesOfWidestPixel) >> 20);
 
 namespace jpeg {
 

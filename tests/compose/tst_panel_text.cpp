@@ -85,7 +85,7 @@ private slots:
             const LineMetrics line = MetricsOf(size);
             QCOMPARE(line.ascent, qCeil(exact.ascent()));
             QCOMPARE(line.height, line.ascent + qCeil(exact.descent()));
-            QVERIFY(line.lineSpacing >= line.height);
+            QCOMPARE(line.lineSpacing, line.height + qRound(exact.leading()));
             QVERIFY(line.digitHeight > size / 2 && line.digitHeight <= size);
             QVERIFY(line.inkAbove >= line.digitHeight);
             QVERIFY(line.inkBelow >= 0);
