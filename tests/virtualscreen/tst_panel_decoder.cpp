@@ -371,6 +371,23 @@ private slots:
         QCOMPARE(panel.State().counts.frames, quint64{0});
     }
 
+    void aChunkWithoutSuccessorBeginsNoFrame_data() {
+        QTest::addColumn<int>("number");
+        QTest::newRow("no chunk's number") << 0;
+        QTest::newRow("the last one") << 27;
+        QTest::newRow("past the last one") << 28;
+    }
+    void aChunkWithoutSuccessorBeginsNoFrame() {
+        QFETCH(int, number);
+        PanelDecoder panel;
+        ExpectLine(PanelError::ChunkNumber);
+        Feed(panel, Changed(Chunk(27), 4, number));
+        QVERIFY(!panel.FrameInProgress());
+        FeedChunks(panel, 1, 27);
+        QCOMPARE(panel.State().counts.errors, quint64{1});
+        QCOMPARE(panel.State().counts.frames, quint64{1});
+    }
+
     void everyErrorOfAReportIsCounted() {
         PanelDecoder panel;
         ExpectLine(PanelError::ReportId);

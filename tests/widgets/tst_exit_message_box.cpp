@@ -192,6 +192,10 @@ private slots:
         box.show();
         QVERIFY(box.PanelRect().height() > 200);
         QVERIFY(box.rect().contains(box.PanelRect()));
+        // It widens as long as it is higher than two thirds of its width.
+        QVERIFY2(
+            box.PanelRect().height() * 3 <= box.PanelRect().width() * 2 || box.PanelRect().width() == 600,
+            qPrintable(QStringLiteral("%1 x %2").arg(box.PanelRect().width()).arg(box.PanelRect().height())));
         // No letter reaches the button line or the panel's right margin.
         const QImage image = box.grab().toImage();
         const QRect panel = box.PanelRect();

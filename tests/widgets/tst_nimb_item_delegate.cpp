@@ -89,6 +89,26 @@ private slots:
         }
     }
 
+    // The view paints all its items with one painter.
+    void thePainterIsLeftAsItWas() {
+        for (const QStyle::StateFlag state : {QStyle::State_Selected, QStyle::State_MouseOver}) {
+            QStandardItemModel model(1, 1);
+            QStyleOptionViewItem option;
+            option.rect = QRect(QPoint(10, 10), kItem);
+            option.decorationSize = QSize(85, 98);
+            option.state = QStyle::State_Enabled | state;
+            QImage image(QSize(120, 130), QImage::Format_RGB32);
+            image.fill(Qt::black);
+            QPainter painter(&image);
+            painter.setPen(QPen(Qt::red, 3));
+            painter.setBrush(Qt::blue);
+            NimbItemDelegate().paint(&painter, option, model.index(0, 0));
+            QCOMPARE(painter.pen(), QPen(Qt::red, 3));
+            QCOMPARE(painter.brush(), QBrush(Qt::blue));
+            QVERIFY(!painter.testRenderHint(QPainter::Antialiasing));
+        }
+    }
+
     void sizesOfTheItems() {
         const NimbItemDelegate delegate;
         QStandardItemModel model(2, 1);
