@@ -68,9 +68,8 @@ void TestWindowRest::WindowThatWasNeverShownHasNoGround() {
     QCoreApplication::processEvents();
     QCOMPARE(desk.window->Ground().HeldBytes(), 0);
     desk.Show();
-    // Its own pixels, not those of the picture; and the style has none.
+    // Its own pixels, not those of the picture.
     QTRY_COMPARE(desk.window->Ground().HeldBytes(), BytesOf(*desk.window));
-    QVERIFY(!desk.window->testAttribute(Qt::WA_StyleSheet));
 }
 
 void TestWindowRest::WindowInSightKeepsItsPictures() {
