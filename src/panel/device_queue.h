@@ -1,8 +1,8 @@
 #pragma once
 
-// A queue of jobs with a thread of its own, for what may wait for a screen that hangs as long as a write to it
-// does: opening, closing and listing devices, or darkening the screen. Jobs run one after the other, in the
-// order in which they were handed over.
+// A queue of jobs with a thread of its own, for what may wait for a screen that hangs as long as a write to
+// it does: opening, closing and listing devices, or darkening the screen. Jobs run one after the other, in
+// the order in which they were handed over.
 
 #include <QThread>
 #include <chrono>

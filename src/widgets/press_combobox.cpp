@@ -46,6 +46,8 @@ PressCombobox::PressCombobox(QWidget* parent) : QComboBox(parent) {
     setStyleSheet(ListStyle());
     QFont textFont = font();
     textFont.setPixelSize(kTextPixels);
+    // Named, since Windows has a font of its own for lists.
+    textFont.setFamily(textFont.family());
     setFont(textFont);
     list->setFont(textFont);
     QWidget* const container = list->window();

@@ -1,3 +1,4 @@
+#include <QAbstractItemView>
 #include <QComboBox>
 #include <QFileDialog>
 #include <QListWidget>
@@ -61,8 +62,8 @@ private slots:
     }
 
     // Whatever the desktop has: the style of Windows draws white fields under white texts, and its menus
-    // have another font.
-    void styleAndMenuFontAreTheProgramsOwn() {
+    // and lists have other fonts.
+    void styleAndFontsAreTheProgramsOwn() {
         QApplication::setStyle(QStringLiteral("Windows"));
         ApplyWindowStyle(*qApp);
         QApplication::setFont(QFont(QStringLiteral("DejaVu Serif")), "QMenu");
@@ -73,6 +74,10 @@ private slots:
         QMenu menu;
         menu.ensurePolished();
         QCOMPARE(menu.font().family(), QApplication::font().family());
+        QApplication::setFont(QFont(QStringLiteral("DejaVu Serif")), "QAbstractItemView");
+        PressCombobox box;
+        box.view()->ensurePolished();
+        QCOMPARE(box.view()->font().family(), QApplication::font().family());
         QApplication::setFont(QApplication::font());
     }
 
