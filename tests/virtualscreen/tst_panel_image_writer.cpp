@@ -165,7 +165,8 @@ private:
     // Windows lets nobody open a file that is just being replaced, and nobody replace one that is open.
     static bool MayBeLockedWhileReplaced() { return QSysInfo::kernelType() == QLatin1String("winnt"); }
 
-    // The writer tries twice a second. Where an open file stops it, the file is left alone far longer than it is read.
+    // The writer tries twice a second. Where an open file stops it, the file is left alone far longer than it
+    // is read.
     static void LetTheWriterIn() {
         if (MayBeLockedWhileReplaced()) {
             QTest::qSleep(20);
