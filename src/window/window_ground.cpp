@@ -56,7 +56,15 @@ bool WindowGround::eventFilter(QObject* /*watched*/, QEvent* event) {
             // its rules. It dresses what stands in the window.
             return true;
         case QEvent::Paint:
-            Paint(static_cast<QPaintEvent*>(event)->region());
+            // Some desktops have a minimised window painted too: for nobody, who needs no ground.
+            if (!m_ground.isNull() || !m_window.isMinimized()) {
+                Paint(static_cast<QPaintEvent*>(event)->region());
+            }
+            return false;
+        case QEvent::WindowStateChange:
+            if (m_ground.isNull()) {
+                m_window.update();
+            }
             return false;
         default:
             return false;
