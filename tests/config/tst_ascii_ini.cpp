@@ -13,9 +13,10 @@ using kivo::test::LogCatcher;
 
 namespace {
 
+// Lines end here as they do on Linux; QSettings ends them as the system does.
 QByteArray Content(const QString& path) {
     QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("not there");
+    return file.open(QIODevice::ReadOnly | QIODevice::Text) ? file.readAll() : QByteArray("not there");
 }
 
 // A text, and the line's value that every Qt's program makes of it.
