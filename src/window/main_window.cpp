@@ -322,8 +322,8 @@ GivesWay MainWindow::MayGiveWay() const {
     const bool isBusy = m_waitsForUpload || QApplication::activeModalWidget() != nullptr ||
                         QApplication::activePopupWidget() != nullptr;
     const ZoomWidget& editor = *m_ui->zoomwidget;
-    return isBusy || editor.IsEditing() || editor.Edited() != editor.Saved() ? GivesWay::NotNow
-                                                                             : GivesWay::Yes;
+    const bool isAllSaved = m_choice->Open().isEmpty() && editor.Edited() == editor.Saved();
+    return isBusy || editor.IsEditing() || !isAllSaved ? GivesWay::NotNow : GivesWay::Yes;
 }
 
 // At login the tray may come after the program.

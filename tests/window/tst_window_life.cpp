@@ -1,4 +1,5 @@
 #include <QScreen>
+#include <QSemaphore>
 #include <QWindow>
 
 #include "compose/theme_state.h"
@@ -7,6 +8,7 @@
 #include "support/window_test_support.h"
 #include "widgets/exit_message_box.h"
 #include "window/nimb_process_dialog.h"
+#include "window/picture_choice.h"
 
 using namespace kivo;
 using namespace kivo::test;
@@ -186,6 +188,7 @@ void TestWindowLife::SoftwarePanelGivesWayUnlessSomethingWouldBeLost_data() {
     QTest::newRow("dialog") << QByteArray("dialog") << true << false;
     QTest::newRow("editing") << QByteArray("editing") << true << false;
     QTest::newRow("not applied") << QByteArray("not applied") << true << false;
+    QTest::newRow("a picture that is looked at") << QByteArray("picture") << true << false;
     QTest::newRow("a real screen") << QByteArray() << false << false;
 }
 
@@ -196,11 +199,30 @@ void TestWindowLife::SoftwarePanelGivesWayUnlessSomethingWouldBeLost() {
     SingleInstance first;
     QVERIFY(first.Start());
     VirtualHidApi screen;
-    MainWindow window({screen, &first, kBin,
-                       panel ? LiveSession::PanelKind::Software : LiveSession::PanelKind::Real,
-                       QLocale(QStringLiteral("en_US")), [] { return true; }});
+    MainWindow::Parts parts{screen,
+                            &first,
+                            kBin,
+                            panel ? LiveSession::PanelKind::Software : LiveSession::PanelKind::Real,
+                            QLocale(QStringLiteral("en_US")),
+                            [] { return true; }};
+    const QString slowPicture = QStringLiteral("/slow.png");
+    const auto isAtEnd = std::make_shared<QSemaphore>();
+    parts.makePictureReaders = [slowPicture, isAtEnd] {
+        PictureSource::Readers readers = FileReaders();
+        readers.picture = [read = readers.picture, slowPicture, isAtEnd](
+                              const QString& path, const Picture* former, const PictureWork& work) {
+            if (path == slowPicture) {
+                isAtEnd->acquire();
+            }
+            return read(path, former, work);
+        };
+        return readers;
+    };
+    MainWindow window(parts);
     auto* editor = window.findChild<ZoomWidget*>(QStringLiteral("zoomwidget"));
-    if (what == "editing") {
+    if (what == "picture") {
+        window.findChild<PictureChoice*>()->Choose(slowPicture);
+    } else if (what == "editing") {
         editor->SetEditing(true);
     } else if (what == "not applied") {
         editor->SetOrientation(1);
@@ -228,6 +250,7 @@ void TestWindowLife::SoftwarePanelGivesWayUnlessSomethingWouldBeLost() {
     const InstanceAnswer goesOn = panel ? InstanceAnswer::Stays : InstanceAnswer::ComesToFront;
     QVERIFY(answer == (givesWay ? InstanceAnswer::TookPlace : goesOn));
     QCOMPARE(window.isVisible(), !givesWay);
+    isAtEnd->release();
     QVERIFY(window.Stop());
 }
 
