@@ -1,7 +1,7 @@
 #pragma once
 
-// A whole frame: picture, glass, texts. Pure functions of a state; the upload thread calls them, previews and
-// contact sheets do too.
+// A whole frame: picture, glass, texts. Pure functions of a state; the threads that send frames call
+// them, previews and contact sheets do too.
 
 #include <QImage>
 

@@ -22,7 +22,7 @@ struct Cut {
 
 // The layout's part of whether an item's update is sent (IsTextOwed has the record's): the layout has to show
 // it, and its text to have changed. An unchanged time goes out always, an unchanged date unless it stands in
-// the centre slot.
+// the centre slot; of the other slots every text, which the record stops where it is unchanged.
 bool IsUpdateSent(const ScreenState& state, int item, bool changed);
 
 // The rectangles an update of the item sends, in canvas pixels, each small enough for one report. runs is the

@@ -11,14 +11,14 @@ namespace kivo {
 
 namespace {
 
-using SharedLayout = std::shared_ptr<const PanelTexts>;
+using LaidOutTexts = std::shared_ptr<const PanelTexts>;
 
 // What is chosen, what is applied, and what an editor compares them with.
 constexpr int kMostKept = 8;
 
 struct KeptLayout {
     ScreenState state;
-    SharedLayout layout;
+    LaidOutTexts layout;
 };
 struct LayoutCache {
     std::mutex mutex;
@@ -64,7 +64,7 @@ QVector<TakenRoom> RoomOfChips(const ScreenState& state, const QVector<TakenRoom
     return chips;
 }
 
-SharedLayout LaidOut(const ScreenState& state) {
+LaidOutTexts LaidOut(const ScreenState& state) {
     auto layout = std::make_shared<PanelTexts>();
     layout->runs = LayOutItems(state);
     layout->taken = RoomOfItems(layout->runs);
@@ -79,7 +79,7 @@ SharedLayout LaidOut(const ScreenState& state) {
 }
 
 // Whoever finds a state takes it to the front; mutex is held.
-SharedLayout Take(QVector<KeptLayout>& kept, const ScreenState& state) {
+LaidOutTexts Take(QVector<KeptLayout>& kept, const ScreenState& state) {
     for (int k = 0; k < kept.size(); ++k) {
         if (kept[k].state == state) {
             kept.move(k, 0);
@@ -95,13 +95,13 @@ std::shared_ptr<const PanelTexts> LayOutPanel(const ScreenState& state) {
     LayoutCache* cache = layoutCache();
     {
         const std::lock_guard<std::mutex> lock(cache->mutex);
-        if (SharedLayout found = Take(cache->kept, state)) {
+        if (LaidOutTexts found = Take(cache->kept, state)) {
             return found;
         }
     }
-    SharedLayout layout = LaidOut(state);
+    LaidOutTexts layout = LaidOut(state);
     const std::lock_guard<std::mutex> lock(cache->mutex);
-    if (SharedLayout found = Take(cache->kept, state)) {
+    if (LaidOutTexts found = Take(cache->kept, state)) {
         return found;  // another thread was faster
     }
     cache->kept.prepend({state, layout});

@@ -1,7 +1,7 @@
 #pragma once
 
-// Everything that decides a picture but its texts and the user's pixels, as one value. The window edits a
-// chosen one, the panel shows an applied one; applying is a copy. What the page in front does not draw keeps
+// Everything that decides a picture but its texts and the user's pixels, as one value. The window shows
+// the edited one, the panel the applied one; applying is a copy. What the page in front does not draw keeps
 // its first value, so equal pictures have equal states.
 
 #include <QString>

@@ -2,8 +2,7 @@
 
 // What the program sends to the screen; the screen never answers. Each transfer opens the data path, writes
 // and closes. Any function may be called on any thread. With no screen they return quietly. A failed write
-// gives one line in the debug log, but for whole frames and short commands, which say so by their result
-// alone.
+// gives one line in the debug log; one of a whole frame or a short command is told by the result alone.
 
 #include <QTime>
 #include <atomic>
@@ -21,7 +20,7 @@ enum class TransferResult {
     Taken,
     Refused,   // the screen was open and did not take it
     NotThere,  // the screen could not be opened
-    Dropped,   // not tried: a whole frame is under way, or the program ends
+    Dropped,   // not tried, or not to its end: a whole frame is under way, or the program ends
 };
 
 struct WholeImageResult {

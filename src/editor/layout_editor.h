@@ -24,7 +24,7 @@ public:
     explicit LayoutEditor(Save save = &SaveEditState);
 
     const EditState& Edited() const { return m_edited; }
-    // What the settings hold, as loaded or committed.
+    // What cancel goes back to: as loaded or committed.
     const EditState& Saved() const { return m_saved; }
     // The picture that the edited state asks for, in the interface language.
     ScreenState Shown() const;

@@ -30,8 +30,8 @@ public:
         Transfers& transfers;
         FrameStore& frames;
         PanelMemory* memory = nullptr;  // null: a panel that forgets with the process
-        // The text of a live value at this moment (empty for none). Called on whichever
-        // worker sends a frame or a text.
+        // The text of a live value at this moment (empty for none), for a whole frame.
+        // Called on whichever worker sends that; a text alone is handed in.
         std::function<QString(int item)> valueText;
         // The picture behind a state, which may take its time; nothing when the end has come. Called on the
         // same threads, once for each frame that is composed.

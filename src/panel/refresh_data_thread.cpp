@@ -11,7 +11,7 @@ RefreshDataThread::RefreshDataThread(Parts parts, QObject* parent)
     : QThread(parent),
       m_parts(std::move(parts)),
       m_sampler(m_parts.makeCpuCounter),
-      m_samples(StartTexts(m_parts.language)) {}
+      m_startTexts(StartTexts(m_parts.language)) {}
 
 RefreshDataThread::~RefreshDataThread() {
     stop();
@@ -69,7 +69,7 @@ void RefreshDataThread::RefreshValue(int index) {
     // Deliberate, fixed: in the first round a text that equals its start text is left out, but for time and
     // date. It is owed still, so the second round sends it, or the panel would keep what it showed before the
     // program started.
-    if (m_firstRound && index != Time && index != Date && text == m_samples[size_t(index)]) {
+    if (m_firstRound && index != Time && index != Date && text == m_startTexts[size_t(index)]) {
         return;
     }
     if (!m_parts.renderer.RenderLiveItem(text, index)) {

@@ -60,7 +60,7 @@ private:
 
     const Parts m_parts;
     CpuUsageSampler m_sampler;
-    const std::array<QString, kLiveValueCount> m_samples;
+    const std::array<QString, kLiveValueCount> m_startTexts;
     bool m_firstRound = true;
     StopPause m_pause{isStop};
     ThreadEnd m_end;

@@ -1,8 +1,8 @@
 #pragma once
 
-// The pictures behind the texts, for everybody who shows or sends them: preview, composer and list get the
-// same image, or the same failure. Reads on threads of its own; a few images are kept. Lives on the window's
-// thread, which never waits here and never looks at a picture's file.
+// The pictures behind the texts, for everybody who shows them or sends them to the panel: preview, composer
+// and list get the same image, or the same failure. Reads on threads of its own; a few images are kept. Lives
+// on the window's thread, which never waits here and never looks at a picture's file.
 
 #include <QObject>
 #include <QSize>
