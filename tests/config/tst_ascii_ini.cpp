@@ -84,9 +84,10 @@ private slots:
         const QString path = NewPath();
         {
             SettingsWriter writer(path);
-            writer.SetInt(QStringLiteral("H1/XPt"), -2147483647);
+            // In the order of the alphabet: Windows keeps the order of writing.
             writer.SetRect(QStringLiteral("H1/ShowRect_0"), QRect(-1, 2, 30, 40));
             writer.SetText(QStringLiteral("H1/String_0"), QString());
+            writer.SetInt(QStringLiteral("H1/XPt"), -2147483647);
             writer.SetText(QStringLiteral("test/test"), QStringLiteral("@Rect(1 2 3 4)"));
         }
         QCOMPARE(Content(path), QByteArray("[H1]\nShowRect_0=@Rect(-1 2 30 40)\nString_0=\nXPt=-2147483647\n"
