@@ -81,12 +81,9 @@ QRectF ShownPart(QSize picture, Orientation orientation, const LayoutRecord& lay
     const double inset = qBound(0, qMax(layout.xZoom, layout.yZoom), kPanelWidth - 1);
     const QSizeF frame = panel * (1 - inset / kPanelWidth);
     // The untrimmed view lies in the middle of the picture; the frame's corner is given relative to it.
-    double left = (picture.width() - panel.width() * perPixel) / 2 + layout.xPt * perPixel;
-    double top = (picture.height() - panel.height() * perPixel) / 2 + layout.yPt * perPixel;
-    // Not qBound, which wants room: a rounding may leave less than none.
-    left = qMax(0.0, qMin(left, picture.width() - frame.width() * perPixel));
-    top = qMax(0.0, qMin(top, picture.height() - frame.height() * perPixel));
-    return QRectF(QPointF(left, top), frame * perPixel);
+    const double left = (picture.width() - panel.width() * perPixel) / 2 + layout.xPt * perPixel;
+    const double top = (picture.height() - panel.height() * perPixel) / 2 + layout.yPt * perPixel;
+    return KeptIn(QRectF(QPointF(left, top), frame * perPixel), QRectF(QPointF(0, 0), picture));
 }
 
 QImage PlacedPicture(const QImage& picture, QSize size, Orientation orientation, const LayoutRecord& layout) {

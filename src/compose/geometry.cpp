@@ -38,4 +38,11 @@ QVector<QRect> ColumnsThatFit(const QRect& rect) {
     return columns;
 }
 
+QRectF KeptIn(QRectF rect, const QRectF& bounds) {
+    // Not qBound, which wants room.
+    rect.moveLeft(qMax(bounds.left(), qMin(rect.left(), bounds.right() - rect.width())));
+    rect.moveTop(qMax(bounds.top(), qMin(rect.top(), bounds.bottom() - rect.height())));
+    return rect;
+}
+
 }  // namespace kivo

@@ -54,4 +54,8 @@ constexpr double AreaScale(Orientation orientation) {
     return orientation == Orientation::Landscape ? kLandscapeScale : 1.0;
 }
 
+// The rectangle moved, not cut, so that it lies within the bounds, in any coordinates. They may have no room
+// for it, by a rounding or in a very small window: it begins where they do then.
+QRectF KeptIn(QRectF rect, const QRectF& bounds);
+
 }  // namespace kivo

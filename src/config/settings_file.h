@@ -27,8 +27,8 @@ inline constexpr int kFarthestRectEdge = 65535;    // Any edge further from 0 is
 // Whether a rectangle has near edges and no negative size.
 bool IsBelievable(const QRect& rect);
 
-// A short run of reads. Values that cannot be used are read as their row in setting_keys.h
-// says, and one log line counts them.
+// A short run of reads. Values that cannot be used are read as their row in setting_keys.h says, and one log
+// line counts them.
 class SettingsReader {
 public:
     explicit SettingsReader(const QString& filePath = ConfigFilePath());

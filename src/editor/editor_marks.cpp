@@ -4,6 +4,7 @@
 #include <QPainterPath>
 #include <array>
 
+#include "compose/geometry.h"
 #include "compose/panel_room.h"
 #include "widgets/window_colors.h"
 
@@ -23,14 +24,6 @@ constexpr QColor kLeftOut(0x07, 0x13, 0x26, 140);  // the panel's ink, .55
 constexpr double kCornerSide = 10;
 constexpr double kBarLength = 16;
 constexpr double kBarWidth = 4;
-
-// Moved, not cut, so that a handle at the very edge can still be seen whole.
-QRectF KeptIn(QRectF rect, const QRectF& bounds) {
-    // Not qBound, which wants room: a very small editor may have none.
-    rect.moveLeft(qMax(bounds.left(), qMin(rect.left(), bounds.right() - rect.width())));
-    rect.moveTop(qMax(bounds.top(), qMin(rect.top(), bounds.bottom() - rect.height())));
-    return rect;
-}
 
 QRectF About(QPointF middle, double width, double height) {
     return QRectF(middle.x() - width / 2, middle.y() - height / 2, width, height);
@@ -77,6 +70,7 @@ void DrawTrimFrame(QPainter& painter, const QRectF& frame, const QRectF& shown, 
                           About(QPointF(middle.x(), frame.bottom()), kBarLength, kBarWidth),
                           About(QPointF(frame.left(), middle.y()), kBarWidth, kBarLength),
                           About(QPointF(frame.right(), middle.y()), kBarWidth, kBarLength)};
+    // A handle at the very edge is moved in, so that it can still be seen whole.
     for (const QRectF& bar : bars) {
         painter.drawRoundedRect(KeptIn(bar, bounds), kBarWidth / 2, kBarWidth / 2);
     }

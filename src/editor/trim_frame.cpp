@@ -21,13 +21,6 @@ QSizeF Panel(Orientation orientation) {
     return QSizeF(CanvasSize(orientation));
 }
 
-QRectF KeptOnPicture(QRectF frame, const QRectF& picture) {
-    // Not qBound, which wants room: a frame as large as the picture may have less than none, by a rounding.
-    frame.moveLeft(qMax(picture.left(), qMin(frame.left(), picture.right() - frame.width())));
-    frame.moveTop(qMax(picture.top(), qMin(frame.top(), picture.bottom() - frame.height())));
-    return frame;
-}
-
 // The size of the panel's shape and that width, within what is allowed.
 QSizeF AllowedSize(double width, Orientation orientation) {
     const QSizeF panel = Panel(orientation);
@@ -148,7 +141,7 @@ Qt::CursorShape TrimCursor(TrimZone zone) {
 }
 
 QRectF MovedFrame(const TrimView& view, QPointF by) {
-    return KeptOnPicture(view.frame.translated(by), view.picture);
+    return KeptIn(view.frame.translated(by), view.picture);
 }
 
 QRectF ResizedFrame(const TrimView& view, TrimZone zone, QPointF by, Orientation orientation) {
@@ -162,7 +155,7 @@ QRectF ResizedFrame(const TrimView& view, TrimZone zone, QPointF by, Orientation
     // 0 keeps the left (top) edge in its place, 1 the right (bottom) one, a half the middle.
     const double keptX = IsLeft(zone) ? 1 : IsRight(zone) ? 0 : 0.5;
     const double keptY = IsTop(zone) ? 1 : IsBottom(zone) ? 0 : 0.5;
-    return KeptOnPicture(SizedAbout(view.frame, AllowedSize(width, orientation), keptX, keptY), view.picture);
+    return KeptIn(SizedAbout(view.frame, AllowedSize(width, orientation), keptX, keptY), view.picture);
 }
 
 QRectF ZoomedFrame(const TrimView& view, double inset, Orientation orientation, QPointF about) {
@@ -170,7 +163,7 @@ QRectF ZoomedFrame(const TrimView& view, double inset, Orientation orientation, 
     const QSizeF size = AllowedSize(view.frame.width() - narrower, orientation);
     const QRectF zoomed =
         SizedAbout(view.frame, size, qBound(0.0, about.x(), 1.0), qBound(0.0, about.y(), 1.0));
-    return KeptOnPicture(zoomed, view.picture);
+    return KeptIn(zoomed, view.picture);
 }
 
 }  // namespace kivo

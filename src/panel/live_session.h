@@ -2,9 +2,8 @@
 
 // The program behind its window: opens the screen, brings whole frames to it and keeps its values live. Lives
 // on the GUI thread, which calls every function, and owns the workers that open the screen and write to it;
-// only AwaitLight and Stop wait for a worker, for as long as they say, and
-// StopRefresh for a moment, in which most rounds end. Knows no widget and no settings:
-// whoever uses it loads them and hands the states in.
+// only AwaitLight and Stop wait for a worker, for as long as they say, and StopRefresh for a moment, in which
+// most rounds end. Knows no widget and no settings: whoever uses it loads them and hands the states in.
 
 #include <QDeadlineTimer>
 #include <QObject>

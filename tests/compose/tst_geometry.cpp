@@ -143,6 +143,19 @@ private slots:
         QCOMPARE(WireRect(canvas, orientation), wire);
     }
 
+    void WhatIsKeptInIsMovedNotCut_data() {
+        QTest::addColumn<QRectF>("rect");
+        QTest::addColumn<QRectF>("kept");
+        QTest::newRow("inside") << QRectF(20, 10, 4, 6) << QRectF(20, 10, 4, 6);
+        QTest::newRow("left and top") << QRectF(-3, 1, 4, 6) << QRectF(10, 5, 4, 6);
+        QTest::newRow("right and bottom") << QRectF(48, 90, 4, 6) << QRectF(46, 39, 4, 6);
+        QTest::newRow("no room") << QRectF(12, 7, 41, 50) << QRectF(10, 5, 41, 50);
+    }
+    void WhatIsKeptInIsMovedNotCut() {
+        QFETCH(QRectF, rect);
+        QTEST(KeptIn(rect, QRectF(10, 5, 40, 40)), "kept");
+    }
+
     void FrameInTheAreaHasThePanelsScale() {
         QCOMPARE(AreaFrameSize(Orientation::Landscape), QSize(433, 230));
         QCOMPARE(AreaScale(Orientation::Landscape), 1.35);
