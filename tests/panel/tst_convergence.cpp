@@ -1,7 +1,7 @@
 // Whatever happens to the program and its panel: once it stops happening, the panel shows what was applied.
 //
 // Sequences are drawn at random, each from its seed. KIVO_SEED plays one again, KIVO_SEQUENCES says how many
-// are played (from KIVO_SEED on). The dev build plays 1 to 500; the others play a hundred each, seeds of their own.
+// are played (from KIVO_SEED on). The dev build plays 1 to 500; each other build plays a hundred of its own.
 
 #include <QFile>
 #include <QtTest>
