@@ -110,7 +110,9 @@ void NimbPushButton::SetUsesPictures(bool on) {
 
 void NimbPushButton::SetPictures(const QString& normal, const QString& hover, const QString& pressed,
                                  const QString& disabled) {
-    m_pictures = {SharpPicture(normal), SharpPicture(hover), SharpPicture(pressed), SharpPicture(disabled)};
+    // The normal one alone would not tell that the button is off.
+    const SharpPicture off = disabled == normal ? SharpPicture() : SharpPicture(disabled);
+    m_pictures = {SharpPicture(normal), SharpPicture(hover), SharpPicture(pressed), off};
     SetUsesPictures(true);
 }
 

@@ -85,7 +85,8 @@ public:
     void SetEllipse(bool on);
     void SetUsesPictures(bool on);
 
-    // Paths, each drawn over the whole button. A state without a picture is drawn as the look draws it.
+    // Paths, each drawn over the whole button. A state without a picture is drawn as the look draws it, and
+    // one that is off, without a picture of its own, as the normal one dimmed.
     void SetPictures(const QString& normal, const QString& hover, const QString& pressed,
                      const QString& disabled);
 

@@ -18,6 +18,7 @@ constexpr qreal kChoiceRadius = 8;
 constexpr qreal kIconGap = 8;
 constexpr qreal kSideRoom = 6;  // between the edge and the widest text
 constexpr int kSmallestText = 11;
+constexpr qreal kOffOpacity = 0.45;  // of a picture whose button is off
 constexpr QSizeF kAccentBar(24, 2.5);
 
 struct PlateColors {
@@ -181,6 +182,10 @@ void NimbPushButton::DrawPlate(QPainter& painter, State state) const {
         painter.setPen(QPen(plate->edge, 1));
         painter.setBrush(plate->fill);
         painter.drawRoundedRect(QRectF(rect()).adjusted(.5, .5, -.5, -.5), radius - .5, radius - .5);
+    } else if (state == Hover && m_look == Look::Choice) {
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(colors::kHoverFill);
+        painter.drawRoundedRect(QRectF(rect()), radius, radius);
     } else if (state == Pressed) {
         painter.setPen(Qt::NoPen);
         painter.setBrush(colors::kSelectedFill);
@@ -196,9 +201,11 @@ void NimbPushButton::DrawPlate(QPainter& painter, State state) const {
 }
 
 void NimbPushButton::DrawBareGround(QPainter& painter, State state) const {
-    // A state without a picture shows that of the normal one.
+    // A state without a picture shows that of the normal one, dimmed where the button is off.
     if (m_usesPictures) {
+        painter.setOpacity(state == Disabled ? kOffOpacity : 1.0);
         m_pictures[Normal].Draw(painter, rect());
+        painter.setOpacity(1.0);
         return;
     }
     painter.save();
@@ -239,7 +246,7 @@ void NimbPushButton::DrawContents(QPainter& painter, State state) const {
 void NimbPushButton::DrawIcon(QPainter& painter, const QRectF& rect, State state) const {
     painter.save();
     if (state == Disabled) {
-        painter.setOpacity(m_iconDrawing ? 1.0 : 0.45);
+        painter.setOpacity(m_iconDrawing ? 1.0 : kOffOpacity);
     }
     if (m_iconDrawing) {
         m_iconDrawing(painter, rect, IconColor(state), state);

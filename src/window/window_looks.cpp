@@ -21,6 +21,8 @@ QString CheckBoxStyle() {
     return QStringLiteral(
                "QCheckBox{color:%1;font-size:13px;spacing:8px}"
                "QCheckBox:checked{color:%2}"
+               "QCheckBox:hover{color:%3}"
+               "QCheckBox:disabled{color:%4}"
                "QCheckBox::indicator{width:16px;height:16px}"
                "QCheckBox::indicator:unchecked{image:url(://skins/seting_bt_02_n.png)}"
                "QCheckBox::indicator:unchecked:hover{image:url(:/skins/seting_bt_02_n.png)}"
@@ -28,7 +30,8 @@ QString CheckBoxStyle() {
                "QCheckBox::indicator:checked{image:url(:/skins/seting_bt_02_s.png)}"
                "QCheckBox::indicator:checked:hover{image:url(:/skins/seting_bt_02_s.png)}"
                "QCheckBox::indicator:checked:pressed{image:url(:/skins/seting_bt_02_n.png)}")
-        .arg(colors::kTextMid.name(), colors::kTextBody.name());
+        .arg(colors::kTextMid.name(), colors::kTextBody.name(), colors::kTextHigh.name(),
+             colors::kButtonTextOff.name());
 }
 
 void DressPlainParts(::Ui::MainWindow& ui) {
@@ -45,8 +48,11 @@ void DressPlainParts(::Ui::MainWindow& ui) {
                                           .arg(colors::kWell.name(), colors::kCardEdge.name()));
     ui.pushButton->setStyleSheet(
         QStringLiteral("QPushButton{border:none;background:transparent;color:%1;font-size:12px}"
-                       "QPushButton:hover{color:%2}")
-            .arg(colors::kTextMid.name(), colors::kTextHigh.name()));
+                       "QPushButton:hover{color:%2}"
+                       "QPushButton:pressed{color:%3}"
+                       "QPushButton:disabled{color:%4}")
+            .arg(colors::kTextMid.name(), colors::kTextHigh.name(), colors::kAccentBright.name(),
+                 colors::kButtonTextOff.name()));
     const auto boxes = ui.centralwidget->findChildren<QCheckBox*>();
     for (QCheckBox* box : boxes) {
         box->setStyleSheet(CheckBoxStyle());

@@ -2,6 +2,7 @@ set(window_units
     away_light
     main_window
     window_accessibility
+    window_controls
     window_custom
     window_editing
     window_ground
