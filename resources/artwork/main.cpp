@@ -10,6 +10,7 @@
 #include <QGuiApplication>
 #include <QImage>
 #include <QImageWriter>
+#include <QPainter>
 #include <QTextStream>
 
 #include <algorithm>
@@ -124,6 +125,16 @@ bool SaveIcons(const QDir& icons) {
     return true;
 }
 
+// As the window's ground is drawn on a screen that is not scaled.
+QImage Halved(const QImage& picture) {
+    QImage half(picture.size() / 2, QImage::Format_RGB32);
+    QPainter painter(&half);
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    painter.drawImage(QRectF(half.rect()), picture, QRectF(picture.rect()));
+    painter.end();
+    return half;
+}
+
 bool SaveWindow(const QDir& pictures, const QDir& besideProgram) {
     for (const WindowPicture& picture : WindowPictures()) {
         const QString name = QLatin1String(picture.name);
@@ -137,7 +148,9 @@ bool SaveWindow(const QDir& pictures, const QDir& besideProgram) {
         logo.push_back(DrawLogo(side));
     }
     const QVector<QRgb> palette = ProgressPalette();
-    return Save(pictures, QStringLiteral("background_01.png"), DrawGround()) &&
+    const QImage ground = DrawGround();
+    return Save(pictures, QStringLiteral("background_01.png"), ground) &&
+           Save(pictures, QStringLiteral("background_01_small.png"), Halved(ground)) &&
            SaveBytes(pictures, QStringLiteral("logo.ico"), EncodeIco(logo)) &&
            SaveBytes(pictures, QStringLiteral("loading.gif"),
                      EncodeGif(DrawProgress(1), palette, kProgressDelay)) &&

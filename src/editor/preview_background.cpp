@@ -42,6 +42,19 @@ void PreviewBackground::LetGo() {
     m_hasLetGo = m_hasLetGo || !m_picture.image.isNull();
     m_picture.image = QImage();
     m_skins = SkinCache();
+    m_comingSkins = {};
+}
+
+void PreviewBackground::Fetch(const ScreenState& state, QSize devicePixels) {
+    Update(state);
+    // Custom layouts have no skin; an accent of its picture's is known when that has been read.
+    if (m_composed.image.isNull() && !state.custom && !state.layout.accentFromPicture) {
+        m_comingSkins = std::async(std::launch::async, [state, devicePixels] {
+            SkinCache skins;
+            skins.SkinOf(state, devicePixels);
+            return skins;
+        });
+    }
 }
 
 QSize PreviewBackground::PictureSize(const ScreenState& state) {
@@ -57,6 +70,9 @@ const PanelBackground& PreviewBackground::Composed(const ScreenState& state, QSi
         return m_composed;
     }
     if (m_composed.image.size() != devicePixels || state != m_state || bare != m_bare) {
+        if (m_comingSkins.valid()) {
+            m_skins = m_comingSkins.get();
+        }
         ScreenState drawn = DrawnState(state, m_picture.IsStandIn());
         const bool hasPicture = !m_picture.image.isNull();
         drawn.layout.accentFromPicture = drawn.layout.accentFromPicture && hasPicture;

@@ -7,6 +7,7 @@
 #include <QSize>
 #include <QString>
 
+#include <future>
 #include <optional>
 
 #include "compose/frame_composer.h"
@@ -42,6 +43,10 @@ public:
     // Bytes of the picture and the skins that are held.
     qint64 HeldBytes() const { return m_picture.image.sizeInBytes() + m_skins.HeldBytes(); }
 
+    // The preview is about to be shown, with this state and size: has what it takes made ready beside the GUI
+    // thread.
+    void Fetch(const ScreenState& state, QSize devicePixels);
+
     // How often a background was composed; tells tests what was not done again.
     int CompositionCount() const { return m_compositions; }
 
@@ -56,8 +61,9 @@ private:
     bool m_hasLetGo = false;  // of the picture that m_composed was made of
 
     SkinCache m_skins;
-    ScreenState m_state;  // of m_composed
-    ItemFlags m_bare{};   // of m_composed
+    std::future<SkinCache> m_comingSkins;  // from Fetch to the first composing
+    ScreenState m_state;                   // of m_composed
+    ItemFlags m_bare{};                    // of m_composed
     PanelBackground m_composed;
     QImage m_whole;
     int m_compositions = 0;

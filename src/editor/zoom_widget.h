@@ -61,6 +61,8 @@ public:
     void CheckPicture();
     // Nobody looks at the preview for the time being, see PreviewBackground.
     void LetGoOfPictures() { m_background.LetGo(); }
+    // The window is about to be shown: has what the preview takes made ready beside the GUI thread.
+    void FetchPictures() { m_background.Fetch(Shown(), ScreenPixels()); }
 
     // Gives the layout in force that picture and clears its trim, whether it can be shown or not.
     void SetBackground(const QString& path);
@@ -208,6 +210,7 @@ private:
     // Painting.
     ItemTexts PreviewTexts() const;
     QRectF ScreenArea() const;  // of the magnified panel, in whole device pixels
+    QSize ScreenPixels() const { return (ScreenArea().size() * devicePixelRatioF()).toSize(); }
     // The items that make room for the text box where it is open.
     ItemFlags HiddenByBox(const ScreenState& state) const;
     void PaintScreen(QPainter& painter, const QRectF& area, const QImage& background,

@@ -52,6 +52,10 @@ QRect SlotArea(int slot, const ScreenState& state, const PanelTexts& texts) {
 }  // namespace
 
 void ZoomWidget::paintEvent(QPaintEvent* /*event*/) {
+    // Some desktops have a minimised window painted too: for nobody.
+    if (window()->isMinimized()) {
+        return;
+    }
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
@@ -69,8 +73,8 @@ void ZoomWidget::paintEvent(QPaintEvent* /*event*/) {
     const QRectF area = ScreenArea();
     const ItemFlags hidden = HiddenByBox(state);
     // What is typed may have a pill of its own.
-    const PanelBackground& background = m_background.Composed(
-        m_textEntryOpen ? Typed().State() : state, (area.size() * devicePixelRatioF()).toSize(), hidden);
+    const PanelBackground& background =
+        m_background.Composed(m_textEntryOpen ? Typed().State() : state, ScreenPixels(), hidden);
     const PanelTexts texts = LayOutPanelTexts(state, PreviewTexts(), background.accent);
     PaintScreen(painter, area, background.image, WithoutItems(hidden, texts));
     if (m_drag.HoldsText() && m_editing) {

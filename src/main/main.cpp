@@ -410,6 +410,7 @@ int main(int argc, char** argv) {
                                                              : kivo::LiveSession::PanelKind::Real};
     parts.makeHotplug = [&screen] { return screen.MakeHotplug(); };
     parts.makeAwayWatch = &kivo::MakeSystemAwayWatch;
+    parts.isWanted = kivo::ValueOf(line.commands, kivo::OutsideKind::Show).has_value();
     auto window = std::make_unique<kivo::MainWindow>(parts);
     hasWindow = true;
     screen.ShowWindow();
@@ -420,7 +421,7 @@ int main(int argc, char** argv) {
     });
     if (kivo::IsFirstRun()) {
         window->show();
-    } else {
+    } else if (!kivo::IsAskedAlone(line.commands, kivo::OutsideKind::Show)) {
         window->PutAway();
     }
     if (isTold) {

@@ -89,6 +89,12 @@ bool IsAnyAsked(const OutsideCommands& commands) {
     return std::any_of(commands.begin(), commands.end(), [](const auto& value) { return value.has_value(); });
 }
 
+bool IsAskedAlone(const OutsideCommands& commands, OutsideKind kind) {
+    const auto asked =
+        std::count_if(commands.begin(), commands.end(), [](const auto& value) { return value.has_value(); });
+    return asked == 1 && ValueOf(commands, kind).has_value();
+}
+
 std::optional<int> WordOf(const OutsideCommands& commands, OutsideKind kind) {
     const std::optional<QString>& value = ValueOf(commands, kind);
     if (!value) {

@@ -40,6 +40,8 @@ inline const std::optional<QString>& ValueOf(const OutsideCommands& commands, Ou
     return commands[size_t(kind)];
 }
 bool IsAnyAsked(const OutsideCommands& commands);
+// Whether that was asked for, and nothing else.
+bool IsAskedAlone(const OutsideCommands& commands, OutsideKind kind);
 // Place of the value among its option's words; none where the kind was not asked for.
 std::optional<int> WordOf(const OutsideCommands& commands, OutsideKind kind);
 

@@ -84,7 +84,8 @@ MainWindow::MainWindow(const Parts& parts)
     setWindowFlags(Qt::Window | Qt::FramelessWindowHint | Qt::WindowSystemMenuHint |
                    Qt::WindowMinimizeButtonHint);
     m_ui->setupUi(this);
-    if (IsFirstRun()) {
+    const bool isAboutToBeShown = parts.isWanted || IsFirstRun();
+    if (isAboutToBeShown) {
         m_ground.Fetch();
     }
     m_screenWatch =
@@ -108,6 +109,9 @@ MainWindow::MainWindow(const Parts& parts)
     WirePages();
     WireTools();
     LoadState();
+    if (isAboutToBeShown) {
+        m_ui->zoomwidget->FetchPictures();
+    }
     m_away = std::make_unique<AwayLight>(AwayLight::Parts{
         *m_session, *m_stateLine, parts.makeAwayWatch ? parts.makeAwayWatch() : nullptr, parts.localTime});
     connect(m_away.get(), &AwayLight::awake, m_screenWatch.get(), &ScreenWatch::LookForWakeUp);

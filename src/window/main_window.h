@@ -91,6 +91,7 @@ public:
         std::function<QTime()> localTime = [] { return ReadLocalTime().time; };
         PackageSensorsFactory makeSensors = MakePackageSensors;
         ThermalZoneThread::Reader readThermalZone = ReadThermalZoneTemperature;
+        bool isWanted = false;  // the window is going to be shown as soon as it is there
         // After so long out of sight the window lets go of its pictures.
         std::chrono::milliseconds restsAfter = WindowRest::kUsualWait;
     };

@@ -1,5 +1,6 @@
 #include "window/window_ground.h"
 
+#include <QImageReader>
 #include <QPaintEvent>
 #include <QPainter>
 #include <QWidget>
@@ -8,12 +9,25 @@ namespace kivo {
 
 namespace {
 
-// On any thread.
-QImage Decoded(const QString& path) {
-    return QImage(path);
+// The picture as it was rendered for a screen that is not scaled; the other one has twice the pixels.
+QString SmallPath(QString path) {
+    return path.replace(QLatin1String(".png"), QLatin1String("_small.png"));
+}
+
+bool Covers(QSize size, QSize other) {
+    return size.expandedTo(other) == size;
+}
+
+// On any thread. The small one where it has pixels enough: it takes a quarter of the time.
+QImage Decoded(const QString& path, QSize devicePixels) {
+    QImageReader small(SmallPath(path));
+    return Covers(small.size(), devicePixels) ? small.read() : QImage(path);
 }
 
 QPixmap Stretched(const QImage& picture, QSize devicePixels) {
+    if (picture.size() == devicePixels) {
+        return QPixmap::fromImage(picture);
+    }
     QImage ground(devicePixels, QImage::Format_RGB32);
     QPainter painter(&ground);
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
@@ -36,7 +50,8 @@ QSize WindowGround::DevicePixels() const {
 
 void WindowGround::Fetch() {
     if (m_ground.isNull() && !m_coming.valid()) {
-        m_coming = std::async(std::launch::async, &Decoded, m_path);
+        m_comingPixels = DevicePixels();
+        m_coming = std::async(std::launch::async, &Decoded, m_path, m_comingPixels);
     }
 }
 
@@ -75,7 +90,9 @@ void WindowGround::Paint(const QRegion& region) {
     const QSize pixels = DevicePixels();
     // Not before, or on a screen of another scale now.
     if (m_ground.size() != pixels) {
-        m_ground = Stretched(m_coming.valid() ? m_coming.get() : Decoded(m_path), pixels);
+        const bool comes = m_coming.valid() && Covers(m_comingPixels, pixels);
+        m_ground = Stretched(comes ? m_coming.get() : Decoded(m_path, pixels), pixels);
+        m_coming = {};
         m_ground.setDevicePixelRatio(m_window.devicePixelRatioF());
     }
     QPainter painter(&m_window);

@@ -19,9 +19,10 @@ class WindowGround : public QObject {
     Q_OBJECT
 
 public:
-    // path: the picture. The window outlives this object.
+    // path: the picture, beside which its half in either direction lies as "..._small.png". The window
+    // outlives this object.
     WindowGround(QWidget& window, const QString& path);
-    // Waits for a decoding that is under way: some 20 ms.
+    // Waits for a decoding that is under way: up to 20 ms.
     ~WindowGround() override = default;
 
     // The window is about to be shown: has the ground decoded meanwhile.
@@ -40,7 +41,8 @@ private:
 
     QWidget& m_window;
     const QString m_path;
-    QPixmap m_ground;  // null while it was let go of
+    QPixmap m_ground;      // null while it was let go of
+    QSize m_comingPixels;  // for which m_coming is
     std::future<QImage> m_coming;
 };
 

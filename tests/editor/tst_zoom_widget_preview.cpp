@@ -209,6 +209,29 @@ private slots:
         QCOMPARE(pictures.ReadCount(), 1);
     }
 
+    void FetchedItIsComposedTheSame() {
+        PictureSource pictures({ReadPicture, {}});
+        const QSize size(432, 230);
+        ScreenState accented = ThemeScreen(Theme::Default, kLying);
+        accented.layout.accentFromPicture = true;
+        const QVector<ScreenState> states{ThemeScreen(Theme::Time, kLying),
+                                          ThemeScreen(Theme::Default, kLying), accented,
+                                          CustomScreen({0, 1, 2, 3, 4}, kLying)};
+        for (const ScreenState& fetched : states) {
+            for (const ScreenState& state : states) {
+                PreviewBackground background;
+                background.SetSource(pictures);
+                background.Fetch(fetched, size);
+                static_cast<void>(background.Composed(state, size));
+                QTRY_VERIFY(!pictures.IsBusy());
+                PreviewBackground straight;
+                straight.SetSource(pictures);
+                QTRY_VERIFY(!straight.PictureSize(state).isEmpty());
+                QCOMPARE(background.Composed(state, size).image, straight.Composed(state, size).image);
+            }
+        }
+    }
+
     // Neither before the first picture, nor where there is no source at all.
     void UntilAPictureIsThereTheGroundIsNotBlack() {
         PreviewBackground background;

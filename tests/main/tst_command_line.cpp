@@ -26,6 +26,7 @@ private Q_SLOTS:
     void HelpForAllNamesQtsOptionsToo();
     void QtsOwnOptionsArePassedOver_data();
     void QtsOwnOptionsArePassedOver();
+    void WhatIsAskedAloneIsKnown();
     void CommandsAreRead_data();
     void CommandsAreRead();
     void PictureIsFoundFromWhereThePersonStands();
@@ -220,6 +221,18 @@ void TestCommandLine::QtsOwnOptionsArePassedOver() {
     QCOMPARE(*line.options.runSeconds, 2.0);
     QVERIFY(!IsAnyAsked(line.commands));
     QTEST(line.platform, "platform");
+}
+
+void TestCommandLine::WhatIsAskedAloneIsKnown() {
+    const auto isShownAlone = [](const QStringList& options) {
+        return IsAskedAlone(Parse(options).commands, OutsideKind::Show);
+    };
+    const QString show = QStringLiteral("--show");
+    QVERIFY(isShownAlone({show}));
+    QVERIFY(isShownAlone({show, QStringLiteral("--virtual-screen")}));
+    QVERIFY(!isShownAlone({show, QStringLiteral("--blank"), QStringLiteral("off")}));
+    QVERIFY(!isShownAlone({QStringLiteral("--blank"), QStringLiteral("off")}));
+    QVERIFY(!isShownAlone({}));
 }
 
 void TestCommandLine::CommandsAreRead_data() {

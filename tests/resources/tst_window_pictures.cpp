@@ -98,7 +98,8 @@ private Q_SLOTS:
     }
 
     void NothingElseIsCompiledIn() {
-        QStringList expected = {QStringLiteral("background_01.png"), QStringLiteral("loading.gif"),
+        QStringList expected = {QStringLiteral("background_01.png"),
+                                QStringLiteral("background_01_small.png"), QStringLiteral("loading.gif"),
                                 QStringLiteral("loading@2x.gif"), QStringLiteral("logo.ico")};
         for (const Picture& picture : Pictures()) {
             expected << QLatin1String(picture.name) + QStringLiteral(".png")
