@@ -56,7 +56,10 @@ bool SettingsReader::Contains(const QString& key) const {
 }
 
 bool SettingsReader::HasGroup(const QString& group) const {
-    return m_settings && m_settings->childGroups().contains(group);
+    if (m_settings && !m_groups) {
+        m_groups = m_settings->childGroups();
+    }
+    return m_groups && m_groups->contains(group);
 }
 
 QStringList SettingsReader::Keys() const {

@@ -7,6 +7,7 @@
 #include <QVector>
 
 #include <memory>
+#include <optional>
 
 #include "config/folders.h"
 #include "config/setting_keys.h"
@@ -58,7 +59,8 @@ private:
     void CountUnusable(const QString& key) const;
 
     QString m_filePath;
-    std::unique_ptr<QSettings> m_settings;  // Null where the file cannot be used at all.
+    std::unique_ptr<QSettings> m_settings;        // Null where the file cannot be used at all.
+    mutable std::optional<QStringList> m_groups;  // From the first question on: Qt goes through all keys.
     mutable int m_unusable = 0;
     mutable QString m_firstUnusable;
 };
