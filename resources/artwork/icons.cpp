@@ -2,8 +2,6 @@
 
 #include "svg_drawing.h"
 
-#include <array>
-
 namespace kivo::artwork {
 
 namespace {
@@ -11,8 +9,21 @@ namespace {
 constexpr double kGrid = 24;
 
 SvgDrawing DrawingOf(Icon icon) {
-    constexpr std::array<const char*, 6> kNames = {"thermometer", "chip", "memory", "fan", "bolt", "clock"};
-    return SvgDrawing(QLatin1String(kNames[static_cast<size_t>(icon)]));
+    switch (icon) {
+        case Icon::Thermometer:
+            return SvgDrawing(QStringLiteral("thermometer"));
+        case Icon::Chip:
+            return SvgDrawing(QStringLiteral("chip"));
+        case Icon::Memory:
+            return SvgDrawing(QStringLiteral("memory"));
+        case Icon::Fan:
+            return SvgDrawing(QStringLiteral("fan"));
+        case Icon::Bolt:
+            return SvgDrawing(QStringLiteral("bolt"));
+        case Icon::Clock:
+            return SvgDrawing(QStringLiteral("clock"));
+    }
+    qFatal("There is no such icon.");
 }
 
 }  // namespace

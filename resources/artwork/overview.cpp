@@ -16,7 +16,7 @@ namespace kivo::artwork {
 namespace {
 
 constexpr QRgb kWell = 0xFF0D1319;
-constexpr QRgb kSceneEmblem = 0xFFF2C9A0;
+constexpr QRgb kEmblemWithoutAccent = 0xFFF2C9A0;
 constexpr QSize kOverviewSize(85, 98);
 constexpr double kEmblemGrid = 34;
 
@@ -60,7 +60,7 @@ QImage DrawOverview(Theme theme, Orientation orientation, const QImage& panel, i
     const bool portrait = orientation == Orientation::Portrait;
     const QPointF centre = portrait ? QPointF(16.5, 49) : QPointF(42.5, 26.5);
     const QRect small = portrait ? QRect(33, 3, 49, 92) : QRect(3, 53, 79, 42);
-    const QColor colour = QColor::fromRgb(theme == Theme::Scene ? kSceneEmblem : FactsOf(theme).accent);
+    const QColor colour = QColor::fromRgb(HasAccent(theme) ? FactsOf(theme).accent : kEmblemWithoutAccent);
 
     QImage image(kOverviewSize * scale, QImage::Format_ARGB32_Premultiplied);
     image.fill(Qt::transparent);

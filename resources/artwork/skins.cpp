@@ -205,10 +205,10 @@ SkinLayers DrawSkin(Theme theme, Orientation orientation, int scale) {
         layers.glass = WithAlphaGrain(layers.glass, seed);
     }
     layers.ornaments = canvas.ornaments.Finish();
-    if (theme == Theme::Time) {
+    if (Has(theme, kTickFrame)) {
         layers.frame = canvas.frame.Finish();
     }
-    if (theme != Theme::Scene) {
+    if (!Has(theme, kHourAlone)) {
         layers.icons = canvas.icons.Finish();
     }
     return layers;

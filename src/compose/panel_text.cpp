@@ -54,6 +54,28 @@ bool LeanDigits(const QFont& font) {
     return false;
 }
 
+// Every sign that a value can have: digits, what dashes are made of, and the signs of all texts that are
+// known before a value arrives.
+QString SignsOfValues() {
+    QString signs = QStringLiteral("0123456789-");
+    for (const ItemFacts& facts : kItemTable) {
+        for (const LanguageText& text : {facts.sample, facts.startText, facts.widest}) {
+            for (const char* form : {text.usual, text.russian}) {
+                signs += facts.hasLiveValue ? QString::fromUtf8(form) : QString();
+            }
+        }
+    }
+    return signs;
+}
+
+LineMetrics::UsualValue UsualValueOf(const QFontMetrics& metrics, const QString& text) {
+    if (text.isEmpty()) {
+        return {};
+    }
+    const QRect ink = metrics.tightBoundingRect(text + QLatin1String("0123456789"));
+    return {metrics.horizontalAdvance(text), -ink.top(), qMax(0, ink.bottom() + 1)};
+}
+
 LineMetrics Measure(int pixelSize) {
     const QFont font = PanelFont(pixelSize);
     const QFontMetrics metrics(font);
@@ -64,23 +86,19 @@ LineMetrics Measure(int pixelSize) {
     line.height = line.ascent + qCeil(exact.descent());
     line.lineSpacing = line.height + qRound(exact.leading());
     line.digitHeight = -metrics.tightBoundingRect(QStringLiteral("0")).top();
-    // Every sign of every live text: numbers, units of the three languages, separators of time and date.
-    const QRect ink = metrics.tightBoundingRect(QStringLiteral("0123456789%℃wВт:.年月日-"));
+    const QRect ink = metrics.tightBoundingRect(SignsOfValues());
     line.inkAbove = -ink.top();
     line.inkBelow = qMax(0, ink.bottom() + 1);
     const QRect letters = metrics.tightBoundingRect(QStringLiteral("HbdlpqgyjДЩфр"));
     line.letterAbove = -letters.top();
     line.letterBelow = qMax(0, letters.bottom() + 1);
     for (const ItemFacts& facts : kItemTable) {
-        const auto widthIn = [&](InterfaceLanguage language) {
-            return metrics.horizontalAdvance(TextIn(facts.widest, language));
+        const auto usual = [&](InterfaceLanguage language) {
+            return UsualValueOf(metrics, TextIn(facts.widest, language));
         };
-        line.valueWidth[size_t(facts.item)] = widthIn(InterfaceLanguage::English);
-        line.russianValueWidth[size_t(facts.item)] = widthIn(InterfaceLanguage::Russian);
+        line.value[size_t(facts.item)] = usual(InterfaceLanguage::English);
+        line.russianValue[size_t(facts.item)] = usual(InterfaceLanguage::Russian);
     }
-    const QRect valueInk = metrics.tightBoundingRect(QStringLiteral("0123456789%℃wВт"));
-    line.valueAbove = -valueInk.top();
-    line.valueBelow = qMax(0, valueInk.bottom() + 1);
     line.colonWidth = metrics.horizontalAdvance(QLatin1Char(':'));
     line.separateDigits = !KernsDigits(font) && !LeanDigits(font);
     for (char digit = '0'; digit <= '9'; ++digit) {
@@ -164,9 +182,10 @@ LineMetrics MetricsOf(int pixelSize) {
 
 bool UsualValueFits(int item, InterfaceLanguage language, int pixelSize, const QRect& rect) {
     const LineMetrics line = MetricsOf(pixelSize);
-    const auto& widths = language == InterfaceLanguage::Russian ? line.russianValueWidth : line.valueWidth;
-    return widths[size_t(item)] <= rect.width() &&
-           StaysInside(rect, BaseLine(rect, line, TextAlign::Centre), line.valueAbove, line.valueBelow);
+    const auto& values = language == InterfaceLanguage::Russian ? line.russianValue : line.value;
+    const LineMetrics::UsualValue& value = values[size_t(item)];
+    return value.width <= rect.width() &&
+           StaysInside(rect, BaseLine(rect, line, TextAlign::Centre), value.above, value.below);
 }
 
 FittedLine FitLine(const QString& text, int pixelSize, const QRect& rect, TextAlign align,

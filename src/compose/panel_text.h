@@ -36,11 +36,14 @@ struct LineMetrics {
     int inkBelow = 0;
     int letterAbove = 0;  // ink of ordinary letters, which most signs keep within
     int letterBelow = 0;
-    // Advance of the widest text that each value usually has, by item; 0 where there is no such text.
-    std::array<int, kLiveValueCount> valueWidth{};
-    std::array<int, kLiveValueCount> russianValueWidth{};
-    int valueAbove = 0;  // ink of such a text
-    int valueBelow = 0;
+    // The widest text that each value usually has, by item; nothing where there is no such text.
+    struct UsualValue {
+        int width = 0;  // its advance
+        int above = 0;  // its ink, and that of all digits
+        int below = 0;
+    };
+    std::array<UsualValue, kLiveValueCount> value{};
+    std::array<UsualValue, kLiveValueCount> russianValue{};
     int digitWidth = 0;  // advance of the widest digit
     int colonWidth = 0;
     // All ten digits are equally wide and keep within their width: a new digit moves none of its neighbours

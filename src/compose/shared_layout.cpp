@@ -22,6 +22,8 @@ namespace {
 // Stands first in the file: the names are written in the order of their letters, capitals before the others.
 constexpr QLatin1String kMagic = keys::Name("Kivo Screen layout");
 constexpr int kVersion = 1;
+// A file with a further item or theme is none that an earlier program can read: it has to be told so.
+static_assert(kLiveValueCount == 9 && kThemeCount == 4, "kVersion grows with the items and the themes");
 
 // Brackets and commas in a file. One of our own has some two hundred, and a free text may have commas.
 constexpr int kMostParts = 50000;

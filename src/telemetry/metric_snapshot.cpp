@@ -54,7 +54,8 @@ MetricSnapshot::MetricSnapshot(InterfaceLanguage language, MetricSources sources
 }
 
 QString MetricSnapshot::GetValueText(int index) const {
-    switch (index) {
+    // Without a default, so that the compiler asks for a new item.
+    switch (static_cast<LiveValue>(index)) {
         case CpuTemperature:
             return TemperatureText();
         case CpuUsage: {
@@ -72,9 +73,11 @@ QString MetricSnapshot::GetValueText(int index) const {
             return FormatDate(m_sources.now().date, m_language);
         case FanSpeed:
             return FanText();
-        default:
-            return {};
+        case OtherText:
+        case OtherText2:
+            break;
     }
+    return {};
 }
 
 std::array<QString, kLiveValueCount> MetricSnapshot::ValueTexts() const {

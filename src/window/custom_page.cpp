@@ -12,9 +12,13 @@ namespace kivo {
 
 CustomPage::CustomPage(::Ui::MainWindow& ui, EditBar& editBar, QObject* parent)
     : QObject(parent), m_ui(ui), m_editBar(editBar) {
+    const ItemTexts names = ItemCaptions();
     for (int kind = 0; kind < kLiveValueCount; ++kind) {
         auto* box = ui.centralwidget->findChild<QCheckBox*>(QStringLiteral("check%1").arg(kind + 1));
         m_boxes[size_t(kind)] = box;
+        if (HasLiveValue(kind)) {
+            box->setText(names[size_t(kind)]);
+        }
         connect(box, &QCheckBox::clicked, this, &CustomPage::checkbox_clicked);
         m_usualTips.append(box->toolTip());
     }

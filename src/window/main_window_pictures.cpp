@@ -43,7 +43,13 @@ void MainWindow::WirePictures() {
     m_pictureNotice = new PictureNotice(m_ui->centralwidget);
     m_pictureNotice->move(kNoticeCorner);
     m_looks = new PictureLooks(m_ui->centralwidget);
-    setTabOrder(m_ui->check7, m_looks->First());
+    QWidget* before = m_ui->themeList;
+    for (const int item : kLiveItems) {
+        auto* const box = m_ui->centralwidget->findChild<QWidget*>(QStringLiteral("check%1").arg(item + 1));
+        setTabOrder(before, box);
+        before = box;
+    }
+    setTabOrder(before, m_looks->First());
     setTabOrder(m_looks->First(), m_looks->Last());
     setTabOrder(m_looks->Last(), m_ui->pictureList);
     // Shown once more: a text entry that ends by it has everything shown as it was before.

@@ -4,8 +4,6 @@
 #include <algorithm>
 #include <array>
 
-#include "telemetry/value_texts.h"
-
 namespace kivo {
 
 namespace {
@@ -62,7 +60,8 @@ QString GapPhrase(const QString& source, ReadingGap gap) {
 
 SensorRow SystemRow(const QString& text) {
     const QString system = WindowText(QT_TRANSLATE_NOOP("MainWindow", "操作系统"));
-    return {{}, {}, text == NoPercentText() ? GapPhrase(system, ReadingGap::Silent) : system, {}};
+    return {
+        {}, {}, text.startsWith(QLatin1String("--")) ? GapPhrase(system, ReadingGap::Silent) : system, {}};
 }
 
 // The panel's text, with a unit as people write it. The panel has no room for a fan's.

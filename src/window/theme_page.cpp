@@ -12,7 +12,8 @@ namespace kivo {
 
 namespace {
 
-constexpr QSize kItemSize(97, 110);
+constexpr QSize kLargestItem(97, 110);
+constexpr QSize kMargins(12, 12);
 constexpr QSize kPictureSize(85, 98);
 
 }  // namespace
@@ -21,7 +22,9 @@ ThemePage::ThemePage(::Ui::MainWindow& ui, InterfaceLanguage language, QObject* 
     : QObject(parent), m_ui(ui), m_language(language) {
     MyListWidget* list = ui.themeList;
     list->setItemDelegate(new NimbItemDelegate(list));
-    list->ShowAsGrid(kPictureSize, kItemSize);
+    // All beside one another, however many they are.
+    const QSize cell(qMin(kLargestItem.width(), (list->width() - 1) / kThemeCount), kLargestItem.height());
+    list->ShowAsGrid(kPictureSize.scaled(cell - kMargins, Qt::KeepAspectRatio), cell);
     list->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     list->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     for (const ThemeFacts& theme : kThemeTable) {

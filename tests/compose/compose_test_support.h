@@ -49,6 +49,17 @@ inline const std::array<Theme, kThemeCount> kThemes = [] {
     return themes;
 }();
 
+// Those with an accent; they are those with glass.
+inline const QVector<Theme> kAccentThemes = [] {
+    QVector<Theme> themes;
+    for (const Theme theme : kThemes) {
+        if (HasAccent(theme)) {
+            themes.append(theme);
+        }
+    }
+    return themes;
+}();
+
 inline QByteArray NameOf(InterfaceLanguage language) {
     constexpr std::array<const char*, 3> names{"Chinese", "English", "Russian"};
     return names[size_t(language)];
@@ -217,6 +228,13 @@ inline QVector<ItemTexts> AllTexts(InterfaceLanguage language) {
     texts.append({QStringLiteral("00℃"), QStringLiteral("00%"), QStringLiteral("0000.00.00"),
                   QStringLiteral("00:00"), QStringLiteral("0000"), QStringLiteral("0000.00.00"),
                   QStringLiteral("0000"), QString(), QString()});
+    for (const int item : kLiveItems) {
+        for (const ItemTexts& each : std::as_const(texts)) {
+            if (each[size_t(item)].isEmpty()) {
+                qFatal("Live item %d is never drawn: it has no text here.", item);
+            }
+        }
+    }
     return texts;
 }
 

@@ -57,7 +57,7 @@ private Q_SLOTS:
         QTest::addColumn<Orientation>("orientation");
         QTest::addColumn<int>("dim");
         QTest::addColumn<int>("blur");
-        for (const Theme theme : {Theme::Default, Theme::Tdp, Theme::Time}) {
+        for (const Theme theme : kAccentThemes) {
             for (const Orientation orientation : kOrientations) {
                 const QByteArray name = NameOf(theme) + ", " + NameOf(orientation);
                 QTest::newRow(name) << theme << orientation << 0 << 0;

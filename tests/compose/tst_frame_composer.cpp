@@ -403,7 +403,7 @@ private slots:
     void AnAccentFromThePictureColorsTheMarksOnly() {
         SkinCache skins;
         const QImage red = Filled(QColor(120, 10, 20));
-        for (const Theme theme : {Theme::Default, Theme::Tdp, Theme::Time}) {
+        for (const Theme theme : kAccentThemes) {
             for (const Orientation orientation : kOrientations) {
                 ScreenState state = ThemeScreen(theme, orientation);
                 const QImage own = ComposeBackground(state, red, skins).image;

@@ -165,7 +165,7 @@ private Q_SLOTS:
     void GlassHasNoBands() {
         QFETCH(int, number);
         QFETCH(int, most);
-        for (const Theme theme : {Theme::Default, Theme::Tdp, Theme::Time}) {
+        for (const Theme theme : kAccentThemes) {
             const ScreenState state = ThemeScreen(theme, Orientation::Landscape);
             SkinCache skins;
             const QImage frame = ComposeBackground(state, Grounds()[number - 1].picture, skins).image;

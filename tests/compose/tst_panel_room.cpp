@@ -88,7 +88,7 @@ ScreenState Screen(QRandomGenerator& random) {
     }
     SlotRow row{};
     for (int& item : row) {
-        item = random.bounded(int(kEmptySlot), FanSpeed + 1);
+        item = random.bounded(int(kEmptySlot), kLiveValueCount);
     }
     ScreenState state = CustomScreen(row, orientation, language, random.bounded(kVariantCount));
     for (std::array<bool, kLiveValueCount>* flags : {&state.layout.shown, &state.layout.selected}) {

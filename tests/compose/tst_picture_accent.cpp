@@ -163,7 +163,7 @@ private slots:
 
     void EveryMixtureIsRecolored_data() {
         QTest::addColumn<QRgb>("from");
-        for (const Theme theme : {Theme::Default, Theme::Tdp, Theme::Time}) {
+        for (const Theme theme : kAccentThemes) {
             QTest::newRow(NameOf(theme)) << FactsOf(theme).accent;
         }
     }
@@ -188,7 +188,7 @@ private slots:
     void SkinsHoldNothingElse_data() {
         QTest::addColumn<Theme>("theme");
         QTest::addColumn<Orientation>("orientation");
-        for (const Theme theme : {Theme::Default, Theme::Tdp, Theme::Time}) {
+        for (const Theme theme : kAccentThemes) {
             for (const Orientation orientation : kOrientations) {
                 QTest::newRow(NameOf(theme) + ", " + NameOf(orientation)) << theme << orientation;
             }

@@ -51,7 +51,7 @@ ScreenState DrawCustom(QRandomGenerator& random, InterfaceLanguage language, Ori
     const int variant = random.bounded(kVariantCount);
     SlotRow row{};
     for (int& item : row) {
-        item = random.bounded(int(kEmptySlot), FanSpeed + 1);
+        item = random.bounded(int(kEmptySlot), kLiveValueCount);
     }
     ScreenState state = CustomScreen(row, orientation, language, variant);
     for (std::array<bool, kLiveValueCount>* flags : {&state.layout.shown, &state.layout.selected}) {

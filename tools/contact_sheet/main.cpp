@@ -33,16 +33,16 @@ struct Options {
 };
 
 kivo::ItemTexts LiveTexts(InterfaceLanguage language) {
+    kivo::ItemTexts texts;
+    for (const int item : kivo::kLiveItems) {
+        texts[size_t(item)] = TextIn(kivo::FactsOf(item).widest, language);
+    }
     const bool russian = language == InterfaceLanguage::Russian;
-    return {QStringLiteral("100℃"),
-            QStringLiteral("100%"),
-            QStringLiteral("38%"),
-            QStringLiteral("18:46"),
-            russian ? QStringLiteral("125Вт") : QStringLiteral("125w"),
-            russian ? QStringLiteral("28.12.2026") : QStringLiteral("2026.12.28"),
-            QStringLiteral("3400"),
-            QString(),
-            QString()};
+    texts[kivo::CpuTemperature] = QStringLiteral("100℃");
+    texts[kivo::MemoryUsage] = QStringLiteral("38%");
+    texts[kivo::Time] = QStringLiteral("18:46");
+    texts[kivo::Date] = russian ? QStringLiteral("28.12.2026") : QStringLiteral("2026.12.28");
+    return texts;
 }
 
 // Themes 0..3, then the two custom layouts, then a custom layout with time and date in one slot and free
