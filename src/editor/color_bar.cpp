@@ -4,7 +4,6 @@
 #include <QEvent>
 #include <QKeyEvent>
 #include <QPainter>
-#include <QPainterPath>
 #include <algorithm>
 
 #include "widgets/check_mark.h"
@@ -19,7 +18,6 @@ namespace {
 constexpr QSize kSize(163, 48);
 constexpr QRect kFirstButton(14, 17, 20, 22);
 constexpr int kStep = 23;
-constexpr qreal kDotDiameter = 16;
 constexpr qreal kRingDiameter = 19;
 constexpr int kDarkGray = 96;  // below it a check is light
 
@@ -38,21 +36,6 @@ constexpr std::array<ColorEntry, kTextColorCount> kColors{{
     {"://skins/green.png", QT_TRANSLATE_NOOP("ColorBar", "绿色")},
 }};
 
-// The bubble: a rounded body with its tip below the indicator of the tool bar.
-void DrawPlainGround(QPainter& painter) {
-    constexpr QRectF kBody(.5, 13.5, 162, 33);
-    constexpr qreal kTipX = 118;
-    constexpr qreal kTipHalf = 7;
-    QPainterPath body;
-    body.addRoundedRect(kBody, 8.5, 8.5);
-    QPainterPath tip;
-    tip.addPolygon(QPolygonF({QPointF(kTipX - kTipHalf, kBody.top() + 1), QPointF(kTipX, kBody.top() - 7),
-                              QPointF(kTipX + kTipHalf, kBody.top() + 1)}));
-    painter.setPen(QPen(colors::kRaisedEdge, 1));
-    painter.setBrush(colors::kRaised);
-    painter.drawPath(body.united(tip));
-}
-
 }  // namespace
 
 QString ColorButtonPicture(int color) {
@@ -61,24 +44,6 @@ QString ColorButtonPicture(int color) {
 
 QString ColorName(int color) {
     return QCoreApplication::translate("ColorBar", kColors.at(static_cast<std::size_t>(color)).name);
-}
-
-void DrawColorDot(QPainter& painter, const QRectF& rect, int color, qreal diameter) {
-    constexpr int kBlack = 1;
-    QRectF dot(0, 0, diameter, diameter);
-    dot.moveCenter(rect.center());
-    painter.save();
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setBrush(FreeTextColor(color));
-    // Black would be lost on the dark strip.
-    if (color == kBlack) {
-        painter.setPen(QPen(colors::kOutline, 1.5));
-        dot.adjust(.75, .75, -.75, -.75);
-    } else {
-        painter.setPen(Qt::NoPen);
-    }
-    painter.drawEllipse(dot);
-    painter.restore();
 }
 
 ColorBar::ColorBar(QWidget* parent) : QWidget(parent), m_ground(QStringLiteral("://skins/Union.png")) {
@@ -91,15 +56,9 @@ ColorBar::ColorBar(QWidget* parent) : QWidget(parent), m_ground(QStringLiteral("
         button->SetCurIndex(color);
         button->setFocusPolicy(Qt::TabFocus);  // the mouse leaves the focus with the text
         button->SetCornerRadius(kFirstButton.width() / 2.0);
-        const bool hasPicture = !SharpPicture(picture).IsNull();
         button->SetIconDrawing(
-            [this, color, hasPicture](QPainter& painter, const QRectF& rect, const QColor& /*ink*/,
-                                      NimbPushButton::State state) {
-                if (!hasPicture) {
-                    DrawColorDot(painter, rect, color, kDotDiameter);
-                }
-                DrawState(painter, rect, color, state);
-            },
+            [this, color](QPainter& painter, const QRectF& rect, const QColor& /*ink*/,
+                          NimbPushButton::State state) { DrawState(painter, rect, color, state); },
             kFirstButton.size());
         connect(button, &QPushButton::clicked, this, &ColorBar::btn_clicked);
         m_buttons.at(static_cast<std::size_t>(color)) = button;
@@ -180,11 +139,7 @@ void ColorBar::Translate() {
 void ColorBar::paintEvent(QPaintEvent* /*event*/) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    if (m_ground.IsNull()) {
-        DrawPlainGround(painter);
-    } else {
-        m_ground.Draw(painter, rect());
-    }
+    m_ground.Draw(painter, rect());
 }
 
 }  // namespace kivo

@@ -18,9 +18,6 @@ QString ColorButtonPicture(int color);
 // The colour's name in the interface language.
 QString ColorName(int color);
 
-// A dot of that colour in the middle of a rectangle, as the pictures have it; for where a picture is missing.
-void DrawColorDot(QPainter& painter, const QRectF& rect, int color, qreal diameter);
-
 class ColorBar : public QWidget {
     Q_OBJECT
 

@@ -31,8 +31,6 @@ constexpr QRect kRedoButton(341, 6, 84, 28);
 constexpr QSize kIconSize(16, 16);
 constexpr int kTextPixels = 13;
 constexpr qreal kButtonRadius = 8;
-constexpr qreal kRadius = 11;
-constexpr qreal kDotDiameter = 18;
 constexpr QRect kFirstChoice(160, 9, 20, 22);
 constexpr int kChoiceStep = 15;
 constexpr qreal kOffStrength = 0.4;
@@ -263,12 +261,7 @@ void EditBar::ShowIndicator() {
     pixmap.fill(Qt::transparent);
     QPainter painter(&pixmap);
     const QRectF place(QPointF(0, 0), QSizeF(kColorLabel.size()));
-    const SharpPicture picture(IndicatorPicture(m_color));
-    if (picture.IsNull()) {
-        DrawColorDot(painter, place, m_color, kDotDiameter);
-    } else {
-        picture.Draw(painter, place);
-    }
+    SharpPicture(IndicatorPicture(m_color)).Draw(painter, place);
     painter.end();
     m_colorLabel->setPixmap(pixmap);
     m_colorLabel->setAccessibleDescription(ColorName(m_color));
@@ -311,13 +304,7 @@ void EditBar::Translate() {
 void EditBar::paintEvent(QPaintEvent* /*event*/) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    if (m_ground.IsNull()) {
-        painter.setPen(QPen(colors::kRaisedEdge, 1));
-        painter.setBrush(colors::kRaised);
-        painter.drawRoundedRect(QRectF(rect()).adjusted(.5, .5, -.5, -.5), kRadius - .5, kRadius - .5);
-    } else {
-        m_ground.Draw(painter, rect());
-    }
+    m_ground.Draw(painter, rect());
     m_typeIcon.Draw(painter, kTypeIcon);
     painter.fillRect(kHairX, kHairTop, 1, kHairHeight, colors::kRaisedEdge);
 }

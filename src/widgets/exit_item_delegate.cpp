@@ -4,30 +4,14 @@
 #include <QPainter>
 
 #include "widgets/picture_item.h"
-#include "widgets/window_colors.h"
 
 namespace kivo {
-
-namespace colors = window_colors;
 
 namespace {
 
 constexpr int kCrossSize = 18;
 constexpr int kCrossRight = 20;  // from the last column of the item
 constexpr int kCrossTop = 2;
-
-void DrawPlainCross(QPainter& painter, const QRectF& disc) {
-    const QRectF cross = disc.adjusted(5.5, 5.5, -5.5, -5.5);
-    painter.save();
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(colors::kBadge);
-    painter.drawEllipse(disc);
-    painter.setPen(QPen(Qt::white, 1.6, Qt::SolidLine, Qt::RoundCap));
-    painter.drawLine(cross.topLeft(), cross.bottomRight());
-    painter.drawLine(cross.topRight(), cross.bottomLeft());
-    painter.restore();
-}
 
 }  // namespace
 
@@ -50,11 +34,7 @@ void ExitItemDelegate::paint(QPainter* painter, const QStyleOptionViewItem& opti
         return;
     }
     const QRectF square(CrossRect(option.rect));
-    if (m_cross.IsNull()) {
-        DrawPlainCross(*painter, square);
-    } else {
-        m_cross.Draw(*painter, QRectF(square.topLeft(), m_cross.FittedSize(square.size())));
-    }
+    m_cross.Draw(*painter, QRectF(square.topLeft(), m_cross.FittedSize(square.size())));
 }
 
 QString ExitItemDelegate::PaintedName(const QModelIndex& index) const {

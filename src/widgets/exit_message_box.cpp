@@ -84,20 +84,6 @@ void DrawShadow(QPainter& painter, const QRectF& panel) {
     }
 }
 
-void DrawPlainWarning(QPainter& painter, const QRectF& square) {
-    const QPolygonF triangle({QPointF(square.center().x(), square.top() + 3),
-                              QPointF(square.right() - 2, square.bottom() - 4),
-                              QPointF(square.left() + 2, square.bottom() - 4)});
-    QColor fill = colors::kWarning;
-    fill.setAlphaF(.14);
-    painter.setPen(QPen(colors::kWarning, 2, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
-    painter.setBrush(fill);
-    painter.drawPolygon(triangle);
-    const qreal x = square.center().x();
-    painter.drawLine(QPointF(x, square.top() + 15), QPointF(x, square.top() + 24));
-    painter.drawPoint(QPointF(x, square.top() + 30));
-}
-
 bool Run(ExitMessageBox* shown) {
     // On the heap and watched: the window may go while the box waits, and takes its children along.
     const QPointer<ExitMessageBox> box = shown;
@@ -329,11 +315,7 @@ void ExitMessageBox::DrawPanel(QPainter& painter) const {
     painter.setPen(colors::kTextBody);
     layout.draw(&painter, QPointF(kTextLeft, kIcon.top() + lift));
 
-    if (m_warning.IsNull()) {
-        DrawPlainWarning(painter, kIcon);
-    } else {
-        m_warning.Draw(painter, kIcon);
-    }
+    m_warning.Draw(painter, kIcon);
 }
 
 }  // namespace kivo

@@ -98,6 +98,21 @@ private slots:
         QCOMPARE(names.filter(QStringLiteral("18:46")).size(), 1);
     }
 
+    void AChildIsALeaf() {
+        Editor editor;
+        QAccessibleInterface* const told = Children(editor)[0];
+        const QString name = NameOf(told);
+        QCOMPARE(told->childCount(), 0);
+        QVERIFY(told->child(0) == nullptr && told->childAt(10, 10) == nullptr);
+        QCOMPARE(told->indexOfChild(ToldOf(editor)), -1);
+        QCOMPARE(told->window(), editor.window()->windowHandle());
+        QVERIFY(told->actionInterface()
+                    ->keyBindingsForAction(QAccessibleActionInterface::pressAction())
+                    .isEmpty());
+        told->setText(QAccessible::Name, QStringLiteral("another"));
+        QCOMPARE(NameOf(told), name);
+    }
+
     void ChildrenLieWhereTheyAreSeen_data() {
         QTest::addColumn<Orientation>("orientation");
         for (const Orientation orientation : kOrientations) {

@@ -80,6 +80,48 @@ private slots:
         QCOMPARE(editor.TextBox().toPlainText(), Words());
     }
 
+    // The text is drawn by the preview, so the mouse is taken to where it stands there.
+    void TheMouseChoosesWhatItIsDraggedOver() {
+        Editor editor;
+        editor.slotShowEdt();
+        QTest::keyClicks(&editor.TextBox(), Words());
+        QWidget& page = *editor.TextBox().viewport();
+        const auto send = [&page](QEvent::Type type, const QPoint& at, Qt::MouseButtons held) {
+            QMouseEvent event(type, at, page.mapToGlobal(at),
+                              type == QEvent::MouseMove ? Qt::NoButton : Qt::LeftButton, held,
+                              Qt::NoModifier);
+            QApplication::sendEvent(&page, &event);
+            QVERIFY(event.isAccepted());
+        };
+        send(QEvent::MouseButtonPress, QPoint(-500, page.height() / 2), Qt::LeftButton);
+        send(QEvent::MouseMove, QPoint(900, page.height() / 2), Qt::NoButton);
+        QVERIFY(!editor.TextBox().textCursor().hasSelection());
+        send(QEvent::MouseMove, QPoint(900, page.height() / 2), Qt::LeftButton);
+        QCOMPARE(editor.TextBox().textCursor().selectedText(), Words());
+        send(QEvent::MouseButtonRelease, QPoint(900, page.height() / 2), Qt::NoButton);
+        // What lies below is not scrolled meanwhile.
+        QWheelEvent wheel(QPointF(1, 1), QPointF(1, 1), QPoint(), QPoint(0, 120), Qt::NoButton,
+                          Qt::NoModifier, Qt::NoScrollPhase, false);
+        QApplication::sendEvent(&page, &wheel);
+        QVERIFY(wheel.isAccepted());
+        QVERIFY(editor.IsTextEntryOpen());
+    }
+
+    void WhatAnInputMethodComposesIsSeen() {
+        Editor editor;
+        editor.slotShowEdt();
+        QTest::keyClicks(&editor.TextBox(), Words());
+        const QImage before = editor.grab().toImage();
+        QInputMethodEvent composing(QStringLiteral("你好"), {});
+        QApplication::sendEvent(&editor.TextBox(), &composing);
+        QVERIFY(editor.grab().toImage() != before);
+        QCOMPARE(editor.TextBox().toPlainText(), Words());
+        QInputMethodEvent done;
+        done.setCommitString(QStringLiteral("你好"));
+        QApplication::sendEvent(&editor.TextBox(), &done);
+        QCOMPARE(editor.TextBox().toPlainText(), Words() + QStringLiteral("你好"));
+    }
+
     void APressAnywhereEndsEntry_data() {
         QTest::addColumn<QPoint>("at");
         QTest::addColumn<int>("button");

@@ -2,7 +2,7 @@ set(units msr_driver photo_area reserved_transfers zoom_label)
 if(WIN32)
     list(APPEND units msr_driver_windows)
 else()
-    list(APPEND units reserved_settings)  # it moves the home folder
+    list(APPEND units msr_driver_linux reserved_settings)  # the latter moves the home folder
 endif()
 kivo_add_tests(reserved UNITS ${units} LINK kivo_reserved kivo_virtualscreen)
 if(WIN32)

@@ -14,6 +14,7 @@ private Q_SLOTS:
     void TheEntryNamesItsProgram();
     void TheProgramIsReadBack_data();
     void TheProgramIsReadBack();
+    void ABlankMayBeEscaped();
     void EntriesThatStartNothing_data();
     void EntriesThatStartNothing();
     void AnEntryThatWasEditedIsSwitchedOn_data();
@@ -60,6 +61,8 @@ void TestAutostart::TheEntryNamesItsProgram_data() {
                                     << QByteArray("/%2/kivo");
     QTest::newRow("a line feed") << QStringLiteral("/a\nHidden=true") << QByteArray(R"("/a\nHidden=true")")
                                  << QByteArray(R"(/a\nHidden=true)");
+    QTest::newRow("other blanks") << QStringLiteral("/a\tb\rc") << QByteArray(R"("/a\tb\rc")")
+                                  << QByteArray(R"(/a\tb\rc)");
     QTest::newRow("Chinese") << QString::fromUtf8("/主页/kivo") << QByteArray("\"/主页/kivo\"")
                              << QByteArray("/主页/kivo");
 }
@@ -82,6 +85,7 @@ void TestAutostart::TheProgramIsReadBack_data() {
         "[Desktop Entry]\nHidden=false\nX-GNOME-Autostart-enabled=true\nTryExec=/bin/kivo");
     QTest::newRow("another group is hidden")
         << QByteArray("[Desktop Entry]\nTryExec=/bin/kivo\n[Other]\nHidden=true\nTryExec=/bin/other\n");
+    QTest::newRow("an escape that is none") << QByteArray("[Desktop Entry]\nTryExec=/b\\in/kivo\n");
     QTest::newRow("a comment") << QByteArray(
         "#Hidden=true\n[Desktop Entry]\n#Hidden=true\nTryExec=/bin/kivo");
 }
@@ -89,6 +93,10 @@ void TestAutostart::TheProgramIsReadBack_data() {
 void TestAutostart::TheProgramIsReadBack() {
     QFETCH(QByteArray, entry);
     QCOMPARE(ProgramOfEntry(entry), QStringLiteral("/bin/kivo"));
+}
+
+void TestAutostart::ABlankMayBeEscaped() {
+    QCOMPARE(ProgramOfEntry("[Desktop Entry]\nTryExec=/my\\sapps/kivo\n"), QStringLiteral("/my apps/kivo"));
 }
 
 void TestAutostart::EntriesThatStartNothing_data() {

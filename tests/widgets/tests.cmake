@@ -13,4 +13,4 @@ kivo_add_tests(widgets
         self_plain_text_edit
         sharp_picture
         window_style
-    LINK kivo_widgets)
+    LINK kivo_widgets kivo_resources)

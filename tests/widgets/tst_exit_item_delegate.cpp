@@ -3,6 +3,7 @@
 #include <QtTest>
 #include <memory>
 
+#include "resources/resources.h"
 #include "support/test_program.h"
 #include "widgets/exit_item_delegate.h"
 #include "widgets/my_list_widget.h"
@@ -24,6 +25,7 @@ class TestExitItemDelegate : public QObject {
     Q_OBJECT
 
 private slots:
+    void initTestCase() { InitResources(); }
     void init() { MakeList(14); }
 
     void whichRowsCanBeDeleted_data() {

@@ -1,3 +1,4 @@
+#include <QFileDialog>
 #include <QTemporaryDir>
 
 #include "compose/shared_layout.h"
@@ -25,6 +26,10 @@ private Q_SLOTS:
     void EditsOfThatLayoutAreAStepAway();
     void OutsideImportLeavesAnEditAlone();
     void BadFileIsToldAndChangesNothing();
+    void EveryTroubleIsTold_data();
+    void EveryTroubleIsTold();
+    void ThePictureThatIsGoneIsTold();
+    void TheDialogsAskForLayouts();
     void SettingsThatCannotBeSavedChangeNothing();
     void CancelledDialogDoesNothing();
     void ButtonsAreReachedByKeys();
@@ -257,6 +262,82 @@ void TestWindowSharing::BadFileIsToldAndChangesNothing() {
     QVERIFY2(answer.line.contains(QStringLiteral("'blur'")), qPrintable(answer.line));
     QVERIFY(!answer.line.contains(QLatin1Char('\n')));
     QVERIFY(m_desk->Editor()->Saved() == before);
+}
+
+void TestWindowSharing::EveryTroubleIsTold_data() {
+    QTest::addColumn<QString>("button");
+    QTest::addColumn<QString>("file");
+    QTest::addColumn<QByteArray>("content");  // null: there is no such file
+    QTest::addColumn<QString>("told");
+    QTest::newRow("of a newer program")
+        << QStringLiteral("btnImport") << QStringLiteral("new.kivolayout")
+        << QByteArray("{\"Kivo Screen layout\": 2}") << QStringLiteral("newer version");
+    QTest::newRow("moved away") << QStringLiteral("btnImport") << QStringLiteral("gone.kivolayout")
+                                << QByteArray() << QStringLiteral("cannot be read");
+    QTest::newRow("into a folder that is gone")
+        << QStringLiteral("btnExport") << QStringLiteral("gone/a.kivolayout") << QByteArray()
+        << QStringLiteral("cannot be saved");
+}
+
+void TestWindowSharing::EveryTroubleIsTold() {
+    QFETCH(QString, button);
+    QFETCH(QString, file);
+    QFETCH(QByteArray, content);
+    QFETCH(QString, told);
+    m_desk->layoutFile = m_folder.filePath(file);
+    QVERIFY(content.isNull() || Write(m_desk->layoutFile, content));
+    m_desk->Show();
+    const EditState before = m_desk->Editor()->Edited();
+    const auto box = AnswerNextBox(*m_desk, true);
+    ClickOn(*m_desk, qPrintable(button));
+    QTRY_COMPARE_WITH_TIMEOUT(box->count, 1, 30000);
+    QVERIFY2(box->text.contains(told), qPrintable(box->text));
+    QVERIFY(m_desk->Editor()->Edited() == before);
+}
+
+void TestWindowSharing::ThePictureThatIsGoneIsTold() {
+    QVERIFY(Painted().save(File("lake.png")));
+    m_desk->Show();
+    m_desk->pictureToChoose = File("lake.png");
+    ClickListRow(*m_desk, "pictureList", 0);
+    m_desk->WaitForPictures();
+    QVERIFY(QFile::remove(File("lake.png")));
+    const auto box = AnswerNextBox(*m_desk, true);
+    m_desk->layoutFile = File("without.kivolayout");
+    ClickOn(*m_desk, "btnExport");
+    QTRY_COMPARE_WITH_TIMEOUT(box->count, 1, 30000);
+    QVERIFY2(box->text.contains(QStringLiteral("not exported")), qPrintable(box->text));
+    QVERIFY(!QFile::exists(File("without.kivolayout")));
+}
+
+// The program's own, which the other tests answer in its place.
+void TestWindowSharing::TheDialogsAskForLayouts() {
+    m_desk->hasFileDialog = true;
+    m_desk->Restart();
+    m_desk->Show();
+    const auto asked = [this](const char* button, const QString& file) {
+        const auto seen = std::make_shared<QStringList>();
+        OnNextDialog<QFileDialog>(m_desk->window.get(), [seen, file](QFileDialog* dialog) {
+            *seen << dialog->selectedFiles() << dialog->nameFilters() << dialog->defaultSuffix();
+            if (!file.isEmpty()) {
+                dialog->selectFile(file);
+            }
+            QMetaObject::invokeMethod(dialog, file.isEmpty() ? "reject" : "accept");
+        });
+        ClickOn(*m_desk, button);
+        return *seen;
+    };
+    const QStringList exported = asked("btnExport", File("by dialog.kivolayout"));
+    QCOMPARE(exported.size(), 3);
+    QVERIFY2(exported[0].endsWith(QStringLiteral(".kivolayout")), qPrintable(exported[0]));
+    QVERIFY(exported[1].contains(QStringLiteral("(*.kivolayout)")));
+    QCOMPARE(exported[2], QStringLiteral("kivolayout"));
+    QTRY_VERIFY_WITH_TIMEOUT(QFileInfo(File("by dialog.kivolayout")).size() > 0, 30000);
+    const EditState before = m_desk->Editor()->Edited();
+    const QStringList imported = asked("btnImport", QString());
+    QVERIFY(imported.size() >= 2);
+    QVERIFY(imported[imported.size() - 2].contains(QStringLiteral("(*.kivolayout)")));
+    QVERIFY(m_desk->Editor()->Edited() == before);
 }
 
 void TestWindowSharing::SettingsThatCannotBeSavedChangeNothing() {
