@@ -299,7 +299,7 @@ void TestAwayLight::WindowAskedForByACommandEndsNoLock() {
     QTRY_VERIFY_WITH_TIMEOUT(IsBlack(), kPatienceMs);
     Tell(OutsideKind::Show, "");
     QVERIFY(m_desk->window->isVisible());
-    QCOMPARE(Phrase(), QStringLiteral("Screen is dark: locked"));
+    QTRY_COMPARE_WITH_TIMEOUT(Phrase(), QStringLiteral("Screen is dark: locked"), kPatienceMs);
     const quint64 commands = m_desk->panel.State().counts.commands;
     QTRY_VERIFY_WITH_TIMEOUT(m_desk->panel.State().counts.commands > commands + 2, kPatienceMs);
     QVERIFY(IsBlack());
