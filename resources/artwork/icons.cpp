@@ -8,22 +8,26 @@ namespace {
 
 constexpr double kGrid = 24;
 
-SvgDrawing DrawingOf(Icon icon) {
+const char* NameOf(Icon icon) {
     switch (icon) {
         case Icon::Thermometer:
-            return SvgDrawing(QStringLiteral("thermometer"));
+            return "thermometer";
         case Icon::Chip:
-            return SvgDrawing(QStringLiteral("chip"));
+            return "chip";
         case Icon::Memory:
-            return SvgDrawing(QStringLiteral("memory"));
+            return "memory";
         case Icon::Fan:
-            return SvgDrawing(QStringLiteral("fan"));
+            return "fan";
         case Icon::Bolt:
-            return SvgDrawing(QStringLiteral("bolt"));
+            return "bolt";
         case Icon::Clock:
-            return SvgDrawing(QStringLiteral("clock"));
+            return "clock";
     }
     qFatal("There is no such icon.");
+}
+
+SvgDrawing DrawingOf(Icon icon) {
+    return SvgDrawing(QLatin1String(NameOf(icon)));
 }
 
 }  // namespace

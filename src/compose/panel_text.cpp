@@ -54,25 +54,31 @@ bool LeanDigits(const QFont& font) {
     return false;
 }
 
-// Every sign that a value can have: digits, what dashes are made of, and the signs of all texts that are
-// known before a value arrives.
+const QLatin1String kDigits("0123456789");
+
+// Every sign that a value can have, once: digits, what dashes are made of, and the signs of all texts that
+// are known before a value arrives.
 QString SignsOfValues() {
-    QString signs = QStringLiteral("0123456789-");
+    QString signs = QString(kDigits) + QLatin1Char('-');
     for (const ItemFacts& facts : kItemTable) {
         for (const LanguageText& text : {facts.sample, facts.startText, facts.widest}) {
             for (const char* form : {text.usual, text.russian}) {
-                signs += facts.hasLiveValue ? QString::fromUtf8(form) : QString();
+                const QString known = facts.hasLiveValue ? QString::fromUtf8(form) : QString();
+                for (const QChar sign : known) {
+                    signs += signs.contains(sign) ? QString() : QString(sign);
+                }
             }
         }
     }
     return signs;
 }
 
-LineMetrics::UsualValue UsualValueOf(const QFontMetrics& metrics, const QString& text) {
+// digits: the ink of all ten.
+LineMetrics::UsualValue UsualValueOf(const QFontMetrics& metrics, const QString& text, const QRect& digits) {
     if (text.isEmpty()) {
         return {};
     }
-    const QRect ink = metrics.tightBoundingRect(text + QLatin1String("0123456789"));
+    const QRect ink = metrics.tightBoundingRect(text).united(digits);
     return {metrics.horizontalAdvance(text), -ink.top(), qMax(0, ink.bottom() + 1)};
 }
 
@@ -86,15 +92,17 @@ LineMetrics Measure(int pixelSize) {
     line.height = line.ascent + qCeil(exact.descent());
     line.lineSpacing = line.height + qRound(exact.leading());
     line.digitHeight = -metrics.tightBoundingRect(QStringLiteral("0")).top();
-    const QRect ink = metrics.tightBoundingRect(SignsOfValues());
+    static const QString signs = SignsOfValues();
+    const QRect ink = metrics.tightBoundingRect(signs);
     line.inkAbove = -ink.top();
     line.inkBelow = qMax(0, ink.bottom() + 1);
     const QRect letters = metrics.tightBoundingRect(QStringLiteral("HbdlpqgyjДЩфр"));
     line.letterAbove = -letters.top();
     line.letterBelow = qMax(0, letters.bottom() + 1);
+    const QRect digits = metrics.tightBoundingRect(kDigits);
     for (const ItemFacts& facts : kItemTable) {
         const auto usual = [&](InterfaceLanguage language) {
-            return UsualValueOf(metrics, TextIn(facts.widest, language));
+            return UsualValueOf(metrics, TextIn(facts.widest, language), digits);
         };
         line.value[size_t(facts.item)] = usual(InterfaceLanguage::English);
         line.russianValue[size_t(facts.item)] = usual(InterfaceLanguage::Russian);

@@ -10,11 +10,15 @@
 
 namespace kivo {
 
+QCheckBox* TickBoxOf(const ::Ui::MainWindow& ui, int item) {
+    return ui.centralwidget->findChild<QCheckBox*>(QStringLiteral("check%1").arg(item + 1));
+}
+
 CustomPage::CustomPage(::Ui::MainWindow& ui, EditBar& editBar, QObject* parent)
     : QObject(parent), m_ui(ui), m_editBar(editBar) {
     const ItemTexts names = ItemCaptions();
     for (int kind = 0; kind < kLiveValueCount; ++kind) {
-        auto* box = ui.centralwidget->findChild<QCheckBox*>(QStringLiteral("check%1").arg(kind + 1));
+        QCheckBox* const box = TickBoxOf(ui, kind);
         m_boxes[size_t(kind)] = box;
         if (HasLiveValue(kind)) {
             box->setText(names[size_t(kind)]);

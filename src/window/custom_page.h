@@ -18,6 +18,9 @@ namespace kivo {
 
 class EditBar;
 
+// The tick box of an item, which the window owns.
+QCheckBox* TickBoxOf(const ::Ui::MainWindow& ui, int item);
+
 class CustomPage : public QObject {
     Q_OBJECT
 

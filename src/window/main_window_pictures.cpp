@@ -45,7 +45,7 @@ void MainWindow::WirePictures() {
     m_looks = new PictureLooks(m_ui->centralwidget);
     QWidget* before = m_ui->themeList;
     for (const int item : kLiveItems) {
-        auto* const box = m_ui->centralwidget->findChild<QWidget*>(QStringLiteral("check%1").arg(item + 1));
+        QWidget* const box = TickBoxOf(*m_ui, item);
         setTabOrder(before, box);
         before = box;
     }

@@ -224,6 +224,10 @@ struct Desk {
     std::unique_ptr<MainWindow> window;
 };
 
+inline QRect PlaceInWindow(const QWidget& widget) {
+    return {widget.mapTo(widget.window(), QPoint()), widget.size()};
+}
+
 // Counts what a widget was told.
 class EventCounter : public QObject {
 public:

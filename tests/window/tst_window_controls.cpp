@@ -84,10 +84,6 @@ QByteArray Alike(const QVector<Shot>& shots) {
     return alike;
 }
 
-QRect PlaceInWindow(const QWidget& widget) {
-    return {widget.mapTo(widget.window(), QPoint()), widget.size()};
-}
-
 // Where a control answers to the mouse: a check box does so on box and text only.
 QPoint HandleOf(const QWidget& widget) {
     return {qMin(8, widget.width() / 2), widget.height() / 2};

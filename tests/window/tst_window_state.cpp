@@ -49,10 +49,6 @@ namespace {
 // Behind the tabs, as the window's picture has it.
 constexpr QRect kTabsWell(526, 51, 305, 48);
 
-QRect PlaceInWindow(const QWidget& widget) {
-    return {widget.mapTo(widget.window(), QPoint()), widget.size()};
-}
-
 StateLine* LineOf(const Desk& desk) {
     return desk.Find<StateLine>("stateLine");
 }
