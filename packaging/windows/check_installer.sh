@@ -65,13 +65,18 @@ settings="$me/AppData/Roaming/Kivo Tool"
 working="$users/$(id -un)/Kivo Tool" # in the profile, which Wine names after this system's user
 thumbnails="$me/AppData/Local/Kivo Tool/thumbnails"
 
-is_running() { # soon; every process with the program's name that was started in this script's home
-    local tenths process
+runs() { # PROGRAM.exe, a pattern: whether such a one, started in this script's home, runs at this moment
+    local process
+    for process in /proc/[0-9]*; do
+        ! grep -qz "^[A-Z]:.*\\\\$1\$" "$process/cmdline" 2>/dev/null ||
+            ! grep -qz "^HOME=$home$" "$process/environ" 2>/dev/null || return 0
+    done
+    return 1
+}
+is_running() { # soon
+    local tenths
     for tenths in $(seq 100); do
-        for process in /proc/[0-9]*; do
-            ! grep -qz '^[A-Z]:.*\\KivoScreen\.exe$' "$process/cmdline" 2>/dev/null ||
-                ! grep -qz "^HOME=$home$" "$process/environ" 2>/dev/null || return 0
-        done
+        ! runs 'KivoScreen\.exe' || return 0
         sleep 0.1
     done
     return 1
@@ -200,12 +205,12 @@ wine_run "$setup" /S
 [ ! -e "$former/KivoScreen.exe" ] || fail "a further update did not go where the program is"
 is_whole || fail "a further update left something else"
 
-# The uninstaller goes on in a copy of itself, for it removes its own file.
+# The uninstaller goes on in a copy of itself, for it removes its own file. Its entry goes before the settings do.
 remove() {
     wine_run "$program/Uninstall.exe" /S "$@"
     local tenths
     for tenths in $(seq 300); do
-        [ -e "$program" ] || [ -n "$(registry "$uninstall_key" DisplayName)" ] || break
+        runs 'Un[^\]*\.exe' || break
         sleep 0.1
     done
     echo "Removed after $tenths steps of waiting."
