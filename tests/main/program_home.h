@@ -7,6 +7,8 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
+#include "support/process_end.h"
+
 namespace kivo::test {
 
 inline constexpr int kLongMs = 60000;  // until something is given up
@@ -14,7 +16,7 @@ inline constexpr int kLongMs = 60000;  // until something is given up
 // Ends the program as the system would, and waits for it.
 inline void End(QProcess& process) {
     process.terminate();
-    QVERIFY(process.waitForFinished(kLongMs));
+    QVERIFY(HasEnded(process, kLongMs));
     QCOMPARE(process.exitStatus(), QProcess::NormalExit);
     QCOMPARE(process.exitCode(), 0);
 }

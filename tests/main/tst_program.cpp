@@ -99,7 +99,7 @@ void TestProgram::Start(QProcess& process, const QStringList& arguments) const {
 }
 
 int TestProgram::Result(QProcess& process) {
-    if (!process.waitForFinished(kPatienceMs) || process.exitStatus() != QProcess::NormalExit) {
+    if (!test::HasEnded(process, kPatienceMs) || process.exitStatus() != QProcess::NormalExit) {
         return -1;
     }
     return process.exitCode();

@@ -56,7 +56,7 @@ void TestProgramCopies::init() {
     // The first run would be busy with its frame.
     QProcess process;
     Start(process, {QStringLiteral("--virtual-screen"), QStringLiteral("--run-for"), QStringLiteral("1")});
-    QVERIFY(process.waitForFinished(kLongMs));
+    QVERIFY(HasEnded(process, kLongMs));
     QCOMPARE(process.exitCode(), 0);
     QVERIFY(!IsAnyCopyThere());
 }
@@ -91,7 +91,7 @@ void TestProgramCopies::SecondStartEndsAndSaysWhy() {
     QProcess second;
     Start(second);
     QVERIFY(Says(second, "already running; its window comes to the front.\n"));
-    QVERIFY(second.waitForFinished(kLongMs));
+    QVERIFY(HasEnded(second, kLongMs));
     QCOMPARE(second.exitCode(), 0);
     End(first);
 }
@@ -103,7 +103,7 @@ void TestProgramCopies::ScreenThatIsPluggedInGetsTheSecondStart() {
     PlugScreenIn();
     QProcess screen;
     Start(screen);
-    QVERIFY(panel.waitForFinished(kLongMs));
+    QVERIFY(HasEnded(panel, kLongMs));
     QCOMPARE(panel.exitStatus(), QProcess::NormalExit);
     QCOMPARE(panel.exitCode(), 0);
     QTRY_VERIFY(IsAnyCopyThere());
@@ -124,13 +124,13 @@ void TestProgramCopies::SoftwarePanelStaysWithoutAScreen() {
     QProcess second;
     Start(second);
     QVERIFY(Says(second, "already running; its window comes to the front.\n"));
-    QVERIFY(second.waitForFinished(kLongMs));
+    QVERIFY(HasEnded(second, kLongMs));
     // A second software panel is no reason either.
     PlugScreenIn();
     QProcess third;
     Start(third, {QStringLiteral("--virtual-screen")});
     QVERIFY(Says(third, "already running; its window comes to the front.\n"));
-    QVERIFY(third.waitForFinished(kLongMs));
+    QVERIFY(HasEnded(third, kLongMs));
     End(panel);
 }
 
@@ -147,7 +147,7 @@ void TestProgramCopies::StartWhileACopyEndsTakesItsPlace() {
     QProcess second;
     Start(second);
     QVERIFY(Says(second, "no screen found"));
-    QVERIFY(first.waitForFinished(kLongMs));
+    QVERIFY(HasEnded(first, kLongMs));
     QCOMPARE(first.exitCode(), 0);
     QVERIFY(IsAnyCopyThere());
     End(second);

@@ -80,7 +80,7 @@ int TestProgramOutside::Tell(const QStringList& arguments, QByteArray* said) con
     process.setProcessChannelMode(QProcess::MergedChannels);
     process.setWorkingDirectory(m_home->File(""));
     process.start(BuiltProgram("kivo-screen"), arguments);
-    if (!process.waitForFinished(kLongMs) || process.exitStatus() != QProcess::NormalExit) {
+    if (!HasEnded(process, kLongMs) || process.exitStatus() != QProcess::NormalExit) {
         return -1;
     }
     if (said != nullptr) {
@@ -127,7 +127,7 @@ void TestProgramOutside::BareEnvironmentIsEnough() {
     }
     job.setProcessEnvironment(environment);
     job.start(BuiltProgram("kivo-screen"), Words("--theme 2"));
-    QVERIFY(job.waitForFinished(kLongMs));
+    QVERIFY(HasEnded(job, kLongMs));
     QCOMPARE(job.exitStatus(), QProcess::NormalExit);
     QCOMPARE(job.exitCode(), 0);
     QCOMPARE(job.readAllStandardError(), QByteArray());
@@ -244,7 +244,7 @@ void TestProgramOutside::StartsAtTheSameTimeAreAllTaken() {
         starts.back()->start(BuiltProgram("kivo-screen"), Words(number % 2 == 0 ? "--theme 1" : "--theme 2"));
     }
     for (const auto& start : starts) {
-        QVERIFY(start->waitForFinished(kLongMs));
+        QVERIFY(HasEnded(*start, kLongMs));
         QCOMPARE(start->exitCode(), 0);
     }
     End(*copy);

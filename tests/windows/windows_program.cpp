@@ -2,6 +2,7 @@
 
 #include "../config/forget_mark.h"
 #include "support/built_paths.h"
+#include "support/process_end.h"
 #include "windows_desk.h"
 
 namespace kivo::test {
@@ -74,7 +75,7 @@ bool WindowsProgram::SecondCopyEndsWell() const {
 }
 
 bool WindowsProgram::EndsWell() {
-    return m_process->waitForFinished(kPatienceMs) && m_process->exitStatus() == QProcess::NormalExit &&
+    return HasEnded(*m_process, kPatienceMs) && m_process->exitStatus() == QProcess::NormalExit &&
            m_process->exitCode() == 0;
 }
 

@@ -1,0 +1,14 @@
+#pragma once
+
+#include <QProcess>
+
+namespace kivo::test {
+
+// Whether the process has ended, or does so in time. waitForFinished() answers false for one whose end the
+// event loop has seen before.
+inline bool HasEnded(QProcess& process, int longestMs) {
+    return process.state() == QProcess::NotRunning ? process.error() != QProcess::FailedToStart
+                                                   : process.waitForFinished(longestMs);
+}
+
+}  // namespace kivo::test
