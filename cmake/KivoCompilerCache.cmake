@@ -23,8 +23,10 @@ set(launcher
     CCACHE_MAXSIZE=6G
     CCACHE_BASEDIR=${PROJECT_SOURCE_DIR}
     CCACHE_NOHASHDIR=1
+    CCACHE_PCH_EXTSUM=1
     CCACHE_SLOPPINESS=pch_defines,time_macros)
 # By what the compiler says that it has read: no preprocessor runs beforehand, and the macros of a precompiled header count.
 set(CMAKE_CXX_COMPILER_LAUNCHER ${launcher} CCACHE_DEPEND=1 ${KIVO_CCACHE})
+set(KIVO_PRECOMPILED_HEADERS_LAUNCHER sh ${CMAKE_CURRENT_LIST_DIR}/sum_of_headers.sh ${CMAKE_CXX_COMPILER_LAUNCHER})
 # By what the preprocessor leaves: for sources with the clone's path in comments.
 set(KIVO_CCACHE_WITHOUT_COMMENTS ${launcher} ${KIVO_CCACHE})
