@@ -59,15 +59,19 @@ const QLatin1String kDigits("0123456789");
 // Every sign that a value can have, once: digits, what dashes are made of, and the signs of all texts that
 // are known before a value arrives.
 QString SignsOfValues() {
-    QString signs = QString(kDigits) + QLatin1Char('-');
+    QString known = QString(kDigits) + QLatin1Char('-');
     for (const ItemFacts& facts : kItemTable) {
+        if (!facts.hasLiveValue) {
+            continue;
+        }
         for (const LanguageText& text : {facts.sample, facts.startText, facts.widest}) {
-            for (const char* form : {text.usual, text.russian}) {
-                const QString known = facts.hasLiveValue ? QString::fromUtf8(form) : QString();
-                for (const QChar sign : known) {
-                    signs += signs.contains(sign) ? QString() : QString(sign);
-                }
-            }
+            known += QString::fromUtf8(text.usual) + QString::fromUtf8(text.russian);
+        }
+    }
+    QString signs;
+    for (const QChar sign : qAsConst(known)) {
+        if (!signs.contains(sign)) {
+            signs += sign;
         }
     }
     return signs;
