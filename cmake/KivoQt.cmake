@@ -15,6 +15,9 @@ endmacro()
 # To read Qt's headers is nearly all the time that moc takes, and they change nothing in what it writes but, with Qt 6, an
 # include of theirs: it gets the project's own folders only.
 function(kivo_spare_moc_the_headers)
+    if(NOT CMAKE_HOST_UNIX)
+        return() # there is no shell for the script
+    endif()
     get_target_property(KIVO_MOC Qt${KIVO_QT}::moc LOCATION)
     configure_file(${PROJECT_SOURCE_DIR}/cmake/moc.sh.in ${CMAKE_BINARY_DIR}/moc.sh @ONLY
         FILE_PERMISSIONS OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
