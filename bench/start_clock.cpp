@@ -48,7 +48,8 @@ private:
 
 class StartClockPlugin : public QGenericPlugin {
     Q_OBJECT
-    Q_PLUGIN_METADATA(IID QGenericPluginFactoryInterface_iid FILE "start_clock.json")
+    // Qt has a macro for this name, in a header that moc is spared.
+    Q_PLUGIN_METADATA(IID "org.qt-project.Qt.QGenericPluginFactoryInterface" FILE "start_clock.json")
 
 public:
     QObject* create(const QString&, const QString&) override { return new StartClock; }
