@@ -11,19 +11,20 @@ namespace {
 
 // Five pixels averaged three times over, which is nearly a Gaussian: 2.45 pixels. Of a halved picture it is 5
 // pixels of the panel, for the halving and the enlarging blur too.
-constexpr std::array<int, 13> kKernel{1, 3, 6, 10, 15, 18, 19, 18, 15, 10, 6, 3, 1};
+constexpr std::array<quint16, 13> kKernel{1, 3, 6, 10, 15, 18, 19, 18, 15, 10, 6, 3, 1};
 constexpr int kTaps = int(kKernel.size());
 constexpr int kReach = kTaps / 2;
 constexpr int kKernelSum = 125;
 constexpr int kChannels = 4;  // of a 32-bit pixel, in the order of its bytes
 
-// Adds weight times count values.
-void Add(quint16* sums, const quint16* values, int weight, int count) {
+// Adds weight times count values. A weight has 16 bits as they have: the processor multiplies eight such at
+// once.
+void Add(quint16* sums, const quint16* values, quint16 weight, int count) {
     for (int k = 0; k < count; ++k) {
         sums[k] = quint16(sums[k] + weight * values[k]);
     }
 }
-void Add(quint32* sums, const quint16* values, int weight, int count) {
+void Add(quint32* sums, const quint16* values, quint16 weight, int count) {
     for (int k = 0; k < count; ++k) {
         sums[k] += quint32(weight) * values[k];
     }
