@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # clang-tidy and clazy over the sources, with the compile commands of the dev build: lint.sh [--all] [FILE...], all
 # sources where none is named. A source that was clean is left out as long as everything its run depended on is the
-# same: each file it reads, its compile command, .clang-tidy, this script and the linters. The user's cache folder
-# remembers that for every clone; --all runs the linters anew.
+# same: each file it reads, its compile command, .clang-tidy, this script, the plugin and the linters. The user's cache
+# folder remembers that for every clone; --all runs the linters anew.
 # The one warning that is off is about Qt's own logging macros.
 set -euo pipefail
 export LC_ALL=C.UTF-8
@@ -15,7 +15,8 @@ fi
 if [ $# -gt 0 ]; then
     files=("$@")
 else
-    mapfile -t files < <(git ls-files 'src/*.cpp' 'tools/*.cpp' 'resources/*.cpp' | grep -v '_windows\.cpp$')
+    mapfile -t files < <(git ls-files 'src/*.cpp' 'tools/*.cpp' 'resources/*.cpp' ':!tools/lint' |
+        grep -v '_windows\.cpp$')
 fi
 export clean=${XDG_CACHE_HOME:-$HOME/.cache}/kivo-screen/lint # one empty file for each clean state of a source
 most=5000                                                      # of them; the longest unused go
@@ -68,7 +69,7 @@ cut -f 2 "$work/reads" | sort -u | xargs -d '\n' sha256sum >"$work/sums"
 
 # The state of each source without the clone's place, as a file in "states" in the order of "sources"; its sum is the key.
 everywhere=$({
-    cat tools/scripts/lint.sh .clang-tidy
+    cat tools/scripts/lint.sh tools/lint/own_code.cpp .clang-tidy
     clang-tidy --version
     clazy-standalone --version
     dpkg-query -W -f='${Package} ${Version}\n' 'clang-tidy*' 'clazy*' 'libclang*' 'libllvm*' 2>/dev/null || true
@@ -95,10 +96,18 @@ awk -F '\t' -v root="$PWD" -v everywhere="$everywhere" -v states="$work/states/"
     }' "$work/sums" "$work/commands" "$work/reads" >"$work/sources"
 sha256sum "$work/states/"* | cut -d ' ' -f 1 >"$work/keys"
 
+# The plugin that keeps clang-tidy to our own code.
+export own_code=build/own_code.so
+llvm=$(dirname "$(readlink -f "$(command -v clang-tidy)")")/..
+if [ tools/lint/own_code.cpp -nt $own_code ] || [ "$llvm/bin/clang-tidy" -nt $own_code ]; then
+    g++ -std=c++17 -O1 -Wall -Wextra -Werror -fPIC -fno-rtti -shared -isystem "$llvm/include" \
+        -o $own_code tools/lint/own_code.cpp
+fi
+
 # lint SOURCE KEY: both linters over one source, in one piece of output.
 lint() {
     local output status=0
-    output=$(clang-tidy --quiet -p "$work" "$1" 2>&1) || status=1
+    output=$(clang-tidy --quiet --load="$own_code" --checks=kivo-own-code -p "$work" "$1" 2>&1) || status=1
     output+=$'\n'$(clazy-standalone -p "$work" --ignore-included-files \
         -checks=level0,level1,connect-3arg-lambda,lambda-in-connect,old-style-connect,no-range-loop-reference \
         --extra-arg=-Werror --extra-arg=-Wno-gnu-zero-variadic-macro-arguments "$1" 2>&1) || status=1
