@@ -1,5 +1,6 @@
-// A plugin of clang-tidy that spares it the headers of Qt and of the system. clang-tidy matches its checks against all
-// that a source includes and drops, in the end, what it found in others' headers; that is more than half of its time.
+// A plugin of clang-tidy that spares it the headers of Qt and of the system. clang-tidy matches its checks
+// against all that a source includes and drops, in the end, what it found in others' headers; that is more
+// than half of its time.
 
 #include <clang-tidy/ClangTidyCheck.h>
 #include <clang-tidy/ClangTidyModule.h>
