@@ -16,9 +16,7 @@ inline constexpr int kLongMs = 60000;  // until something is given up
 // Ends the program as the system would, and waits for it.
 inline void End(QProcess& process) {
     process.terminate();
-    QVERIFY(HasEnded(process, kLongMs));
-    QCOMPARE(process.exitStatus(), QProcess::NormalExit);
-    QCOMPARE(process.exitCode(), 0);
+    QCOMPARE(ExitCode(process, kLongMs), 0);
 }
 
 class ProgramHome {

@@ -79,8 +79,6 @@ private Q_SLOTS:
 
 private:
     void Start(QProcess& process, const QStringList& arguments) const;
-    // Waits for the end; -1 where it is none of the program's own.
-    static int Result(QProcess& process);
     int Run(QProcess& process, const QStringList& arguments) const;
     // Asks it to end.
     static int End(QProcess& process);
@@ -98,21 +96,14 @@ void TestProgram::Start(QProcess& process, const QStringList& arguments) const {
     process.start(test::BuiltProgram("kivo-screen"), arguments);
 }
 
-int TestProgram::Result(QProcess& process) {
-    if (!test::HasEnded(process, kPatienceMs) || process.exitStatus() != QProcess::NormalExit) {
-        return -1;
-    }
-    return process.exitCode();
-}
-
 int TestProgram::Run(QProcess& process, const QStringList& arguments) const {
     Start(process, arguments);
-    return Result(process);
+    return test::ExitCode(process, kPatienceMs);
 }
 
 int TestProgram::End(QProcess& process) {
     process.terminate();
-    return Result(process);
+    return test::ExitCode(process, kPatienceMs);
 }
 
 void TestProgram::OneStartOnTheWire() {
@@ -193,7 +184,7 @@ void TestProgram::DisplayThatRefusesIsNone() {
     process.start(test::BuiltProgram("kivo-screen"),
                   options + QStringList{QStringLiteral("--virtual-screen"), QStringLiteral("--run-for"),
                                         QStringLiteral("1")});
-    QCOMPARE(Result(process), 0);
+    QCOMPARE(test::ExitCode(process, kPatienceMs), 0);
     const QByteArray said = process.readAllStandardError();
     QCOMPARE(said.count("kivo-screen: no display, running without windows.\n"), 1);
 }
@@ -250,7 +241,7 @@ void TestProgram::SensorsAreToldWithoutADisplay() {
     QProcess process;
     process.setProcessEnvironment(environment);
     process.start(test::BuiltProgram("kivo-screen"), {QStringLiteral("--sensors")});
-    QCOMPARE(Result(process), 0);
+    QCOMPARE(test::ExitCode(process, kPatienceMs), 0);
     const QString said = QString::fromUtf8(process.readAllStandardOutput());
     QVERIFY2(said.contains(load), qPrintable(said));
     QVERIFY2(said.count(QLatin1Char('\n')) >= 7, qPrintable(said));
@@ -266,7 +257,7 @@ void TestProgram::SensorsAreToldBesideALibraryThatHangs() {
     QProcess process;
     process.setProcessEnvironment(environment);
     process.start(test::BuiltProgram("kivo-screen"), {QStringLiteral("--sensors")});
-    QCOMPARE(Result(process), 0);
+    QCOMPARE(test::ExitCode(process, kPatienceMs), 0);
     const QString said = QString::fromUtf8(process.readAllStandardOutput());
     QVERIFY2(said.contains(QStringLiteral("CPU Load")), qPrintable(said));
 }

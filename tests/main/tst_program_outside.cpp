@@ -80,13 +80,11 @@ int TestProgramOutside::Tell(const QStringList& arguments, QByteArray* said) con
     process.setProcessChannelMode(QProcess::MergedChannels);
     process.setWorkingDirectory(m_home->File(""));
     process.start(BuiltProgram("kivo-screen"), arguments);
-    if (!HasEnded(process, kLongMs) || process.exitStatus() != QProcess::NormalExit) {
-        return -1;
-    }
+    const int code = ExitCode(process, kLongMs);
     if (said != nullptr) {
         *said = process.readAll();
     }
-    return process.exitCode();
+    return code;
 }
 
 void TestProgramOutside::CommandsAreTakenByTheRunningCopy() {

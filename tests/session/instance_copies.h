@@ -6,6 +6,7 @@
 #include <QtGlobal>
 
 #include "support/built_paths.h"
+#include "support/process_end.h"
 
 namespace kivo::test {
 
@@ -39,10 +40,7 @@ public:
     // By itself, as a process that was not killed; its exit code, or -1.
     int End() {
         m_process.closeWriteChannel();
-        if (!m_process.waitForFinished(kAnswerMs) || m_process.exitStatus() != QProcess::NormalExit) {
-            return -1;
-        }
-        return m_process.exitCode();
+        return ExitCode(m_process, kAnswerMs);
     }
     bool Kill() {
         m_process.kill();

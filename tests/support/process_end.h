@@ -11,4 +11,10 @@ inline bool HasEnded(QProcess& process, int longestMs) {
                                                    : process.waitForFinished(longestMs);
 }
 
+// The exit code of a process that ends by itself and in time, or -1.
+inline int ExitCode(QProcess& process, int longestMs) {
+    return HasEnded(process, longestMs) && process.exitStatus() == QProcess::NormalExit ? process.exitCode()
+                                                                                        : -1;
+}
+
 }  // namespace kivo::test

@@ -6,6 +6,7 @@
 #include "device/report_log.h"
 #include "device/transfers.h"
 #include "support/built_paths.h"
+#include "support/process_end.h"
 #include "support/test_program.h"
 #include "virtualscreen/virtual_hid_api.h"
 
@@ -21,12 +22,10 @@ struct Outcome {
 
 Outcome RunTool(const QStringList& arguments) {
     QProcess process;
+    constexpr int kLongMs = 30000;
     process.start(test::BuiltProgram("kivo-report-log"), arguments);
     Outcome outcome;
-    if (!process.waitForFinished()) {
-        return outcome;
-    }
-    outcome.status = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
+    outcome.status = test::ExitCode(process, kLongMs);
     // Windows ends its lines in two characters.
     const QString output = QString::fromUtf8(process.readAllStandardOutput()).remove(QLatin1Char('\r'));
     outcome.lines = output.split(QLatin1Char('\n'), Qt::SkipEmptyParts);

@@ -3,6 +3,7 @@
 #include <QtTest>
 
 #include "support/built_paths.h"
+#include "support/process_end.h"
 #include "support/test_program.h"
 #include "window/access_commands.h"
 
@@ -51,7 +52,8 @@ int TestAccessCommands::Run(const QString& commands) {
                        m_folder->path() + QLatin1Char(':') + qEnvironmentVariable("PATH"));
     shell.setProcessEnvironment(environment);
     shell.start(QStringLiteral("sh"), {QStringLiteral("-c"), commands});
-    return shell.waitForFinished() && shell.exitStatus() == QProcess::NormalExit ? shell.exitCode() : -1;
+    constexpr int kLongMs = 30000;
+    return ExitCode(shell, kLongMs);
 }
 
 QByteArray TestAccessCommands::Read(const char* file) const {
@@ -95,4 +97,5 @@ void TestAccessCommands::AShellReadsThemAsOne() {
 
 KIVO_TEST(TestAccessCommands)
 #include "support/built_paths.h"
+#include "support/process_end.h"
 #include "tst_access_commands.moc"

@@ -70,13 +70,11 @@ bool WindowsProgram::SecondCopyEndsWell() const {
     QProcess second;
     second.setProcessEnvironment(m_environment);
     second.start(m_folder->filePath(QStringLiteral("KivoScreen.exe")), QStringList());
-    return second.waitForFinished(kPatienceMs) && second.exitStatus() == QProcess::NormalExit &&
-           second.exitCode() == 0;
+    return ExitCode(second, kPatienceMs) == 0;
 }
 
 bool WindowsProgram::EndsWell() {
-    return HasEnded(*m_process, kPatienceMs) && m_process->exitStatus() == QProcess::NormalExit &&
-           m_process->exitCode() == 0;
+    return ExitCode(*m_process, kPatienceMs) == 0;
 }
 
 bool WindowsProgram::EndsWellWithTheSession() {
