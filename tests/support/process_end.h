@@ -11,8 +11,9 @@ inline bool HasEnded(QProcess& process, int longestMs) {
                                                    : process.waitForFinished(longestMs);
 }
 
-// The exit code of a process that ends by itself and in time, or -1.
-inline int ExitCode(QProcess& process, int longestMs) {
+// The exit code of a process that ends by itself and in time, or -1. Half a minute is QProcess's own
+// patience.
+inline int ExitCode(QProcess& process, int longestMs = 30000) {
     return HasEnded(process, longestMs) && process.exitStatus() == QProcess::NormalExit ? process.exitCode()
                                                                                         : -1;
 }

@@ -22,10 +22,9 @@ struct Outcome {
 
 Outcome RunTool(const QStringList& arguments) {
     QProcess process;
-    constexpr int kLongMs = 30000;
     process.start(test::BuiltProgram("kivo-report-log"), arguments);
     Outcome outcome;
-    outcome.status = test::ExitCode(process, kLongMs);
+    outcome.status = test::ExitCode(process);
     // Windows ends its lines in two characters.
     const QString output = QString::fromUtf8(process.readAllStandardOutput()).remove(QLatin1Char('\r'));
     outcome.lines = output.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
