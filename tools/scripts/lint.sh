@@ -96,14 +96,6 @@ awk -F '\t' -v root="$PWD" -v everywhere="$everywhere" -v states="$work/states/"
     }' "$work/sums" "$work/commands" "$work/reads" >"$work/sources"
 sha256sum "$work/states/"* | cut -d ' ' -f 1 >"$work/keys"
 
-# The plugin that keeps clang-tidy to our own code.
-export own_code=build/own_code.so
-llvm=$(dirname "$(readlink -f "$(command -v clang-tidy)")")/..
-if [ tools/lint/own_code.cpp -nt $own_code ] || [ "$llvm/bin/clang-tidy" -nt $own_code ]; then
-    g++ -std=c++17 -O1 -Wall -Wextra -Werror -fPIC -fno-rtti -shared -isystem "$llvm/include" \
-        -o $own_code tools/lint/own_code.cpp
-fi
-
 # lint SOURCE KEY: both linters over one source, in one piece of output.
 lint() {
     local output status=0
@@ -125,6 +117,16 @@ while IFS=$'\t' read -r source key; do
         printf '%s %s %s\n' "$(stat -c %s "$source")" "$source" "$key"
     fi
 done < <(paste "$work/sources" "$work/keys") | sort -rn | cut -d ' ' -f 2- >"$work/jobs"
+
+# The plugin that keeps clang-tidy to our own code.
+export own_code=build/own_code.so
+llvm=$(dirname "$(readlink -f "$(command -v clang-tidy)")")/..
+if [ -s "$work/jobs" ] &&
+    { [ tools/lint/own_code.cpp -nt $own_code ] || [ "$llvm/bin/clang-tidy" -nt $own_code ]; }; then
+    g++ -std=c++17 -O1 -Wall -Wextra -Werror -fPIC -fno-rtti -shared -isystem "$llvm/include" \
+        -o $own_code tools/lint/own_code.cpp
+fi
+
 xargs -r -P "$(nproc)" -L 1 bash -c 'lint "$@"' lint <"$work/jobs" || exit 1
 (cd "$clean" && find . -type f -printf '%T@ %f\n' | sort -rn | tail -n +$((most + 1)) | cut -d ' ' -f 2 | xargs -r rm -f)
 echo "${#files[@]} files are clean; the linters ran over $(wc -l <"$work/jobs") of them, the rest has not changed."
