@@ -11,7 +11,8 @@
 
 namespace kivo::test {
 
-inline constexpr int kLongMs = 60000;  // until something is given up
+// Until something is given up; a machine with much else to do takes its time.
+inline constexpr int kLongMs = 60000;
 
 // Ends the program as the system would, and waits for it.
 inline void End(QProcess& process) {

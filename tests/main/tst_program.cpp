@@ -10,11 +10,9 @@
 #include "virtualscreen/panel_decoder.h"
 
 using namespace kivo;
+using namespace kivo::test;
 
 namespace {
-
-// For whatever has to come; a machine with much else to do takes its time.
-constexpr int kPatienceMs = 60000;
 
 // The output reports of a report log so far, decoded.
 struct Wire {
@@ -80,30 +78,23 @@ private Q_SLOTS:
 private:
     void Start(QProcess& process, const QStringList& arguments) const;
     int Run(QProcess& process, const QStringList& arguments) const;
-    // Asks it to end.
-    static int End(QProcess& process);
 
-    QScopedPointer<kivo::test::ProgramHome> m_home;
+    QScopedPointer<ProgramHome> m_home;
 };
 
 void TestProgram::init() {
-    m_home.reset(new kivo::test::ProgramHome);
+    m_home.reset(new ProgramHome);
     QVERIFY(m_home->IsValid());
 }
 
 void TestProgram::Start(QProcess& process, const QStringList& arguments) const {
     process.setProcessEnvironment(m_home->Environment());
-    process.start(test::BuiltProgram("kivo-screen"), arguments);
+    process.start(BuiltProgram("kivo-screen"), arguments);
 }
 
 int TestProgram::Run(QProcess& process, const QStringList& arguments) const {
     Start(process, arguments);
-    return test::ExitCode(process, kPatienceMs);
-}
-
-int TestProgram::End(QProcess& process) {
-    process.terminate();
-    return test::ExitCode(process, kPatienceMs);
+    return ExitCode(process, kLongMs);
 }
 
 void TestProgram::OneStartOnTheWire() {
@@ -113,8 +104,8 @@ void TestProgram::OneStartOnTheWire() {
     // It says what it sent at the end of a run that has a limit, whatever ends it.
     Start(process, {QStringLiteral("--virtual-screen"), QStringLiteral("--run-for"), QStringLiteral("600"),
                     QStringLiteral("--report-log"), log, QStringLiteral("--panel-image"), image});
-    QTRY_VERIFY_WITH_TIMEOUT(Wire(log).panel.counts.areas > 10, kPatienceMs);
-    QCOMPARE(End(process), 0);
+    QTRY_VERIFY_WITH_TIMEOUT(Wire(log).panel.counts.areas > 10, kLongMs);
+    End(process);
     QVERIFY(process.readAllStandardOutput().startsWith("Live values sent last: "));
 
     const Wire wire(log);
@@ -181,10 +172,10 @@ void TestProgram::DisplayThatRefusesIsNone() {
     environment.insert(QString::fromLatin1(variable), QStringLiteral(":4711"));
     QProcess process;
     process.setProcessEnvironment(environment);
-    process.start(test::BuiltProgram("kivo-screen"),
+    process.start(BuiltProgram("kivo-screen"),
                   options + QStringList{QStringLiteral("--virtual-screen"), QStringLiteral("--run-for"),
                                         QStringLiteral("1")});
-    QCOMPARE(test::ExitCode(process, kPatienceMs), 0);
+    QCOMPARE(ExitCode(process, kLongMs), 0);
     const QByteArray said = process.readAllStandardError();
     QCOMPARE(said.count("kivo-screen: no display, running without windows.\n"), 1);
 }
@@ -201,8 +192,8 @@ void TestProgram::EndsCleanlyWhenAsked() {
     QProcess process;
     Start(process, {QStringLiteral("--virtual-screen")});
     // Settings are there once it is well under way.
-    QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(m_home->File("data/Kivo Tool/Config.ini")), kPatienceMs);
-    QCOMPARE(End(process), 0);
+    QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(m_home->File("data/Kivo Tool/Config.ini")), kLongMs);
+    End(process);
 }
 
 void TestProgram::HelpAndVersionNeedNoDisplay_data() {
@@ -240,8 +231,8 @@ void TestProgram::SensorsAreToldWithoutADisplay() {
     environment.insert(QStringLiteral("LC_ALL"), locale);
     QProcess process;
     process.setProcessEnvironment(environment);
-    process.start(test::BuiltProgram("kivo-screen"), {QStringLiteral("--sensors")});
-    QCOMPARE(test::ExitCode(process, kPatienceMs), 0);
+    process.start(BuiltProgram("kivo-screen"), {QStringLiteral("--sensors")});
+    QCOMPARE(ExitCode(process, kLongMs), 0);
     const QString said = QString::fromUtf8(process.readAllStandardOutput());
     QVERIFY2(said.contains(load), qPrintable(said));
     QVERIFY2(said.count(QLatin1Char('\n')) >= 7, qPrintable(said));
@@ -252,12 +243,12 @@ void TestProgram::SensorsAreToldWithoutADisplay() {
 void TestProgram::SensorsAreToldBesideALibraryThatHangs() {
     QProcessEnvironment environment = m_home->Environment();
     environment.insert(QStringLiteral("LC_ALL"), QStringLiteral("en_US.UTF-8"));
-    environment.insert(QStringLiteral("IPG_Dir"), test::LibraryFolder("calls_hang"));
+    environment.insert(QStringLiteral("IPG_Dir"), LibraryFolder("calls_hang"));
     environment.insert(QStringLiteral("IPG_Ver"), QStringLiteral("3.6"));
     QProcess process;
     process.setProcessEnvironment(environment);
-    process.start(test::BuiltProgram("kivo-screen"), {QStringLiteral("--sensors")});
-    QCOMPARE(test::ExitCode(process, kPatienceMs), 0);
+    process.start(BuiltProgram("kivo-screen"), {QStringLiteral("--sensors")});
+    QCOMPARE(ExitCode(process, kLongMs), 0);
     const QString said = QString::fromUtf8(process.readAllStandardOutput());
     QVERIFY2(said.contains(QStringLiteral("CPU Load")), qPrintable(said));
 }
@@ -268,8 +259,8 @@ void TestProgram::TheAutostartIsSwitchedFromTheCommandLine() {
     QCOMPARE(Run(process, {QStringLiteral("--autostart"), QStringLiteral("on")}), 0);
     QCOMPARE(process.readAllStandardOutput().count('\n'), 1);
     QVERIFY(entry.open(QIODevice::ReadOnly));
-    QVERIFY(entry.readAll().contains(
-        "TryExec=" + QFileInfo(test::BuiltProgram("kivo-screen")).canonicalFilePath().toUtf8()));
+    QVERIFY(entry.readAll().contains("TryExec=" +
+                                     QFileInfo(BuiltProgram("kivo-screen")).canonicalFilePath().toUtf8()));
     QCOMPARE(Run(process, {QStringLiteral("--autostart"), QStringLiteral("off")}), 0);
     QVERIFY(!entry.exists());
     // The program itself has not run.
@@ -298,7 +289,7 @@ void TestProgram::ReportIsPrintedAndChangesNothing() {
 void TestProgram::ReportIsWrittenBesideARunningCopy() {
     QProcess running;
     Start(running, {QStringLiteral("--virtual-screen")});
-    QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(m_home->File("data/Kivo Tool/Config.ini")), kPatienceMs);
+    QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(m_home->File("data/Kivo Tool/Config.ini")), kLongMs);
     QProcess process;
     QCOMPARE(Run(process, {QStringLiteral("--report"), m_home->File("report.txt")}), 0);
     QCOMPARE(process.readAllStandardOutput(), QByteArray());
@@ -312,7 +303,7 @@ void TestProgram::ReportIsWrittenBesideARunningCopy() {
     QVERIFY2(report.contains("~/data/Kivo Tool: Config.ini "), report.constData());
     // It goes on, and is asked for nothing.
     QCOMPARE(running.state(), QProcess::Running);
-    QCOMPARE(End(running), 0);
+    End(running);
 }
 
 void TestProgram::ReportThatCannotBeWritten() {
@@ -330,10 +321,10 @@ void TestProgram::StartIsLogged() {
     Start(process, {QStringLiteral("--virtual-screen"), QStringLiteral("--run-for"), QStringLiteral("600")});
     QByteArray said;
     // The last to come: the sensors are asked beside the window.
-    while (!said.contains("kivo.sources: Temperature: ") && process.waitForReadyRead(kPatienceMs)) {
+    while (!said.contains("kivo.sources: Temperature: ") && process.waitForReadyRead(kLongMs)) {
         said += process.readAllStandardError();
     }
-    QCOMPARE(End(process), 0);
+    End(process);
     said += process.readAllStandardError();
     // What a sanitizer says at the end has blank lines.
     if (const int end = said.indexOf("\n----"); end >= 0) {
@@ -374,15 +365,15 @@ void TestProgram::HomeThatCannotBeWritten() {
     QProcess process;
     Start(process, {QStringLiteral("--virtual-screen"), QStringLiteral("--panel-image"), image});
     // The panel shows a picture all the same.
-    QTRY_VERIFY_WITH_TIMEOUT(ColoursOf(image).size() > 100, kPatienceMs);
-    QCOMPARE(End(process), 0);
+    QTRY_VERIFY_WITH_TIMEOUT(ColoursOf(image).size() > 100, kLongMs);
+    End(process);
     QVERIFY(ColoursOf(image).size() > 100);
 }
 
 void TestProgram::PortableProgramKeepsEverythingBesideItself() {
     const QDir stick(m_home->File("stick"));
     QVERIFY(stick.mkpath(QStringLiteral(".")));
-    const QDir built(QFileInfo(test::BuiltProgram("kivo-screen")).path());
+    const QDir built(QFileInfo(BuiltProgram("kivo-screen")).path());
     for (const char* name : {"kivo-screen", "Config.ini", "whole.png", "Default.ini", "DefaultProfile.bin"}) {
         const QString file = QString::fromLatin1(name);
         QVERIFY(QFile::copy(built.filePath(file), stick.filePath(file)));
@@ -394,9 +385,9 @@ void TestProgram::PortableProgramKeepsEverythingBesideItself() {
     process.start(stick.filePath(QStringLiteral("kivo-screen")), {QStringLiteral("--virtual-screen")});
     for (const char* kept : {"data/settings/Config.ini", "data/working/whole.png", "data/Kivo Config.ini"}) {
         QTRY_VERIFY2_WITH_TIMEOUT(QFileInfo::exists(stick.filePath(QString::fromLatin1(kept))), kept,
-                                  kPatienceMs);
+                                  kLongMs);
     }
-    QCOMPARE(End(process), 0);
+    End(process);
     // Nothing in the user's folders.
     for (const char* folder : {"Kivo Tool", "data/Kivo Tool", "config/Kivo Tool"}) {
         QVERIFY2(!QFileInfo::exists(m_home->File(folder)), folder);
