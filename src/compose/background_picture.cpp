@@ -1,10 +1,12 @@
 #include "compose/background_picture.h"
 
 #include <QPainter>
+#include <algorithm>
 #include <array>
 #include <cmath>
 
 #include "compose/frost.h"
+#include "compose/pixels.h"
 
 namespace kivo {
 
@@ -48,13 +50,10 @@ QImage Opaque(const QImage& scaled) {
     }
     QImage opaque(scaled.size(), QImage::Format_RGB32);
     const QImage over = scaled.convertToFormat(QImage::Format_ARGB32_Premultiplied);
-    for (int y = 0; y < over.height(); ++y) {
-        const auto* from = reinterpret_cast<const QRgb*>(over.constScanLine(y));
-        auto* to = reinterpret_cast<QRgb*>(opaque.scanLine(y));
-        for (int x = 0; x < over.width(); ++x) {
-            to[x] = from[x] | 0xFF000000U;  // premultiplied colour over black is the colour itself
-        }
-    }
+    const auto from = PixelsOf(over);
+    std::transform(from.begin(), from.end(), PixelsOf(opaque).begin(), [](QRgb pixel) {
+        return pixel | 0xFF000000U;  // premultiplied colour over black is the colour itself
+    });
     return opaque;
 }
 
@@ -112,12 +111,9 @@ void Dim(QImage& placed, const LayoutRecord& layout) {
     for (size_t byte = 0; byte < dimmed.size(); ++byte) {
         dimmed[byte] = uchar((int(byte) * left + 5000) / 10000);
     }
-    for (int y = 0; y < placed.height(); ++y) {
-        auto* row = reinterpret_cast<QRgb*>(placed.scanLine(y));
-        for (int x = 0; x < placed.width(); ++x) {
-            row[x] = qRgb(dimmed[size_t(qRed(row[x]))], dimmed[size_t(qGreen(row[x]))],
-                          dimmed[size_t(qBlue(row[x]))]);
-        }
+    for (QRgb& pixel : PixelsOf(placed)) {
+        pixel =
+            qRgb(dimmed[size_t(qRed(pixel))], dimmed[size_t(qGreen(pixel))], dimmed[size_t(qBlue(pixel))]);
     }
 }
 

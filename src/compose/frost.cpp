@@ -16,41 +16,36 @@ constexpr int kTaps = int(kKernel.size());
 constexpr int kReach = kTaps / 2;
 constexpr int kKernelSum = 125;
 constexpr int kChannels = 4;  // of a 32-bit pixel, in the order of its bytes
-
-// Adds weight times count values. A weight has 16 bits as they have: the processor multiplies eight such at
-// once.
-void Add(quint16* sums, const quint16* values, quint16 weight, int count) {
-    for (int k = 0; k < count; ++k) {
-        sums[k] = quint16(sums[k] + weight * values[k]);
-    }
-}
-void Add(quint32* sums, const quint16* values, quint16 weight, int count) {
-    for (int k = 0; k < count; ++k) {
-        sums[k] += quint32(weight) * values[k];
-    }
-}
+constexpr int kBeyond = kReach * kChannels;
 
 // A row's bytes, and on both sides the outermost pixel again.
 void WidenRow(const uchar* row, int width, quint16* widened) {
     const int values = width * kChannels;
-    const int beyond = kReach * kChannels;
-    for (int k = 0; k < beyond; ++k) {
+    for (int k = 0; k < kBeyond; ++k) {
         widened[k] = row[k % kChannels];
-        widened[beyond + values + k] = row[values - kChannels + k % kChannels];
+        widened[kBeyond + values + k] = row[values - kChannels + k % kChannels];
     }
-    std::copy(row, row + values, widened + beyond);
+    std::copy(row, row + values, widened + kBeyond);
 }
 
-// Sums along the rows, kKernelSum times as large as the bytes; they fit 16 bits.
+// Sums along the rows, kKernelSum times as large as the bytes; they fit 16 bits. The kernel is the same from
+// both ends, so two values share a weight, here and below.
 QVector<quint16> SummedAlongRows(const QImage& image) {
     const int values = image.width() * kChannels;
     QVector<quint16> sums(values * image.height());
-    QVector<quint16> widened(values + 2 * kReach * kChannels);
+    QVector<quint16> widened(values + 2 * kBeyond);
+    quint16* to = sums.data();
     for (int y = 0; y < image.height(); ++y) {
         WidenRow(image.constScanLine(y), image.width(), widened.data());
-        quint16* to = &sums[y * values];
-        for (int tap = 0; tap < kTaps; ++tap) {
-            Add(to, &widened.at(tap * kChannels), kKernel[size_t(tap)], values);
+        const quint16* from = widened.constData();
+        for (int k = 0; k < values; ++k, ++from, ++to) {
+            auto sum = quint16(kKernel[kReach] * from[kBeyond]);
+            for (int tap = 0; tap < kReach; ++tap) {
+                const int away = (kReach - tap) * kChannels;
+                const auto both = quint16(from[kBeyond - away] + from[kBeyond + away]);
+                sum = quint16(sum + kKernel[size_t(tap)] * both);
+            }
+            *to = sum;
         }
     }
     return sums;
@@ -59,15 +54,22 @@ QVector<quint16> SummedAlongRows(const QImage& image) {
 void AverageAlongColumns(const QVector<quint16>& sums, QImage& image) {
     constexpr quint32 kWhole = kKernelSum * kKernelSum;
     const int values = image.width() * kChannels;
+    const int last = image.height() - 1;
     QVector<quint32> column(values);
-    for (int y = 0; y < image.height(); ++y) {
-        column.fill(kWhole / 2);
+    for (int y = 0; y <= last; ++y) {
+        std::array<const quint16*, kTaps> rows{};
         for (int tap = 0; tap < kTaps; ++tap) {
-            const int from = qBound(0, y + tap - kReach, image.height() - 1);
-            Add(column.data(), &sums.at(from * values), kKernel[size_t(tap)], values);
+            rows[size_t(tap)] = &sums.at(qBound(0, y + tap - kReach, last) * values);
+        }
+        quint32* whole = column.data();
+        for (int k = 0; k < values; ++k) {
+            whole[k] = kWhole / 2 + quint32(kKernel[kReach]) * rows[kReach][k];
+            for (size_t tap = 0; tap < kReach; ++tap) {
+                const auto both = quint16(rows[tap][k] + rows[kTaps - 1 - tap][k]);  // two sums fit, too
+                whole[k] += quint32(kKernel[tap]) * both;
+            }
         }
         uchar* to = image.scanLine(y);
-        const quint32* whole = column.constData();
         for (int k = 0; k < values; ++k) {
             to[k] = uchar(whole[k] / kWhole);
         }
@@ -123,11 +125,12 @@ QImage PanelPixels(const QImage& picture, const QImage& soft) {
     static const std::array<int, 256> fiveBits = LevelTable(31);
     static const std::array<int, 256> sixBits = LevelTable(63);
     QImage panel = picture.convertToFormat(QImage::Format_RGB16);
+    const int width = soft.width();
     for (int y = 0; y < soft.height(); ++y) {
         const auto* cover = reinterpret_cast<const QRgb*>(soft.constScanLine(y));
         const auto* from = reinterpret_cast<const QRgb*>(picture.constScanLine(y));
         auto* to = reinterpret_cast<quint16*>(panel.scanLine(y));
-        for (int x = 0; x < soft.width(); ++x) {
+        for (int x = 0; x < width; ++x) {
             if (qAlpha(cover[x]) == 0) {
                 continue;
             }

@@ -7,6 +7,7 @@
 #include <cmath>
 
 #include "compose/contrast.h"
+#include "compose/pixels.h"
 
 namespace kivo {
 
@@ -105,18 +106,15 @@ std::optional<QRgb> StrongestHue(const QImage& picture) {
     std::array<ColorSum, kHues> hues{};
     double chroma = 0;
     double brightness = 0;
-    for (int y = 0; y < small.height(); ++y) {
-        const auto* row = reinterpret_cast<const QRgb*>(small.constScanLine(y));
-        for (int x = 0; x < small.width(); ++x) {
-            const double own = Chroma(row[x]);
-            chroma += own;
-            brightness += Brightest(row[x]);
-            if (own > 0) {
-                // Much dull colour is seen less than a little that is bright.
-                const double weight = own * std::sqrt(own);
-                hues[size_t(HueOf(row[x]))].Add(
-                    {weight, weight * qRed(row[x]), weight * qGreen(row[x]), weight * qBlue(row[x])});
-            }
+    for (const QRgb pixel : PixelsOf(small)) {
+        const double own = Chroma(pixel);
+        chroma += own;
+        brightness += Brightest(pixel);
+        if (own > 0) {
+            // Much dull colour is seen less than a little that is bright.
+            const double weight = own * std::sqrt(own);
+            hues[size_t(HueOf(pixel))].Add(
+                {weight, weight * qRed(pixel), weight * qGreen(pixel), weight * qBlue(pixel)});
         }
     }
     if (chroma <= 0 || chroma < kGrey * brightness) {
@@ -136,21 +134,17 @@ double LightThrough(const QImage& glass, const QImage& picture) {
     constexpr int kHalf = 128;
     constexpr int kOneIn = 20;
     QVector<double> lights;
-    for (int y = 0; y < glass.height(); ++y) {
-        const auto* over = reinterpret_cast<const QRgb*>(glass.constScanLine(y));
-        const auto* under = reinterpret_cast<const QRgb*>(picture.constScanLine(y));
-        for (int x = 0; x < glass.width(); ++x) {
-            const int alpha = qAlpha(over[x]);
-            if (alpha < kHalf) {
-                continue;
-            }
-            const auto through = [alpha](int above, int below) {
-                return above + below * (255 - alpha) / 255;
-            };
-            lights.append(BrightestOnPanel(qRgb(through(qRed(over[x]), qRed(under[x])),
-                                                through(qGreen(over[x]), qGreen(under[x])),
-                                                through(qBlue(over[x]), qBlue(under[x])))));
+    const QRgb* under = PixelsOf(picture).begin();
+    for (const QRgb over : PixelsOf(glass)) {
+        const QRgb below = *under++;
+        const int alpha = qAlpha(over);
+        if (alpha < kHalf) {
+            continue;
         }
+        const auto through = [alpha](int above, int behind) { return above + behind * (255 - alpha) / 255; };
+        lights.append(
+            BrightestOnPanel(qRgb(through(qRed(over), qRed(below)), through(qGreen(over), qGreen(below)),
+                                  through(qBlue(over), qBlue(below)))));
     }
     if (lights.isEmpty()) {
         return 0;
@@ -180,15 +174,12 @@ void Recolor(QImage& drawing, QRgb from, QRgb to) {
     if (lack == 0) {
         return;  // white has no part of its own
     }
-    for (int y = 0; y < drawing.height(); ++y) {
-        auto* row = reinterpret_cast<QRgb*>(drawing.scanLine(y));
-        for (int x = 0; x < drawing.width(); ++x) {
-            const int alpha = qAlpha(row[x]);
-            const int behind = alpha - int(row[x] >> shift & 0xFF);
-            const int part = qBound(0, (behind * 255 + lack / 2) / lack, alpha);
-            const auto channel = [alpha, part](int of) { return alpha - (part * (255 - of) + 127) / 255; };
-            row[x] = qRgba(channel(qRed(to)), channel(qGreen(to)), channel(qBlue(to)), alpha);
-        }
+    for (QRgb& pixel : PixelsOf(drawing)) {
+        const int alpha = qAlpha(pixel);
+        const int behind = alpha - int(pixel >> shift & 0xFF);
+        const int part = qBound(0, (behind * 255 + lack / 2) / lack, alpha);
+        const auto channel = [alpha, part](int of) { return alpha - (part * (255 - of) + 127) / 255; };
+        pixel = qRgba(channel(qRed(to)), channel(qGreen(to)), channel(qBlue(to)), alpha);
     }
 }
 

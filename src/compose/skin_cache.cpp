@@ -6,6 +6,7 @@
 
 #include "compose/geometry.h"
 #include "compose/picture_accent.h"
+#include "compose/pixels.h"
 #include "compose/theme_catalogue.h"
 
 namespace kivo {
@@ -58,11 +59,8 @@ QImage Layers(const ScreenState& state, int scale, const IsWanted& isWanted) {
 // Glass is more than half opaque everywhere, so twice the opacity is the whole of it inside, and its part of
 // a pixel along its edge.
 QImage ShapesOf(QImage glass) {
-    for (int y = 0; y < glass.height(); ++y) {
-        auto* row = reinterpret_cast<QRgb*>(glass.scanLine(y));
-        for (int x = 0; x < glass.width(); ++x) {
-            row[x] = qRgba(0, 0, 0, qMin(255, 2 * qAlpha(row[x])));
-        }
+    for (QRgb& pixel : PixelsOf(glass)) {
+        pixel = qRgba(0, 0, 0, qMin(255, 2 * qAlpha(pixel)));
     }
     return glass;
 }
