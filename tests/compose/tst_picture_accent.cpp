@@ -106,6 +106,21 @@ private slots:
         QVERIFY(HueDistance(HueOf(*StrongestHue(both)), 10) <= 4);
     }
 
+    // Together they would have more of the picture than the third, which has most.
+    void HuesOnBothSidesOfAPrimaryAreTwo_data() {
+        QTest::addColumn<int>("primary");
+        QTest::newRow("red") << 0;
+        QTest::newRow("green") << 120;
+        QTest::newRow("blue") << 240;
+    }
+    void HuesOnBothSidesOfAPrimaryAreTwo() {
+        QFETCH(int, primary);
+        const auto pure = [](int hue) { return QColor::fromHsv((hue + 360) % 360, 255, 200).rgb(); };
+        QImage picture = Parted(pure(primary - 15), 0.3, pure(primary + 15));
+        QPainter(&picture).fillRect(QRectF(96, 0, 128, 170), QColor(pure(primary + 180)));
+        QVERIFY(HueDistance(HueOf(*StrongestHue(picture)), primary + 180) <= 3);
+    }
+
     void ADarkerPictureHasTheSameHue() {
         const QImage bright = Parted(qRgb(250, 180, 60), 0.4, qRgb(90, 120, 160));
         QImage dark = Parted(qRgb(50, 36, 12), 0.4, qRgb(18, 24, 32));
