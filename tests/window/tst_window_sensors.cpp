@@ -91,6 +91,14 @@ QStringList TextsOf(const QWidget& window) {
     return texts;
 }
 
+// Whether a label with that text is described so to whoever listens.
+bool IsTold(const QWidget& window, const QString& text, const QString& description) {
+    const auto labels = window.findChildren<QLabel*>();
+    return std::any_of(labels.begin(), labels.end(), [&](const QLabel* label) {
+        return label->text() == text && label->accessibleDescription() == description;
+    });
+}
+
 const QString kDegrees28 = QStringLiteral("28.0°C");  // one decimal is enough to read
 
 }  // namespace
@@ -288,6 +296,7 @@ void TestWindowSensors::SensorsListRefreshesItself() {
     desk.window->Session().SetReadings(readings);
     QTRY_VERIFY(TextsOf(*list).contains(QStringLiteral("37 W")));
     QVERIFY(TextsOf(*list).contains(QStringLiteral("The kernel's energy counters")));
+    QVERIFY(IsTold(*list, QStringLiteral("37 W"), QStringLiteral("The kernel's energy counters")));
     // Asked for again, it is the same list.
     desk.window->ShowSensors();
     QCOMPARE(Toplevel("sensors"), list);
