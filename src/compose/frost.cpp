@@ -10,13 +10,14 @@ namespace kivo {
 namespace {
 
 // Five pixels averaged three times over, which is nearly a Gaussian: 2.45 pixels. Of a halved picture it is 5
-// pixels of the panel, for the halving and the enlarging blur too.
+// pixels of the panel, for the halving and the enlarging blur too. A weight has 16 bits as what it weighs:
+// the processor multiplies eight such at once.
 constexpr std::array<quint16, 13> kKernel{1, 3, 6, 10, 15, 18, 19, 18, 15, 10, 6, 3, 1};
 constexpr int kTaps = int(kKernel.size());
 constexpr int kReach = kTaps / 2;
 constexpr int kKernelSum = 125;
-constexpr int kChannels = 4;  // of a 32-bit pixel, in the order of its bytes
-constexpr int kBeyond = kReach * kChannels;
+constexpr int kChannels = 4;                 // of a 32-bit pixel, in the order of its bytes
+constexpr int kBeyond = kReach * kChannels;  // values that a sum takes in on each side of its own
 
 // A row's bytes, and on both sides the outermost pixel again.
 void WidenRow(const uchar* row, int width, quint16* widened) {
